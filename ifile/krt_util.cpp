@@ -1,0 +1,3 @@
+#include "krt_util.h"
+
+const int icode_cpu_id = 1100;
