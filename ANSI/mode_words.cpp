@@ -1,0 +1,24 @@
+#include "mode_words.h"
+
+#define MODE_WORD(name, start) a_boolean name = start;
+#include "mode_words.def"
+#undef MODE_WORD
+
+const char* primary_source_file_name;
+const char* object_file_name;
+const char* il_file_name;
+const char* i_file_name;
+const char* pp_file_name;
+const char* ah_file_name;
+const char* include_file_suffixes = "::hpp";
+int sys_argc;
+char** sys_argv;
+
+void reset_mode_words() {
+#define MODE_WORD(name, start) name = start;
+#include "mode_words.def"
+#undef MODE_WORD
+  primary_source_file_name = object_file_name = nullptr;
+  il_file_name = i_file_name = pp_file_name = ah_file_name = nullptr;
+  include_file_suffixes = "::hpp";
+}

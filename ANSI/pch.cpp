@@ -1,0 +1,28 @@
+#include "pch.h"
+
+#include "mode_words.h"
+
+void add_command_line_pch_event(int, int, int, const char*) {
+  // Options matter only to a header that is used.
+}
+
+void fe_init_for_pch_prefix_scan() {
+  building_pch_prefix = 0;
+}
+
+void precompiled_header_processing() {
+  cannot_do_pch_processing = 1;
+}
+
+void pch_early_init() {
+  using_a_pch_file = 0;
+  building_pch_prefix = 0;
+}
+
+void pch_one_time_init() {
+  // Registers the variables that a precompiled header saves.
+}
+
+void pch_init() {
+  // Clears the list of directive events.
+}

@@ -1,0 +1,9 @@
+#include "sys_predef.h"
+
+void enter_system_specific_predeclared_symbols() {
+  // Intrinsics come with calls.
+}
+
+void sys_predef_trans_unit_init() {
+  // Clears the table of parsed builtin types.
+}

@@ -1,0 +1,168 @@
+#include "target.h"
+
+#include "cfe.h"
+#include "mode_words.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cinttypes>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#define TARG(name, type, value, form) type name = value;
+#define TARG_SETTING(name, value) int name = value;
+#include "target.def"
+#undef TARG
+#undef TARG_SETTING
+
+const char* auxiliary_info_dir_name = "lib";
+int targ_sizeof_wchar_t;
+int targ_sizeof_char16_t;
+int targ_sizeof_char32_t;
+int character_size[4];
+int targ_sizeof_largest_integer;
+int plain_char_int_kind;
+a_boolean string_literals_shared;
+int targ_intmax_kind;
+int targ_uintmax_kind;
+a_boolean always_fold_calls_to_builtin_constant_p;
+
+namespace {
+
+constexpr int ik_of_signed_char = 1;
+constexpr int ik_of_unsigned_char = 2;
+constexpr int ik_of_long_long = 9;
+constexpr int ik_of_unsigned_long_long = 10;
+
+const char* const integer_kind_names[] = {
+    "ik_char",           "ik_signed_char", "ik_unsigned_char",     "ik_short",
+    "ik_unsigned_short", "ik_int",         "ik_unsigned_int",      "ik_long",
+    "ik_unsigned_long",  "ik_long_long",   "ik_unsigned_long_long"};
+const char* const float_kind_names[] = {"fk_float", "fk_double", "fk_long_double"};
+const char* const mode_names[] = {"tmk_none", "tmk_QI", "tmk_HI", "tmk_SI", "tmk_DI"};
+
+const char* const visibility_names[] = {nullptr,  "default",  "protected",
+                                        "hidden", "internal", "extern"};
+
+// Field alignments may differ from those of complete objects, so an alignment
+// shows both.
+std::string value_as_text(int64_t value, a_targ_form form) {
+  std::string digits = std::to_string(value);
+  switch (form) {
+  case tf_alignment:
+    return "(" + digits + "/" + digits + ")";
+  case tf_int_kind:
+    return std::string("((an_integer_kind)") + integer_kind_names[value] + ")";
+  case tf_float_kind:
+    return std::string("((a_float_kind)") + float_kind_names[value] + ")";
+  case tf_mode:
+    return std::string("((a_type_mode_kind)") + mode_names[value] + ")";
+  case tf_value:
+    break;
+  }
+  return digits;
+}
+
+void dump_value(const char* configuration, const char* name, int64_t value, a_targ_form form) {
+  std::string macro(name);
+  for (char& c : macro)
+    c = static_cast<char>(toupper(static_cast<unsigned char>(c)));
+  fprintf(f_error, "#define %s_%s %s\n", macro.c_str(), configuration,
+          value_as_text(value, form).c_str());
+}
+
+} // namespace
+
+int size_of_integer_kind(int kind) {
+  if (kind <= ik_of_unsigned_char)
+    return 1;
+  const int sizes[] = {targ_sizeof_short, targ_sizeof_int, targ_sizeof_long, targ_sizeof_long_long};
+  return sizes[(kind - ik_of_unsigned_char - 1) / 2];
+}
+
+int find_target_configuration(const char*) {
+  return -1;
+}
+
+void set_target_configuration(int) {
+#define TARG(name, type, value, form) name = value;
+#define TARG_SETTING(name, value)
+#include "target.def"
+#undef TARG
+#undef TARG_SETTING
+  packing_applies_to_base_classes = 1;
+  auxiliary_info_dir_name = "lib";
+}
+
+void dump_legacy_config_as_target_config(const char* name) {
+  fprintf(f_error, "/* Target configuration: %s */\n", name);
+  fputs("/* Each value is the default of the processor; edit and add to the build's settings. */\n",
+        f_error);
+  fprintf(f_error, "#define TARGET_CONFIGURATION_1 %s\n", name);
+#define TARG(variable, type, value, form)                                                          \
+  dump_value(name, #variable, static_cast<int64_t>(variable), form);
+#define TARG_SETTING(variable, value)
+#include "target.def"
+#undef TARG
+#undef TARG_SETTING
+}
+
+int string_to_symbol_visibility(const char* text) {
+  for (int value = 1; value <= 5; value++)
+    if (strcmp(text, visibility_names[value]) == 0)
+      return value;
+  return 0;
+}
+
+const char* symbol_visibility_to_string(int value) {
+  return value >= 1 && value <= 5 ? visibility_names[value] : nullptr;
+}
+
+int TRG_parse_versions(const char* text) {
+  return static_cast<int>(strtol(text, nullptr, 10));
+}
+
+void TRG_check_cmd_options() {
+  pragma_pack_enabled = 0;
+}
+
+void target_early_init() {
+  set_target_configuration(-1);
+#define TARG(name, type, value, form)
+#define TARG_SETTING(name, value) name = value;
+#include "target.def"
+#undef TARG
+#undef TARG_SETTING
+  targ_top_structaln = targ_minimum_struct_alignment;
+  distinct_template_signatures = 1;
+  make_all_functions_unprototyped = 0;
+  pass_stdarg_references_to_generated_code = 0;
+}
+
+void target_one_time_init() {
+  targ_sizeof_wchar_t = size_of_integer_kind(targ_wchar_t_int_kind);
+  targ_sizeof_char16_t = size_of_integer_kind(targ_char16_t_int_kind);
+  targ_sizeof_char32_t = size_of_integer_kind(targ_char32_t_int_kind);
+  character_size[0] = 1;
+  character_size[1] = targ_sizeof_wchar_t;
+  character_size[2] = targ_sizeof_char16_t;
+  character_size[3] = targ_sizeof_char32_t;
+  targ_sizeof_largest_integer = targ_sizeof_long_long;
+}
+
+void target_init() {
+  if (C_dialect == cd_k_and_r)
+    plain_char_int_kind = targ_has_signed_chars ? ik_of_signed_char : ik_of_unsigned_char;
+  else
+    plain_char_int_kind = 0;
+  string_literals_shared = C_dialect != cd_k_and_r;
+  targ_intmax_kind = ik_of_long_long;
+  targ_uintmax_kind = ik_of_unsigned_long_long;
+  if (targ_max_class_object_size == 0)
+    targ_max_class_object_size = targ_size_t_max;
+  uint64_t delta_max =
+      (uint64_t{1} << (size_of_integer_kind(targ_delta_int_kind) * targ_char_bit - 1)) - 1;
+  targ_max_base_class_offset = std::min({targ_max_base_class_offset, delta_max, targ_size_t_max});
+  always_fold_calls_to_builtin_constant_p = 1;
+}
