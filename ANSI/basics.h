@@ -37,8 +37,11 @@ struct a_source_range {
 typedef int an_error_code;
 
 // Severities are ordered; from es_catastrophe up a diagnostic never returns.
+// es_none and es_once are requests to the override tables only: take the
+// default of the number back, and report the number at most once.
 enum an_error_severity : uint8_t {
   es_none = 0,
+  es_once = 1,
   es_note = 2,
   es_suppressed = 3,
   es_remark = 4,
