@@ -1,0 +1,91 @@
+// The kinds of intermediate language entries. A generic pointer into the IL
+// travels with one of these bytes. Orphaned lists are indexed by them and
+// stored IL holds them, so the values are fixed.
+
+#ifndef IL_ENTRY_KINDS_H
+#define IL_ENTRY_KINDS_H
+
+#include <cstdint>
+
+enum an_il_entry_kind : uint8_t {
+  iek_none = 0,
+  iek_source_file = 1,
+  iek_constant = 2,
+  iek_param_type = 3,
+  iek_routine_type_supplement = 4,
+  iek_based_type_list_member = 5,
+  iek_type = 6,
+  iek_variable = 7,
+  iek_field = 8,
+  iek_exception_specification = 9,
+  iek_exception_specification_type = 10,
+  iek_routine = 11,
+  iek_label = 12,
+  iek_expr_node = 13,
+  iek_for_loop_supplement = 14,
+  iek_range_based_for_supplement = 15,
+  iek_switch_case_entry = 16,
+  iek_switch_stmt_supplement = 17,
+  iek_handler = 18,
+  iek_try_supplement = 19,
+  iek_block_supplement = 20,
+  iek_statement = 21,
+  iek_object_lifetime = 22,
+  iek_scope = 23,
+  iek_name_text = 24,
+  iek_string_literal_text = 25,
+  iek_other_text = 26,
+  iek_complex_value = 27,
+  iek_namespace = 28,
+  iek_using_decl = 29,
+  iek_dynamic_init = 30,
+  iek_local_static_variable_init = 31,
+  iek_vla_dimension = 32,
+  iek_vcall_offset_entry = 33,
+  iek_overriding_virtual_function = 34,
+  iek_derivation_step = 35,
+  iek_base_class_derivation = 36,
+  iek_base_class = 37,
+  iek_class_list_entry = 38,
+  iek_routine_list_entry = 39,
+  iek_class_type_supplement = 40,
+  iek_template_param_type_supplement = 41,
+  iek_constructor_init = 42,
+  iek_asm_entry = 43,
+  iek_asm_operand = 44,
+  iek_named_register = 45,
+  iek_label_list_entry = 46,
+  iek_template_arg = 47,
+  iek_new_delete_supplement = 48,
+  iek_throw_supplement = 49,
+  iek_condition_supplement = 50,
+  iek_scope_orphaned_list = 51,
+  iek_pragma = 52,
+  iek_template = 53,
+  iek_macro = 54,
+  iek_element_position = 55,
+  iek_decl_position_supplement = 56,
+  iek_template_decl = 57,
+  iek_template_param = 58,
+  iek_name_reference = 59,
+  iek_name_qualifier = 60,
+  iek_seq_number_lookup_entry = 61,
+  iek_local_expr_node_ref = 62,
+  iek_local_scope_ref = 63,
+  iek_il_entity_list_entry = 64,
+  iek_lambda = 65,
+  iek_lambda_capture = 66,
+  iek_attribute = 67,
+  iek_attribute_arg = 68,
+  iek_attribute_group = 69,
+  iek_typeref_type_supplement = 70,
+  iek_integer_type_supplement = 71,
+  iek_routine_gnu_supplement = 72,
+  iek_variable_template_info = 73,
+  iek_subobject_path = 74
+};
+
+inline constexpr int last_il_entry_kind = iek_subobject_path;
+static_assert(last_il_entry_kind == 74);
+
+#endif
