@@ -149,6 +149,12 @@ public:
 private:
   ~I_FILE();
 
+  // Types (if_type.cpp).
+  void write_type_record(TYPE* type);
+  void write_csu_fields(TYPE* type);
+  template <class Node, class Write>
+  void write_type_list(TYPE* owner, int list_id, int element_code, Node* list, Write write_fields);
+
   // Operand forms of expression nodes (if_nodes.cpp).
   void if_write_expr_name(BASE_NODE* node);
   void if_write_expr_field(BASE_NODE* node);

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "decode.h"
+#include "error.h"
 #include "if_util.h"
 
 TYPE_PKG* type_pkg = nullptr;
@@ -71,16 +72,14 @@ void TP_OBJECT::operator delete(void* object) {
 }
 
 fkETOR::fkETOR(int32_t etor_value, const char* etor_name, const PSN* etor_psn)
-    : value(etor_value), name(etor_name), psn(copy_of(etor_psn)) {
-}
+    : value(etor_value), name(etor_name), psn(copy_of(etor_psn)) {}
 
 fkETOR::~fkETOR() = default;
 
 fkMDATA::fkMDATA(const char* member_name, TYPE* member_type, ACCESS_KIND member_access,
                  int64_t offset, uint32_t width, bool bitfield, const PSN* member_psn)
     : type(member_type), name(member_name), access(member_access), bit_offset(offset),
-      bit_width(width), is_bitfield(bitfield), psn(copy_of(member_psn)) {
-}
+      bit_width(width), is_bitfield(bitfield), psn(copy_of(member_psn)) {}
 
 fkMDATA::~fkMDATA() = default;
 
@@ -277,7 +276,7 @@ TYPE::EKIND TYPE::ekind() {
   case k_integral:
     return EKIND(sub.ikind);
   case k_floating:
-    return EKIND(ek_float + sub.fkind);
+    return EKIND(unsigned(ek_float) + sub.fkind);
   case k_fixed_point:
     return ek_fixed_point;
   case k_complex:
@@ -647,10 +646,10 @@ static const char* const float_texts[TYPE::fk_last + 1] = {"float ", "double ", 
 static const struct {
   uint8_t bit;
   const char* text;
-} qualifier_texts[] = {{qf_const, "const "},       {qf_volatile, "volatile "},
-                       {qf_packed, "packed "},     {qf_near, "near "},
-                       {qf_far, "far "},           {qf_restrict, "restrict "},
-                       {qf_ioport, "ioport "},     {qf_onchip, "onchip "}};
+} qualifier_texts[] = {{qf_const, "const "},   {qf_volatile, "volatile "},
+                       {qf_packed, "packed "}, {qf_near, "near "},
+                       {qf_far, "far "},       {qf_restrict, "restrict "},
+                       {qf_ioport, "ioport "}, {qf_onchip, "onchip "}};
 
 static std::string qualifiers_text(uint8_t bits) {
   std::string text;
@@ -775,7 +774,8 @@ void TYPE::print_parts(std::string& left, std::string& right, bool markup) {
 
 static std::string member_text(fkMDATA* member) {
   char buffer[64];
-  std::snprintf(buffer, sizeof buffer, "    off:%3lld ", static_cast<long long>(member->bit_offset));
+  std::snprintf(buffer, sizeof buffer, "    off:%3lld ",
+                static_cast<long long>(member->bit_offset));
   std::string text = buffer;
   if (member->is_bitfield) {
     std::snprintf(buffer, sizeof buffer, "bitfld(%2u) ", member->bit_width);
@@ -1146,7 +1146,8 @@ TYPE* TYPE_PKG::mk_ref(TYPE* referenced, uint64_t size, uint32_t align) {
 }
 
 TYPE* TYPE_PKG::mk_qual(TYPE* type, uint8_t qualifiers) {
-  return mk_qual(type, qualifiers, type->size, qualifiers & qf_packed ? default_align : type->align);
+  return mk_qual(type, qualifiers, type->size,
+                 qualifiers & qf_packed ? default_align : type->align);
 }
 
 TYPE* TYPE_PKG::mk_qual(TYPE* type, uint8_t qualifiers, uint64_t size, uint32_t align) {
@@ -1288,9 +1289,9 @@ void TYPE_PKG::print_stats() {
   for (TYPE_TREE_ITERATOR it(root_type); it.get() != nullptr; it.advance())
     counts[it.get()->kind]++;
   static const char* const names[TYPE::k_union + 1] = {
-      "void",    "integral", "floating", "fixed point",       "complex",  "pointer", "reference",
-      "qualified", "typedef",  "array",    "pointer to member", "function", "enum",    "class",
-      "struct",  "union"};
+      "void",      "integral",  "floating", "fixed point", "complex",           "pointer",
+      "reference", "qualified", "typedef",  "array",       "pointer to member", "function",
+      "enum",      "class",     "struct",   "union"};
   for (unsigned kind = 0; kind <= TYPE::k_union; kind++)
     std::printf("%-18s%8u\n", names[kind], counts[kind]);
   std::printf("%-18s%8zu\n", "bytes", tp_allocated_bytes());
@@ -1302,4 +1303,18 @@ void TYPE_PKG::dump_all() {
     std::printf("%6u %10llu:%-4u %s\n", type->uid, static_cast<unsigned long long>(type->size),
                 type->align, type->printstr(true).c_str());
   }
+}
+
+static void type_pkg_error_handler(TYPE_PKG* package) {
+  str_error(ec_type_pkg_error,
+            package->error_text[0] != '\0' ? package->error_text : "no description available");
+  package->error_code = tpe_none;
+  package->error_text = "";
+}
+
+void init_tp() {
+  type_pkg = new TYPE_PKG;
+  type_pkg->error_handler = type_pkg_error_handler;
+  if (type_pkg->error_code != tpe_none)
+    type_pkg_error_handler(type_pkg);
 }

@@ -65,8 +65,7 @@ enum PARAM_KIND : int {
 
 struct fkPARAM : TP_OBJECT {
   fkPARAM(TYPE* param_type, int param_kind, const char* param_text)
-      : type(param_type), kind(param_kind), text(param_text) {
-  }
+      : type(param_type), kind(param_kind), text(param_text) {}
   TYPE* type;
   int kind;
   std::string text;
@@ -102,8 +101,7 @@ struct fkMDATA : TP_OBJECT {
 
 struct fkBCLASS : TP_OBJECT {
   fkBCLASS(TYPE* base, int32_t base_offset, ACCESS_KIND base_access, bool base_is_virtual)
-      : type(base), offset(base_offset), access(base_access), is_virtual(base_is_virtual) {
-  }
+      : type(base), offset(base_offset), access(base_access), is_virtual(base_is_virtual) {}
   TYPE* type;
   int32_t offset;
   ACCESS_KIND access;
@@ -112,31 +110,27 @@ struct fkBCLASS : TP_OBJECT {
 };
 
 struct fkADECL : TP_OBJECT {
-  explicit fkADECL(int adecl_kind) : kind(adecl_kind) {
-  }
+  explicit fkADECL(int adecl_kind) : kind(adecl_kind) {}
   int kind;
   fkADECL* next = nullptr;
 };
 
 struct fkFFRIEND : TP_OBJECT {
-  fkFFRIEND(const char* friend_name, TYPE* friend_type) : name(friend_name), type(friend_type) {
-  }
+  fkFFRIEND(const char* friend_name, TYPE* friend_type) : name(friend_name), type(friend_type) {}
   std::string name;
   TYPE* type;
   fkFFRIEND* next = nullptr;
 };
 
 struct fkTYPE_ELEM : TP_OBJECT {
-  explicit fkTYPE_ELEM(TYPE* elem_type) : type(elem_type) {
-  }
+  explicit fkTYPE_ELEM(TYPE* elem_type) : type(elem_type) {}
   TYPE* type;
   fkTYPE_ELEM* next = nullptr;
 };
 
 struct fkSDATA : TP_OBJECT {
   fkSDATA(TYPE* member_type, const char* member_name, ACCESS_KIND member_access)
-      : type(member_type), name(member_name), access(member_access) {
-  }
+      : type(member_type), name(member_name), access(member_access) {}
   TYPE* type;
   std::string name;
   ACCESS_KIND access;
@@ -145,8 +139,7 @@ struct fkSDATA : TP_OBJECT {
 
 struct fkMFUNC : TP_OBJECT {
   fkMFUNC(TYPE* function_type, const char* function_name, ACCESS_KIND function_access, int index)
-      : type(function_type), name(function_name), access(function_access), virtual_index(index) {
-  }
+      : type(function_type), name(function_name), access(function_access), virtual_index(index) {}
   TYPE* type;
   std::string name;
   ACCESS_KIND access;
@@ -273,7 +266,12 @@ public:
     ik_unsigned_long_long = 11,
     ik_last = ik_unsigned_long_long
   };
-  enum FKIND : uint32_t { fk_float = 0, fk_double = 1, fk_long_double = 2, fk_last = fk_long_double };
+  enum FKIND : uint32_t {
+    fk_float = 0,
+    fk_double = 1,
+    fk_long_double = 2,
+    fk_last = fk_long_double
+  };
   // One number for each kind of type, with integers and floats told apart.
   enum EKIND : uint32_t {
     ek_float = ik_last + 1,
@@ -302,17 +300,17 @@ public:
   uint64_t size;
   uint32_t align;
   TYPE_PKG* pkg;
-  bool frozen = false;          // complete: may be registered, and no longer changed
-  TYPE* rep;                    // this type without qualifiers
-  std::unique_ptr<PSN> psn;     // of the declaration of a typedef, enum or class
-  TYPE* normal = nullptr;       // of a basic type: its canonical twin on this target
-  TYPE* pointer_to = nullptr;   // the pointer to this type, once made
-  bool written = false;         // its record is in the file
-  bool referenced = false;      // its record is needed in the file
-  uint32_t epoch = 0;           // the package's, at registration
-  int32_t mark = 0;             // -1 once mark_refed_recur was here
-  TYPE* equiv = nullptr;        // the type that replaces this one; may chain
-  bool is_cpp;                  // made while the language was C++
+  bool frozen = false;        // complete: may be registered, and no longer changed
+  TYPE* rep;                  // this type without qualifiers
+  std::unique_ptr<PSN> psn;   // of the declaration of a typedef, enum or class
+  TYPE* normal = nullptr;     // of a basic type: its canonical twin on this target
+  TYPE* pointer_to = nullptr; // the pointer to this type, once made
+  bool written = false;       // its record is in the file
+  bool referenced = false;    // its record is needed in the file
+  uint32_t epoch = 0;         // the package's, at registration
+  int32_t mark = 0;           // -1 once mark_refed_recur was here
+  TYPE* equiv = nullptr;      // the type that replaces this one; may chain
+  bool is_cpp;                // made while the language was C++
   union {
     IKIND ikind;
     FKIND fkind;
@@ -435,8 +433,7 @@ private:
 // then in order of registration. The tree must not change meanwhile.
 class TYPE_TREE_ITERATOR {
 public:
-  explicit TYPE_TREE_ITERATOR(TYPE* root) : current(root) {
-  }
+  explicit TYPE_TREE_ITERATOR(TYPE* root) : current(root) {}
   // The current type; null when the walk has ended.
   TYPE* get() const {
     return current;
@@ -516,8 +513,8 @@ public:
                  bool is_complete);
   TYPE* mk_array(TYPE* elem, bool is_cpp, uint32_t count, uint32_t align, bool is_complete);
   TYPE* mk_vector(TYPE* elem, bool is_cpp, uint32_t count, uint64_t size, uint32_t align);
-  TYPE* mk_func(TYPE* return_type, bool is_cpp, bool prototyped, bool has_ellipsis,
-                CC_KIND cc_kind, uint64_t size, uint32_t align);
+  TYPE* mk_func(TYPE* return_type, bool is_cpp, bool prototyped, bool has_ellipsis, CC_KIND cc_kind,
+                uint64_t size, uint32_t align);
   TYPE* mk_enum(const char* name, TYPE* underlying, uint64_t size, uint32_t align, bool is_cpp);
   TYPE* mk_class(const char* name, uint64_t size, uint32_t align, bool is_complete, int integer,
                  bool is_lowered, bool is_struct_vector, bool is_cpp);
