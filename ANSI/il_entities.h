@@ -960,42 +960,13 @@ struct a_label_list_entry {
 };
 
 // ---------------------------------------------------------------------------
-// Initializer positions and source files.
+// Initializer positions.
 
 // The position of an element of a braced initializer.
 struct an_element_position {
   an_element_position* next;
   a_source_range range;
   an_element_position* elements; // of a nested braced list
-};
-
-// One record for each reading of a file and for each section that a #line
-// directive starts, in a tree that mirrors the inclusions.
-struct a_source_file {
-  const char* file_name; // to be displayed
-  const char* full_name; // under which it was opened; null for a clone
-  const char* name_as_written;
-  uint32_t first_seq;
-  uint32_t last_seq; // set at the end of the file
-  uint32_t first_line;
-  a_source_file* first_child;
-  a_source_file* last_child;
-  a_source_file* next;
-  uint8_t is_include_file : 1;
-  uint8_t in_angle_brackets : 1;
-  uint8_t is_preinclude : 1;
-  uint8_t is_macro_preinclude : 1;
-  uint8_t is_system_header : 1;
-  uint8_t is_primary : 1;
-};
-
-// A stretch of consecutive sequence numbers that belongs to one file.
-struct a_seq_number_lookup_entry {
-  a_seq_number_lookup_entry* next;
-  uint32_t first_seq;
-  uint32_t last_seq; // UINT32_MAX while open
-  uint32_t first_line;
-  a_source_file* source_file;
 };
 
 #endif
