@@ -91,11 +91,12 @@ public:
 
   // Loop, dependence, memory bank and exception tables.
   void if_write_loop(unsigned id, unsigned first_label, unsigned last_label, unsigned min,
-                     unsigned max, int flags);
-  void if_write_inloop(unsigned loop_id, I_SYMTAB* symbol, int flags);
-  void if_write_ldspec_induct(unsigned id, unsigned base, long step, TYPE* type, I_SYMTAB* symbol);
+                     unsigned max, int loop_flags);
+  void if_write_inloop(unsigned loop_id, const I_SYMTAB* symbol, int loop_flags);
+  void if_write_ldspec_induct(unsigned id, unsigned base, long step, TYPE* type,
+                              const I_SYMTAB* symbol);
   void if_write_ldspec_rand(unsigned id, unsigned base, unsigned extent, TYPE* type,
-                            I_SYMTAB* symbol);
+                            const I_SYMTAB* symbol);
   void if_write_ldspec_region(unsigned id, unsigned region);
   void if_write_mbank(unsigned id, unsigned bank, unsigned banks, unsigned offset, unsigned size);
   void if_write_dep_edge(unsigned id, unsigned from, unsigned to);
@@ -173,15 +174,16 @@ private:
   void if_write_expr_pval(BASE_NODE* node);
   void write_expr_operand(BASE_NODE* node);
 
+  void set_up_buffers();
   void grow_buffer();
   void append(const void* bytes, size_t count);
   void append_byte(unsigned char byte);
   void to_stream(const void* bytes, size_t count);
   void write_strings(const std::vector<std::string>& strings);
-  void write_signed_symbol_ref(const I_SYMTAB* symbol);
-  void write_position(int tag, const PSN* psn);
+  void write_ldspec_symbol(const I_SYMTAB* symbol);
   void follow_level(int tag);
   void finish_sections(bool keep_all_types);
+  void note_failure();
 
   std::string trans_unit_name;
   FILE* stream;
@@ -207,7 +209,11 @@ private:
   char* buffer = nullptr;
   size_t buffer_capacity = 0;
   char* buffer_end = nullptr;
-  int write_errno = 0; // errno of the first failed write
+
+  mutable uint32_t last_file = 0; // the file of the latest look-up
+  // Whether an operation on the stream failed, and errno of the first failure.
+  bool failed = false;
+  int failure_errno = 0;
 };
 
 // Makes the writer of a file that has just been opened.

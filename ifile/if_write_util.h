@@ -12,6 +12,10 @@ void if_set_output_name(const char* name);
 // run that leaves the file unfinished; harmless at any other time.
 void if_remove_output_file();
 
+// Reports that closing the file failed: catastrophe 191, or 1972 with a reason
+// when `errno_value` isn't 0.
+[[noreturn]] void if_write_failure(int errno_value);
+
 // Writes a line on standard output, removes the file being written and exits
 // with status 1.
 [[noreturn]] void if_stop(const char* format, ...) __attribute__((format(printf, 1, 2)));
