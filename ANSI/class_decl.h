@@ -3,7 +3,11 @@
 #ifndef CLASS_DECL_H
 #define CLASS_DECL_H
 
-#include "basics.h"
+#include "decl_spec.h"
+
+// A struct, union or class specifier (C99 6.7.2.1), at the keyword; the error
+// type after an error.
+a_type* class_specifier(a_decl_parse_state* state);
 
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();

@@ -1,9 +1,21 @@
-// Initialisers.
+// Initialisers (C99 6.7.8).
 
 #ifndef DECL_INITS_H
 #define DECL_INITS_H
 
-#include "basics.h"
+#include "decl_spec.h"
+
+// The initialiser of the variable just declared (state->symbol), at the token
+// behind `=`; sets its init_kind and its initialiser, completes an array of
+// unknown bound, and in a function adds the statement.
+void initializer(a_decl_parse_state* state);
+// No initialiser was written.
+void def_initializer(a_symbol* symbol, const a_source_position* position);
+void check_for_missing_initializer_full(a_symbol* symbol, a_type* type);
+
+// The braces of a compound literal (C99 6.5.2.5), at `{`: a constant or, with
+// a null result, *init is its dynamic initialisation.
+a_constant* scan_compound_literal_initializer(a_type** type, bool is_static, a_dynamic_init** init);
 
 void decl_inits_one_time_init();
 void decl_inits_init();

@@ -1,9 +1,131 @@
-// Declaration specifiers.
+// Declaration specifiers (C99 6.7), and whether a token begins a type or a
+// declaration. There is no feedback into the scanner: the parser looks an
+// identifier up at the point where the answer matters.
 
 #ifndef DECL_SPEC_H
 #define DECL_SPEC_H
 
 #include "basics.h"
+#include "il_entities.h"
+#include "il_types.h"
+
+// Target modifiers and thread storage read among the specifiers.
+struct a_decl_modifiers_block {
+  uint32_t mask; // a_decl_modifier
+  a_source_position position;
+  uint8_t thread_local_seen : 1;
+  uint8_t inline_seen : 1;
+  uint8_t noreturn_seen : 1;
+  uint32_t declared_alignment; // in bytes, of _Alignas; 0: none
+  a_source_position inline_position;
+};
+
+// Work that waits for the end of a declarator or of the whole declaration. The
+// action is an index of function_pointers.
+struct an_end_of_parse_action {
+  an_end_of_parse_action* next;
+  int action;
+  bool keep; // run for each declarator of the declaration
+};
+
+struct a_decl_flags {
+  uint32_t type_specifier_seen : 1;
+  uint32_t unused_1 : 3;
+  uint32_t specifier_error : 1;
+  uint32_t unused_5 : 1;
+  uint32_t is_plain_void : 1; // the specifiers were the single token void
+  uint32_t defines_tag : 1;   // a struct, union or enum was defined by them
+  uint32_t declares_tag : 1;  // one was named by them
+  uint32_t no_type_given : 1;
+  uint32_t storage_class_after_type : 1;
+  uint32_t is_initializing : 1;
+  uint32_t unused : 20;
+};
+
+struct a_parse_flags {
+  uint64_t is_file_scope : 1;
+  uint64_t is_old_style_param : 1; // the declarator names one of the identifier list
+  uint64_t is_top_level : 1;
+  uint64_t has_extension_prefix : 1;
+  uint64_t specifier_error : 1;
+  uint64_t raised_comma : 1; // the stop tokens that the declaration has raised
+  uint64_t raised_semicolon : 1;
+  uint64_t raised_assign : 1;
+  uint64_t raised_brace : 1;
+  uint64_t has_linkage_specification : 1;
+  uint64_t is_for_init : 1;
+  uint64_t is_function_definition : 1; // the declaration is complete without a `;`
+  uint64_t unused : 52;
+};
+
+// All that is known of a declaration while it is parsed; zeroed by
+// clear_decl_parse_state.
+struct a_decl_parse_state {
+  a_decl_flags decl_flags;
+  uint32_t declarator_flags;
+  a_source_position start_position;
+  a_source_position specifiers_position, end_position;
+  a_source_position declarator_position;
+  a_source_range declarator_range;
+  a_type_qualifier_set qualifiers;
+  a_source_position const_position, volatile_position, restrict_position;
+  a_parse_flags parse_flags;
+  a_decl_modifiers_block modifiers;
+  an_attribute* attributes_before;
+  an_attribute* attributes_after;
+  a_type* type_specifier_type;
+  a_storage_kind storage_class;
+  a_storage_kind storage_class_before_declarator;
+  a_source_position storage_class_position;
+  a_type* declared_type;
+  a_type* base_type;
+  a_symbol* symbol; // the entity declared
+  a_param_id* param_id_entry;
+  a_param_id* param_id_list;
+  an_end_of_parse_action* end_of_parse_actions;
+  a_decl_parse_state* head_state; // of the declaration; usually the state itself
+  a_decl_parse_state* next_free;
+};
+
+// Starts at the current token.
+void clear_decl_parse_state(a_decl_parse_state* state);
+a_decl_parse_state* alloc_decl_parse_state();
+void free_decl_parse_state(a_decl_parse_state* state);
+
+enum a_decl_specifiers_option : unsigned {
+  dso_storage_class = 1,
+  dso_type_specifiers = 2,
+  dso_member = 4,
+  dso_parameter = 8,
+  dso_no_type_required = 16,
+  dso_file_scope = 32,
+  dso_for_init = 64,
+  dso_allow_typedef_in_parameter = 0x1000,
+  dso_skip_misra_basic_type_check = 0x10000000
+};
+
+// Reads the specifiers into the state; type_specifier_type is never null after
+// it (error_type() after an error).
+void decl_specifiers(unsigned options, a_decl_parse_state* state);
+
+// Reads qualifiers as long as there are any.
+a_type_qualifier_set collect_type_qualifiers(a_decl_parse_state* positions);
+bool restrict_qualifier_is_allowed(a_type* type, const a_source_position* position);
+
+// The type symbol that the current identifier names, or null.
+a_symbol* curr_type_symbol();
+
+enum a_decl_start_option : unsigned { dst_expr_context = 1, dst_guess_misspelled_type = 2 };
+bool is_type_start(unsigned options);
+bool is_decl_start(unsigned options);
+bool is_decl_not_expr(unsigned options);
+
+// enum specifier (C99 6.7.2.2), at the keyword; error_type() after an error.
+a_type* enum_specifier(a_decl_parse_state* state);
+
+void add_end_of_parse_action(int action, a_decl_parse_state* state, bool keep);
+void run_end_of_parse_actions(a_decl_parse_state* state, bool final);
+void discard_end_of_parse_actions(a_decl_parse_state* state);
 
 void decl_spec_one_time_init();
 

@@ -1,9 +1,47 @@
-// Declarations and the translation unit.
+// Declarations (C99 6.7, 6.9): the entities that declarators make or find, and
+// the rules by which a new declaration is reconciled with an earlier one.
 
 #ifndef DECLS_H
 #define DECLS_H
 
-#include "basics.h"
+#include "declarator.h"
+
+// Parses the primary source to its end.
+void translation_unit();
+
+// One declaration, at its first token; reads through its `;`, which is the
+// current token afterwards when `leave_terminator` is on. Used in blocks and
+// for old-style parameters.
+void declaration(bool is_file_scope, bool is_old_style_param, bool is_top_level,
+                 bool has_extension_prefix, a_func_info_block* param_ids, a_source_range* range);
+// A declaration as the first clause of a for statement; the `;` is left.
+void for_init_declaration();
+void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range);
+
+enum a_decl_variable_flag : unsigned {
+  dvf_declaration = 1,
+  dvf_definition = 2,
+  dvf_tentative = 512,
+  dvf_initialized = 2048
+};
+void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigned flags);
+
+enum a_decl_routine_flag : unsigned { drf_declaration = 1, drf_definition = 2, drf_implicit = 128 };
+void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state,
+                  a_func_info_block* func_info, unsigned flags);
+void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state);
+// The implicit declaration of a called name (C89 3.3.2.2).
+void decl_default_function(a_symbol* symbol);
+
+void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
+                         a_func_info_block* func_info);
+void scan_function_body(a_routine* routine, a_func_info_block* func_info);
+
+// depth -1: in no scope.
+a_routine* make_routine(a_type* type, a_storage_kind storage, int depth);
+a_variable* make_variable(a_type* type, a_storage_kind storage, int depth);
+
+void static_assert_declaration();
 
 void decls_one_time_init();
 void decls_init();

@@ -1,0 +1,60 @@
+// Declarators (C99 6.7.5) and type names (C99 6.7.6).
+
+#ifndef DECLARATOR_H
+#define DECLARATOR_H
+
+#include "decl_spec.h"
+#include "symbol_tbl.h"
+
+// One entry of an identifier list or of a prototype's parameters.
+struct a_param_id {
+  a_param_id* next;
+  a_symbol* symbol; // null: unnamed
+  a_type* declared_type;
+  a_type* type; // after adjustment; null while an old-style one is undeclared
+  bool is_register;
+  a_source_position position;
+  a_storage_kind storage_class;
+  a_param_type* param_type;
+  a_variable* variable;
+};
+
+// What a function declarator found.
+struct a_func_info_block {
+  a_param_id* param_id_list;
+  a_symbol* first_prototype_symbol;
+  int32_t prototype_scope_number; // -1: none
+  bool is_old_style;
+  bool is_from_typedef; // the routine type came without a declarator
+};
+void clear_func_info(a_func_info_block* func_info);
+
+enum a_declarator_option : unsigned {
+  do_name_required = 1,
+  do_name_optional = 4, // the declarator may be abstract
+  do_parameter = 8,
+  do_for_init = 32,
+  do_abstract_only = 0x100,
+  do_member = 0x400,
+  do_k_and_r_parameter = 0x800,
+  do_vla_allowed = 0x4000
+};
+
+// Reads one declarator around the state's type_specifier_type, or around
+// `type` when it isn't null; sets state->declared_type and the locator, which
+// is an error locator when no name was found.
+void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
+                a_symbol_locator* locator, a_func_info_block* func_info);
+
+// The declared type as a parameter has it (C99 6.7.5.3 p7, p8).
+void check_and_adjust_parameter_type(a_decl_parse_state* state, const a_source_position* position);
+// Reports a return type that is none.
+bool check_return_type(a_type* type, const a_source_position* position);
+void add_to_param_id_list(a_param_id* entry, a_func_info_block* func_info);
+
+// A type name; the error type after an error.
+a_type* type_name();
+a_type* scan_type_for_cast();
+a_type* scan_type_for_sizeof();
+
+#endif
