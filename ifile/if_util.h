@@ -24,7 +24,7 @@ inline constexpr char if_no_file[] = "NO_FILE";
 
 // A pragma of a symbol, of a function or of the file.
 struct PRAGMA {
-  uint8_t kind = ifpk_INVALID; // an_if_pragma_kind
+  uint8_t kind; // an_if_pragma_kind
   std::vector<std::string> strings;
   PRAGMA* next = nullptr;
 
