@@ -42,6 +42,13 @@ void f_register_trans_unit_variable(void* variable, size_t size, size_t offset);
 void process_translation_unit(const char* file_name, bool is_primary,
                               an_exported_template_file* exported_file);
 
+// Makes a record for a unit, with room for its variables.
+a_translation_unit* alloc_translation_unit(an_exported_template_file* exported_file);
+
+// Adds the unit to the list of units and to the unit stack; it becomes current
+// with the variables as they are.
+void enter_translation_unit(a_translation_unit* unit);
+
 // Makes the unit current, saving and restoring the registered variables.
 void switch_translation_unit(a_translation_unit* unit);
 
