@@ -17,7 +17,6 @@ constexpr an_error_code ec_plain_command_line_text = 3016;
 
 constexpr an_error_code ec_error_output_kind = 1772;
 constexpr an_error_code ec_raw_listing_kind = 1788;
-constexpr an_error_code ec_cross_reference_kind = 1789;
 
 // Options that one language alone has, and what is said in the other.
 enum a_language_of_option : uint8_t { cplusplus_only, c_only };
@@ -344,8 +343,6 @@ FILE* open_listing(const char* name, an_error_code kind) {
 void open_listing_files() {
   if (raw_listing_file_name != nullptr)
     f_raw_listing = open_listing(raw_listing_file_name, ec_raw_listing_kind);
-  if (xref_file_name != nullptr)
-    f_xref_info = open_listing(xref_file_name, ec_cross_reference_kind);
   if (error_output_file_name != nullptr)
     f_error = open_listing(error_output_file_name, ec_error_output_kind);
 }
