@@ -48,10 +48,12 @@ void back_end() {
                                                       ec_il_output_kind);
   in_front_end = 0;
   error_position = {1, 0, 0};
-  TYPE_PKG type_pkg;
-  I_FILE* file = if_create(stream, &type_pkg, translation_units->primary_source_file->full_name);
+  type_pkg = new TYPE_PKG;
+  I_FILE* file = if_create(stream, type_pkg, translation_units->primary_source_file->full_name);
   if_set_output_name(i_file_name);
   file->if_write_comment(command_line_comment().c_str());
   if (file->if_close(keep_unneeded_types != 0, false))
     report_write_failure(errno);
+  delete type_pkg;
+  type_pkg = nullptr;
 }
