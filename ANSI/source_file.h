@@ -39,25 +39,27 @@ struct a_source_file {
   uint8_t is_primary_source_file : 1;
 };
 
-// A stretch of consecutive sequence numbers that belongs to one record. The
-// table of all stretches is sorted by first_seq.
+// A stretch of consecutive sequence numbers that belongs to one record, with
+// the place of its text in the file that was read.
 struct a_seq_number_lookup_entry {
   a_seq_number_lookup_entry* next;
   uint32_t first_seq;
   uint32_t last_seq; // seq_lookup_open while the stretch is open
   uint32_t first_line;
   a_source_file* source_file;
+  uint32_t first_physical_line;
+  a_source_file* physical_file;
 };
 inline constexpr uint32_t seq_lookup_open = 0xFFFFFFFF;
 
-// Where a record of a file begins: `written` is its name in the directive,
-// `full_name` null for a clone.
+// What a record of a file begins with; the rest of its fields is set here.
 struct a_source_file_start {
   const char* file_name;
-  const char* full_name;
+  const char* full_name; // null for a clone
   const char* name_as_written;
-  uint32_t seq;  // of the first line
-  uint32_t line; // number of the first line
+  uint32_t first_line;
+  a_source_file* physical_file; // of a clone
+  uint32_t first_physical_line;
   bool is_include_file;
   bool is_angle_bracket_include;
   bool is_preinclude;
@@ -65,13 +67,14 @@ struct a_source_file_start {
   bool is_system_header;
 };
 
-// Makes a record as the last child of `parent`, or as a primary file without
-// one, and opens its first stretch.
+// Makes a record for the lines to be read next, as the last child of `parent`
+// or, without one, as a primary file, and opens its first stretch.
 a_source_file* record_start_of_source_file(const a_source_file_start& start, a_source_file* parent);
-// Opens a stretch of an existing record: `seq` is its line number `line`.
-void record_resumption_of_source_file(a_source_file* file, uint32_t seq, uint32_t line);
-// Closes the record and its stretch at the last line read.
-void record_end_of_source_file(a_source_file* file, uint32_t last_seq);
+// Opens a stretch of an existing record for the lines to be read next.
+void record_resumption_of_source_file(a_source_file* file, uint32_t line,
+                                      a_source_file* physical_file, uint32_t physical_line);
+// Closes the record at the last line read.
+void record_end_of_source_file(a_source_file* file);
 
 // The record in effect at a sequence number, null for 0. `physical` looks
 // through #line. The line, and whether the number lies past the end of a
@@ -99,11 +102,12 @@ enum a_unicode_source_kind_tag : uint8_t {
 };
 
 // A whole file in memory, without its byte order mark; UTF-16 is there as
-// UTF-8. The byte at `end` is a newline that is not part of the text.
+// UTF-8. One byte behind `end` may be read.
 struct a_source_text {
-  char* start;
-  char* end;
-  size_t allocated;
+  char* storage; // null when no text is held
+  const char* start;
+  const char* end;
+  a_unique_file_id unique_id;
   a_unicode_source_kind_tag unicode_kind;
   bool may_hold_nul;
   bool may_hold_trigraph;
@@ -160,7 +164,8 @@ struct an_input_stack_entry {
   uint8_t is_recursive : 1; // the file was on the stack already
   uint8_t saved_any_tokens_fetched : 1;
   uint8_t is_preinclude : 1;
-  uint8_t is_macro_preinclude : 1; // ends without being popped by the reader
+  uint8_t stop_at_end_of_file : 1; // a macro preinclude, or set for a while by the
+                                   // scanner: the reader doesn't pop the file
   uint8_t is_cloned : 1;           // of `# 1 "name" 1`
 };
 
@@ -199,23 +204,23 @@ bool open_file_and_push_input_stack(const char* name, const an_include_request& 
 // For __has_include: whether the file is found.
 bool header_can_be_found(const char* name, bool is_angle_bracket, bool from_next_directory);
 void pop_input_stack();
-// Enters the next of the preinclude files; false when there's none left.
+// Enters the next of the macro preinclude files, then of the preinclude files;
+// called once when the primary file was opened, and by pop_input_stack. False
+// when there's none left.
 bool push_next_preinclude_file();
-// Enters the next of the macro preinclude files, whose end stops the reader.
-bool push_next_macro_preinclude_file();
 
 bool processing_primary_source_file();
 bool in_included_file();
 
-// #line with a file name: the rest of the file, from `seq` on, is line `line`
-// of `name`.
-void clone_current_input_file(const char* name, uint32_t seq, uint32_t line, bool is_system);
-// `# line "name" 1` and its return `# line "name" 2`.
-void push_cloned_input_stack_entry(const char* name, uint32_t seq, uint32_t line, bool is_system);
-bool pop_cloned_input_stack_entry(uint32_t seq, uint32_t line);
-// #line without a file name, or with the one in effect: line `seq` has number
-// `line`.
-void renumber_current_input_file(uint32_t seq, uint32_t line);
+// #line with a new file name: the next physical line is line `line` of `name`.
+void clone_current_input_file(const char* name, uint32_t line, bool is_system);
+// #line without a file name, or with the one in effect.
+void renumber_current_input_file(uint32_t line);
+// `# line "name" 1`: the lines that follow are those of an included file, until
+// pop_cloned_input_stack_entry at `# line "name" 2`, which is false when no such
+// entry is open.
+void push_cloned_input_stack_entry(const char* name, uint32_t line, bool is_system);
+bool pop_cloned_input_stack_entry(uint32_t line);
 // #pragma GCC system_header: from the next line on, the file is a system header.
 void mark_current_file_as_system_header();
 
@@ -247,7 +252,8 @@ void add_to_incl_search_path(const char* name, bool is_system);
 // The marker `-I-`: entries added from here on are searched for <...>, those
 // before only for "...".
 void mark_start_of_sys_incl_search_path();
-// Takes away every later mention of a directory.
+// Takes away every later mention of a directory, and, of one that is a system
+// directory too, the user's (as GNU compilers do).
 void remove_duplicate_include_directories();
 // Puts the slot for the current file's directory at the front of the path.
 void put_current_directory_slot_on_incl_search_path(const char* directory);
@@ -269,13 +275,14 @@ struct an_include_file_history {
 
 an_include_guard_state get_ifg_state();
 void set_ifg_state(an_include_guard_state state);
-// Keeps the guard's macro for the current file.
+// Keeps the macro of the guard that begins in the current file, and enters
+// igs_inside.
 void record_include_guard(const char* macro_name, size_t length, bool tests_not_defined);
-// The record of an included file under its full name, or by its identity.
-// False when there's none and `create` is off.
-bool find_include_history(const char* name, an_include_file_history** history, bool create);
+// The record of an included file under its full name, or by its identity; null
+// when there's none and `create` is off.
+an_include_file_history* find_include_history(const char* full_name, bool create);
 // Whether the guard of the file excludes it now.
-bool suppress_subsequent_include_of_file(const char* name, an_include_file_history** history);
+bool suppress_subsequent_include_of_file(const char* full_name);
 
 // -- Initialisation
 // ----------------------------------------------------------------------------------

@@ -36,6 +36,9 @@ extern a_source_position pos_of_macro_invocation;
 // in a file whose entry says so, at the end of the file.
 bool read_logical_source_line(bool pop_at_eof, bool append);
 
+// Writes what the current line owes to the preprocessed output and the listing.
+void flush_pp_output_of_curr_line();
+
 // Makes room for `length` bytes in the buffer.
 void ensure_min_curr_source_line_length(size_t length);
 
@@ -60,10 +63,10 @@ void register_source_line_adjuster(void (*adjust)(const a_moved_buffer& moved));
 // -- Changes against the physical text --------------------------------------------------------
 
 enum an_orig_line_modif_kind : uint8_t {
-  olm_trigraph = 0,     // `extra` is its third character
-  olm_splice = 1,       // `extra` is the sequence number of the next physical line
-  olm_moved_splice = 2, // a splice that an ended comment moved
-  olm_nul = 3           // a marker was inserted behind a NUL
+  olm_trigraph = 0, // `extra` is its third character
+  olm_splice = 1,   // `extra` is the sequence number of the next physical line
+  olm_newline = 2,  // an appended line begins; `extra` as for a splice
+  olm_nul = 3       // a marker was inserted behind a NUL
 };
 
 struct an_orig_line_modif {
