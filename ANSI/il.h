@@ -65,6 +65,8 @@ void clear_parent(a_source_correspondence* source_corresp, an_il_entry_kind kind
 // The parent scope; null at file scope's outside, or when the function that
 // held it has been freed.
 a_scope* f_get_parent_scope_of(a_source_correspondence* source_corresp, an_il_entry_kind kind);
+// Breaks the links of a copied constant to entries that it must not point to.
+void fix_memory_region_problems_in_copied_constant(a_constant* constant);
 a_local_scope_ref* make_local_scope_ref(a_scope* scope, void* entity, an_il_entry_kind kind,
                                         a_scope* function_scope);
 a_local_expr_node_ref* make_local_expr_node_ref(void* owner, a_local_expr_ref_kind kind,
@@ -162,9 +164,6 @@ enum a_walk_parents_flags : unsigned {
 int walk_parents(void* entity, an_il_entry_kind kind,
                  int (*callback)(void* entity, an_il_entry_kind kind, void* control_block),
                  void* control_block, unsigned flags);
-
-// After a stored IL has been read.
-void rebuild_structures_on_il_read();
 
 void il_one_time_init();
 void il_init();

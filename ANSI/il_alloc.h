@@ -11,6 +11,7 @@
 
 #include "il_entities.h"
 #include "il_types.h"
+#include "mem_manage.h"
 
 // The prefix word of an entry, in bit order.
 struct an_il_entry_prefix {
@@ -107,7 +108,7 @@ void clear_type(a_type* type, a_type_kind kind);
 // Restores the state of a class with no definition.
 void clear_class_type_definition_fields(a_type* type);
 
-// Region 1, primary prefix.
+// Region 1, primary prefix. See source_file.h.
 a_source_file* alloc_source_file();
 a_seq_number_lookup_entry* alloc_seq_number_lookup_entry();
 

@@ -31,6 +31,13 @@ std::string command_line_comment() {
   return text;
 }
 
+[[noreturn]] void report_write_failure(int error_number) {
+  const char* kind = "generated IL output";
+  if (error_number == 0)
+    str_catastrophe(ec_file_write_error, kind);
+  pos_str2_catastrophe(ec_file_write_error_errno, &error_position, kind, strerror(error_number));
+}
+
 } // namespace
 
 void back_end() {
@@ -46,7 +53,7 @@ void back_end() {
   if_set_output_name(i_file_name);
   file->if_write_comment(command_line_comment().c_str());
   if (file->if_close(keep_unneeded_types != 0, false))
-    if_write_failure(errno);
+    report_write_failure(errno);
   delete type_pkg;
   type_pkg = nullptr;
 }

@@ -77,6 +77,8 @@ inline constexpr a_type_qualifier_set tq_dependent_decltype = 0x20000;
 inline constexpr a_type_qualifier_set tq_nullability =
     tq_nullable | tq_nonnull | tq_null_unspecified;
 inline constexpr a_type_qualifier_set tq_all_qualifiers = 0xff;
+// Typerefs that carry more than a name and qualifiers.
+inline constexpr a_type_qualifier_set tq_carries_attributes = 0x100c400;
 inline constexpr a_type_qualifier_set tq_cv = tq_const | tq_volatile;
 
 // What a member of a based_types list is to the type that owns the list.
@@ -198,6 +200,7 @@ struct a_class_type_supplement {
   uint32_t is_std_initializer_list : 1;
   uint32_t keep_definition_in_il : 1;
   uint32_t is_va_list_tag : 1;
+  uint32_t is_aggregate : 1; // in the sense of C++
 };
 
 struct a_template_param_type_supplement {
@@ -265,7 +268,7 @@ struct an_array_type_variant {
   uint16_t bound_is_expr : 1;
   uint16_t is_vla : 1;
   uint16_t bound_is_star : 1; // [*]
-  uint16_t has_local_expr_ref : 1;
+  uint16_t unused_flag : 1;
   uint16_t has_vla_dimension : 1;
   uint16_t flexible_not_allowed : 1;
   union {

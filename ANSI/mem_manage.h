@@ -18,7 +18,8 @@ struct a_mem_block {
   char* end;            // one past the last byte of the block
   uint64_t total_size;  // of the system allocation that this header starts; 0 for
                         // a block split off from inside another
-  uint8_t trimmed;      // the region's tail was given back: it grows by small blocks
+  uint8_t trimmed;      // the tail was given back: the region grows by small blocks
+  uint8_t mapped;       // the system allocation is part of the mapped file
 };
 static_assert(sizeof(a_mem_block) == 48);
 
@@ -98,9 +99,9 @@ void* alloc_general_or_in_region(int32_t region, uint64_t size);
 void trim_memory_region(int32_t region);
 // Releases all memory of the region. The number isn't used again.
 void free_memory_region(int32_t region);
-// A function or a unit is finished: trims its region, and writes it when an IL
-// file is made.
+// A function or a unit is finished: its region grows no more, or little.
 void check_for_done_with_memory_region(int32_t region);
+// All function bodies are finished.
 void check_for_done_with_all_function_memory_regions();
 
 // Notes a mapped block of a precompiled header; unmaps all mapped blocks.

@@ -188,7 +188,6 @@ a_type* f_underlying_type_of_derived_type(const a_type* type);
 
 // --- Integer and floating kinds.
 
-extern const uint8_t int_kind_is_signed_table[num_integer_kinds];
 bool int_kind_is_signed(int kind); // plain char as the target has it
 an_integer_kind unsigned_int_kind_of(int kind);
 an_integer_kind signed_int_kind_of(int kind);
@@ -441,12 +440,12 @@ bool is_or_might_be_null_pointer_constant(const a_constant* constant);
 // --- Walking a type.
 
 enum a_type_tree_flags : unsigned {
-  ttf_array_bounds = 1,
+  ttf_none = 0,
   ttf_param_types = 2,
   ttf_template_args = 4,
   ttf_base_classes = 8,
   ttf_through_typerefs = 16, // visit typerefs as types of their own
-  ttf_all = 31
+  ttf_all = 30
 };
 // Calls back for the type and its component types until a call gives true,
 // which is then the result.

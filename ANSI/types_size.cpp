@@ -1,0 +1,379 @@
+// Sizes and alignments of types, the work that waits for the completion of a
+// type, and the types that promotions and arithmetic conversions give.
+
+#include "types.h"
+
+#include "error.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "mode_words.h"
+#include "target.h"
+#include "types_int.h"
+
+#include <algorithm>
+
+// --- Sizes.
+
+uint32_t explicit_alignment_of_type(const a_type* type) {
+  for (;; type = type->variant.typeref.referenced_type) {
+    if (type->has_explicit_alignment)
+      return type->alignment;
+    if (type->kind != tk_typeref)
+      return 0;
+  }
+}
+
+uint32_t f_alignment_of_type(const a_type* type) {
+  for (;;) {
+    if (type->kind == tk_typeref && !type->has_explicit_alignment)
+      type = type->variant.typeref.referenced_type;
+    else if (type->kind == tk_array && !type->has_explicit_alignment)
+      type = type->variant.array.element_type;
+    else
+      return type->alignment;
+  }
+}
+
+uint64_t size_of_type(const a_type* type) {
+  return f_skip_typerefs(type)->size;
+}
+
+namespace {
+
+void set_integer_type_size(a_type* type) {
+  uint32_t natural_alignment;
+  get_integer_size_and_alignment(type->variant.integer.int_kind, &type->size, &natural_alignment,
+                                 &type->precision);
+  if (type->variant.integer.is_bool)
+    type->precision = 1;
+  if (!type->has_explicit_alignment) {
+    type->alignment = natural_alignment;
+  } else if (type->alignment < natural_alignment) {
+    if (!gpp_mode || clang_mode)
+      pos_error(ec_invalid_alignment_reducing_attr, &type->source_corresp.position);
+    type->alignment = natural_alignment;
+  }
+}
+
+} // namespace
+
+void set_type_size(a_type* type) {
+  if (type->size != 0)
+    return;
+  switch (type->kind) {
+  case tk_error:
+  case tk_template_param:
+  case tk_unknown:
+    type->size = 1;
+    break;
+  case tk_integer:
+    set_integer_type_size(type);
+    break;
+  case tk_float:
+  case tk_imaginary:
+    get_float_size_and_alignment(type->variant.float_kind, &type->size, &type->alignment);
+    break;
+  case tk_complex:
+    get_float_size_and_alignment(type->variant.float_kind, &type->size, &type->alignment);
+    type->size *= 2;
+    break;
+  case tk_pointer:
+    type->size = size_of_pointer_to(type->variant.pointer.referenced_type, &type->alignment);
+    break;
+  case tk_nullptr:
+    type->size = size_of_pointer_to(nullptr, &type->alignment);
+    break;
+  case tk_array:
+    set_array_type_size(type, false);
+    break;
+  case tk_ptr_to_member: {
+    bool is_function = is_function_type(type->variant.ptr_to_member.member_type);
+    type->size = static_cast<uint64_t>(is_function ? targ_sizeof_ptr_to_member_function
+                                                   : targ_sizeof_ptr_to_data_member);
+    type->alignment = static_cast<uint32_t>(is_function ? targ_alignof_ptr_to_member_function
+                                                        : targ_alignof_ptr_to_data_member);
+    break;
+  }
+  case tk_typeref:
+    set_type_size(type->variant.typeref.referenced_type);
+    break;
+  case tk_void:
+  case tk_routine:
+  case tk_class: // given by the layout of the class
+  case tk_struct:
+  case tk_union:
+    break;
+  }
+}
+
+bool array_has_no_bound(const a_type* array) {
+  return is_incomplete_array_type(array);
+}
+
+void set_array_type_size(a_type* type, bool quiet) {
+  an_array_type_variant& array = type->variant.array;
+  a_type* bottom = f_skip_typerefs(underlying_array_element_type(type));
+  if (bottom->is_incomplete && (is_class_struct_union_kind(bottom->kind) || is_enum_type(bottom))) {
+    add_to_dependent_type_fixup_list(bottom, dtfk_array_size, type);
+    type->is_incomplete = 1;
+    type->size = 0;
+    type->alignment = 1;
+    return;
+  }
+  a_type* element = f_skip_typerefs(array.element_type);
+  if (element->size == 0)
+    set_type_size(element);
+  bool has_number = !array.bound_is_constant && !array.bound_is_expr && !array.is_vla;
+  uint64_t bound = has_number ? array.bound.number_of_elements : 1;
+  uint32_t element_alignment = f_alignment_of_type(array.element_type);
+  type->is_incomplete = element->is_incomplete || (bound == 0 && !array.flexible_not_allowed);
+  if (element->size != 0 && element->size < element_alignment && !quiet)
+    pos_error(ec_array_element_align_greater_than_size, &error_position);
+  if (element->size != 0 && bound > targ_size_t_max / element->size) {
+    if (!quiet)
+      pos_error(ec_array_size_too_large, &error_position);
+    set_type_kind(type, tk_error);
+    return;
+  }
+  type->size = bound * element->size;
+  type->alignment = element_alignment;
+}
+
+// --- Work that waits for the completion of a type.
+
+namespace {
+
+struct a_dependent_type_fixup {
+  a_dependent_type_fixup* next;
+  a_type* incomplete_type;
+  a_dependent_type_fixup_kind kind;
+  union {
+    a_type* type;
+    a_param_type* param;
+    void* generic;
+  } entity;
+};
+
+// In the order in which the work came: an array's elements before the array.
+// The records lie in region 0.
+a_dependent_type_fixup* first_fixup;
+a_dependent_type_fixup* last_fixup;
+a_dependent_type_fixup* avail_fixups;
+
+void do_fixup(const a_dependent_type_fixup& fixup) {
+  switch (fixup.kind) {
+  case dtfk_array_size:
+    set_array_type_size(fixup.entity.type, false);
+    break;
+  case dtfk_arg_transfer_method:
+    set_arg_transfer_method_flag(fixup.entity.param);
+    break;
+  case dtfk_calling_method:
+    set_routine_calling_method_flag(fixup.entity.type);
+    break;
+  }
+}
+
+} // namespace
+
+void add_to_dependent_type_fixup_list(a_type* incomplete_type, a_dependent_type_fixup_kind kind,
+                                      void* entity) {
+  a_dependent_type_fixup* fixup = avail_fixups;
+  if (fixup != nullptr)
+    avail_fixups = fixup->next;
+  else
+    fixup = static_cast<a_dependent_type_fixup*>(
+        alloc_in_region(front_end_region, sizeof(a_dependent_type_fixup)));
+  fixup->next = nullptr;
+  fixup->incomplete_type = incomplete_type;
+  fixup->kind = kind;
+  fixup->entity.generic = entity;
+  (first_fixup == nullptr ? first_fixup : last_fixup->next) = fixup;
+  last_fixup = fixup;
+}
+
+void process_dependent_type_fixups(a_type* type) {
+  // A fixup may add others, for another type, to the end of the list.
+  a_dependent_type_fixup* previous = nullptr;
+  for (a_dependent_type_fixup* fixup = first_fixup; fixup != nullptr;) {
+    a_dependent_type_fixup* next = fixup->next;
+    if (fixup->incomplete_type != type) {
+      previous = fixup;
+      fixup = next;
+      continue;
+    }
+    do_fixup(*fixup);
+    next = fixup->next;
+    (previous == nullptr ? first_fixup : previous->next) = next;
+    if (last_fixup == fixup)
+      last_fixup = previous;
+    fixup->next = avail_fixups;
+    avail_fixups = fixup;
+    fixup = next;
+  }
+}
+
+void reset_dependent_type_fixups() {
+  first_fixup = nullptr;
+  last_fixup = nullptr;
+  avail_fixups = nullptr;
+}
+
+// --- Promotion.
+
+namespace {
+
+bool is_special_character_type(const a_type* type) {
+  return is_wchar_t_type(type) || is_char16_t_type(type) || is_char32_t_type(type);
+}
+
+// The kind of the promoted value (C99 6.3.1.1 p2).
+int promoted_int_kind(int int_kind) {
+  bool is_k_and_r = C_dialect == cd_k_and_r;
+  if (int_kind == ik_char)
+    int_kind = targ_has_signed_chars ? ik_signed_char : ik_unsigned_char;
+  switch (int_kind) {
+  case ik_signed_char:
+  case ik_short:
+    return ik_int;
+  case ik_unsigned_char:
+    return is_k_and_r || targ_sizeof_int < 2 ? ik_unsigned_int : ik_int;
+  case ik_unsigned_short:
+    return !is_k_and_r && targ_sizeof_int > targ_sizeof_short ? ik_int : ik_unsigned_int;
+  default:
+    return int_kind;
+  }
+}
+
+} // namespace
+
+a_type* type_after_integral_promotion(a_type* type) {
+  a_type* bare = f_skip_typerefs(type);
+  if (bare->kind != tk_integer || bare->variant.integer.is_scoped_enum)
+    return type;
+  if (bare->variant.integer.is_bool)
+    return integer_type(ik_int);
+  int int_kind = bare->variant.integer.int_kind;
+  bool is_special = is_special_character_type(bare) || bare->variant.integer.is_enum;
+  int promoted = promoted_int_kind(int_kind);
+  if (in_cplusplus_mode() && is_special && targ_sizeof_int == targ_sizeof_long) {
+    if (int_kind == ik_long)
+      promoted = ik_int;
+    else if (int_kind == ik_unsigned_long)
+      promoted = ik_unsigned_int;
+  }
+  if (promoted != int_kind || (in_cplusplus_mode() && is_special))
+    return integer_type(promoted);
+  return type;
+}
+
+a_type* type_after_bit_field_promotion(a_type* type, unsigned bit_size) {
+  a_type* bare = f_skip_typerefs(type);
+  if (bare->kind != tk_integer || bare->variant.integer.is_scoped_enum)
+    return type;
+  bool is_unsigned = !int_kind_is_signed(bare->variant.integer.int_kind);
+  unsigned int_width = static_cast<unsigned>(targ_precisionof_int);
+  if (bit_size > int_width)
+    return type_after_integral_promotion(type);
+  if (is_unsigned && (bit_size == int_width || C_dialect == cd_k_and_r))
+    return integer_type(ik_unsigned_int);
+  return integer_type(ik_int);
+}
+
+a_type* default_argument_promotion(a_type* type) {
+  a_type* bare = f_skip_typerefs(type);
+  if (bare->kind == tk_float && bare->variant.float_kind == fk_float)
+    return float_type(fk_double);
+  if (bare->kind == tk_imaginary && bare->variant.float_kind == fk_float)
+    return imaginary_type(fk_double);
+  return type_after_integral_promotion(type);
+}
+
+a_type* type_after_array_to_pointer_transformation(a_type* type) {
+  if (!is_array_type(type))
+    return type;
+  return make_pointer_type(array_element_type(type));
+}
+
+a_type* type_after_parameter_adjustment(a_type* type) {
+  if (is_function_type(type))
+    return make_pointer_type(type);
+  if (!is_array_type(type))
+    return type;
+  a_type* pointer = make_pointer_type(array_element_type(type));
+  // [const n]: the qualifiers in the brackets are those of the pointer.
+  return make_qualified_type(pointer, f_skip_typerefs(type)->variant.array.bound_qualifiers);
+}
+
+// --- Usual arithmetic conversions.
+
+namespace {
+
+struct a_float_rank {
+  int mantissa_digits; // 0 for a type that isn't floating
+  int float_kind;
+};
+
+a_float_rank float_rank(const a_type* type) {
+  type = f_skip_typerefs(type);
+  if (!is_floating_type(type))
+    return {0, 0};
+  return {mantissa_digits_of_float_kind(type->variant.float_kind), type->variant.float_kind};
+}
+
+int common_float_kind(const a_type* type1, const a_type* type2) {
+  a_float_rank rank1 = float_rank(type1);
+  a_float_rank rank2 = float_rank(type2);
+  bool second_wins = rank2.mantissa_digits != rank1.mantissa_digits
+                         ? rank2.mantissa_digits > rank1.mantissa_digits
+                         : rank2.float_kind > rank1.float_kind;
+  int float_kind = second_wins ? rank2.float_kind : rank1.float_kind;
+  return C_dialect == cd_k_and_r && float_kind == fk_float ? static_cast<int>(fk_double)
+                                                           : float_kind;
+}
+
+a_type* common_floating_type(const a_type* type1, const a_type* type2) {
+  int float_kind = common_float_kind(type1, type2);
+  auto is_real = [](const a_type* type) { return is_real_type(type); };
+  if (is_real(type1) && is_real(type2))
+    return float_type(float_kind);
+  if (is_imaginary_type(type1) && is_imaginary_type(type2))
+    return imaginary_type(float_kind);
+  return complex_type(float_kind);
+}
+
+// Whether `unsigned_kind` is an unsigned kind, up to the given one, whose
+// values the signed kind of the same width cannot all represent.
+bool same_width_unsigned(int unsigned_kind, int signed_kind) {
+  return (unsigned_kind == ik_unsigned_int || unsigned_kind == ik_unsigned_long) &&
+         precision_of_int_kind(unsigned_kind) == precision_of_int_kind(signed_kind);
+}
+
+int common_int_kind(int kind1, int kind2) {
+  auto either_is = [=](int kind) { return kind1 == kind || kind2 == kind; };
+  auto other_than = [=](int kind) { return kind1 == kind ? kind2 : kind1; };
+  if (either_is(ik_unsigned_long_long))
+    return ik_unsigned_long_long;
+  if (either_is(ik_long_long))
+    return same_width_unsigned(other_than(ik_long_long), ik_long_long) ? ik_unsigned_long_long
+                                                                       : ik_long_long;
+  if (either_is(ik_unsigned_long))
+    return ik_unsigned_long;
+  if (either_is(ik_long)) {
+    bool becomes_unsigned =
+        C_dialect != cd_k_and_r && same_width_unsigned(other_than(ik_long), ik_long);
+    return becomes_unsigned ? ik_unsigned_long : ik_long;
+  }
+  return either_is(ik_unsigned_int) ? ik_unsigned_int : ik_int;
+}
+
+} // namespace
+
+a_type* usual_arithmetic_conversions_for_types(a_type* type1, a_type* type2) {
+  if (is_error_type(type1) || is_error_type(type2))
+    return error_type();
+  if (is_floating_type(type1) || is_floating_type(type2))
+    return common_floating_type(type1, type2);
+  return integer_type(common_int_kind(int_kind_of(type_after_integral_promotion(type1)),
+                                      int_kind_of(type_after_integral_promotion(type2))));
+}
