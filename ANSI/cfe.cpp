@@ -334,7 +334,7 @@ void fe_translation_unit_init() {
   }
   enter_keywords();
   init_predefined_macros(compilation_time_stamp);
-  il_header.primary_scope = new_file_scope(take_next_scope_number());
+  il_header.primary_scope = new_file_scope(file_scope_number);
   push_file_scope(false);
   curr_translation_unit->unit_file_scope = il_header.primary_scope;
   enter_system_specific_predeclared_symbols();

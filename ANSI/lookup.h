@@ -41,11 +41,9 @@ a_symbol* namespace_qualified_id_lookup(a_symbol_locator* locator, a_namespace* 
 a_symbol* enum_qualified_id_lookup(a_symbol_locator* locator, a_type* enum_type);
 a_symbol* file_scope_id_lookup(a_scope* scope, a_symbol_locator* locator, uint32_t options);
 // The tag that `struct x`, `union x` or `enum x` means; with
-// `current_scope_only` the one that a definition would complete.
-a_symbol* curr_tag_symbol(a_symbol_locator* locator, a_symbol_kind kind, bool current_scope_only);
-// The field of a class or of an anonymous member of it, by name.
-a_symbol* field_lookup(a_symbol_locator* locator, a_type* class_type);
-
+// `current_scope_only` the one that a definition would complete. The caller
+// compares the kind.
+a_symbol* curr_tag_symbol(a_symbol_locator* locator, bool current_scope_only);
 a_symbol* find_label_symbol(const a_symbol_header* header);
 a_symbol* find_macro_symbol(const a_symbol_header* header);
 a_symbol* find_keyword_symbol(const a_symbol_header* header);

@@ -14,6 +14,9 @@ void lower_functions_waiting_for_module_id();
 // Lowers a function whose body was delayed.
 void finish_function_processing_for_function_def(int function_number, bool first_pass);
 
+// Lowers a function whose body is complete.
+void lower_function_scope(a_routine* routine, a_scope* scope);
+
 // Lowers the file scope.
 void lower_file_scope();
 

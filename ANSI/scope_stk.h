@@ -149,7 +149,8 @@ enum a_push_scope_flag : unsigned {
   psf_reactivate = 8, // function: its stored scope is opened again
   psf_for_init = 16,
   psf_template_declaration = 32,
-  psf_dependent = 64
+  psf_dependent = 64,
+  psf_no_template_scope = 0x200 // template declaration: without an IL scope
 };
 
 // The further context of a push. Zeroed fields mean "none".
@@ -206,26 +207,34 @@ a_scope_pointers_block* pointers_block_of_entry(a_scope_stack_entry* entry);
 // The depth at which the scope of a symbol is open, or -1.
 int scope_depth_of_symbol(const a_symbol* symbol, a_scope_stack_entry** entry);
 int scope_depth_of_number(int32_t scope_number);
+// The depth at which tags and enumerators are declared: decl_scope_level but
+// for C, where a class is no scope for them (C99 6.2.1).
+int decl_level_of_tags();
 a_scope* get_innermost_function_scope();
 int32_t get_depth_innermost_function_scope();
 
 // ---- Language linkage ----
 
-// The context of `extern "C"` and `extern "C++"`.
-extern a_name_linkage_kind curr_name_linkage;
+// The context of `extern "C"` and `extern "C++"`: the linkage of the routine
+// types made until the pop.
 void push_name_linkage(a_name_linkage_kind kind);
 void pop_name_linkage();
 
 // ---- The end of a function ----
 
-bool should_delay_lowering_on_function(a_routine* routine, bool at_pop);
-bool should_delay_finishing_of_function_body(a_routine* routine);
-void routine_defined(a_routine* routine);
+// Whether the body stays as it is for now: in C++, names in the lowered form
+// need the module id, which the first external definition gives.
+bool should_delay_lowering_on_function(const a_routine* routine, bool at_pop);
+bool should_delay_finishing_of_function_body(const a_routine* routine);
+// The body is complete: lowers it unless that must wait, and marks the routine
+// as defined.
+void routine_defined(a_routine* routine, a_scope* function_scope);
 extern a_boolean function_body_processing_delayed_on_some_func_in_primary_il;
 
-// A use in a function that may turn out as an external inline definition
-// (C99 6.7.4), judged when the file scope ends: of an entity with internal
-// linkage or, with `defines_static`, the definition of a modifiable static.
+// Records a use in a function that may turn out to be an inline definition
+// with external linkage (C99 6.7.4), judged when the file scope ends: of an
+// entity with internal linkage or, with `defines_static`, the definition of a
+// modifiable static.
 void check_c99_inline_definition(a_routine* routine, const a_source_position* position,
                                  bool defines_static);
 

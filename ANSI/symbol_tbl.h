@@ -6,6 +6,7 @@
 #define SYMBOL_TBL_H
 
 #include "basics.h"
+#include "function_pointers.h"
 #include "il_entities.h"
 
 // ---- Records ----
@@ -102,11 +103,6 @@ struct an_enum_symbol_supplement {
   int32_t scope_number;
 };
 
-struct a_namespace_symbol_supplement {
-  a_scope_pointers_block* pointers_block;
-  int32_t scope_number;
-};
-
 struct a_symbol {
   a_symbol_header* header;
   a_symbol* next_homonym; // on the header's chain, or in an overload set
@@ -127,7 +123,6 @@ struct a_symbol {
   uint32_t is_hidden_union_member : 1; // of an anonymous union, hidden by another member
   uint32_t is_anonymous_union_member : 1;
   uint32_t is_class_member : 1;
-  uint32_t is_not_in_lookup_copy : 1;
   uint32_t is_namespace_member : 1;
   // An error or placeholder: entered in no chain.
   uint32_t not_in_lookup : 1;
@@ -139,16 +134,11 @@ struct a_symbol {
   uint32_t is_local_extern : 1;
   uint32_t is_friend_only : 1; // declared by a friend declaration alone
   uint32_t is_error : 1;
-  uint32_t value_set : 1;  // the variable was given a value
-  uint32_t value_used : 1; // the variable's value was read
-  uint32_t is_condition_variable : 1;
-  uint32_t is_for_init_variable : 1;
-  uint32_t is_range_for_iterator : 1;
-  uint32_t is_handler_parameter : 1;
-  uint32_t is_function_parameter : 1;
+  uint32_t value_set : 1;   // the variable was given a value
+  uint32_t value_used : 1;  // the variable's value was read
   uint32_t is_inactive : 1; // on the header's inactive chain
   uint32_t unused_reported : 1;
-  uint32_t unused_flags : 7;
+  uint32_t unused_flags : 12;
   union {
     void* entry;         // whichever it is
     uint32_t token_kind; // symk_keyword: an a_token_kind
@@ -169,13 +159,13 @@ struct a_symbol {
     void* entry;
     a_class_symbol_supplement* class_info;
     an_enum_symbol_supplement* enum_info;
-    a_namespace_symbol_supplement* namespace_info;
     a_param_id* param_id;   // symk_parameter
     a_symbol* overload_set; // routines: the symbol of the set they are in
   } supplement;
   union {
     uint64_t word;
     uint8_t typedef_stands_for_tag; // symk_type
+    void* il_entry;                 // macros and templates: their IL entry, or null
   } extra;
 };
 
@@ -233,16 +223,13 @@ struct a_hash_table_entry {
 };
 
 struct a_hash_table {
-  uint8_t hash_function_index; // in function_pointers
+  uint8_t hash_function_index; // a_function_pointer_index
   uint8_t compare_function_index;
   int32_t region; // -1 and -2: general memory
   uint64_t size;  // number of buckets, out of one series of primes
   uint64_t entries;
   a_hash_table_entry** buckets;
 };
-
-inline constexpr uint8_t hash_index_symbol_header = 14;
-inline constexpr uint8_t compare_index_symbol_header = 15;
 
 // ---- Per-unit state ----
 
@@ -351,11 +338,8 @@ a_symbol* enter_macro_symbol(a_symbol_header* header, a_macro_def* macro,
 void remove_macro_symbol(a_symbol* symbol);
 // The symbol by which a block-scope extern is also known at file scope.
 a_symbol* enter_extern_symbol(a_symbol_kind kind, a_symbol_locator* locator);
-// A symbol in the innermost function's or block's scope.
-a_symbol* enter_local_symbol(a_symbol_kind kind, a_symbol_locator* locator, int depth,
-                             bool* in_out_flag);
-// A label's symbol, in the innermost function.
-a_symbol* enter_label_symbol(a_symbol_locator* locator, int depth);
+// A symbol in the scope at the top of the stack.
+a_symbol* enter_local_symbol(a_symbol_kind kind, a_symbol_locator* locator, bool* in_out_flag);
 a_symbol* enter_overloaded_symbol(a_symbol_kind kind, a_symbol* old_symbol,
                                   a_symbol_locator* locator, int depth);
 // Makes `new_symbol` a sibling of `old_symbol`, which may be a set already;
@@ -405,6 +389,8 @@ a_hash_table* alloc_hash_table(int32_t region, uint64_t size, uint8_t hash_index
                                uint8_t compare_index);
 // The entry of a key; with `create` one is made, with `first` and `last` null.
 a_hash_table_entry* hash_find(a_hash_table* table, const void* key, bool create);
+typedef uint32_t a_hash_function(const void* key);
+typedef bool a_compare_function(const void* a, const void* b);
 uint32_t hash_symbol_header_lookup_entry(const void* key);
 bool compare_symbol_header_lookup_entry(const void* a, const void* b);
 

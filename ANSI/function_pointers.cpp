@@ -1,0 +1,30 @@
+#include "function_pointers.h"
+
+#include "symbol_tbl.h"
+
+namespace {
+
+template <typename F> a_generic_function generic(F* function) {
+  return reinterpret_cast<a_generic_function>(function);
+}
+
+} // namespace
+
+const a_generic_function function_pointers[fpi_last + 1] = {
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    generic(hash_symbol_header_lookup_entry),
+    generic(compare_symbol_header_lookup_entry),
+};

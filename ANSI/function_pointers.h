@@ -1,0 +1,20 @@
+// The table of callback pointers. A record that a precompiled header may hold
+// names a function by its index here, never by its address.
+
+#ifndef FUNCTION_POINTERS_H
+#define FUNCTION_POINTERS_H
+
+#include <cstdint>
+
+enum a_function_pointer_index : uint8_t {
+  fpi_none = 0,
+  fpi_hash_symbol_header_lookup_entry = 14,
+  fpi_compare_symbol_header_lookup_entry = 15,
+  fpi_last = 15
+};
+
+// To be cast to the type that the index stands for before the call.
+typedef void (*a_generic_function)();
+extern const a_generic_function function_pointers[fpi_last + 1];
+
+#endif

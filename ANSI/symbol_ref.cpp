@@ -1,0 +1,134 @@
+#include "symbol_ref.h"
+
+#include "cfe.h"
+#include "error.h"
+#include "il.h"
+#include "source_file.h"
+
+#include <cstdio>
+
+// ---- The cross-reference listing ----
+
+// How the listing shows a record.
+static char xref_letter(uint32_t kind) {
+  const bool is_type = kind & srk_type;
+  if (kind & (srk_declaration | srk_instance_declaration)) {
+    if (kind & srk_definition)
+      return is_type ? 'T' : 'D';
+    return is_type ? 't' : 'd';
+  }
+  constexpr uint32_t use_bits = srk_value_read | srk_modified | srk_address_taken | srk_error;
+  const uint32_t use = kind & use_bits;
+  if (use & srk_error)
+    return 'E';
+  if (use & srk_address_taken)
+    return 'A';
+  if (use == (srk_value_read | srk_modified))
+    return 'C';
+  if (use & srk_modified)
+    return 'M';
+  if (use & srk_value_read)
+    return 'U';
+  return kind & srk_reference ? 'R' : ' ';
+}
+
+static bool is_listed_symbol(const a_symbol* symbol) {
+  switch (symbol->kind) {
+  case symk_keyword:
+  case symk_undefined:
+  case symk_extern_variable:
+  case symk_extern_routine:
+  case symk_projection:
+  case symk_overloaded_function:
+  case symk_namespace_projection:
+    return false;
+  default:
+    break;
+  }
+  const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
+  return symbol->position.seq != 0 && (corresp == nullptr || !corresp->is_unnamed);
+}
+
+static void write_xref_line(uint32_t kind, const a_symbol* symbol,
+                            const a_source_position* position) {
+  if (f_xref_info == nullptr || !is_listed_symbol(symbol) || position->seq == 0)
+    return;
+  const char* file_name = nullptr;
+  uint32_t line = 0;
+  conv_seq_to_file_and_line(position->seq, &file_name, nullptr, &line, nullptr);
+  fprintf(f_xref_info, "%p\t%s\t%c\t%s\t%lu\t%d\n", static_cast<const void*>(symbol),
+          symbol->header->identifier, xref_letter(kind), file_name,
+          static_cast<unsigned long>(line), static_cast<int>(position->column));
+}
+
+// ---- Checks of a use ----
+
+// The kind of `deprecated` in all forms of attributes.
+static constexpr uint8_t deprecated_attribute_kind = 6;
+
+void check_use_of_deprecated_entity(a_symbol* symbol, const a_source_position* position) {
+  const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
+  if (corresp == nullptr)
+    return;
+  const an_attribute* attribute = corresp->attributes;
+  while (attribute != nullptr && attribute->kind != deprecated_attribute_kind)
+    attribute = attribute->next;
+  if (attribute == nullptr)
+    return;
+  const an_attribute_arg* message = attribute->arguments;
+  if (message != nullptr && message->arg_kind == aak_string)
+    pos_stsy_warning(ec_deprecated_entity_with_custom_message, position, message->value.text,
+                     symbol);
+  else
+    pos_sy_warning(ec_deprecated_entity, position, symbol);
+}
+
+void check_use_of_deleted_function(a_symbol* symbol, const a_source_position* position) {
+  if ((symbol->kind == symk_routine || symbol->kind == symk_member_function) &&
+      symbol->variant.routine != nullptr && symbol->variant.routine->is_deleted)
+    pos_sy_error(ec_deleted_function, position, symbol);
+}
+
+// ---- Records ----
+
+void record_symbol_declaration(uint32_t kind, a_symbol* symbol, const a_source_position* position,
+                               a_source_correspondence*) {
+  if (kind & srk_definition)
+    symbol->defined = true;
+  write_xref_line(kind | srk_declaration, symbol, position);
+}
+
+void record_symbol_reference_full(uint32_t kind, a_symbol* symbol,
+                                  const a_source_position* position,
+                                  a_source_correspondence* corresp, bool evaluated) {
+  a_symbol* real = fundamental_symbol_of(symbol);
+  if (corresp == nullptr)
+    corresp = source_corresp_entry_for_symbol(real);
+  real->referenced = true;
+  if (corresp != nullptr)
+    corresp->referenced = true;
+  if (kind & srk_value_read)
+    mark_variable_value_used(real);
+  if (kind & srk_modified)
+    mark_variable_value_set(real);
+  if (evaluated) {
+    check_use_of_deprecated_entity(real, position);
+    check_use_of_deleted_function(real, position);
+  }
+  write_xref_line(kind | srk_reference, real, position);
+}
+
+void record_symbol_reference(uint32_t kind, a_symbol* symbol, const a_source_position* position,
+                             bool evaluated) {
+  record_symbol_reference_full(kind, symbol, position, nullptr, evaluated);
+}
+
+void mark_variable_value_set(a_symbol* symbol) {
+  symbol->value_set = true;
+}
+
+void mark_variable_value_used(a_symbol* symbol) {
+  symbol->value_used = true;
+}
+
+void symbol_ref_one_time_init() {}
