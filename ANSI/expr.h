@@ -35,6 +35,10 @@ bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr);
 // A case value, converted to the promoted type of the switch.
 void scan_case_label_constant(a_type* switch_type, a_constant* constant);
 
+// Whether an error may be issued here; in a context that suppresses errors the
+// entry notes that one was due.
+bool expr_error_should_be_issued();
+
 // ---- For initialisers.
 
 enum a_scan_expr_flag : uint32_t {

@@ -1,9 +1,62 @@
-// Constant folding.
+// Constant folding (C99 6.6): the value of operators on constants and of casts
+// of constants, in the target's arithmetic. A fold ends in one of three ways:
+// with a value, with `not_folded` (the operation stays for run time), or with
+// an error constant after a message.
 
 #ifndef FOLDING_H
 #define FOLDING_H
 
 #include "basics.h"
+#include "il_expr.h"
+
+// What a fold is told of its place, and what it answers.
+struct a_fold_context {
+  bool in_constant_kind; // a constant is required
+  bool value_evaluated;  // off in the branch not taken of a decided operator
+  const a_source_position* position;
+  bool not_folded;
+  bool error_reported;
+};
+
+// `left op right`, both converted as the operator asks; the result has
+// `result_type`.
+void binary_operation(an_expr_operator_kind op, const a_constant* left, const a_constant* right,
+                      a_type* result_type, a_constant* result, a_fold_context* context);
+// eok_negate, eok_unary_plus, eok_complement, eok_not.
+void unary_operation(an_expr_operator_kind op, const a_constant* operand, a_type* result_type,
+                     a_constant* result, a_fold_context* context);
+// Converts a constant to `type` in place, as a cast (is_explicit) or as an
+// implicit conversion, which says when it changes the value.
+void type_change_constant_full(a_constant* constant, a_type* type, bool is_explicit,
+                               a_fold_context* context);
+// The same where the value is known to be wanted and no message is due.
+// False when the constant can't be converted at compile time.
+bool type_change_constant(a_constant* constant, a_type* type);
+
+// Stores a value into an integer constant of its type, which wraps. With
+// `overflow` on, or a value that doesn't fit while `check_overflow` is on, the
+// code and severity of integer_overflow are set.
+void trunc_and_set_integer(uint64_t value, bool is_signed, a_constant* constant,
+                           bool check_overflow, bool saturate, an_error_code* code,
+                           an_error_severity* severity);
+// Sets the code for a negative count, or one not below the left type's width.
+void check_shift_count(const a_constant* count, a_type* left_type, an_error_code* code);
+
+// Whether the constant may stand for a null pointer (C99 6.3.2.3 p3).
+bool is_null_pointer_constant(const a_constant* constant);
+bool is_null_pointer_value(const a_constant* constant);
+bool is_false_constant(const a_constant* constant);
+// Whether a scalar constant's truth is known, and what it is.
+bool constant_bool_value_known_at_compile_time(const a_constant* constant);
+bool constant_bool_value(const a_constant* constant);
+bool variable_has_non_null_address(const a_variable* variable);
+bool routine_has_non_null_address(const a_routine* routine);
+
+// The address constant that a prvalue of pointer type, or the place that a
+// glvalue names, has before run time: an object of static duration, a
+// function, a string literal, and what lies inside them.
+bool constant_prvalue_pointer(an_expr_node* expr, a_constant* result);
+bool constant_glvalue_address(an_expr_node* expr, a_constant* result);
 
 void folding_one_time_init();
 void folding_init();
