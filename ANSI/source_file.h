@@ -102,9 +102,10 @@ enum a_unicode_source_kind_tag : uint8_t {
 };
 
 // A whole file in memory, without its byte order mark; UTF-16 is there as
-// UTF-8. One byte behind `end` may be read.
+// UTF-8. A large file is mapped, others are read.
 struct a_source_text {
-  char* storage; // null when no text is held
+  char* storage;      // null when no text is held
+  size_t mapped_size; // 0 for text on the heap
   const char* start;
   const char* end;
   a_unique_file_id unique_id;

@@ -353,6 +353,7 @@ void source_file_search_one_time_init() {
 }
 
 void source_file_search_reset() {
+  search_results().clear();
   history_by_name = new_history_table();
   history_by_id = new_history_table();
 }

@@ -7,16 +7,20 @@
 #include "error.h"
 #include "mode_words.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 // Sequence numbers and offsets in a line have 32 bits.
 static constexpr size_t max_source_size = 0x7FFFFFFF;
 static constexpr size_t first_read_size = 0x10000;
+// From this size on a file is mapped: its pages cost more than the reading.
+static constexpr size_t min_mapped_size = 0x100000;
 
 static char* resize_text(char* storage, size_t size) {
   char* resized = static_cast<char*>(realloc(storage, size));
@@ -29,12 +33,12 @@ static char* resize_text(char* storage, size_t size) {
 // Returns 0 or the errno of the failure.
 static int read_whole_file(int descriptor, size_t size_hint, char** storage, size_t* size) {
   size_t capacity = size_hint + 1;
-  *storage = resize_text(nullptr, capacity + 1);
+  *storage = resize_text(nullptr, capacity);
   *size = 0;
   for (;;) {
     if (*size == capacity) {
       capacity = capacity < first_read_size ? first_read_size : capacity * 2;
-      *storage = resize_text(*storage, capacity + 1);
+      *storage = resize_text(*storage, capacity);
     }
     ssize_t count = read(descriptor, *storage + *size, capacity - *size);
     if (count == 0)
@@ -102,30 +106,39 @@ static void convert_utf16_to_utf8(a_source_text* text) {
     }
     out += unicode_to_utf8(value, out);
   }
-  free(text->storage);
+  close_source_file(text);
   text->storage = converted;
   text->start = converted;
   text->end = out;
 }
 
-static bool is_ascii_text(const char* p, const char* end) {
-  uint64_t bits = 0;
-  for (; end - p >= 8; p += 8) {
-    uint64_t word;
-    memcpy(&word, p, 8);
-    bits |= word;
-  }
-  for (; p < end; p++)
-    bits |= static_cast<unsigned char>(*p);
-  return (bits & 0x8080808080808080u) == 0;
+// Each byte of a word set to the same value.
+static constexpr uint64_t in_all_bytes(unsigned char c) {
+  return 0x0101010101010101u * c;
 }
 
-// What the reader of lines need not look for in this file.
+// Not 0 if a byte of the word is 0.
+static uint64_t zero_bytes(uint64_t word) {
+  return (word - in_all_bytes(1)) & ~word & in_all_bytes(0x80);
+}
+
+// What the reader of lines need not look for in this file: one pass, a word at
+// a time.
 static void note_rare_characters(a_source_text* text) {
+  uint64_t bits = 0;
+  uint64_t nuls = 0;
+  uint64_t question_marks = 0;
+  for (const char* p = text->start; p < text->end; p += sizeof(uint64_t)) {
+    uint64_t word = in_all_bytes(' ');
+    memcpy(&word, p, std::min<size_t>(sizeof word, static_cast<size_t>(text->end - p)));
+    bits |= word;
+    nuls |= zero_bytes(word);
+    question_marks |= zero_bytes(word ^ in_all_bytes('?'));
+  }
   size_t size = static_cast<size_t>(text->end - text->start);
-  text->may_hold_nul = memchr(text->start, '\0', size) != nullptr;
-  text->may_hold_trigraph = memmem(text->start, size, "??", 2) != nullptr;
-  text->is_ascii = is_ascii_text(text->start, text->end);
+  text->may_hold_nul = nuls != 0;
+  text->is_ascii = (bits & in_all_bytes(0x80)) == 0;
+  text->may_hold_trigraph = question_marks != 0 && memmem(text->start, size, "??", 2) != nullptr;
 }
 
 static void set_up_text(a_source_text* text, size_t size) {
@@ -162,6 +175,22 @@ static int open_source_descriptor(const char* name, struct stat* info,
   return descriptor;
 }
 
+// Fills in storage and size. Returns 0 or the errno of the failure.
+static int load_text(int descriptor, const struct stat& info, a_source_text* text, size_t* size) {
+  size_t file_size = S_ISREG(info.st_mode) ? static_cast<size_t>(info.st_size) : first_read_size;
+  if (file_size > max_source_size)
+    return EFBIG;
+  if (S_ISREG(info.st_mode) && file_size >= min_mapped_size) {
+    void* mapped = mmap(nullptr, file_size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
+    if (mapped != MAP_FAILED) {
+      text->storage = static_cast<char*>(mapped);
+      text->mapped_size = *size = file_size;
+      return 0;
+    }
+  }
+  return read_whole_file(descriptor, file_size, &text->storage, size);
+}
+
 bool open_source_file(const char* name, a_source_text* text, an_open_file_result* result) {
   struct stat info = {};
   int descriptor = open_source_descriptor(name, &info, result);
@@ -170,9 +199,7 @@ bool open_source_file(const char* name, a_source_text* text, an_open_file_result
   *text = {};
   if (result->flags == 0) {
     size_t size = 0;
-    size_t hint = S_ISREG(info.st_mode) ? static_cast<size_t>(info.st_size) : first_read_size;
-    int error_number =
-        hint > max_source_size ? EFBIG : read_whole_file(descriptor, hint, &text->storage, &size);
+    int error_number = load_text(descriptor, info, text, &size);
     if (error_number != 0)
       set_open_file_result(result, error_number);
     else
@@ -187,8 +214,12 @@ bool open_source_file(const char* name, a_source_text* text, an_open_file_result
 }
 
 void close_source_file(a_source_text* text) {
-  free(text->storage);
+  if (text->mapped_size != 0)
+    munmap(text->storage, text->mapped_size);
+  else
+    free(text->storage);
   text->storage = nullptr;
+  text->mapped_size = 0;
   text->start = text->end = nullptr;
 }
 
