@@ -159,17 +159,14 @@ void do_anachronisms(const an_option& option, const char*) {
 
 void do_gcc(const an_option& option, const char*) {
   gcc_mode = option.value;
-  gnu_mode = option.value;
 }
 
 void do_gpp(const an_option& option, const char*) {
   gpp_mode = option.value;
-  gnu_mode = option.value;
 }
 
 void do_clang(const an_option& option, const char*) {
   clang_mode = option.value;
-  gnu_mode = option.value;
 }
 
 void do_gnu_version(const an_option&, const char* argument) {

@@ -10,6 +10,7 @@
 #include "target.h"
 
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -248,9 +249,9 @@ void check_mode_combinations() {
 
 // GNU C and C++ are the default, except where a mode excludes them.
 void settle_gnu_mode() {
-  bool settled = option_seen[oc_gcc] || option_seen[oc_gpp] || option_seen[oc_clang];
-  if (!settled && !strict_ansi_mode && C_dialect != cd_k_and_r && !SVR4_C_mode)
-    gnu_mode = 1;
+  bool settled = option_seen[in_C_mode() ? oc_gcc : oc_gpp];
+  bool excluded = strict_ansi_mode || C_dialect == cd_k_and_r || SVR4_C_mode;
+  gnu_mode = gcc_mode || gpp_mode || clang_mode || (!settled && !excluded);
   if (gnu_mode) {
     gcc_mode = in_C_mode();
     gpp_mode = in_cplusplus_mode();
@@ -286,17 +287,14 @@ void check_options_of_other_language() {
 
 void derive_c_settings() {
   switch_off(cplusplus_words);
+  universal_character_names_allowed = 0;
   if (std_version >= 199901)
     apply(c99_defaults);
   if (std_version >= 201112)
     apply(c11_defaults);
-  // C90 6.4.9 and 6.4.6: neither `//` nor digraphs.
-  if (strict_ansi_mode && std_version < 199901) {
+  // C90 6.1.9 has no `//`; the scanner says so when it meets one.
+  if (strict_ansi_mode && std_version < 199901)
     end_of_line_comments_allowed = 0;
-    universal_character_names_allowed = 0;
-    if (!option_seen[oc_restrict])
-      restrict_keyword_enabled = 0;
-  }
 }
 
 void derive_cplusplus_settings() {
@@ -316,6 +314,15 @@ void set_gnu_mode_defaults() {
   if (clang_mode && !option_seen[oc_gnu_version] && gnu_version < least_gnu_version_of_clang)
     gnu_version = least_gnu_version_of_clang;
   apply(gnu_defaults);
+}
+
+// The system headers that belong to the tool, below its base directory.
+void add_default_include_search_path() {
+  if (*znt_base_directory == '\0')
+    return;
+  static std::string name; // the search path keeps a pointer into it
+  name = combine_dir_and_file_name(znt_base_directory, "include", nullptr);
+  add_to_incl_search_path(file_name_in_internal_encoding(name.c_str()), true);
 }
 
 void derive_preprocessing_modes() {
@@ -379,6 +386,7 @@ void derive_settings() {
     derive_cplusplus_settings();
   if (gnu_mode)
     set_gnu_mode_defaults();
+  add_default_include_search_path();
   if (gcc_mode && gnu_version >= gnu_version_of_unique_directories)
     remove_duplicate_include_directories();
   if (put_dir_of_each_opened_source_file_on_incl_search_path)
