@@ -227,6 +227,7 @@ void il_one_time_init() {
   source_corresp_template.position = null_source_position;
   source_corresp_template.name_hash_index = -1;
   default_routine_name_linkage = in_cplusplus_mode() ? nlk_cplusplus : nlk_c;
+  il_constants_one_time_init();
 }
 
 void il_init() {
@@ -246,4 +247,5 @@ void il_trans_unit_init() {
   std::fill(std::begin(orphaned_file_scope_il_entries), std::end(orphaned_file_scope_il_entries),
             an_orphaned_entry_list{nullptr, nullptr});
   types_trans_unit_init();
+  il_constants_trans_unit_init();
 }

@@ -351,6 +351,4 @@ void detach_from_object_lifetime_tree(an_object_lifetime* lifetime);
 void free_object_lifetime(an_object_lifetime* lifetime);
 an_expr_node* add_object_lifetime_to_expr(an_expr_node* expr, an_object_lifetime* lifetime);
 
-void il_statements_trans_unit_init();
-
 #endif

@@ -374,7 +374,3 @@ an_expr_node* add_object_lifetime_to_expr(an_expr_node* expr, an_object_lifetime
   lifetime->assoc.expr = node;
   return node;
 }
-
-void il_statements_trans_unit_init() {
-  curr_object_lifetime = nullptr;
-}
