@@ -269,6 +269,12 @@ static void check_conditionals_of_file(const an_input_stack_entry* entry) {
     base_pp_if_stack_depth = entry->pp_if_stack_depth;
 }
 
+// What stands in the slot of the search path while the file is read: for a
+// preinclude file that is the working directory.
+static const char* directory_for_search(const an_input_stack_entry* entry) {
+  return entry->is_preinclude ? "" : entry->directory;
+}
+
 static void remove_top_of_input_stack() {
   set_top_of_input_stack(depth_input_stack - 1);
   if (curr_ise != nullptr)
@@ -295,7 +301,7 @@ void pop_input_stack() {
   record_resumption_of_source_file(curr_ise->current_source_file, next_line_of_current_file(),
                                    curr_ise->source_file, next_physical_line_of_current_file());
   if (was_include && !was_preinclude)
-    pop_current_directory(curr_ise->directory);
+    pop_current_directory(directory_for_search(curr_ise));
   write_line_info('2');
   if (was_preinclude)
     push_next_preinclude_file();
