@@ -248,4 +248,5 @@ void il_trans_unit_init() {
             an_orphaned_entry_list{nullptr, nullptr});
   types_trans_unit_init();
   il_constants_trans_unit_init();
+  begin_marking_for_trans_unit();
 }

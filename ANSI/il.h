@@ -133,15 +133,18 @@ bool is_main_function(const a_routine* routine);
 
 // --- Needed entries.
 
-// Marks the entry, and everything it refers to, to be emitted.
+// Marks the entry to be emitted, and once the file scope has ended also all
+// that it refers to.
 void mark_as_needed(void* entry, an_il_entry_kind kind);
 void remark_as_needed(void* entry, an_il_entry_kind kind);
 void mark_as_needed_like(void* entry, an_il_entry_kind kind, const a_source_correspondence* model);
 // Marks the entry, and everything it refers to, to stay in the IL.
 void mark_to_keep_in_il(void* entry, an_il_entry_kind kind);
-// Finds what the unit emits: its definitions with external linkage, and what
-// they refer to.
+// Finds what the unit emits: its definitions with external linkage, what has
+// been marked, and what these refer to.
 void set_needed_flags_at_end_of_file_scope(a_scope* scope);
+// A unit begins: marks made from here on are only flags.
+void begin_marking_for_trans_unit();
 // Unlinks the entities of the scope that are not marked to be kept.
 void eliminate_unneeded_il_entries(a_scope* scope);
 // Drops the bodies of the routines whose definition nobody needs.

@@ -198,7 +198,6 @@ struct a_class_type_supplement {
   uint32_t anonymous_union_kind : 2; // 0 none, 1 variable, 2 field
   uint32_t has_packed_attribute : 1;
   uint32_t is_std_initializer_list : 1;
-  uint32_t keep_definition_in_il : 1;
   uint32_t is_va_list_tag : 1;
   uint32_t is_aggregate : 1; // in the sense of C++
 };
