@@ -7,6 +7,7 @@
 #include "host_envir.h"
 #include "il.h"
 #include "il_constants.h"
+#include "il_statements.h"
 #include "il_write.h"
 #include "interpret.h"
 #include "lexical.h"
@@ -125,6 +126,8 @@ void finish_delayed_functions() {
 void finish_unit(a_translation_unit* unit) {
   lower_file_scope();
   empty_shareable_constants_table();
+  if (in_cplusplus_mode())
+    pop_object_lifetime();
   pop_scope();
   if (!any_errors()) {
     find_needed_entities(unit);

@@ -2,6 +2,10 @@
 
 int depth_stmt_stack = -1;
 
+void wrapup_control_flow_processing(a_scope*) {
+  // Jumps are checked where there are statements.
+}
+
 void statements_one_time_init() {
   // Registers the variables kept for each unit.
 }
