@@ -1,5 +1,9 @@
 #include "attribute.h"
 
+bool gnu_attribute_is_supported(const char*) {
+  return false;
+}
+
 void attribute_one_time_init() {
   // Sorts the table of attributes by name.
 }

@@ -1,5 +1,6 @@
 #include "function_pointers.h"
 
+#include "pragma.h"
 #include "symbol_tbl.h"
 
 namespace {
@@ -27,4 +28,8 @@ const a_generic_function function_pointers[fpi_last + 1] = {
     nullptr,
     generic(hash_symbol_header_lookup_entry),
     generic(compare_symbol_header_lookup_entry),
+    generic(once_pragma),
+    generic(gcc_pragma),
+    generic(push_macro_pragma),
+    generic(pop_macro_pragma),
 };

@@ -10,7 +10,11 @@ enum a_function_pointer_index : uint8_t {
   fpi_none = 0,
   fpi_hash_symbol_header_lookup_entry = 14,
   fpi_compare_symbol_header_lookup_entry = 15,
-  fpi_last = 15
+  fpi_once_pragma = 16,
+  fpi_gcc_pragma = 17,
+  fpi_push_macro_pragma = 18,
+  fpi_pop_macro_pragma = 19,
+  fpi_last = 19
 };
 
 // To be cast to the type that the index stands for before the call.

@@ -2,6 +2,8 @@
 
 #include "mode_words.h"
 
+a_boolean cannot_create_pch_file;
+
 void add_command_line_pch_event(int, int, int, const char*) {
   // Options matter only to a header that is used.
 }

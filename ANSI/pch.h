@@ -5,6 +5,9 @@
 
 #include "basics.h"
 
+// Something was met that no precompiled header can hold.
+extern a_boolean cannot_create_pch_file;
+
 // Records an option that a precompiled header must agree with.
 void add_command_line_pch_event(int kind, int option, int value, const char* text);
 

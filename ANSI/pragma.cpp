@@ -1,13 +1,378 @@
+// Pragmas: recognising them, keeping those that wait, and running their actions.
+
 #include "pragma.h"
 
-void process_pragmas_at_end_of_source() {
-  // No pragma waits.
+#include <cstring>
+#include <string>
+
+#include "error.h"
+#include "function_pointers.h"
+#include "il_alloc.h"
+#include "lexical_int.h"
+#include "macro.h"
+#include "mem_manage.h"
+#include "mode_words.h"
+#include "scope_stk.h"
+#include "source_file.h"
+
+a_pragma_kind_description* pragma_kind_descriptions;
+a_pragma_kind_description* pragma_description_for_pragma_kind[pk_last];
+
+static a_pending_pragma* avail_pending_pragmas;
+
+// -- Kinds ---------------------------------------------------------------------------
+
+struct a_pragma_row {
+  a_pragma_kind_description description;
+  const char* name;
+};
+
+static a_pragma_row pragma_rows[] = {
+#define PRAGMA_KIND(kind, name, binding, action, flags, severity)                                  \
+  {{nullptr, kind, binding, action, flags, severity}, name},
+#include "pragma_kinds.def"
+#undef PRAGMA_KIND
+};
+
+const char* pragma_name(a_pragma_kind_tag kind) {
+  for (const a_pragma_row& row : pragma_rows)
+    if (row.description.kind == kind)
+      return row.name;
+  return "none";
 }
 
+static void register_pragma_kind(const a_pragma_kind_description& model) {
+  a_pragma_kind_description* description = static_cast<a_pragma_kind_description*>(
+      alloc_in_region(front_end_region, sizeof(a_pragma_kind_description)));
+  *description = model;
+  description->next = pragma_kind_descriptions;
+  pragma_kind_descriptions = description;
+  pragma_description_for_pragma_kind[model.kind] = description;
+}
+
+a_pragma_kind_description* look_up_pragma_id(a_source_position* position) {
+  a_boolean saved_expand_macros = expand_macros;
+  expand_macros = 0;
+  get_token();
+  expand_macros = saved_expand_macros;
+  *position = pos_curr_token;
+  if (curr_token != tok_identifier)
+    return nullptr;
+  if (variadic_macros_allowed && curr_token_is_identifier_string("__VA_ARGS__"))
+    pos_error(ec_VA_ARGS_not_allowed, &pos_curr_token);
+  a_pragma_kind_description* description = pragma_kind_descriptions;
+  while (description != nullptr && !curr_token_is_identifier_string(pragma_name(description->kind)))
+    description = description->next;
+  return description;
+}
+
+// -- Records -----------------------------------------------------------------------------
+
+a_pending_pragma* alloc_pending_pragma(a_pragma_kind_description* description) {
+  a_pending_pragma* pragma = avail_pending_pragmas;
+  if (pragma != nullptr)
+    avail_pending_pragmas = pragma->next;
+  else
+    pragma =
+        static_cast<a_pending_pragma*>(alloc_in_region(front_end_region, sizeof(a_pending_pragma)));
+  *pragma = {};
+  pragma->description = description;
+  pragma->has_tokens = 1;
+  return pragma;
+}
+
+void free_pending_pragma(a_pending_pragma* pragma) {
+  if (pragma->has_tokens)
+    discard_token_cache(&pragma->tokens);
+  pragma->next = avail_pending_pragmas;
+  avail_pending_pragmas = pragma;
+}
+
+void free_pending_pragma_list(a_pending_pragma* pragmas) {
+  while (pragmas != nullptr) {
+    a_pending_pragma* next = pragmas->next;
+    free_pending_pragma(pragmas);
+    pragmas = next;
+  }
+}
+
+a_pending_pragma* make_copy_of_pragma_list(const a_pending_pragma* pragmas) {
+  a_pending_pragma* first = nullptr;
+  a_pending_pragma** link = &first;
+  for (; pragmas != nullptr; pragmas = pragmas->next) {
+    a_pending_pragma* copy = alloc_pending_pragma(pragmas->description);
+    *copy = *pragmas;
+    copy->next = nullptr;
+    copy->has_tokens = 0;
+    copy->immediate_done = 0;
+    *link = copy;
+    link = &copy->next;
+  }
+  return first;
+}
+
+// -- Reading a pragma's operands --------------------------------------------------------------
+
+static bool at_end_of_operands(int* depth, bool from_operator) {
+  if (curr_token == tok_newline || curr_token == tok_end_of_source)
+    return true;
+  if (from_operator) {
+    if (curr_token == tok_lparen)
+      ++*depth;
+    else if (curr_token == tok_rparen && (*depth)-- == 0)
+      return true;
+  }
+  return false;
+}
+
+static void skip_operands(bool from_operator) {
+  if (from_operator) {
+    flush_to_closing_paren();
+    return;
+  }
+  while (curr_token != tok_newline && curr_token != tok_end_of_source)
+    get_token();
+}
+
+static const char* lasting_text(const std::string& text) {
+  return copy_string_of_length_to_region(file_scope_region_number, text.data(), text.size());
+}
+
+// Behind the name: the rest of the directive as text.
+static void collect_raw_operands(a_pending_pragma* pragma, bool from_operator) {
+  a_boolean saved_expand_macros = expand_macros;
+  expand_macros = (pragma->description->flags & pragma_expand_macros) != 0;
+  std::string text;
+  int depth = 0;
+  for (get_token(); !at_end_of_operands(&depth, from_operator); get_token()) {
+    if (kind_of_white_space_skipped != ws_none && !text.empty())
+      text += ' ';
+    text.append(start_of_curr_token, len_of_curr_token);
+  }
+  expand_macros = saved_expand_macros;
+  pragma->argument_text = lasting_text(text);
+}
+
+// Behind the name: the rest of the directive as tokens.
+static void collect_operand_tokens(a_pending_pragma* pragma, bool from_operator) {
+  uint16_t flags = pragma->description->flags;
+  a_boolean saved_fetch_pp_tokens = fetch_pp_tokens;
+  a_boolean saved_expand_macros = expand_macros;
+  a_boolean saved_concatenation = do_string_literal_concatenation;
+  fetch_pp_tokens = 0;
+  expand_macros = (flags & pragma_expand_macros) != 0;
+  recognize_keywords_in_pragma = (flags & pragma_recognize_keywords) != 0;
+  do_string_literal_concatenation = recognize_keywords_in_pragma;
+  scanning_pragma_tokens = 1;
+  exp_header_name = (flags & pragma_header_name_operand) != 0;
+  std::string text;
+  int depth = 0;
+  for (get_token(); !at_end_of_operands(&depth, from_operator); get_token()) {
+    if (kind_of_white_space_skipped != ws_none && !text.empty())
+      text += ' ';
+    if (start_of_curr_token != nullptr)
+      text.append(start_of_curr_token, len_of_curr_token);
+    cache_curr_token(&pragma->tokens);
+  }
+  terminate_token_cache(&pragma->tokens);
+  if ((flags & pragma_keep_text) != 0)
+    pragma->argument_text = lasting_text(text);
+  exp_header_name = 0;
+  scanning_pragma_tokens = 0;
+  recognize_keywords_in_pragma = 0;
+  do_string_literal_concatenation = saved_concatenation;
+  expand_macros = saved_expand_macros;
+  fetch_pp_tokens = saved_fetch_pp_tokens;
+}
+
+// -- Running
+// ---------------------------------------------------------------------------------------
+
+static void run_pragma_action(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement) {
+  uint8_t index = pragma->description->action;
+  if (index != fpi_none)
+    reinterpret_cast<a_pragma_action>(function_pointers[index])(pragma, symbol, statement);
+}
+
+static void append_to_curr_token_pragmas(a_pending_pragma* pragma) {
+  a_pending_pragma** link = &curr_token_pragmas;
+  while (*link != nullptr)
+    link = &(*link)->next;
+  *link = pragma;
+  any_initial_get_token_tests_needed = 1;
+}
+
+void record_pragma(a_pragma_kind_description* description,
+                   const a_source_position* directive_position,
+                   const a_source_position* name_position, bool from_operator) {
+  bool is_scanned_kind =
+      description != nullptr && description->binding == pragma_runs_while_scanned;
+  if (description == nullptr && !do_preprocessing_only)
+    pos_warning(ec_unrecognized_pragma, name_position);
+  if (description == nullptr || (do_preprocessing_only && !is_scanned_kind)) {
+    skip_operands(from_operator);
+    return;
+  }
+  a_pending_pragma* pragma = alloc_pending_pragma(description);
+  pragma->directive_position = *directive_position;
+  pragma->name_position = *name_position;
+  pragma->from_operator = from_operator;
+  bool makes_text = (description->flags & pragma_raw_tokens) != 0;
+  if (!makes_text)
+    collect_operand_tokens(pragma, from_operator);
+  else if (!is_scanned_kind)
+    collect_raw_operands(pragma, from_operator);
+  if (!is_scanned_kind) {
+    append_to_curr_token_pragmas(pragma);
+    return;
+  }
+  run_pragma_action(pragma, nullptr, nullptr);
+  free_pending_pragma(pragma);
+}
+
+void process_immediate_pragmas() {
+  a_pending_pragma* pragmas = curr_token_pragmas;
+  curr_token_pragmas = nullptr;
+  for (a_pending_pragma* pragma = pragmas; pragma != nullptr; pragma = pragma->next) {
+    if (pragma->description->binding != pragma_runs_at_end_of_directive || pragma->immediate_done)
+      continue;
+    pragma->immediate_done = 1;
+    run_pragma_action(pragma, nullptr, nullptr);
+  }
+  curr_token_pragmas = pragmas;
+  update_initial_get_token_tests_needed();
+}
+
+static void report_misplaced_pragma(const a_pending_pragma* pragma) {
+  const a_pragma_kind_description* description = pragma->description;
+  if (description->misplaced_severity == es_suppressed)
+    return;
+  bool before_declaration = (description->flags & pragma_may_precede_declaration) != 0;
+  bool before_statement = (description->flags & pragma_may_precede_statement) != 0;
+  an_error_code code = ec_pragma_must_precede_statement;
+  if (before_declaration)
+    code =
+        before_statement ? ec_pragma_must_precede_decl_or_stmt : ec_pragma_must_precede_declaration;
+  pos_diagnostic(description->misplaced_severity, code, &pragma->name_position);
+}
+
+static void queue_on_innermost_scope(a_pending_pragma* pragma) {
+  pragma->next = nullptr;
+  a_pending_pragma** link = &scope_stack[depth_scope_stack].pending_pragmas;
+  while (*link != nullptr)
+    link = &(*link)->next;
+  *link = pragma;
+}
+
+void process_curr_token_pragmas() {
+  a_pending_pragma* pragma = curr_token_pragmas;
+  curr_token_pragmas = nullptr;
+  while (pragma != nullptr) {
+    a_pending_pragma* next = pragma->next;
+    if (pragma->description->binding == pragma_runs_at_end_of_scope) {
+      queue_on_innermost_scope(pragma);
+    } else {
+      if (pragma->description->binding == pragma_binds_to_construct)
+        report_misplaced_pragma(pragma);
+      else if (!pragma->immediate_done)
+        run_pragma_action(pragma, nullptr, nullptr);
+      free_pending_pragma(pragma);
+    }
+    pragma = next;
+  }
+}
+
+void process_pragmas_at_end_of_source() {
+  process_curr_token_pragmas();
+}
+
+// -- Rescanning a pragma's tokens
+// ---------------------------------------------------------------------
+
+void begin_rescan_of_pragma_tokens(a_pending_pragma* pragma) {
+  push_lexical_state_stack();
+  caching_tokens = 0;
+  push_stop_token_stack();
+  pos_of_macro_invocation = null_source_position;
+  if ((pragma->description->flags & pragma_raw_tokens) != 0)
+    fetch_pp_tokens = 1;
+  if (pragma->tokens.first != nullptr)
+    rescan_copy_of_cache(&pragma->tokens);
+}
+
+void wrapup_rescan_of_pragma_tokens(bool had_error) {
+  if (!had_error && curr_token != tok_end_of_source)
+    pos_diagnostic(es_discretionary_error, ec_extra_text_in_pp_directive, &pos_curr_token);
+  while (curr_token != tok_end_of_source)
+    get_token();
+  get_token();
+  fetch_pp_tokens = 0;
+  pop_stop_token_stack();
+  pop_lexical_state_stack();
+}
+
+// -- Actions
+// ---------------------------------------------------------------------------------------------
+
+void once_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
+  set_ifg_state(igs_pragma_once);
+  get_token();
+}
+
+// `("name")`; an empty name after a fault.
+static std::string scan_macro_name_operand() {
+  if (get_token() != tok_lparen) {
+    pos_warning(ec_exp_lparen, &pos_curr_token);
+    return std::string();
+  }
+  if (get_token() != tok_string) {
+    pos_warning(ec_exp_string_literal, &pos_curr_token);
+    return std::string();
+  }
+  std::string name(start_of_curr_token + 1, len_of_curr_token - 2);
+  if (get_token() != tok_rparen) {
+    pos_warning(ec_exp_rparen, &pos_curr_token);
+    return std::string();
+  }
+  get_token();
+  return name;
+}
+
+void push_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  std::string name = scan_macro_name_operand();
+  if (!name.empty())
+    push_macro_definition(name.data(), name.size());
+  else
+    skip_operands(pragma->from_operator);
+}
+
+void pop_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  std::string name = scan_macro_name_operand();
+  if (!name.empty())
+    pop_macro_definition(name.data(), name.size());
+  else
+    skip_operands(pragma->from_operator);
+}
+
+void gcc_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  if (strcmp(pragma->argument_text, "system_header") == 0)
+    mark_current_file_as_system_header();
+  else
+    pos_warning(ec_unrecognized_pragma, &pragma->name_position);
+}
+
+// -- Initialisation
+// -------------------------------------------------------------------------------------------
+
 void pragma_one_time_init() {
-  // Registers the variables kept for each unit.
+  // Registers the variables that a precompiled header saves.
 }
 
 void pragma_init() {
-  // Clears the list of pending pragmas.
+  avail_pending_pragmas = nullptr;
+  pragma_kind_descriptions = nullptr;
+  for (a_pragma_kind_description*& description : pragma_description_for_pragma_kind)
+    description = nullptr;
+  for (const a_pragma_row& row : pragma_rows)
+    register_pragma_kind(row.description);
 }
