@@ -7,6 +7,7 @@
 #include "error.h"
 #include "host_envir.h"
 #include "lexical_int.h"
+#include "lookup.h"
 #include "macro_int.h"
 #include "mode_words.h"
 
@@ -163,15 +164,6 @@ static char* end_of_extended_identifier(char* start, char* p) {
       return p;
     }
   }
-}
-
-// -- Keywords --------------------------------------------------------------------------
-
-static a_symbol* find_keyword_symbol(const a_symbol_header* header) {
-  a_symbol* symbol = header->first_symbol;
-  while (symbol != nullptr && symbol->kind != symk_keyword)
-    symbol = symbol->next_homonym;
-  return symbol;
 }
 
 // The names of operators, and true and false, also count in #if.

@@ -11,6 +11,7 @@
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "lookup.h"
 #include "macro_int.h"
 #include "mem_manage.h"
 #include "mode_words.h"
@@ -22,15 +23,6 @@ const char* curr_cmd_line_or_predef_macro_def;
 a_boolean processing_predefined_macro;
 
 // -- Looking up -------------------------------------------------------------------
-
-a_symbol* find_macro_symbol(const a_symbol_header* header) {
-  if (!header->is_macro)
-    return nullptr;
-  a_symbol* symbol = header->first_symbol;
-  while (symbol != nullptr && symbol->kind != symk_macro)
-    symbol = symbol->next_homonym;
-  return symbol;
-}
 
 a_macro_def* macro_def_of(const a_symbol* symbol) {
   return symbol->variant.macro;

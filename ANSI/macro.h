@@ -70,8 +70,6 @@ enum a_macro_text_marker : char {
 // The macro symbol of a name; null for none, and for the built-in macros that
 // are operators.
 a_symbol* find_defined_macro(const a_symbol_header* header);
-// The macro symbol of a name, whatever it is.
-a_symbol* find_macro_symbol(const a_symbol_header* header);
 // The definition of a macro symbol.
 a_macro_def* macro_def_of(const a_symbol* symbol);
 

@@ -13,6 +13,7 @@
 #include "il_alloc.h"
 #include "il_to_str.h"
 #include "il_types.h"
+#include "lookup.h"
 #include "macro_int.h"
 #include "mem_manage.h"
 #include "mode_words.h"

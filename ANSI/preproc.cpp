@@ -8,6 +8,7 @@
 
 #include "cfe.h"
 #include "error.h"
+#include "lookup.h"
 #include "macro_int.h"
 #include "misra.h"
 #include "mode_words.h"
