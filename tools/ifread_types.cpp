@@ -83,7 +83,9 @@ void an_if_reader::read_type_record(const an_if_record& record) {
       if_fail(record.body_offset, "not an element of the list that is open");
     read_list_element(cursor, owner, code);
   } else {
-    if (id == 0 || owner != nullptr)
+    if (id == 0)
+      if_fail(record.body_offset, "a type without a number");
+    if (owner != nullptr)
       if_fail(record.body_offset, "type " + std::to_string(id) + " is defined twice");
     define_type(record, cursor, id, code);
   }
