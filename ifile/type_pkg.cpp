@@ -574,9 +574,20 @@ void TYPE::mark_named_types(bool keep_all) {
 }
 
 void TYPE::mark_refed_types() {
-  for (TYPE_TREE_ITERATOR it(this); it.get() != nullptr; it.advance()) {
-    if (it.get()->mark == 0 && it.get()->final_equiv()->referenced)
-      it.get()->mark_refed_recur();
+  std::vector<std::pair<TYPE*, bool>> stack{{this, false}}; // true: its children are done
+  while (!stack.empty()) {
+    auto [type, children_done] = stack.back();
+    stack.pop_back();
+    if (children_done) {
+      if (type->mark == 0 && type->final_equiv()->referenced)
+        type->mark_refed_recur();
+      continue;
+    }
+    stack.emplace_back(type, true);
+    for (auto entry = type->based.rbegin(); entry != type->based.rend(); ++entry) {
+      for (auto child = entry->second.rbegin(); child != entry->second.rend(); ++child)
+        stack.emplace_back(*child, false);
+    }
   }
 }
 

@@ -421,7 +421,7 @@ public:
 
   // On the root: mark every named type that isn't lowered, when `keep_all`.
   void mark_named_types(bool keep_all);
-  // On the root: mark what the marked types are built from.
+  // On the root: mark what the marked types are built from, children first.
   void mark_refed_types();
 
 private:

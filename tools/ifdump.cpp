@@ -427,6 +427,11 @@ std::string code_text(const an_if_record& record, const std::vector<an_if_field>
   return "";
 }
 
+void complain(const char* path, const an_if_error& error) {
+  std::fprintf(stderr, "ifdump: %s: offset %llu: %s\n", path,
+               static_cast<unsigned long long>(error.offset), error.message.c_str());
+}
+
 // True when all records could be read.
 bool dump_raw(const an_if_file& file, const char* path) {
   bool good = true;
@@ -448,8 +453,7 @@ bool dump_raw(const an_if_file& file, const char* path) {
       std::putchar('\n');
       if (!readable) {
         std::fflush(stdout);
-        std::fprintf(stderr, "ifdump: %s: offset %llu: %s\n", path,
-                     static_cast<unsigned long long>(error.offset), error.message.c_str());
+        complain(path, error);
         good = false;
       }
     }
@@ -472,13 +476,14 @@ int main(int argc, char** argv) {
   an_if_file file;
   an_if_error error;
   std::string bytes;
-  bool good = if_load_bytes(path, &bytes, &error);
-  if (good)
-    good = raw ? if_read_records(std::move(bytes), &file, &error)
-               : if_read_bytes(std::move(bytes), &file, &error);
+  if (!if_load_bytes(path, &bytes, &error)) {
+    std::fprintf(stderr, "ifdump: %s: %s\n", path, error.message.c_str());
+    return 1;
+  }
+  bool good = raw ? if_read_records(std::move(bytes), &file, &error)
+                  : if_read_bytes(std::move(bytes), &file, &error);
   if (!good) {
-    std::fprintf(stderr, "ifdump: %s: offset %llu: %s\n", path,
-                 static_cast<unsigned long long>(error.offset), error.message.c_str());
+    complain(path, error);
     return 1;
   }
   if (raw)

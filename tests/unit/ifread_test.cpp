@@ -385,6 +385,11 @@ TEST(IfReadDamage, ChangedBytes) {
     an_if_error error;
     if (!if_read_bytes(changed, &file, &error)) {
       EXPECT_LE(error.offset, changed.size());
+      for (const an_if_section& section : file.sections) {
+        std::vector<an_if_field> fields;
+        for (const an_if_record& record : section.records)
+          if_decode_record(record, &fields, &error);
+      }
       return;
     }
     for (const an_if_type& type : file.types)

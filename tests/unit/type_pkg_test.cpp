@@ -419,9 +419,11 @@ TEST(TypeRecords, ReplacedTypes) {
   shadow->equiv = between;
   between->equiv = final_type;
   sample.global("p", pointer);
+  // What the replaced type is built from goes along.
   EXPECT_EQ(type_records(sample),
             (Records{"15 18 00 4E 65 77 00 01 00 20 08 01 00 00 00", "10 0A 20 08", "15 FE 07",
-                     "15 1C 01 61 00 10 00 00 00 00 00 00 00 00", "15 FF 07", "14 0F 15 20 08"}));
+                     "15 1C 01 61 00 10 00 00 00 00 00 00 00 00", "15 FF 07", "14 0F 15 20 08",
+                     "0A 06 01 20 08 00 00"}));
 }
 
 // Types that are built on one another without end need no deep stack.
