@@ -109,6 +109,17 @@ void free_diagnostic(a_diagnostic* diag) {
   avail_diagnostics = diag;
 }
 
+void clear_diagnostic_records() {
+  while (a_diagnostic* diag = avail_diagnostics) {
+    avail_diagnostics = diag->next;
+    delete diag;
+  }
+  while (a_diag_argument* argument = avail_diag_arguments) {
+    avail_diag_arguments = argument->next;
+    delete argument;
+  }
+}
+
 void own_argument_strings(a_diagnostic* diag) {
   for (a_diag_argument* argument = diag->args.head; argument; argument = argument->next) {
     if (argument->arg_kind == dak_string && !argument->owned_string) {
