@@ -133,6 +133,16 @@ const a_severity_range* find_severity_range(an_error_code code, const a_source_p
   return found;
 }
 
+void clear_severity_ranges() {
+  for (a_severity_range*& head : error_severity_ranges_head) {
+    while (a_severity_range* range = head) {
+      head = range->next;
+      delete range;
+    }
+  }
+  error_severity_ranges_tail.fill(nullptr);
+}
+
 an_error_severity as_error_if_warning(an_error_severity severity) {
   return severity == es_warning && warning_as_error_mode ? es_discretionary_error : severity;
 }
@@ -300,6 +310,8 @@ void error_early_init() {
   error_severity_override.fill(es_none);
   error_severity_default.fill(es_none);
   error_once_flag.fill(false);
+  clear_severity_ranges();
+  pushed_severities.clear();
   error_init();
 }
 
@@ -314,5 +326,6 @@ void error_init() {
   total_catastrophes = 0;
   error_issued_flag.fill(false);
   clear_diagnostic_records();
-  clear_repeat_table();
+  clear_issue_state();
+  clear_file_index_list();
 }

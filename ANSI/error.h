@@ -11,6 +11,8 @@
 #include "basics.h"
 #include "error_codes.h"
 
+struct a_source_text;
+struct an_il_to_str_control;
 struct an_open_file_result;
 
 // Notes collected before the diagnostic that they explain exists.
@@ -286,8 +288,10 @@ void record_prototype_diagnostic(an_error_code code, an_error_severity severity,
 bool find_prototype_diagnostic(an_error_code code, an_error_severity severity,
                                const a_source_position* position);
 
-// #pragma diag_suppress and its kin; the tokens of `pragma` are scanned.
-void diag_pragma(a_pending_pragma* pragma);
+// #pragma diag_suppress (3), diag_remark (4), diag_warning (6), diag_error (9),
+// diag_once (es_once) and diag_default (es_none): sets the severity of the
+// listed tags and numbers from their places on.
+void diag_pragma(a_pending_pragma* pragma, an_error_severity severity);
 void diag_push_pragma(a_pending_pragma* pragma);
 void diag_pop_pragma(a_pending_pragma* pragma);
 
@@ -300,6 +304,8 @@ an_error_code error_number_for_tag(const char* tag);
 // A text of the catalogue as a printf format with the primary source file's
 // name and `string`, on f_error, unless such messages are suppressed.
 void pch_message(an_error_code code, const char* string);
+// The name of a symbol as diagnostics and listings show it.
+void form_symbol_name(const a_symbol* symbol, an_il_to_str_control* control);
 // The text of a type outside of diagnostics; valid until the next call.
 const char* format_type_string(const a_type* type, size_t* out_length);
 
@@ -325,8 +331,9 @@ void file_open_error(an_error_severity severity, an_error_code kind, const char*
                                          an_error_severity severity);
 // A failed write to the file whose kind `kind` names; `errno_value` may be 0.
 [[noreturn]] void file_write_error(an_error_code kind, int errno_value);
-FILE* open_source_file_with_error_handling(const char* name, unsigned tolerated,
-                                           an_error_code kind);
+// True when the file was opened.
+bool open_source_file_with_error_handling(const char* name, a_source_text* text, unsigned tolerated,
+                                          an_error_code kind);
 FILE* open_input_file_with_error_handling(const char* name, bool binary, unsigned tolerated,
                                           an_error_code kind);
 FILE* open_output_file_with_error_handling(const char* name, bool binary, bool update,

@@ -4,8 +4,9 @@
 #include <cerrno>
 #include <cstring>
 
+#include "cfe.h"
 #include "error_int.h"
-#include <cstdlib>
+#include "lexical.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ template <class... Arguments>
 [[noreturn]] void report_catastrophe(an_error_severity severity, an_error_code code,
                                      const a_source_position* position, Arguments... arguments) {
   report(severity, code, position, arguments...);
-  abort();
+  exit_compilation(es_internal_error);
 }
 
 void report_with_optional_types(an_error_severity severity, an_error_code code,
@@ -406,7 +407,7 @@ a_diagnostic* start_command_line_error(an_error_code code, const char* string) {
 
 void end_command_line_error(a_diagnostic* diag) {
   issue_diagnostic(diag);
-  abort();
+  exit_compilation(es_internal_error);
 }
 
 void misra_command_line_diagnostic(an_error_severity severity, an_error_code code,
@@ -423,6 +424,11 @@ void internal_error(const char* text) {
 void embedded_cplusplus_noncompliance_diagnostic(const a_source_position* position,
                                                  an_error_code code) {
   report(es_discretionary_error, code, position);
+}
+
+void syntax_error(an_error_code code) {
+  report(es_error, code, &error_position);
+  flush_tokens();
 }
 
 void add_diag_info(a_diagnostic* diag, an_error_code code) {

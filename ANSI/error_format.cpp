@@ -5,15 +5,16 @@
 #include <cstring>
 
 #include "error_int.h"
+#include "host_envir.h"
+#include "source_file.h"
 
 namespace {
 
 // A format code behind its percent sign.
 struct a_format_code {
   char kind_letter;
-  bool in_quotes;
   int ordinal; // which argument of the kind, from 1
-  a_diag_argument options;
+  a_diag_argument_format format;
 };
 
 // The terms that the two managed dialects spell differently: the number of the
@@ -26,28 +27,28 @@ constexpr an_error_code last_dialect_term = 2677;
 void read_option_letter(char letter, a_format_code* code) {
   switch (letter) {
   case 'a':
-    code->options.show_template_args = true;
+    code->format.show_template_args = true;
     break;
   case 'd':
-    code->options.show_declared_at = true;
+    code->format.show_declared_at = true;
     break;
   case 'f':
-    code->options.with_signature = true;
+    code->format.with_signature = true;
     break;
   case 'o':
-    code->options.omit_kind_word = true;
+    code->format.omit_kind_word = true;
     break;
   case 'p':
-    code->options.fully_qualified = true;
+    code->format.fully_qualified = true;
     break;
   case 'q':
-    code->in_quotes = true;
+    code->format.in_quotes = true;
     break;
   case 't':
-    code->options.type_only = true;
+    code->format.type_only = true;
     break;
   case 'T':
-    code->options.show_translation_unit = true;
+    code->format.show_translation_unit = true;
     break;
   default:
     break;
@@ -113,16 +114,20 @@ void add_formatted_argument(const a_diagnostic* diag, const a_format_code& code,
                          error_text(vc_at_end_of_source_in_parentheses));
     break;
   case dak_string:
-    if (code.in_quotes) {
+    if (code.format.in_quotes) {
       text += '"';
     }
     text += argument->value.string;
-    if (code.in_quotes) {
+    if (code.format.in_quotes) {
       text += '"';
     }
     break;
   case dak_symbol:
+    add_symbol_to_text(argument->value.symbol, code.format, argument->scope_index,
+                       diag->position.position.seq, text);
+    break;
   case dak_type:
+    add_type_to_text(argument->value.type, text);
     break;
   }
 }
@@ -170,11 +175,28 @@ void format_message(const a_diagnostic* diag, std::string& text) {
 void add_position_to_text(std::string& text, const a_source_position& position,
                           uint32_t reference_seq, const char* prefix, const char* suffix,
                           const char* at_end_text) {
-  (void)reference_seq;
-  (void)at_end_text;
+  const char* file = nullptr;
+  const char* reference_file = nullptr;
+  uint32_t line = 0;
+  a_boolean at_end = false;
+  conv_seq_to_file_and_line(position.seq, &file, nullptr, &line, &at_end);
+  if (at_end) {
+    text += at_end_text;
+    return;
+  }
+  conv_seq_to_file_and_line(reference_seq, &reference_file, nullptr, nullptr, nullptr);
   text += prefix;
-  text += error_text(vc_at_line);
-  text += std::to_string(position.seq);
+  if (line != 0) {
+    text += error_text(vc_at_line) + std::to_string(line);
+  }
+  bool is_other_file =
+      file && strcmp(file, "-") != 0 && (!reference_file || strcmp(file, reference_file) != 0);
+  if (is_other_file) {
+    text += error_text(line != 0 ? vc_of_file : vc_in_file);
+    text += '"';
+    text += format_file_name(file);
+    text += '"';
+  }
   text += suffix;
 }
 

@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "error_int.h"
+#include "source_file.h"
+#include "trans_unit.h"
 
 namespace {
 
@@ -51,9 +53,10 @@ void free_diagnostic_list(a_diag_list* list) {
 a_diag_position describe_position(const a_source_position& position) {
   a_diag_position result{};
   result.position = position;
-  result.file_name = "";
-  if (position.seq != 0) {
-    result.line = position.seq;
+  conv_seq_to_file_and_line(position.seq, &result.file_name, nullptr, &result.line,
+                            &result.at_end_of_source);
+  if (!result.file_name) {
+    result.file_name = "";
   }
   return result;
 }
@@ -66,6 +69,7 @@ a_diagnostic* create_diagnostic(an_error_severity severity, an_error_code code,
   diag->kind = dk_main;
   diag->severity = severity;
   diag->error_code = code;
+  diag->translation_unit = curr_translation_unit;
   diag->position = describe_position(*position);
   diag->header_position = diag->position;
   return diag;
