@@ -34,8 +34,9 @@ struct TP_OBJECT {
   static void operator delete(void* object);
 };
 
-// How a function is called, as the file states it.
-enum CC_KIND : uint8_t { cck_default = 0, cck_supplement = 10 };
+// How a function is called, as the file states it: by the usual convention or
+// by the one that the routine type asks for.
+enum CC_KIND : uint8_t { cck_default = 0, cck_alternate = 10 };
 
 enum ACCESS_KIND : uint8_t { ack_public = 0, ack_protected = 1, ack_private = 2 };
 

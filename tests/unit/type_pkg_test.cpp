@@ -283,8 +283,8 @@ TEST(TypeRecords, DerivedTypes) {
 TEST(TypeRecords, Functions) {
   SampleFile sample;
   TYPE_PKG& types = sample.types;
-  TYPE* empty = function_of(types, types.void_type, {});                                // 19
-  TYPE* taker = types.mk_func(types.void_type, true, true, true, cck_supplement, 0, 0); // 20
+  TYPE* empty = function_of(types, types.void_type, {});                               // 19
+  TYPE* taker = types.mk_func(types.void_type, true, true, true, cck_alternate, 0, 0); // 20
   taker->add_param(new fkPARAM(types.floats[TYPE::fk_float], pk_parameter, ""));
   types.type_frozen(taker);
   sample.global("f", empty);
