@@ -770,9 +770,15 @@ static bool same_value(const a_constant* a, const a_constant* b, unsigned flags)
   return false;
 }
 
+// A type by another name would show in messages. The array types of string
+// literals have no names.
+static bool same_type_for_sharing(const a_constant* a, const a_constant* b) {
+  return a->type == b->type || (a->kind == con_string && identical_types(a->type, b->type));
+}
+
 // What a user of a shared record could tell apart beside the value.
 static bool same_in_all_but_value(const a_constant* a, const a_constant* b) {
-  return a->type == b->type && a->orig_type == b->orig_type &&
+  return same_type_for_sharing(a, b) && a->orig_type == b->orig_type &&
          a->source_corresp.symbol == b->source_corresp.symbol &&
          a->is_pointer_value == b->is_pointer_value && a->is_null_literal == b->is_null_literal &&
          a->is_character_literal == b->is_character_literal &&
