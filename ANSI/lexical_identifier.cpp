@@ -166,6 +166,8 @@ static char* end_of_extended_identifier(char* start, char* p) {
   }
 }
 
+// -- Keywords --------------------------------------------------------------------------
+
 // The names of operators, and true and false, also count in #if.
 static bool keyword_counts_in_directives(a_token_kind kind) {
   return !is_keyword_token(kind) || kind == tok_true || kind == tok_false;
