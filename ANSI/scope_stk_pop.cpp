@@ -194,7 +194,7 @@ void wrapup_scope(a_scope*, a_scope_kind kind, a_scope_pointers_block* block, in
     if (wants_checks)
       check_symbol_at_end_of_scope(symbol, kind);
     unlink_symbol_from_symbol_table(symbol);
-    if (can_be_reopened(kind))
+    if (can_be_reopened(kind) && !symbol->hidden_from_ordinary_entry)
       add_symbol_to_inactive_list(symbol);
   }
 }

@@ -3,9 +3,18 @@
 #include "cfe.h"
 #include "error.h"
 #include "il.h"
+#include "il_to_str.h"
+#include "mem_manage.h"
 #include "source_file.h"
 
 #include <cstdio>
+
+namespace {
+
+constexpr uint64_t xref_name_size = 256;
+a_text_buffer* xref_name;
+
+} // namespace
 
 // ---- The cross-reference listing ----
 
@@ -53,12 +62,17 @@ static void write_xref_line(uint32_t kind, const a_symbol* symbol,
                             const a_source_position* position) {
   if (f_xref_info == nullptr || !is_listed_symbol(symbol) || position->seq == 0)
     return;
+  an_il_to_str_control control;
+  init_il_to_str_control(&control, xref_name);
+  reset_text_buffer(xref_name);
+  form_symbol_name(symbol, &control);
+  add_1_char_to_text_buffer(xref_name, '\0');
   const char* file_name = nullptr;
   uint32_t line = 0;
   conv_seq_to_file_and_line(position->seq, &file_name, nullptr, &line, nullptr);
   fprintf(f_xref_info, "%p\t%s\t%c\t%s\t%lu\t%d\n", static_cast<const void*>(symbol),
-          symbol->header->identifier, xref_letter(kind), file_name,
-          static_cast<unsigned long>(line), static_cast<int>(position->column));
+          xref_name->data, xref_letter(kind), file_name, static_cast<unsigned long>(line),
+          static_cast<int>(position->column));
 }
 
 // ---- Checks of a use ----
@@ -131,4 +145,6 @@ void mark_variable_value_used(a_symbol* symbol) {
   symbol->value_used = true;
 }
 
-void symbol_ref_one_time_init() {}
+void symbol_ref_one_time_init() {
+  xref_name = alloc_text_buffer(xref_name_size);
+}

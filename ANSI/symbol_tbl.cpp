@@ -496,20 +496,21 @@ static void check_redeclaration_in_outermost_block(const a_symbol* symbol, const
                                                    const a_scope_stack_entry* block,
                                                    const a_scope_stack_entry* outer) {
   const a_source_position* position = &symbol->position;
+  const char* name = symbol->header->identifier;
   if (in_cplusplus_mode() && use_new_for_init_scoping) {
     if (outer->kind == sk_condition)
-      pos_sy_error(ec_redeclaration_of_condition_decl_name, position, hidden);
+      pos_st_error(ec_redeclaration_of_condition_decl_name, position, name);
     else if (outer->is_range_for)
-      pos_sy_error(ec_redeclaration_of_range_iterator, position, hidden);
+      pos_st_error(ec_redeclaration_of_range_iterator, position, name);
     else if (outer->in_for_init)
-      pos_sy_error(ec_redeclaration_of_for_init_decl_name, position, hidden);
+      pos_st_error(ec_redeclaration_of_for_init_decl_name, position, name);
   }
   if (is_handler_parameter_symbol(hidden))
-    pos_sy_error(ec_decl_hides_catch_parameter, position, hidden);
+    pos_st_error(ec_decl_hides_catch_parameter, position, name);
   else if (is_parameter_symbol(hidden) && block->is_function_try_handler)
-    pos_sy_error(ec_handler_redeclares_parameter, position, hidden);
+    pos_st_error(ec_handler_redeclares_parameter, position, name);
   else if (is_parameter_symbol(hidden) && outer->kind == sk_function)
-    pos_sy_warning(ec_decl_hides_function_parameter, position, hidden);
+    pos_st_warning(ec_decl_hides_function_parameter, position, name);
 }
 
 // Members of an anonymous union are members of the class around it too.
@@ -518,7 +519,7 @@ static void check_anonymous_union_member(a_symbol* symbol, const a_symbol* hidde
     pos_sy_warning(ec_hidden_anonymous_union_field, &symbol->position, hidden);
     symbol->is_hidden_union_member = true;
   } else {
-    pos_sy_error(ec_id_already_declared, &symbol->position, hidden);
+    pos_st_error(ec_id_already_declared, &symbol->position, symbol->header->identifier);
     *refused = true;
   }
 }
@@ -534,10 +535,11 @@ static void check_hiding(a_symbol* symbol, int depth, bool* refused) {
     return;
   const a_scope_stack_entry* entry = &scope_stack[depth];
   if (hidden->is_template_param) {
+    const char* name = symbol->header->identifier;
     if (cfront_2_1_mode || cfront_3_0_mode)
-      pos_sy_warning(ec_decl_hides_template_parameter, &symbol->position, hidden);
+      pos_st_warning(ec_decl_hides_template_parameter, &symbol->position, name);
     else
-      pos_sy_error(ec_redeclaration_of_template_param_name, &symbol->position, hidden);
+      pos_st_error(ec_redeclaration_of_template_param_name, &symbol->position, name);
     return;
   }
   if (hidden->scope_number == symbol->scope_number) {

@@ -281,6 +281,7 @@ TEST_F(SymbolTable, ParametersAreProtectedInTheOutermostBlock) {
   bool check = true;
   enter_symbol(symk_variable, &locator, depth_scope_stack, &check);
   EXPECT_EQ(total_warnings, 1u);
+  EXPECT_NE(messages().find("declaration of \"p\" hides function parameter"), std::string::npos);
   push_block_scope(nullptr);
   locator = locator_for("p");
   check = true;
@@ -289,6 +290,49 @@ TEST_F(SymbolTable, ParametersAreProtectedInTheOutermostBlock) {
   EXPECT_EQ(total_errors, 0u);
   pop_scope();
   pop_scope();
+}
+
+TEST_F(SymbolTable, NamesOfConditionsAreProtectedInCplusplus) {
+  for (int dialect : {cd_cplusplus, cd_ansi_c}) {
+    stop();
+    start(dialect);
+    push_function_scope(enter_function("f"));
+    push_for_init_scope(nullptr);
+    enter_variable("i", sc_auto, depth_scope_stack)->referenced = true;
+    push_block_scope(nullptr);
+    a_symbol_locator locator = locator_for("i");
+    bool check = true;
+    enter_symbol(symk_variable, &locator, depth_scope_stack, &check);
+    EXPECT_EQ(total_errors, dialect == cd_cplusplus ? 1u : 0u);
+    pop_scope();
+    pop_scope();
+    pop_scope();
+  }
+}
+
+TEST_F(SymbolTable, AnonymousUnionMembersShareTheClass) {
+  for (bool gcc : {false, true}) {
+    gcc_mode = gnu_mode = gcc;
+    total_errors = total_warnings = 0;
+    a_symbol* tag = enter(symk_class_or_struct, gcc ? "g" : "s");
+    a_type* type = alloc_type(tk_struct);
+    tag->variant.type = type;
+    set_source_corresp(&type->source_corresp, tag);
+    push_class_scope(type);
+    a_symbol* first = enter(symk_field, "m");
+    first->variant.field = alloc_field(integer_type(ik_int));
+    a_symbol_locator locator = locator_for("m");
+    a_symbol* second = make_symbol(symk_field, &locator);
+    second->is_anonymous_union_member = true;
+    bool flag = true;
+    add_symbol_to_symbol_table(second, depth_scope_stack, &flag);
+    EXPECT_EQ(flag, !gcc);
+    EXPECT_EQ(total_errors, gcc ? 0u : 1u);
+    EXPECT_EQ(total_warnings, gcc ? 1u : 0u);
+    pop_scope();
+    locator = locator_for("m");
+    EXPECT_EQ(class_qualified_id_lookup(&locator, type, ilo_none), first);
+  }
 }
 
 } // namespace
