@@ -470,7 +470,7 @@ static a_token_kind unrecognized_token() {
   report_token_error(ec_bad_token, curr_char_loc);
   int length = 1;
   if (multibyte_chars_in_source_enabled && static_cast<unsigned char>(*curr_char_loc) >= 0x80)
-    length = mbc_to_wide_char(curr_char_loc, nullptr, nullptr, false);
+    length = utf8_char_length(curr_char_loc);
   curr_char_loc += length;
   return tok_error;
 }
