@@ -7,6 +7,7 @@
 
 #include "error_int.h"
 #include "lexical.h"
+#include "mode_words.h"
 #include "source_file.h"
 #include "source_line.h"
 
@@ -113,7 +114,7 @@ public:
       }
       ++p; // at the marker behind the NUL
       if (*p == lm_end_of_line) {
-        return seq == wanted;
+        return found || seq == wanted;
       }
       if (*p == lm_nul_character) {
         add(' ', text);
@@ -137,10 +138,10 @@ private:
       break;
     case olm_splice:
       add('\\', text);
-      seq = modif->extra;
+      begin_line(modif->extra);
       break;
     case olm_newline:
-      seq = modif->extra;
+      begin_line(modif->extra);
       break;
     case olm_nul:
       break;
@@ -157,8 +158,14 @@ private:
     }
   }
 
+  void begin_line(uint32_t next_seq) {
+    found = found || seq == wanted;
+    seq = next_seq;
+  }
+
   uint32_t wanted;
-  uint32_t seq;
+  uint32_t seq;                   // of the physical line that the replay has reached
+  bool found = false;             // the wanted line is complete
   char trigraph_character = '\0'; // stands for the next character of the buffer
 };
 
@@ -213,29 +220,33 @@ bool fetch_source_line_for_seq(uint32_t seq, const std::string** line) {
   return fetched_success;
 }
 
+// What stands under the part of a line in front of a column: a blank under each
+// character, a tab under a tab. A column counts characters, or bytes where the
+// source has no multibyte characters by the options.
+static void add_caret_indent(const std::string& line, unsigned column, std::string& text) {
+  size_t i = 0;
+  for (unsigned at = 1; at < column; ++at) {
+    bool is_inside = i < line.size();
+    if (!is_inside || !is_continuation_byte(line[i])) {
+      text += is_inside && line[i] == '\t' ? '\t' : ' ';
+    }
+    ++i;
+    while (multibyte_chars_in_source_enabled && i < line.size() && is_continuation_byte(line[i])) {
+      ++i;
+    }
+  }
+}
+
 void add_source_line_and_caret(const a_source_position& position, std::string& text) {
-  const std::string* line;
-  if (!fetch_source_line_for_seq(position.seq, &line)) {
+  const std::string* fetched;
+  if (!fetch_source_line_for_seq(position.seq, &fetched)) {
     return;
   }
-  size_t length = line->find_last_not_of('\r');
-  length = length == std::string::npos ? 0 : length + 1;
-  text += "  ";
-  for (size_t i = 0; i < length; ++i) {
-    text += (*line)[i] == '\r' ? ' ' : (*line)[i];
-  }
-  text += "\n  ";
+  std::string line = fetched->substr(0, fetched->find_last_not_of('\r') + 1);
+  std::replace(line.begin(), line.end(), '\r', ' ');
+  text += "  " + line + "\n  ";
   if (position.column != 0) {
-    size_t i = 0;
-    for (unsigned column = 1; column < position.column; ++column) {
-      text += i < length && (*line)[i] == '\t' ? '\t' : ' ';
-      if (i < length) {
-        ++i;
-      }
-      while (i < length && is_continuation_byte((*line)[i])) {
-        ++i;
-      }
-    }
+    add_caret_indent(line, position.column, text);
     text += '^';
   }
   text += '\n';
