@@ -184,7 +184,7 @@ void flush_until_matching_token_full(bool warn) {
         get_token();
         break;
       }
-    } else if (is_closing_token(curr_token) && --mistakes_left == 0) {
+    } else if (is_closing_token(curr_token) && mistakes_left-- == 0) {
       break;
     }
   }

@@ -8,6 +8,7 @@
 
 #include "basics.h"
 #include "lexical.h"
+#include "lookup.h"
 
 // -- Definitions -----------------------------------------------------------------
 

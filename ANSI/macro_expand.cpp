@@ -683,11 +683,17 @@ void replace_invocation_by_string(a_symbol* symbol, const char* text, size_t len
   replace_invocation(symbol, copy, copy + length, position);
 }
 
-// Expansions in arguments of arguments go only so deep.
+// Expansions in arguments of arguments go only so deep; what lies deeper stays,
+// with one message for the whole.
 static bool is_too_deep(const a_source_position& position) {
+  static bool was_reported;
+  if (macro_depth == 0)
+    was_reported = false;
   if (macro_depth < max_macro_depth)
     return false;
-  pos_error(ec_macro_recursion, &position);
+  if (!was_reported)
+    pos_error(ec_macro_recursion, &position);
+  was_reported = true;
   return true;
 }
 
