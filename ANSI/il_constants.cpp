@@ -4,6 +4,7 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "il_expr.h"
+#include "il_expr_int.h"
 #include "il_statements.h"
 #include "mem_manage.h"
 #include "mode_words.h"
@@ -682,10 +683,6 @@ static bool same_elements(const a_constant* a, const a_constant* b, unsigned fla
 
 static bool same_part(const a_constant* a, const a_constant* b, unsigned flags) {
   return a == b || (a != nullptr && b != nullptr && compare_constants(a, b, flags));
-}
-
-static bool same_type_or_null(a_type* a, a_type* b) {
-  return a == b || (a != nullptr && b != nullptr && identical_types(a, b));
 }
 
 static bool same_template_param_value(const a_template_param_value& a,

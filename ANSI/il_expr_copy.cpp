@@ -107,10 +107,6 @@ an_expr_node* copy_expr_tree(const an_expr_node* node, unsigned flags) {
 
 // ---- Comparison ----
 
-static bool same_type_or_null(a_type* a, a_type* b) {
-  return a == b || (a != nullptr && b != nullptr && identical_types(a, b));
-}
-
 static bool same_dynamic_init(const a_dynamic_init* a, const a_dynamic_init* b, unsigned flags) {
   if (a == b)
     return true;

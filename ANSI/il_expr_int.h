@@ -4,6 +4,7 @@
 #define IL_EXPR_INT_H
 
 #include "il_expr.h"
+#include "types.h"
 
 // The heads of the operand lists that a node holds, in source order. Each is a
 // list chained through `next`, or a single expression.
@@ -13,6 +14,10 @@ struct an_operand_list_heads {
 };
 
 an_operand_list_heads operand_lists_of_node(an_expr_node* node);
+
+inline bool same_type_or_null(a_type* a, a_type* b) {
+  return a == b || (a != nullptr && b != nullptr && identical_types(a, b));
+}
 
 // Whether the node's own kind, its flags and the entities it names are those
 // of the other, its operands aside.

@@ -216,17 +216,12 @@ a_symbol* normal_id_lookup(a_symbol_locator* locator, uint32_t options) {
   return settle(locator, found);
 }
 
-static a_class_symbol_supplement* class_info_of(a_type* class_type) {
-  const a_symbol* symbol = skip_typerefs(class_type)->source_corresp.symbol;
-  return symbol == nullptr ? nullptr : symbol->supplement.class_info;
-}
-
 a_symbol* class_qualified_id_lookup(a_symbol_locator* locator, a_type* class_type,
                                     uint32_t options) {
   a_symbol* result;
   if (is_settled(locator, &result))
     return result;
-  const a_class_symbol_supplement* info = class_info_of(class_type);
+  const a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
   if (info == nullptr)
     return nullptr;
   const a_name_space name_space = in_C_mode() ? ns_member : ns_ordinary;
@@ -247,11 +242,10 @@ a_symbol* enum_qualified_id_lookup(a_symbol_locator* locator, a_type* enum_type)
   a_symbol* result;
   if (is_settled(locator, &result))
     return result;
-  const a_symbol* symbol = skip_typerefs(enum_type)->source_corresp.symbol;
-  if (symbol == nullptr || symbol->supplement.enum_info == nullptr ||
-      symbol->supplement.enum_info->pointers_block == nullptr)
+  const an_enum_symbol_supplement* info = enum_symbol_supplement_of(enum_type);
+  if (info == nullptr || info->pointers_block == nullptr)
     return nullptr;
-  a_symbol* enumerator = symbol->supplement.enum_info->pointers_block->first_symbol;
+  a_symbol* enumerator = info->pointers_block->first_symbol;
   while (enumerator != nullptr && enumerator->header != locator->header)
     enumerator = enumerator->next_in_scope;
   return settle(locator, enumerator);

@@ -95,6 +95,13 @@ inline void* alloc_in_region(int32_t region, uint64_t size) {
 
 void* alloc_general_or_in_region(int32_t region, uint64_t size);
 
+// A zeroed record that isn't IL and lasts until the end of the compilation.
+template <typename T> T* alloc_front_end_record() {
+  void* memory = alloc_in_region(front_end_region, sizeof(T));
+  memset(memory, 0, sizeof(T));
+  return static_cast<T*>(memory);
+}
+
 // Gives the unused tail of the head block to the free list.
 void trim_memory_region(int32_t region);
 // Releases all memory of the region. The number isn't used again.

@@ -116,17 +116,11 @@ int32_t get_depth_innermost_function_scope() {
   return depth_innermost_function_scope;
 }
 
-// The symbol that declares a class, and what it knows of the class.
-static a_class_symbol_supplement* class_info_of(const a_type* class_type) {
-  const a_symbol* symbol = class_type->source_corresp.symbol;
-  return symbol == nullptr ? nullptr : symbol->supplement.class_info;
-}
-
 a_scope_pointers_block* get_pointers_block_for_scope(a_scope* scope) {
   if (scope->kind == sk_namespace)
     return f_skip_namespace_aliases(scope->assoc.namespace_entry)->pointers_block;
   if (scope->kind == sk_class) {
-    a_class_symbol_supplement* info = class_info_of(scope->assoc.type);
+    a_class_symbol_supplement* info = class_symbol_supplement_of(scope->assoc.type);
     if (info != nullptr)
       return info->pointers_block;
   }
@@ -238,7 +232,7 @@ static int32_t number_of_reopened(a_scope_kind kind, const a_type* assoc_type,
   case sk_namespace_reactivation:
     return scope_of_namespace(context->namespace_entry)->scope_number;
   case sk_class_reactivation: {
-    a_class_symbol_supplement* info = class_info_of(assoc_type);
+    a_class_symbol_supplement* info = class_symbol_supplement_of(assoc_type);
     return info == nullptr ? -1 : info->scope_number;
   }
   default:
@@ -315,7 +309,7 @@ static a_scope* open_class_scope(int32_t number, a_type* class_type) {
   a_scope* scope = alloc_scope(sk_class, number);
   scope->assoc.type = class_type;
   class_supplement_of(class_type)->scope = scope;
-  a_class_symbol_supplement* info = class_info_of(class_type);
+  a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
   if (info != nullptr) {
     info->scope = scope;
     info->scope_number = number;
@@ -326,10 +320,10 @@ static a_scope* open_class_scope(int32_t number, a_type* class_type) {
 static a_scope* open_enum_scope(int32_t number, a_type* enum_type) {
   a_scope* scope = alloc_scope(sk_enum, number);
   scope->assoc.type = enum_type;
-  a_symbol* symbol = enum_type->source_corresp.symbol;
-  if (symbol != nullptr && symbol->supplement.enum_info != nullptr) {
-    symbol->supplement.enum_info->scope = scope;
-    symbol->supplement.enum_info->scope_number = number;
+  an_enum_symbol_supplement* info = enum_symbol_supplement_of(enum_type);
+  if (info != nullptr) {
+    info->scope = scope;
+    info->scope_number = number;
   }
   return scope;
 }
@@ -378,23 +372,16 @@ static void open_il_scope(a_scope_stack_entry* entry, const a_push_scope_context
   entry->region_number = curr_il_region_number;
 }
 
-static a_scope_pointers_block* make_lasting_pointers_block() {
-  void* memory = alloc_in_region(front_end_region, sizeof(a_scope_pointers_block));
-  memset(memory, 0, sizeof(a_scope_pointers_block));
-  return static_cast<a_scope_pointers_block*>(memory);
-}
-
 // Classes, enums, namespaces and the file scope have lists that outlive the
 // entry.
 static a_scope_pointers_block* lasting_block_for_entry(const a_scope_stack_entry* entry) {
   a_scope_pointers_block** slot = nullptr;
   if (is_among(entry->kind, kinds_of_classes)) {
-    a_class_symbol_supplement* info = class_info_of(entry->assoc_type);
+    a_class_symbol_supplement* info = class_symbol_supplement_of(entry->assoc_type);
     slot = info == nullptr ? nullptr : &info->pointers_block;
   } else if (entry->kind == sk_enum) {
-    a_symbol* symbol = entry->assoc_type->source_corresp.symbol;
-    if (symbol != nullptr && symbol->supplement.enum_info != nullptr)
-      slot = &symbol->supplement.enum_info->pointers_block;
+    an_enum_symbol_supplement* info = enum_symbol_supplement_of(entry->assoc_type);
+    slot = info == nullptr ? nullptr : &info->pointers_block;
   } else if (entry->kind == sk_file) {
     return curr_translation_unit == nullptr ? nullptr : curr_translation_unit->scope_pointers;
   } else if (is_among(entry->kind, kinds_of_namespaces)) {
@@ -403,7 +390,7 @@ static a_scope_pointers_block* lasting_block_for_entry(const a_scope_stack_entry
   if (slot == nullptr)
     return nullptr;
   if (*slot == nullptr)
-    *slot = make_lasting_pointers_block();
+    *slot = alloc_front_end_record<a_scope_pointers_block>();
   return *slot;
 }
 

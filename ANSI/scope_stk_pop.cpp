@@ -40,12 +40,6 @@ a_hidden_name* avail_hidden_names;
 a_saved_name_linkage* name_linkage_stack;
 a_saved_name_linkage* avail_name_linkages;
 
-template <typename T> T* alloc_front_end_record() {
-  T* record = static_cast<T*>(alloc_in_region(front_end_region, sizeof(T)));
-  memset(static_cast<void*>(record), 0, sizeof(T));
-  return record;
-}
-
 bool is_file_or_namespace(a_scope_kind kind) {
   return kind == sk_file || (kind >= sk_namespace && kind <= sk_namespace_reactivation);
 }

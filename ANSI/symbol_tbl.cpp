@@ -72,12 +72,6 @@ a_symbol_header* error_header;
 a_translation_unit** trans_unit_for_scope;
 int32_t size_of_trans_unit_for_scope;
 
-template <typename T> T* alloc_front_end_record() {
-  T* record = static_cast<T*>(alloc_in_region(front_end_region, sizeof(T)));
-  memset(static_cast<void*>(record), 0, sizeof(T));
-  return record;
-}
-
 } // namespace
 
 // ---- Interning ----
@@ -307,10 +301,16 @@ static void file_with_no_scope(a_symbol* symbol) {
   symbols_with_no_scope = symbol;
 }
 
-// The symbol that declares a class, null for a class without one.
-static a_class_symbol_supplement* class_info_of(const a_type* class_type) {
-  const a_symbol* symbol = class_type->source_corresp.symbol;
-  return symbol == nullptr ? nullptr : symbol->supplement.class_info;
+a_class_symbol_supplement* class_symbol_supplement_of(const a_type* class_type) {
+  const a_symbol* symbol = skip_typerefs(class_type)->source_corresp.symbol;
+  const bool is_class =
+      symbol != nullptr && (symbol->kind == symk_class_or_struct || symbol->kind == symk_union);
+  return is_class ? symbol->supplement.class_info : nullptr;
+}
+
+an_enum_symbol_supplement* enum_symbol_supplement_of(const a_type* enum_type) {
+  const a_symbol* symbol = skip_typerefs(enum_type)->source_corresp.symbol;
+  return symbol != nullptr && symbol->kind == symk_enum ? symbol->supplement.enum_info : nullptr;
 }
 
 // The scope number and pointers block of the class or namespace that is the
@@ -318,7 +318,7 @@ static a_class_symbol_supplement* class_info_of(const a_type* class_type) {
 static a_scope_pointers_block* block_of_parent(a_symbol* symbol, a_scope_kind* kind) {
   if (symbol->is_class_member) {
     *kind = sk_class;
-    a_class_symbol_supplement* info = class_info_of(symbol->parent.class_type);
+    a_class_symbol_supplement* info = class_symbol_supplement_of(symbol->parent.class_type);
     if (info == nullptr)
       return nullptr;
     symbol->scope_number = info->scope_number;
@@ -654,24 +654,31 @@ static a_scope_pointers_block* block_of_symbol(a_symbol* symbol, bool* has_no_sc
   return nullptr;
 }
 
+// Puts `replacement` in the place of a symbol on its scope's list; null takes
+// the symbol off.
 static void replace_on_scope_list(a_symbol* symbol, a_symbol* replacement,
                                   a_scope_pointers_block* block) {
-  replacement->next_in_scope = symbol->next_in_scope;
-  replacement->prev_in_scope = symbol->prev_in_scope;
+  a_symbol* next = replacement != nullptr ? replacement : symbol->next_in_scope;
+  a_symbol* previous = replacement != nullptr ? replacement : symbol->prev_in_scope;
   if (symbol->prev_in_scope != nullptr)
-    symbol->prev_in_scope->next_in_scope = replacement;
+    symbol->prev_in_scope->next_in_scope = next;
   else if (block != nullptr && block->first_symbol == symbol)
-    block->first_symbol = replacement;
+    block->first_symbol = next;
   else if (symbols_with_no_scope == symbol)
-    symbols_with_no_scope = replacement;
+    symbols_with_no_scope = next;
   if (symbol->next_in_scope != nullptr)
-    symbol->next_in_scope->prev_in_scope = replacement;
+    symbol->next_in_scope->prev_in_scope = previous;
   else if (block != nullptr && block->last_symbol == symbol)
-    block->last_symbol = replacement;
+    block->last_symbol = previous;
+  if (replacement != nullptr) {
+    replacement->next_in_scope = symbol->next_in_scope;
+    replacement->prev_in_scope = symbol->prev_in_scope;
+  }
   symbol->next_in_scope = nullptr;
   symbol->prev_in_scope = nullptr;
 }
 
+// The same in the table of the scope.
 static void replace_in_table(a_symbol* symbol, a_symbol* replacement,
                              a_scope_pointers_block* block) {
   if (block == nullptr || block->symbols == nullptr)
@@ -680,16 +687,22 @@ static void replace_in_table(a_symbol* symbol, a_symbol* replacement,
   if (entry == nullptr)
     return;
   a_symbol* previous = nullptr;
-  for (a_symbol* s = entry->first; s != nullptr; previous = s, s = s->next_in_table_list) {
-    if (s != symbol)
-      continue;
-    replacement->next_in_table_list = symbol->next_in_table_list;
-    (previous == nullptr ? entry->first : previous->next_in_table_list) = replacement;
-    if (entry->last == symbol)
-      entry->last = replacement;
-    symbol->next_in_table_list = nullptr;
-    return;
+  a_symbol* found = entry->first;
+  while (found != nullptr && found != symbol) {
+    previous = found;
+    found = found->next_in_table_list;
   }
+  if (found == nullptr)
+    return;
+  a_symbol* next = symbol->next_in_table_list;
+  if (replacement != nullptr) {
+    replacement->next_in_table_list = next;
+    next = replacement;
+  }
+  (previous == nullptr ? entry->first : previous->next_in_table_list) = next;
+  if (entry->last == symbol)
+    entry->last = replacement != nullptr ? replacement : previous;
+  symbol->next_in_table_list = nullptr;
 }
 
 static void replace_everywhere(a_symbol* symbol, a_symbol* replacement) {
@@ -776,38 +789,8 @@ void unlink_symbol_from_symbol_table(a_symbol* symbol) {
   symbol->is_inactive = false;
 }
 
-static void remove_from_scope_list(a_symbol* symbol, a_scope_pointers_block* block) {
-  if (symbol->prev_in_scope != nullptr)
-    symbol->prev_in_scope->next_in_scope = symbol->next_in_scope;
-  else if (block != nullptr && block->first_symbol == symbol)
-    block->first_symbol = symbol->next_in_scope;
-  else if (symbols_with_no_scope == symbol)
-    symbols_with_no_scope = symbol->next_in_scope;
-  if (symbol->next_in_scope != nullptr)
-    symbol->next_in_scope->prev_in_scope = symbol->prev_in_scope;
-  else if (block != nullptr && block->last_symbol == symbol)
-    block->last_symbol = symbol->prev_in_scope;
-  symbol->next_in_scope = nullptr;
-  symbol->prev_in_scope = nullptr;
-}
-
 void remove_symbol_from_lookup_table(a_symbol* symbol, a_scope_pointers_block* block) {
-  if (block->symbols == nullptr)
-    return;
-  a_hash_table_entry* entry = hash_find(block->symbols, symbol->header, false);
-  if (entry == nullptr)
-    return;
-  a_symbol* previous = nullptr;
-  for (a_symbol* s = entry->first; s != nullptr; previous = s, s = s->next_in_table_list) {
-    if (s != symbol)
-      continue;
-    (previous == nullptr ? entry->first : previous->next_in_table_list) =
-        symbol->next_in_table_list;
-    if (entry->last == symbol)
-      entry->last = previous;
-    symbol->next_in_table_list = nullptr;
-    return;
-  }
+  replace_in_table(symbol, nullptr, block);
 }
 
 void remove_symbol(a_symbol* symbol) {
@@ -817,7 +800,7 @@ void remove_symbol(a_symbol* symbol) {
   if (symbol->not_in_lookup)
     return;
   if (block != nullptr || has_no_scope)
-    remove_from_scope_list(symbol, block);
+    replace_on_scope_list(symbol, nullptr, block);
   if (block != nullptr)
     remove_symbol_from_lookup_table(symbol, block);
 }

@@ -371,6 +371,10 @@ void set_source_corresp_with_scope_depth(a_source_correspondence* corresp, a_sym
 void set_class_membership(a_symbol* symbol, a_source_correspondence* corresp, a_type* class_type);
 void set_namespace_membership(a_symbol* symbol, a_source_correspondence* corresp,
                               a_namespace* namespace_entry);
+// What the symbol of a class or an enum knows of it; null for a type that no
+// such symbol declares.
+a_class_symbol_supplement* class_symbol_supplement_of(const a_type* class_type);
+an_enum_symbol_supplement* enum_symbol_supplement_of(const a_type* enum_type);
 // Passes from a projection to what it stands for.
 a_symbol* fundamental_symbol_of(a_symbol* symbol);
 
