@@ -242,7 +242,8 @@ static void read_spliced_lines() {
     if (!remove_splice(curr_source_line + start))
       break;
     if (at_end_of_text()) {
-      if (end_orig_line_modif_list != nullptr && end_orig_line_modif_list->location == line_end)
+      if (end_orig_line_modif_list != nullptr && end_orig_line_modif_list->kind == olm_trigraph &&
+          end_orig_line_modif_list->location == line_end)
         add_splice_modif(line_end, seq_number_last_read + 1);
       report_in_line(gnu_mode ? es_warning : es_error, ec_last_line_backslash, line_end);
       *line_end++ = '\0';

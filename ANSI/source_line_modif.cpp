@@ -183,7 +183,7 @@ void free_orig_line_modifs() {
 
 void add_splice_modif(char* location, uint32_t next_seq) {
   an_orig_line_modif* last = end_orig_line_modif_list;
-  if (last == nullptr || last->location != location) {
+  if (last == nullptr || last->kind != olm_trigraph || last->location != location) {
     add_orig_line_modif(location, olm_splice, next_seq);
     return;
   }

@@ -1,10 +1,17 @@
 #include "host_envir.h"
 
+#include "il.h"
+#include "mem_manage.h"
+#include "mode_words.h"
+#include "source_file.h"
+#include "source_test_util.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -133,6 +140,100 @@ TEST(Identity, Crc) {
   EXPECT_EQ(crc_32("abc", 0), 0x352441C2u);
   EXPECT_EQ(crc_32("", 17), 17u);
   EXPECT_EQ(crc_32("bc", crc_32("a", 0)), 0x352441C2u);
+}
+
+class FrontEndNames : public testing::Test {
+protected:
+  void SetUp() override {
+    start_front_end_for_tests();
+  }
+};
+
+TEST_F(FrontEndNames, PartsOfANameInTheFrontEnd) {
+  EXPECT_STREQ(start_of_file_name("a/b.c"), "b.c");
+  EXPECT_STREQ(start_of_file_name("-"), "-");
+  EXPECT_STREQ(suffix_of("a.b/c"), "");
+  EXPECT_STREQ(suffix_of("a.b/c.d.e"), ".e");
+  EXPECT_STREQ(suffix_of("-"), "");
+  EXPECT_STREQ(derived_name("x/y.tab.c", ".if"), "y.tab.if");
+  EXPECT_STREQ(f_directory_of("a/b/c.h", true), "a/b/");
+  EXPECT_EQ(f_directory_of("a/b/c.h", true), f_directory_of("a/b/d.h", true));
+}
+
+TEST_F(FrontEndNames, JoiningAndNormalizing) {
+  EXPECT_STREQ(normalize_file_name("/a//b/./c/../d"), "/a/b/d");
+  EXPECT_STREQ(normalize_file_name("/a/../../b"), "/b");
+  current_directory_name = "/w/x";
+  EXPECT_STREQ(normalize_file_name("../y.c"), "/w/y.c");
+  EXPECT_STREQ(combine_dir_and_file_name("d/", "f.h", nullptr), "d/f.h");
+  EXPECT_STREQ(combine_dir_and_file_name("d", "f.h", nullptr), "d/f.h");
+  EXPECT_EQ(f_compare_file_names("y.c", "/w/./x/y.c", false, false), 0);
+  EXPECT_EQ(f_compare_file_names("\"y.c\"", "<./y.c>", true, false), 0);
+  EXPECT_NE(f_compare_file_names("y.c", "z/y.c", false, false), 0);
+  EXPECT_EQ(f_compare_file_names("Y.c", "y.C", false, true), 0);
+}
+
+TEST_F(FrontEndNames, Writing) {
+  EXPECT_STREQ(makefile_format_file_name("a b"), "a\\\\ b");
+  a_text_buffer* buffer = alloc_text_buffer(8);
+  write_file_name_to_text_buffer("a\"b\\c\nd\001\xC3\xA9", buffer, true, true);
+  EXPECT_EQ(std::string(buffer->data, buffer->used_size), "a\\\"b\\\\c\\nd\\001\\303\\251");
+  EXPECT_STREQ(format_file_name("a\"b\xC3\xA9"), "a\"b\xC3\xA9");
+}
+
+TEST_F(FrontEndNames, RecodingKeepsTheBytesOfTheSystem) {
+  const char* name = "na\xEFve\xC3\xA9";
+  const char* internal = file_name_in_internal_encoding(name);
+  EXPECT_STREQ(internal, "na\xC3\xAFve\xC3\x83\xC2\xA9");
+  EXPECT_STREQ(file_name_in_external_encoding(internal), name);
+  EXPECT_STREQ(file_name_in_external_encoding("\xE2\x82\xAC\xFF"), "??");
+  EXPECT_EQ(file_name_in_internal_encoding("plain"), std::string("plain"));
+}
+
+TEST_F(FrontEndNames, OutputNeverReplacesTheSource) {
+  std::string name = testing::TempDir() + "okay.c";
+  fclose(fopen(name.c_str(), "w"));
+  std::string link = testing::TempDir() + "okay_link.c";
+  remove(link.c_str());
+  ASSERT_EQ(symlink(name.c_str(), link.c_str()), 0);
+  primary_source_file_name = name.c_str();
+  an_open_file_result result;
+  EXPECT_EQ(open_output_file(name.c_str(), true, false, &result), nullptr);
+  EXPECT_EQ(result.flags, off_invalid_name);
+  EXPECT_FALSE(okay_as_output_file(link.c_str()));
+  EXPECT_TRUE(okay_as_output_file("okay.if"));
+  EXPECT_EQ(open_input_file(testing::TempDir().c_str(), false, &result), nullptr);
+  EXPECT_EQ(result.flags, off_directory);
+  EXPECT_EQ(open_input_file("no/such/file", false, &result), nullptr);
+  EXPECT_EQ(result.flags, off_not_found);
+  primary_source_file_name = nullptr;
+}
+
+TEST_F(FrontEndNames, LinesLoseTrailingBlanks) {
+  char text[] = "one  \n \n\ntw o\r\n   last";
+  FILE* file = fmemopen(text, strlen(text), "r");
+  for (const char* expected : {"one", " ", "", "tw o\r", "   last"})
+    EXPECT_STREQ(read_line_from_file(file), expected);
+  EXPECT_EQ(read_line_from_file(file), nullptr);
+  fclose(file);
+}
+
+TEST_F(FrontEndNames, ModuleId) {
+  a_source_file source = {};
+  source.file_name = "dir/x.c";
+  il_header.source_files = &source;
+  host_envir_trans_unit_init();
+  EXPECT_EQ(get_module_id(), nullptr);
+  il_header.source_files = &source;
+  EXPECT_STREQ(make_module_id("t"), "_3_x_c_t");
+  EXPECT_STREQ(make_module_id("other"), "_3_x_c_t");
+  host_envir_trans_unit_init();
+  il_header.source_files = &source;
+  char expected[40];
+  snprintf(expected, sizeof expected, "_3_x_c_%08lx",
+           static_cast<unsigned long>(crc_32("long enough", 0)));
+  EXPECT_STREQ(make_module_id("long enough"), expected);
+  il_header.source_files = nullptr;
 }
 
 TEST(Numbers, Strtoul) {
