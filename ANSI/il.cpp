@@ -232,6 +232,11 @@ void il_one_time_init() {
 
 void il_init() {
   il_alloc_init();
+  il_header.primary_scope = nullptr;
+  il_header.main_routine = nullptr;
+  il_header.macros = nullptr;
+  il_header.scope_orphaned_lists = nullptr;
+  il_header.secondary_entities = nullptr;
   il_header.seq_lookup_entries = nullptr;
   il_header.num_seq_lookup_entries = 0;
 }

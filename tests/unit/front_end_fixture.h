@@ -12,6 +12,8 @@
 #include "il_constants.h"
 #include "il_expr.h"
 #include "il_statements.h"
+#include "il_to_str.h"
+#include "il_walk.h"
 #include "lookup.h"
 #include "mem_manage.h"
 #include "mode_words.h"
@@ -52,6 +54,7 @@ protected:
     types_early_init();
     target_one_time_init();
     error_one_time_init();
+    il_to_str_one_time_init();
     il_one_time_init();
     mem_manage_one_time_init();
     scope_stk_one_time_init();
@@ -74,7 +77,9 @@ protected:
     compute_il_prefix_size();
     error_init();
     mem_manage_init();
+    il_to_str_init();
     il_init();
+    il_walk_init();
     symbol_tbl_init();
     scope_stk_init();
     target_init();
@@ -96,10 +101,14 @@ protected:
     f_error = saved_f_error;
   }
 
-  // In a test that needs C++ from the start.
-  void restart_in_cplusplus() {
+  // In a test that needs another language from the start.
+  void restart(int dialect) {
     stop();
-    start(cd_cplusplus);
+    start(dialect);
+  }
+
+  void restart_in_cplusplus() {
+    restart(cd_cplusplus);
   }
 
   std::string messages() {

@@ -1,12 +1,12 @@
+#include "front_end_fixture.h"
 #include "il_constants.h"
-#include "il_fixture.h"
 #include "il_statements.h"
 
 #include <set>
 
 namespace {
 
-class IL_ALLOC_TEST : public IL_TEST {
+class IL_ALLOC_TEST : public FrontEnd {
 protected:
   // A routine with a body of its own; its region is current afterwards.
   a_routine* make_routine_with_body() {

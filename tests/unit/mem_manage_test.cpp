@@ -1,11 +1,11 @@
-#include "il_fixture.h"
+#include "front_end_fixture.h"
 
 #include <chrono>
 #include <cstdlib>
 
 namespace {
 
-class MEM_MANAGE_TEST : public IL_TEST {
+class MEM_MANAGE_TEST : public FrontEnd {
 protected:
   // Bytes left in the head block.
   static uint64_t room(int32_t region) {

@@ -1,9 +1,9 @@
+#include "front_end_fixture.h"
 #include "il_constants.h"
-#include "il_fixture.h"
 
 namespace {
 
-class TYPES_TEST : public IL_TEST {
+class TYPES_TEST : public FrontEnd {
 protected:
   static a_type* named(a_type* type, const char* name) {
     type->source_corresp.name = name;
@@ -178,7 +178,7 @@ TEST_F(TYPES_TEST, EnumsDependOnTheLanguage) {
   EXPECT_TRUE(is_integral_type(e));
   EXPECT_TRUE(is_arithmetic_type(e));
   EXPECT_FALSE(is_character_type(make_enum("small", ik_unsigned_char)));
-  start(cd_cplusplus);
+  restart_in_cplusplus();
   EXPECT_FALSE(is_arithmetic_type(make_enum("e", ik_int)));
 }
 
@@ -191,7 +191,7 @@ TEST_F(TYPES_TEST, ObjectTypes) {
   EXPECT_FALSE(is_void_star_type(const_void));
   EXPECT_TRUE(is_pointer_to_void_type(const_void));
   EXPECT_FALSE(is_pointer_to_object_type(const_void));
-  start(cd_cplusplus);
+  restart_in_cplusplus();
   EXPECT_TRUE(is_object_type(make_struct("s"))); // incomplete
   EXPECT_FALSE(is_object_type(make_reference_type(integer_type(ik_int))));
 }
@@ -220,7 +220,7 @@ TEST_F(TYPES_TEST, IntegralPromotion) {
 }
 
 TEST_F(TYPES_TEST, OldCKeepsUnsignedness) {
-  start(cd_k_and_r);
+  restart(cd_k_and_r);
   EXPECT_EQ(type_after_integral_promotion(integer_type(ik_unsigned_char)),
             integer_type(ik_unsigned_int));
   EXPECT_EQ(usual_arithmetic_conversions_for_types(float_type(fk_float), int_()),
@@ -294,7 +294,7 @@ TEST_F(TYPES_TEST, EnumsAndTheirIntegerTypes) {
   gcc_mode = 1;
   gnu_version = 30399;
   EXPECT_TRUE(types_are_compatible(e, f));
-  start(cd_cplusplus);
+  restart_in_cplusplus();
   EXPECT_FALSE(types_are_compatible(make_enum("e", ik_int), integer_type(ik_int)));
 }
 
@@ -428,7 +428,7 @@ TEST_F(CONVERSION_TEST, PointersInC) {
 }
 
 TEST_F(CONVERSION_TEST, PointersInCplusplus) {
-  start(cd_cplusplus);
+  restart_in_cplusplus();
   a_type* pointer = make_pointer_type(int_());
   EXPECT_FALSE(converts(void_star_type(), pointer));
   EXPECT_TRUE(converts(pointer, void_star_type()));
@@ -539,7 +539,7 @@ TEST_F(TYPES_TEST, TypedefsAreNamesUnlessLookedThrough) {
 }
 
 TEST_F(TYPES_TEST, CplusplusSpellings) {
-  start(cd_cplusplus);
+  restart_in_cplusplus();
   a_type* c = named(alloc_type(tk_class), "c");
   a_type* nested = named(alloc_type(tk_struct), "inner");
   a_scope* scope = alloc_scope(sk_class, 9);
