@@ -328,4 +328,5 @@ void error_init() {
   clear_diagnostic_records();
   clear_issue_state();
   clear_file_index_list();
+  forget_type_buffer();
 }

@@ -200,6 +200,8 @@ bool text_takes_arguments(const char* text);
 void add_type_to_text(const a_type* type, std::string& text);
 void add_symbol_to_text(const a_symbol* symbol, const a_diag_argument_format& format,
                         int scope_index, uint32_t reference_seq, std::string& text);
+// The memory of the type printer's buffer ends with the compilation.
+void forget_type_buffer();
 // Writes a diagnostic with its lines and notes, and counts it.
 void write_diagnostic(const a_diagnostic* diag);
 // Lays `text` out from `first_indent`, continued at `next_indent`.

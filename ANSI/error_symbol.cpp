@@ -197,6 +197,10 @@ void add_symbol_to_text(const a_symbol* symbol, const a_diag_argument_format& fo
   }
 }
 
+void forget_type_buffer() {
+  type_buffer = nullptr;
+}
+
 const char* format_type_string(const a_type* type, size_t* out_length) {
   an_il_to_str_control control;
   start_type_text(&control);

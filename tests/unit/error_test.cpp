@@ -15,6 +15,7 @@
 
 #include "cfe.h"
 #include "error_int.h"
+#include "il_types.h"
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "source_file.h"
@@ -277,6 +278,40 @@ TEST_F(ErrorTest, AdviceIsGivenOnceALine) {
   pos_st_warning(ec_nrg_5_1, &second, "modulo");
   pos_st_warning(ec_nrg_5_1, &other_line, "divide");
   EXPECT_EQ(total_warnings, 2u);
+}
+
+TEST_F(ErrorTest, SymbolsHaveTheirKindWordUnlessTheCodeLeavesItOut) {
+  a_symbol_header header = {};
+  header.identifier = "f";
+  a_symbol symbol = {};
+  symbol.header = &header;
+  symbol.kind = symk_macro;
+  pos_sy_error(ec_too_few_macro_args, &nowhere, &symbol);
+  pos_sy_warning(ec_bad_macro_redef, &nowhere, &symbol);
+  symbol.kind = symk_routine;
+  pos_sy_error(ec_never_defined, &nowhere, &symbol);
+  symbol.kind = symk_overloaded_function;
+  pos_sy_error(ec_indeterminate_overloaded_function, &nowhere, &symbol);
+  EXPECT_EQ(written(), "Error: too few arguments in invocation of macro \"f\"\n"
+                       "Warning: incompatible redefinition of macro \"f\"\n"
+                       "Error: function \"f\" was referenced but not defined\n"
+                       "Error: cannot determine which instance of overloaded function \"f\" is "
+                       "intended\n");
+}
+
+TEST_F(ErrorTest, TypesStandInQuotes) {
+  a_type type = {};
+  type.kind = tk_integer;
+  type.variant.integer.int_kind = ik_unsigned_short;
+  a_type type2 = {};
+  type2.kind = tk_void;
+  C_dialect = cd_ansi_c;
+  pos_ty2_error(ec_incompatible_operands, &nowhere, &type, &type2);
+  EXPECT_EQ(written(), "Error: operand types are incompatible (\"unsigned short\" and \"void\")\n");
+  size_t length = 0;
+  EXPECT_STREQ(format_type_string(&type, &length), "unsigned short");
+  EXPECT_EQ(length, strlen("unsigned short"));
+  C_dialect = cd_cplusplus;
 }
 
 // Makes the scope stack hold `count` template argument lists in process.
