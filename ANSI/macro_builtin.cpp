@@ -243,6 +243,9 @@ static bool read_pragma_operand(a_builtin_macro_kind kind, std::string* text) {
     return read_parenthesized_text(text);
   if (get_token() != tok_string) {
     operand_error(ec_exp_string_literal);
+    std::string skipped;
+    if (curr_token != tok_rparen)
+      read_parenthesized_text(&skipped);
     return false;
   }
   *text = destringized_text();

@@ -513,6 +513,8 @@ struct a_replacement {
 };
 
 static void put_text(a_replacement* out, const char* text, size_t length) {
+  if (length == 0)
+    return;
   memcpy(out->end, text, length);
   out->end += length;
 }

@@ -1,0 +1,2 @@
+#define call(x) [x]
+call

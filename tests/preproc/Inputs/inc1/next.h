@@ -1,0 +1,2 @@
+from_inc1
+#include_next <next.h>

@@ -1,0 +1,4 @@
+token_before
+#ifndef TOKEN_BEFORE_H
+#define TOKEN_BEFORE_H
+#endif

@@ -1,0 +1,6 @@
+#ifndef WITH_ELSE_H
+#define WITH_ELSE_H
+first_reading
+#else
+later_reading
+#endif
