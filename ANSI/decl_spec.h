@@ -20,11 +20,12 @@ struct a_decl_modifiers_block {
   a_source_position inline_position;
 };
 
-// Work that waits for the end of a declarator or of the whole declaration. The
-// action is an index of function_pointers.
+// Work that waits for the end of a declarator or of the whole declaration. No
+// action is pending where a precompiled header may end.
+typedef void (*an_end_of_parse_function)(a_decl_parse_state* state);
 struct an_end_of_parse_action {
   an_end_of_parse_action* next;
-  int action;
+  an_end_of_parse_function function;
   bool keep; // run for each declarator of the declaration
 };
 
@@ -123,7 +124,10 @@ bool is_decl_not_expr(unsigned options);
 // enum specifier (C99 6.7.2.2), at the keyword; error_type() after an error.
 a_type* enum_specifier(a_decl_parse_state* state);
 
-void add_end_of_parse_action(int action, a_decl_parse_state* state, bool keep);
+void add_end_of_parse_action(an_end_of_parse_function function, a_decl_parse_state* state,
+                             bool keep);
+// The last declarator of a declaration is `final`: the actions that are kept for
+// each declarator stay on the list.
 void run_end_of_parse_actions(a_decl_parse_state* state, bool final);
 void discard_end_of_parse_actions(a_decl_parse_state* state);
 

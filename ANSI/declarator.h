@@ -22,6 +22,7 @@ struct a_param_id {
 // What a function declarator found.
 struct a_func_info_block {
   a_param_id* param_id_list;
+  a_param_id* last_param_id;
   a_symbol* first_prototype_symbol;
   int32_t prototype_scope_number; // -1: none
   bool is_old_style;
@@ -48,6 +49,7 @@ void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
 
 // The declared type as a parameter has it (C99 6.7.5.3 p7, p8).
 void check_and_adjust_parameter_type(a_decl_parse_state* state, const a_source_position* position);
+a_type* adjust_parameter_type(a_type* type);
 // Reports a return type that is none.
 bool check_return_type(a_type* type, const a_source_position* position);
 void add_to_param_id_list(a_param_id* entry, a_func_info_block* func_info);

@@ -30,16 +30,14 @@ enum a_decl_routine_flag : unsigned { drf_declaration = 1, drf_definition = 2, d
 void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state,
                   a_func_info_block* func_info, unsigned flags);
 void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state);
-// The implicit declaration of a called name (C89 3.3.2.2).
-void decl_default_function(a_symbol* symbol);
+// The implicit declaration, at file scope, of a called name (C89 3.3.2.2).
+a_symbol* decl_default_function(a_symbol_locator* locator);
 
 void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
                          a_func_info_block* func_info);
 void scan_function_body(a_routine* routine, a_func_info_block* func_info);
 
-// depth -1: in no scope.
 a_routine* make_routine(a_type* type, a_storage_kind storage, int depth);
-a_variable* make_variable(a_type* type, a_storage_kind storage, int depth);
 
 void static_assert_declaration();
 

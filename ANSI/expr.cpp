@@ -2,6 +2,7 @@
 
 an_expr_stack_entry* expr_stack;
 a_ref_entry* curr_expr_ref_entries;
+a_source_position curr_construct_end_position;
 
 bool expr_error_should_be_issued() {
   if (!expr_stack || !expr_stack->flags.suppress_errors)

@@ -10,6 +10,8 @@
 
 extern an_expr_stack_entry* expr_stack;
 extern a_ref_entry* curr_expr_ref_entries;
+// The end of the construct just scanned, as error_position is its start.
+extern a_source_position curr_construct_end_position;
 
 // ---- Entry points of the parser. Each begins at the expression's first token,
 // ---- ends at the token behind it, and never returns null.
@@ -32,6 +34,8 @@ void scan_integral_constant_expression(a_constant* constant);
 // An array bound or, with result false, an expression that isn't constant; its
 // node goes to *expr.
 bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr);
+// The type of an expression that isn't evaluated; of typeof.
+a_type* scan_typeof_operand();
 // A case value, converted to the promoted type of the switch.
 void scan_case_label_constant(a_type* switch_type, a_constant* constant);
 
