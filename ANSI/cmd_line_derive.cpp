@@ -97,6 +97,7 @@ template <size_t count> void switch_off(const a_default (&defaults)[count]) {
 
 const a_default c99_defaults[] = {
     {&vla_enabled, 1, oc_vla},
+    {&allow_decl_after_stmt, 1, oc_count},
     {&restrict_keyword_enabled, 1, oc_restrict},
     {&designators_allowed, 1, oc_designators},
     {&compound_literals_allowed, 1, oc_compound_literals},
@@ -196,6 +197,7 @@ const a_default cfront_defaults[] = {
 };
 
 const a_default gnu_defaults[] = {
+    {&allow_decl_after_stmt, 1, oc_count},
     {&designators_allowed, 1, oc_designators},
     {&extended_designators_allowed, 1, oc_extended_designators},
     {&compound_literals_allowed, 1, oc_compound_literals},

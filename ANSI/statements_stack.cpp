@@ -1,0 +1,266 @@
+// The stack of open statements, and the reachability of the current place.
+
+#include <cstring>
+
+#include "error.h"
+#include "folding.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "mem_manage.h"
+#include "mode_words.h"
+#include "scope_stk.h"
+#include "statements_int.h"
+
+a_struct_stmt_stack_entry* struct_stmt_stack;
+int depth_stmt_stack = -1;
+a_reachability reachability;
+
+static int size_stmt_stack;
+static constexpr int stmt_stack_increment = 30;
+
+// ---- Reachability ----
+
+void mark_reachable() {
+  reachability = {true, true, false};
+}
+
+void mark_unreachable() {
+  reachability = {false, false, false};
+}
+
+void merge_reachability(a_reachability* into, const a_reachability* from) {
+  into->code_is_reachable |= from->code_is_reachable;
+  into->code_can_fall_through |= from->code_can_fall_through;
+  into->unreachable_warned |= from->unreachable_warned;
+}
+
+void warn_if_code_is_unreachable(an_error_code code, const a_source_position* position) {
+  if (reachability.code_is_reachable || reachability.unreachable_warned)
+    return;
+  pos_warning(code, position);
+  reachability.unreachable_warned = true;
+}
+
+// ---- Linking statements ----
+
+// The place of a construct's next statement.
+static a_statement** slot_of(a_struct_stmt_stack_entry* entry) {
+  a_statement* statement = entry->statement;
+  switch (statement->kind) {
+  case stmk_if:
+    return entry->in_else_part ? &statement->variant.if_stmt.else_statement
+                               : &statement->variant.if_stmt.then_statement;
+  case stmk_for:
+    return entry->in_for_init ? &statement->variant.loop.extra.for_supplement->init_statement
+                              : &statement->variant.loop.body;
+  case stmk_block:
+    return &statement->variant.block.first_statement;
+  default:
+    return &statement->variant.loop.body;
+  }
+}
+
+static bool is_single_statement_block(const a_statement* statement) {
+  return statement->kind == stmk_block &&
+         statement->variant.block.block_supplement->holds_single_statement;
+}
+
+// A second statement for a slot that holds one, as behind a label: a generated
+// block takes both.
+static void extend_slot(a_struct_stmt_stack_entry* entry, a_statement** slot,
+                        a_statement* statement) {
+  a_statement* block = *slot;
+  if (!is_single_statement_block(block)) {
+    block = alloc_statement(stmk_block);
+    block->is_generated = true;
+    block->position = (*slot)->position;
+    block->variant.block.block_supplement->holds_single_statement = true;
+    block->variant.block.first_statement = *slot;
+    block->parent = entry->statement;
+    (*slot)->parent = block;
+    *slot = block;
+  }
+  entry->last_statement->next = statement;
+  statement->parent = block;
+}
+
+void attach_statement(a_statement* statement) {
+  a_struct_stmt_stack_entry* entry = top_stmt_entry();
+  a_statement** slot = slot_of(entry);
+  statement->parent = entry->statement;
+  if (!*slot)
+    *slot = statement;
+  else if (entry->statement->kind == stmk_block)
+    entry->last_statement->next = statement;
+  else
+    extend_slot(entry, slot, statement);
+  entry->last_statement = statement;
+  entry->decl_statement = nullptr;
+}
+
+a_statement* add_statement_at_stmt_pos(a_statement_kind kind, const a_source_position* position) {
+  a_statement* statement = alloc_statement(kind);
+  statement->position = *position;
+  statement->is_unreachable = !reachability.code_is_reachable;
+  attach_statement(statement);
+  if (kind == stmk_goto || kind == stmk_return)
+    mark_unreachable();
+  return statement;
+}
+
+// ---- The stack ----
+
+void push_stmt_entry(a_struct_stmt_kind kind, a_statement* statement) {
+  if (++depth_stmt_stack >= size_stmt_stack) {
+    uint64_t entry_size = sizeof(a_struct_stmt_stack_entry);
+    int new_size = size_stmt_stack + stmt_stack_increment;
+    struct_stmt_stack = reinterpret_cast<a_struct_stmt_stack_entry*>(
+        realloc_buffer(reinterpret_cast<char*>(struct_stmt_stack), size_stmt_stack * entry_size,
+                       new_size * entry_size));
+    size_stmt_stack = new_size;
+  }
+  a_struct_stmt_stack_entry* entry = top_stmt_entry();
+  *entry = a_struct_stmt_stack_entry();
+  entry->kind = kind;
+  entry->statement = statement;
+  entry->saved = reachability;
+}
+
+static void pass_on_flags(const a_struct_stmt_stack_entry* entry) {
+  if (depth_stmt_stack < 0)
+    return;
+  a_struct_stmt_stack_entry* parent = top_stmt_entry();
+  parent->label_seen |= entry->label_seen;
+  if (entry->kind != ssk_switch)
+    parent->case_seen |= entry->case_seen;
+}
+
+static bool is_loop(a_struct_stmt_kind kind) {
+  return kind >= ssk_while && kind <= ssk_range_for;
+}
+
+// Whether a loop is left by its condition.
+static bool condition_can_fail(const a_statement* loop) {
+  if (!loop->expr)
+    return false;
+  if (loop->expr->kind != expr_constant)
+    return true;
+  const a_constant* constant = loop->expr->variant.constant.ptr;
+  return !constant_bool_value_known_at_compile_time(constant) || !constant_bool_value(constant);
+}
+
+static void set_reachability_behind_loop(a_struct_stmt_stack_entry* entry) {
+  merge_reachability(&entry->after, &reachability);
+  if (!condition_can_fail(entry->statement)) {
+    mark_unreachable();
+    return;
+  }
+  if (entry->kind != ssk_do)
+    merge_reachability(&entry->after, &entry->saved);
+  reachability = entry->after;
+}
+
+static void set_reachability_behind_if(a_struct_stmt_stack_entry* entry) {
+  merge_reachability(&entry->after, &reachability);
+  if (!entry->in_else_part)
+    merge_reachability(&entry->after, &entry->saved);
+  reachability = entry->after;
+}
+
+static void set_reachability_behind_switch(a_struct_stmt_stack_entry* entry) {
+  merge_reachability(&entry->after, &reachability);
+  if (!entry->statement->variant.loop.extra.switch_supplement->default_case)
+    merge_reachability(&entry->after, &entry->saved);
+  reachability = entry->after;
+}
+
+void pop_stmt_entry() {
+  a_struct_stmt_stack_entry entry = *top_stmt_entry();
+  if (is_loop(entry.kind))
+    set_reachability_behind_loop(&entry);
+  else if (entry.kind == ssk_if)
+    set_reachability_behind_if(&entry);
+  else if (entry.kind == ssk_switch)
+    set_reachability_behind_switch(&entry);
+  --depth_stmt_stack;
+  pass_on_flags(&entry);
+  if (entry.break_label) {
+    if (entry.kind != ssk_switch)
+      mark_reachable();
+    place_label(entry.break_label);
+  }
+}
+
+// ---- Blocks ----
+
+a_statement* open_block(bool is_generated, const a_source_position* position) {
+  a_statement* block = alloc_statement(stmk_block);
+  block->position = *position;
+  block->is_generated = is_generated;
+  block->is_unreachable = !reachability.code_is_reachable;
+  attach_statement(block);
+  push_scope(sk_block, -1, nullptr, nullptr);
+  push_stmt_entry(ssk_block, block);
+  top_stmt_entry()->is_generated = is_generated;
+  return block;
+}
+
+static void bind_scope_to_block(a_statement* block, a_scope* scope) {
+  block->variant.block.block_supplement->scope = scope;
+  if (scope)
+    scope->assoc_statement = block;
+}
+
+void close_block(const a_source_position* end_position) {
+  a_struct_stmt_stack_entry entry = *top_stmt_entry();
+  entry.statement->end_position = *end_position;
+  entry.statement->variant.block.block_supplement->end_position = *end_position;
+  bind_scope_to_block(entry.statement, scope_stack[depth_scope_stack].il_scope);
+  pop_scope();
+  --depth_stmt_stack;
+  pass_on_flags(&entry);
+}
+
+a_struct_stmt_stack_entry* innermost_loop(bool or_switch) {
+  for (int depth = depth_stmt_stack; depth >= 0; --depth) {
+    a_struct_stmt_stack_entry* entry = &struct_stmt_stack[depth];
+    if (is_loop(entry->kind) || (or_switch && entry->kind == ssk_switch))
+      return entry;
+  }
+  return nullptr;
+}
+
+a_struct_stmt_stack_entry* innermost_switch() {
+  for (int depth = depth_stmt_stack; depth >= 0; --depth)
+    if (struct_stmt_stack[depth].kind == ssk_switch)
+      return &struct_stmt_stack[depth];
+  return nullptr;
+}
+
+// ---- Generated labels ----
+
+a_label* make_generated_label(bool ends_switch) {
+  a_label* label = alloc_label();
+  label->is_break_or_continue = true;
+  label->ends_switch = ends_switch;
+  label->source_corresp.is_unnamed = true;
+  add_to_labels_list(label, depth_innermost_function_scope);
+  return label;
+}
+
+void place_label(a_label* label) {
+  a_source_position position = null_source_position;
+  a_statement* statement = add_statement_at_stmt_pos(stmk_label, &position);
+  statement->variant.label.ptr = label;
+  statement->is_generated = true;
+  label->def_statement = statement;
+  label->was_reachable = reachability.code_is_reachable != 0;
+}
+
+void jump_to_label(a_label* label, const a_source_position* position) {
+  a_statement* statement = add_statement_at_stmt_pos(stmk_goto, position);
+  statement->variant.label.ptr = label;
+  statement->is_generated = true;
+  label->is_used = true;
+  mark_unreachable();
+}
