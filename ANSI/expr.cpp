@@ -1,137 +1,209 @@
-#include "expr.h"
+// The entry points of the parser into expressions. Each opens a full
+// expression of its kind, scans it, and finishes it as its context asks.
 
-#include "error.h"
-#include "lexical.h"
-#include "types.h"
+#include "const_ints.h"
+#include "expr_int.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "mode_words.h"
+#include "target.h"
 
-an_expr_stack_entry* expr_stack;
-a_ref_entry* curr_expr_ref_entries;
-a_source_position curr_construct_end_position;
+// ---- Expressions of statements ----
 
-bool expr_error_should_be_issued() {
-  if (!expr_stack || !expr_stack->flags.suppress_errors)
-    return true;
-  expr_stack->flags.error_suppressed = true;
-  return false;
-}
-
-// ---- Literals are all that is read so far ----
-
-void scan_expr(an_operand* result, an_operand*, int, uint32_t) {
-  *result = {};
-  result->position = pos_curr_token;
-  if (curr_token == tok_integer || curr_token == tok_char_constant) {
-    result->kind = ok_constant;
-    result->state = os_prvalue;
-    result->variant.constant = const_for_curr_token;
-    result->type = const_for_curr_token.type;
-    get_token();
-    return;
-  }
-  result->kind = ok_error;
-  result->type = error_type();
-  pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, "expression");
-  flush_tokens();
-}
-
-static an_expr_node* scan_operand_node() {
-  an_operand operand;
-  scan_expr(&operand, nullptr, 0, 0);
-  curr_construct_end_position = operand.end_position;
-  return make_node_from_operand(&operand);
+static an_expr_node* finish_full_expression(an_operand* operand) {
+  an_expr_node* node = make_node_from_operand(operand);
+  wrap_up_full_expression(node);
+  return node;
 }
 
 an_expr_node* scan_integer_expression() {
-  return scan_operand_node();
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  scan_expr(&operand, nullptr, lev_none, sef_controlling_expression);
+  do_operand_transformations(&operand, ot_all);
+  check_integral_or_enum_operand(&operand);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
 }
 
 an_expr_node* scan_boolean_controlling_expression() {
-  return scan_operand_node();
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  scan_expr(&operand, nullptr, lev_none, sef_controlling_expression);
+  // `if (a = 0)` was hardly meant.
+  if (operand.kind == ok_expression && !operand.flags.parenthesized &&
+      is_operation_node(operand.variant.expr, eok_assign) &&
+      operand.variant.expr->variant.operation.operands->next->kind == expr_constant)
+    expr_pos_warning(ec_assign_where_compare_meant, &operand.operator_position);
+  check_boolean_controlling_expr(&operand);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
+}
+
+// An operation that does nothing but yield a value, which nobody takes.
+static bool has_no_effect(const an_operand* operand) {
+  if (is_error_operand(operand) || is_void_type(operand->type))
+    return false;
+  if (operand->kind == ok_constant)
+    return true;
+  return operand->kind == ok_expression && !node_has_side_effects(operand->variant.expr) &&
+         !operand->variant.expr->is_volatile_access;
+}
+
+void check_for_no_effect(const an_operand* operand) {
+  if (has_no_effect(operand) && value_is_evaluated())
+    expr_pos_warning(ec_expr_has_no_effect, &operand->position);
 }
 
 an_expr_node* scan_void_expression() {
-  return scan_operand_node();
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  scan_expr(&operand, nullptr, lev_none, sef_result_is_discarded);
+  do_void_operand_transformations(&operand, false);
+  check_for_no_effect(&operand);
+  an_expr_node* node = finish_full_expression(&operand);
+  set_expr_result_not_used(node);
+  end_full_expression(&full, &operand);
+  return node;
 }
 
-an_expr_node* scan_typed_expression(a_type*, an_error_code) {
-  return scan_operand_node();
+an_expr_node* scan_typed_expression(a_type* type, an_error_code code) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  scan_expr(&operand, nullptr, lev_none, 0);
+  prep_initializer_operand(&operand, type, code);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
 }
 
-an_expr_node* scan_return_expression(a_type*) {
-  return scan_operand_node();
+// ---- return ----
+
+static const a_variable* automatic_variable_of(const an_expr_node* object) {
+  while (object->kind == expr_operation) {
+    if (object->variant.operation.op != eok_dot_field)
+      return nullptr;
+    object = object->variant.operation.operands;
+  }
+  if (object->kind != expr_variable || !object->is_lvalue)
+    return nullptr;
+  const a_variable* variable = object->variant.variable.ptr;
+  return variable->storage_kind >= sc_auto ? variable : nullptr;
+}
+
+static void warn_about_local_address(const an_operand* operand) {
+  if (operand->kind != ok_expression)
+    return;
+  const an_expr_node* node = operand->variant.expr;
+  while (is_cast_operation_node(node) && is_pointer_type(node->type))
+    node = node->variant.operation.operands;
+  if (!is_operation_node(node, eok_address_of) && !is_operation_node(node, eok_array_to_pointer))
+    return;
+  if (automatic_variable_of(node->variant.operation.operands))
+    expr_pos_warning(ec_returning_ptr_to_local_variable, &operand->position);
+}
+
+an_expr_node* scan_return_expression(a_type* type) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  scan_expr(&operand, nullptr, lev_none, 0);
+  prep_initializer_operand(&operand, type, ec_bad_return_value_type);
+  warn_about_local_address(&operand);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
+}
+
+// ---- Constant expressions (C99 6.6) ----
+
+static bool is_integral_constant(const an_operand* operand) {
+  return operand->kind == ok_constant && operand->variant.constant.kind == con_integer &&
+         is_integral_or_enum_type(operand->type);
+}
+
+static void finish_integral_constant_expression(an_operand* operand, a_constant* constant) {
+  do_operand_transformations(operand, ot_all);
+  if (!is_error_operand(operand) && !is_integral_constant(operand))
+    error_in_operand(ec_expr_not_integral_constant, operand);
+  if (is_error_operand(operand)) {
+    clear_constant(constant, con_error);
+    set_error_constant(constant);
+    return;
+  }
+  copy_constant(&operand->variant.constant, constant);
+}
+
+static an_expression_kind kind_of_constant_expression() {
+  return constexpr_enabled ? ek_integral_constant : ek_strict_constant;
 }
 
 void scan_integral_constant_expression(a_constant* constant) {
+  a_full_expression full;
   an_operand operand;
-  scan_expr(&operand, nullptr, 0, sef_no_comma);
-  if (!operand_constant_value(&operand, constant))
-    set_error_constant(constant);
+  begin_full_expression(kind_of_constant_expression(), &full);
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  finish_integral_constant_expression(&operand, constant);
+  end_full_expression(&full, &operand);
 }
 
-bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr) {
-  scan_integral_constant_expression(constant);
-  *expr = nullptr;
-  return true;
+void scan_case_label_constant(a_type* switch_type, a_constant* constant) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(kind_of_constant_expression(), &full);
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  do_operand_transformations(&operand, ot_all);
+  if (is_integral_constant(&operand) && !is_error_type(switch_type))
+    cast_operand(switch_type, &operand, true);
+  finish_integral_constant_expression(&operand, constant);
+  end_full_expression(&full, &operand);
 }
+
+// An expression that isn't constant is the bound of a variable length array.
+// Until these are built, it isn't worth a tree: the expression is scanned as
+// one that must be constant, unless variable length arrays are enabled.
+bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr) {
+  *expr = nullptr;
+  if (!vla_enabled) {
+    int32_t saved_region;
+    switch_to_file_scope_region(&saved_region);
+    scan_integral_constant_expression(constant);
+    switch_back_to_original_region(saved_region);
+    return true;
+  }
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  full.entry.flags.constant_context = true;
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  do_operand_transformations(&operand, ot_all);
+  check_integral_or_enum_operand(&operand);
+  bool is_constant = operand.kind != ok_expression;
+  if (is_constant)
+    finish_integral_constant_expression(&operand, constant);
+  else
+    *expr = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return is_constant;
+}
+
+// ---- typeof ----
 
 a_type* scan_typeof_operand() {
-  return scan_operand_node()->type;
-}
-
-void scan_case_label_constant(a_type*, a_constant* constant) {
-  scan_integral_constant_expression(constant);
-}
-
-// ---- Operands ----
-
-void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool, bool) {
-  *entry = {};
-  entry->previous = expr_stack;
-  entry->kind = kind;
-  expr_stack = entry;
-}
-
-void pop_expr_stack() {
-  expr_stack = expr_stack->previous;
-}
-
-an_expr_node* make_node_from_operand(an_operand* operand) {
-  return operand->kind == ok_constant ? alloc_node_for_constant(&operand->variant.constant)
-                                      : error_node();
-}
-
-void wrap_up_full_expression(an_expr_node*) {
-  // No object lives to the end of an expression in C.
-}
-
-void prep_initializer_operand(an_operand*, a_type*, an_error_code) {
-  // The only operands are literals, which are left as they are.
-}
-
-bool operand_constant_value(an_operand* operand, a_constant* constant) {
-  if (operand->kind != ok_constant)
-    return false;
-  copy_constant(&operand->variant.constant, constant);
-  return true;
-}
-
-void do_operand_transformations(an_operand*, unsigned) {
-  // A literal is a value already.
-}
-
-bool operand_is_string_literal(const an_operand* operand) {
-  return operand->flags.string_literal;
-}
-
-void expr_one_time_init() {
-  // Registers the variables kept for each unit.
-}
-
-void expr_init() {
-  expr_stack = nullptr;
-  curr_expr_ref_entries = nullptr;
-}
-
-void expr_trans_unit_init() {
-  // Clears the state of the innermost expression.
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_unevaluated, &full);
+  full.entry.flags.in_decltype_or_typeof = true;
+  full.entry.flags.keep_side_effects = true;
+  scan_expr(&operand, nullptr, lev_none, 0);
+  eliminate_unusual_operand_kinds(&operand);
+  a_type* type = operand.type;
+  end_full_expression(&full, &operand);
+  return type;
 }

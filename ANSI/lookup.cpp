@@ -115,6 +115,9 @@ static a_symbol* settle(a_symbol_locator* locator, a_symbol* found) {
 static bool is_wanted_in_scope(const a_symbol* symbol, uint32_t options, a_name_space name_space) {
   if (name_space_for_symbol_kind[symbol->kind] != name_space)
     return false;
+  // A name that was used undefined is free for a declaration.
+  if (symbol->kind == symk_undefined)
+    return false;
   if (symbol->kind == symk_projection && !(options & ilo_accept_projections))
     return false;
   if ((options & ilo_tag) && !is_tag_symbol_kind(symbol->kind) && !is_typedef_for_tag(symbol))

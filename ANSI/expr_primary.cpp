@@ -1,0 +1,393 @@
+// Primary expressions (C99 6.5.1) and what a prefix token begins.
+
+#include "declarator.h"
+#include "expr_int.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "lookup.h"
+#include "mode_words.h"
+#include "scope_stk.h"
+
+#include <cstring>
+
+// ---- Names ----
+
+static void parameter_of_prototype(a_symbol* symbol, an_operand* result) {
+  const a_param_id* param = symbol->supplement.param_id;
+  a_source_position position = pos_curr_token;
+  if (!expr_stack->flags.unevaluated_operand) {
+    error_and_make_error_operand(ec_param_not_allowed, &position, result);
+  } else if (!param || !param->type || is_error_type(param->type)) {
+    make_error_operand(result);
+  } else {
+    make_dummy_lvalue_operand(param->type, result);
+    result->ref_entries = make_ref_entry(srk_reference, symbol, &position);
+  }
+}
+
+// A name of a function that the file inlines may matter to its definition
+// elsewhere (C99 6.7.4 p3).
+static void check_reference_from_inline(const a_source_correspondence* corresp) {
+  if (corresp->linkage != idl_internal || depth_innermost_function_scope < 0 ||
+      !expr_stack->flags.references_count)
+    return;
+  a_routine* routine = scope_stack[depth_innermost_function_scope].routine;
+  if (routine && routine->is_inline)
+    check_c99_inline_definition(routine, &pos_curr_token, false);
+}
+
+static void variable_operand(a_symbol* symbol, an_operand* result) {
+  a_variable* variable = symbol->variant.variable;
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+  check_reference_from_inline(&variable->source_corresp);
+  make_lvalue_variable_operand(variable, ref, result);
+  result->flags.names_variable = true;
+}
+
+static void routine_operand(a_symbol* symbol, an_operand* result) {
+  a_routine* routine = symbol->variant.routine;
+  if (is_error_type(routine->type)) {
+    make_error_operand(result);
+    return;
+  }
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+  check_reference_from_inline(&routine->source_corresp);
+  make_function_designator_operand(routine, ref, result);
+}
+
+void scan_identifier(an_operand* result) {
+  a_symbol_locator locator = locator_for_curr_id;
+  if (locator.is_error_locator) {
+    make_error_operand(result);
+    get_token();
+    return;
+  }
+  a_symbol* symbol = normal_id_lookup(&locator, ilo_none);
+  if (!symbol) {
+    make_undefined_symbol_operand(&locator, result);
+    get_token();
+    return;
+  }
+  switch (symbol->kind) {
+  case symk_constant:
+    make_sym_constant_operand(symbol, result);
+    break;
+  case symk_variable:
+    variable_operand(symbol, result);
+    break;
+  case symk_routine:
+    routine_operand(symbol, result);
+    break;
+  case symk_parameter:
+    parameter_of_prototype(symbol, result);
+    break;
+  case symk_type:
+  case symk_class_or_struct:
+  case symk_union:
+  case symk_enum:
+    error_and_make_error_operand(ec_type_identifier_not_allowed, &pos_curr_token, result);
+    break;
+  default:
+    make_error_operand(result);
+    break;
+  }
+  get_token();
+}
+
+// ---- Literals ----
+
+static void scan_constant_literal(an_operand* result) {
+  make_constant_operand(&const_for_curr_token, result);
+  if (result->kind == ok_constant)
+    result->variant.constant.position = pos_curr_token;
+  if (!is_error_operand(result) && floating_point_is_refused(result->type))
+    refuse_floating_point(result);
+  get_token();
+}
+
+static void scan_string_literal_operand(an_operand* result) {
+  if (const_for_curr_token.kind == con_string)
+    make_string_constant_operand(&const_for_curr_token, result);
+  else
+    make_error_operand(result);
+  get_token();
+}
+
+// ---- __func__ (C99 6.4.2.2) ----
+
+static void make_function_name_constant(const char* name, a_constant* constant) {
+  size_t length = strlen(name) + 1;
+  char* text = alloc_text_of_string_literal(length);
+  memcpy(text, name, length);
+  clear_constant(constant, con_string);
+  constant->type = string_literal_type(sck_ordinary, length);
+  if (in_C_mode())
+    constant->type = make_qualified_type(constant->type, tq_const);
+  constant->value.string.text = text;
+  constant->value.string.length = length;
+  constant->is_function_name = true;
+}
+
+static const char* name_of_enclosing_function() {
+  if (depth_innermost_function_scope < 0)
+    return nullptr;
+  const a_routine* routine = scope_stack[depth_innermost_function_scope].routine;
+  const char* name = routine ? routine->source_corresp.name : nullptr;
+  return name ? name : "";
+}
+
+static void scan_function_name(an_operand* result) {
+  const char* name = name_of_enclosing_function();
+  if (!name && !gnu_mode) {
+    if (expr_error_should_be_issued())
+      pos_st_error(ec_undefined_identifier, &pos_curr_token, token_names[curr_token]);
+    make_error_operand(result);
+  } else {
+    a_constant constant;
+    make_function_name_constant(name ? name : "", &constant);
+    make_string_constant_operand(&constant, result);
+    // The literal is an object of its own, which initialises no array.
+    result->flags.string_literal = false;
+  }
+  get_token();
+}
+
+// ---- Parentheses ----
+
+// `(` in front of a type begins a cast; with the parenthesis read already, the
+// caller has seen that none does.
+static void scan_parenthesized_expression(an_operand* result, uint32_t flags,
+                                          const a_source_position* start) {
+  constexpr uint32_t kept_flags =
+      sef_float_literal_allowed | sef_address_of_overload_allowed | sef_controlling_expression;
+  add_stop_token(tok_rparen);
+  ++expr_stack->template_arg_paren_depth;
+  scan_expr(result, nullptr, lev_none, (flags & kept_flags) | sef_parenthesized);
+  --expr_stack->template_arg_paren_depth;
+  remove_stop_token(tok_rparen);
+  a_source_position end = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  set_operand_range(result, start, &end);
+  result->flags.names_variable = false;
+  result->flags.parenthesized = true;
+  if (result->kind == ok_expression)
+    result->variant.expr->parenthesized = true;
+}
+
+static void refuse_statement_expression(an_operand* result, const a_source_position* start) {
+  an_error_code code = in_constant_expr_kind() ? ec_expr_not_constant
+                       : depth_innermost_function_scope < 0
+                           ? ec_statement_expression_in_function_only
+                           : 0;
+  if (code != 0)
+    expr_pos_error(code, start);
+  else if (expr_error_should_be_issued())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, start, "statement expression");
+  make_error_operand(result);
+  flush_until_matching_token();
+  required_token(tok_rparen, ec_exp_rparen);
+}
+
+static bool token_begins_cast() {
+  return is_decl_not_expr(dst_expr_context);
+}
+
+static void scan_parenthesis(an_operand* result, uint32_t flags) {
+  a_source_position start = pos_curr_token;
+  get_token();
+  if (curr_token == tok_lbrace && gnu_mode)
+    refuse_statement_expression(result, &start);
+  else if (token_begins_cast())
+    scan_cast_expression(result, &start);
+  else
+    scan_parenthesized_expression(result, flags, &start);
+}
+
+// ---- _Generic (C11 6.5.1.1) ----
+
+struct a_generic_selection {
+  a_type* type; // of the controlling expression
+  an_operand result;
+  bool is_matched;
+  bool has_default;
+};
+
+static void scan_controlling_operand(a_generic_selection* selection) {
+  an_expr_stack_entry entry;
+  an_operand operand;
+  push_nested_expr_stack(ek_unevaluated, &entry);
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  do_operand_transformations(&operand, ot_all);
+  pop_expr_stack();
+  selection->type = operand.type;
+}
+
+static void scan_association(a_generic_selection* selection) {
+  bool is_default = curr_token == tok_default;
+  a_type* type = nullptr;
+  if (is_default)
+    get_token();
+  else
+    type = type_name();
+  required_token(tok_colon, ec_exp_colon);
+  bool matches = type && !is_error_type(type) && !is_error_type(selection->type) &&
+                 types_are_compatible(type, selection->type);
+  if (!matches && !(is_default && !selection->is_matched && !selection->has_default)) {
+    an_expr_stack_entry entry;
+    an_operand ignored;
+    push_nested_expr_stack(ek_unevaluated, &entry);
+    scan_expr(&ignored, nullptr, lev_none, sef_no_comma);
+    finish_undefined_symbol_operand(&ignored);
+    pop_expr_stack();
+    return;
+  }
+  scan_expr(&selection->result, nullptr, lev_none, sef_no_comma);
+  finish_undefined_symbol_operand(&selection->result);
+  selection->is_matched |= matches;
+  selection->has_default |= is_default;
+}
+
+void scan_generic_selection(an_operand* result) {
+  check_stack_limit();
+  a_source_position start = pos_curr_token;
+  a_generic_selection selection;
+  selection.is_matched = selection.has_default = false;
+  make_error_operand(&selection.result);
+  get_token();
+  required_token(tok_lparen, ec_exp_lparen);
+  add_stop_token(tok_rparen);
+  add_stop_token(tok_comma);
+  add_stop_token(tok_colon);
+  scan_controlling_operand(&selection);
+  while (loop_token(tok_comma))
+    scan_association(&selection);
+  remove_stop_token(tok_colon);
+  remove_stop_token(tok_comma);
+  remove_stop_token(tok_rparen);
+  a_source_position end = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  if (!selection.is_matched && !selection.has_default && !is_error_type(selection.type) &&
+      expr_error_should_be_issued())
+    pos_ty_error(ec_no_match_in_c11_generic, &start, selection.type);
+  *result = selection.result;
+  set_operand_range(result, &start, &end);
+}
+
+// ---- The first token ----
+
+static void refuse_keyword(an_operand* result) {
+  if (expr_error_should_be_issued())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
+  make_error_operand(result);
+  get_token();
+  if (curr_token == tok_lparen)
+    flush_until_matching_token();
+}
+
+static void missing_expression(an_operand* result) {
+  make_error_operand(result);
+  if (curr_token == tok_error && err_code_for_error_token != 0)
+    expr_syntax_error(err_code_for_error_token);
+  else
+    expr_syntax_error(ec_exp_primary_expr);
+}
+
+void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
+  if (flags & sef_opening_paren_taken) {
+    a_source_position start = pos_curr_token;
+    scan_parenthesized_expression(result, flags, &start);
+    return;
+  }
+  switch (curr_token) {
+  case tok_identifier:
+    scan_identifier(result);
+    break;
+  case tok_integer:
+  case tok_char_constant:
+  case tok_float_constant:
+    scan_constant_literal(result);
+    break;
+  case tok_string:
+    scan_string_literal_operand(result);
+    break;
+  case tok_func_name:
+  case tok_function_name:
+  case tok_pretty_function_name:
+    scan_function_name(result);
+    break;
+  case tok_lparen:
+    scan_parenthesis(result, flags);
+    break;
+  case tok_ampersand:
+    scan_address_of(result);
+    break;
+  case tok_star:
+    scan_indirection(result);
+    break;
+  case tok_plus:
+  case tok_minus:
+  case tok_compl:
+  case tok_not:
+    scan_unary_arithmetic(result);
+    break;
+  case tok_plus_plus:
+  case tok_minus_minus:
+    scan_prefix_incr_decr(result);
+    break;
+  case tok_sizeof:
+    scan_sizeof(result);
+    break;
+  case tok_alignof:
+  case tok_gnu_alignof:
+    scan_alignof(result);
+    break;
+  case tok_builtin_offsetof:
+    scan_builtin_offsetof(result);
+    break;
+  case tok_builtin_types_compatible_p:
+    scan_types_compatible(result);
+    break;
+  case tok_generic:
+    scan_generic_selection(result);
+    break;
+  case tok_int:
+  case tok_char:
+  case tok_unsigned:
+  case tok_void:
+  case tok_long:
+  case tok_short:
+  case tok_signed:
+  case tok_struct:
+  case tok_union:
+  case tok_enum:
+  case tok_float:
+  case tok_double:
+    make_error_operand(result);
+    expr_syntax_error(ec_type_identifier_not_allowed);
+    break;
+  case tok_va_start:
+  case tok_va_arg:
+  case tok_va_end:
+  case tok_va_copy:
+  case tok_va_argref:
+  case tok_va_parmadr:
+  case tok_va_argcsu:
+  case tok_real:
+  case tok_imag:
+  case tok_i_constant:
+  case tok_nan:
+  case tok_infinity:
+  case tok_intaddr:
+  case tok_builtin_complex:
+  case tok_memory_of:
+  case tok_segment_begin:
+  case tok_segment_end:
+  case tok_segment_size:
+  case tok_type_generic:
+    refuse_keyword(result);
+    break;
+  default:
+    missing_expression(result);
+    break;
+  }
+}

@@ -1,0 +1,227 @@
+// The operators that look at an operand without evaluating it: sizeof and
+// _Alignof (C99 6.5.3.4, C11 6.5.3.4), __builtin_offsetof and its like.
+
+#include "const_ints.h"
+#include "declarator.h"
+#include "expr_int.h"
+#include "il.h"
+#include "mode_words.h"
+#include "target.h"
+
+// The operand is a type in parentheses or an expression; `operand` is an
+// expression's.
+static a_type* scan_type_or_expression(an_operand* operand, bool* is_type) {
+  *is_type = false;
+  if (curr_token == tok_lparen) {
+    a_source_position start = pos_curr_token;
+    get_token();
+    if (is_type_start(dst_expr_context)) {
+      *is_type = true;
+      add_stop_token(tok_rparen);
+      a_type* type = scan_type_for_sizeof();
+      remove_stop_token(tok_rparen);
+      clear_operand(ok_error, operand);
+      set_operand_range(operand, &start, &end_pos_curr_token);
+      required_token(tok_rparen, ec_exp_rparen);
+      return type;
+    }
+    scan_expr(operand, nullptr, lev_unary, sef_opening_paren_taken);
+  } else {
+    scan_expr(operand, nullptr, lev_unary, 0);
+  }
+  do_operand_transformations(operand, ot_keep_function | ot_keep_array | ot_keep_glvalue);
+  return operand->type;
+}
+
+static void begin_unevaluated(an_expr_stack_entry* entry) {
+  push_nested_expr_stack(ek_unevaluated, entry);
+  entry->flags.keep_side_effects = true;
+}
+
+// ---- sizeof ----
+
+static void check_sizeof_operand(a_type** type, an_operand* operand, bool is_type) {
+  an_error_code code = 0;
+  if (is_error_type(*type))
+    return;
+  if (!is_type && operand->kind == ok_expression && bit_field_of_node(operand->variant.expr, false))
+    code = ec_sizeof_bit_field;
+  else if (is_function_type(*type))
+    code = gnu_mode ? 0 : ec_sizeof_function;
+  else if (is_incomplete_type(*type) && !(gnu_mode && is_void_type(*type)))
+    code = ec_incomplete_type_not_allowed;
+  if (code == 0)
+    return;
+  expr_pos_error(code, &operand->position);
+  *type = error_type();
+}
+
+// GNU C gives void and functions the size 1.
+static uint64_t sizeof_type(a_type* type) {
+  return is_void_type(type) || is_function_type(type) ? 1 : size_of_type(type);
+}
+
+static void make_size_operand(uint64_t size, an_operand* result) {
+  a_constant constant;
+  clear_constant(&constant, con_integer);
+  set_unsigned_integer_constant(&constant, size,
+                                static_cast<an_integer_kind>(targ_size_t_int_kind));
+  make_constant_operand(&constant, result);
+}
+
+void scan_sizeof(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  an_expr_stack_entry entry;
+  bool is_type;
+  get_token();
+  begin_unevaluated(&entry);
+  a_type* type = scan_type_or_expression(result, &is_type);
+  pop_expr_stack();
+  a_source_position end = result->end_position;
+  check_sizeof_operand(&type, result, is_type);
+  if (is_error_type(type))
+    make_error_operand(result);
+  else
+    make_size_operand(sizeof_type(type), result);
+  set_operator_positions(result, &position, &position, &end);
+}
+
+// ---- _Alignof ----
+
+static uint64_t alignment_of_operand(const an_operand* operand, a_type* type) {
+  if (operand->kind == ok_expression && operand->variant.expr->kind == expr_variable) {
+    const a_variable* variable = operand->variant.expr->variant.variable.ptr;
+    if (variable->alignment != 0)
+      return variable->alignment;
+  }
+  return f_alignment_of_type(skip_array_types(type));
+}
+
+void scan_alignof(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  bool is_standard = curr_token == tok_alignof;
+  an_expr_stack_entry entry;
+  bool is_type;
+  get_token();
+  begin_unevaluated(&entry);
+  a_type* type = scan_type_or_expression(result, &is_type);
+  pop_expr_stack();
+  a_source_position end = result->end_position;
+  bool is_incomplete = is_incomplete_type(skip_array_types(type)) && !is_void_type(type);
+  if (is_standard && !is_type && strict_ansi_mode && !is_error_type(type))
+    expr_pos_diagnostic(strict_ansi_discretionary_severity, ec_std_alignof_with_expr_arg,
+                        &position);
+  if (!is_error_type(type) &&
+      (is_incomplete || ((is_void_type(type) || is_function_type(type)) && !gnu_mode))) {
+    expr_pos_error(is_function_type(type) ? ec_function_type_not_allowed
+                                          : ec_alignof_incomplete_type,
+                   &result->position);
+    type = error_type();
+  }
+  if (is_error_type(type))
+    make_error_operand(result);
+  else if (is_void_type(type) || is_function_type(type))
+    make_size_operand(1, result);
+  else
+    make_size_operand(alignment_of_operand(result, type), result);
+  set_operator_positions(result, &position, &position, &end);
+}
+
+// ---- __builtin_offsetof ----
+
+// The designator is walked as selections and subscripts on an object at
+// address 0.
+static void scan_offsetof_designator(an_operand* object) {
+  a_field* field = scan_member_name(object->type);
+  if (!field) {
+    conv_to_error_operand(object);
+    return;
+  }
+  select_field(object, field, false);
+  while (!is_error_operand(object) && (curr_token == tok_period || curr_token == tok_lbracket)) {
+    if (curr_token == tok_period) {
+      get_token();
+      if (!is_class_struct_union_type(object->type)) {
+        error_in_operand(ec_expr_not_struct_or_union, object);
+        return;
+      }
+      field = scan_member_name(object->type);
+      if (field)
+        select_field(object, field, false);
+      else
+        conv_to_error_operand(object);
+    } else {
+      scan_subscript(object);
+    }
+  }
+}
+
+static void make_offset_operand(an_operand* object, an_operand* result,
+                                const a_source_position* position) {
+  a_constant address;
+  if (is_error_operand(object)) {
+    make_error_operand(result);
+    return;
+  }
+  if (bit_field_of_node(object->variant.expr, false)) {
+    error_and_make_error_operand(ec_offsetof_bit_field, position, result);
+    return;
+  }
+  if (!constant_glvalue_address(object->variant.expr, &address) || address.kind != con_integer) {
+    error_and_make_error_operand(ec_nonconstant_offsetof, position, result);
+    return;
+  }
+  make_size_operand(address.value.int_value, result);
+}
+
+void scan_builtin_offsetof(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  an_operand object;
+  get_token();
+  required_token(tok_lparen, ec_exp_lparen);
+  add_stop_token(tok_rparen);
+  add_stop_token(tok_comma);
+  a_source_position type_position = pos_curr_token;
+  a_type* type = type_name();
+  remove_stop_token(tok_comma);
+  bool has_class = is_class_struct_union_type(type) && !is_incomplete_type(type);
+  if (!has_class && !is_error_type(type))
+    expr_pos_error(is_class_struct_union_type(type) ? ec_incomplete_type_not_allowed
+                                                    : ec_exp_class_type,
+                   &type_position);
+  if (required_token(tok_comma, ec_exp_comma) && has_class) {
+    make_dummy_lvalue_operand(type, &object);
+    scan_offsetof_designator(&object);
+    make_offset_operand(&object, result, &position);
+  } else {
+    flush_to_closing_paren();
+    make_error_operand(result);
+  }
+  remove_stop_token(tok_rparen);
+  a_source_position end = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  set_operator_positions(result, &position, &position, &end);
+}
+
+// ---- __builtin_types_compatible_p ----
+
+void scan_types_compatible(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  get_token();
+  required_token(tok_lparen, ec_exp_lparen);
+  add_stop_token(tok_rparen);
+  add_stop_token(tok_comma);
+  a_type* first = type_name();
+  remove_stop_token(tok_comma);
+  a_type* second = required_token(tok_comma, ec_exp_comma) ? type_name() : error_type();
+  remove_stop_token(tok_rparen);
+  a_source_position end = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  if (is_error_type(first) || is_error_type(second))
+    make_error_operand(result);
+  else
+    make_integer_constant_operand(
+        types_are_compatible(make_unqualified_type(first), make_unqualified_type(second)), ik_int,
+        result);
+  set_operator_positions(result, &position, &position, &end);
+}
