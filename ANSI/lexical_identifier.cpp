@@ -10,6 +10,8 @@
 #include "lookup.h"
 #include "macro_int.h"
 #include "mode_words.h"
+#include "target.h"
+#include "types.h"
 
 a_symbol_header* va_args_header;
 
@@ -244,6 +246,14 @@ static a_token_kind undefined_pp_identifier() {
   return tok_integer;
 }
 
+static void set_bool_literal(bool value) {
+  clear_constant(&const_for_curr_token, con_integer);
+  set_integer_constant(&const_for_curr_token, value,
+                       static_cast<an_integer_kind>(targ_bool_int_kind));
+  const_for_curr_token.type = bool_type();
+  const_for_curr_token.is_boolean_literal = 1;
+}
+
 static void set_identifier_locator(a_symbol_header* header) {
   locator_for_curr_id = cleared_locator;
   locator_for_curr_id.header = header;
@@ -273,6 +283,7 @@ static a_token_kind classify_identifier(a_symbol_header* header, an_inert_mark m
           make_pp_int_constant(kind == tok_true);
           return tok_integer;
         }
+        set_bool_literal(kind == tok_true);
       }
       return kind;
     }

@@ -309,8 +309,8 @@ static bool comma_ends_argument(const a_macro_def* def, uint32_t arg_number) {
 }
 
 // At the opening parenthesis: reads to behind the closing one.
-static void collect_macro_args(a_symbol* symbol, const a_macro_def* def,
-                               const a_source_position& position, an_arg_list* args) {
+static void collect_macro_args(const a_macro_def* def, const a_source_position& position,
+                               an_arg_list* args) {
   ++curr_char_loc;
   fetch_unexpanded_pp_tokens();
   in_macro_arg_list = 1;
@@ -347,7 +347,6 @@ static void collect_macro_args(a_symbol* symbol, const a_macro_def* def,
   comma_is_from_argument = 0;
   remove_stop_token(tok_rparen);
   remove_stop_token(tok_comma);
-  static_cast<void>(symbol);
 }
 
 static bool empty_arguments_are_unknown() {
@@ -704,7 +703,7 @@ static a_replacement expand_function_like(a_symbol* symbol, const a_macro_def* d
   an_arg_list args;
   ++num_macro_invocations_in_process;
   push_lexical_state_stack();
-  collect_macro_args(symbol, def, position, &args);
+  collect_macro_args(def, position, &args);
   check_number_of_args(symbol, def, position, &args);
   a_saved_line_loc start(delete_source_from_loc);
   expand_args_that_need_it(def, &args, position);
