@@ -14,6 +14,8 @@
 struct a_scope_pointers_block;
 struct a_template_decl;
 class PRAGMA;
+class SYMTAB;
+struct FIELD_REF;
 
 // ---------------------------------------------------------------------------
 // The common head of named entities.
@@ -323,8 +325,9 @@ struct a_variable {
   a_variable* alias_of;
   const char* comdat_name;
   a_variable* next_same_name;
-  a_named_register* named_register;
-  uint32_t decl_modifiers; // target modifiers of the declaration
+  a_named_register* named_register; // of static duration, a text is the section
+  uint32_t decl_modifiers;          // target modifiers of the declaration
+  SYMTAB* file_symbol;              // set while the intermediate file is written
 };
 
 // Alias, redeclaration and section texts share this shape: a register, section
@@ -479,6 +482,7 @@ struct a_routine {
   uint16_t virtual_function_index; // no_virtual_function_index: none
   uint32_t alignment;              // bytes; 0 none declared
   uint32_t decl_modifiers;         // target modifiers of the declaration
+  SYMTAB* file_symbol;             // set while the intermediate file is written
 };
 
 struct a_routine_gnu_supplement {
@@ -523,6 +527,7 @@ struct a_field {
   an_il_entity_list_entry* attributes_list;
   a_constant* constant_value;
   a_source_range default_init_range;
+  const FIELD_REF* file_member; // set while the intermediate file is written
 };
 
 struct a_param_type {
@@ -559,6 +564,7 @@ struct a_label {
   uint16_t is_unused_attr : 1;
   a_statement* first_goto;
   a_statement* def_statement;
+  SYMTAB* file_symbol; // set while the intermediate file is written
 };
 
 struct a_namespace {

@@ -100,6 +100,7 @@ struct a_switch_case_entry {
   uint8_t is_unsigned : 1;
   uint8_t is_dependent : 1;
   uint16_t reserved_word; // a_token_kind of the word that was written
+  uint32_t file_label;    // set while the intermediate file is written
 };
 
 struct a_try_supplement {

@@ -6,6 +6,7 @@
 #include "cfe.h"
 #include "error.h"
 #include "il_alloc.h"
+#include "il_to_if.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "pp_output.h"
@@ -155,6 +156,8 @@ static void push_input_stack(const char* name, a_found_file* found,
   int readings = count_readings(found);
   if (readings > max_recursive_readings)
     str_catastrophe(ec_include_recursion, found->full_name);
+  if (curr_ise == nullptr)
+    i_set_trans_unit_name(found->full_name);
   flush_pp_output_of_curr_line();
   bool is_system = directory_is_system(found->search_path_entry);
   a_source_file* file = start_source_file(name, found, request, is_system);

@@ -119,6 +119,14 @@ const char* symbol_visibility_to_string(int value) {
   return value >= 1 && value <= 5 ? visibility_names[value] : nullptr;
 }
 
+int canonical_symbol_visibility(uint32_t modifiers, int, bool is_defined, int) {
+  constexpr int extern_visibility = 5;
+  int result = modifiers & 1 ? extern_visibility : modifiers & 2 ? targ_sym_export_visibility : 0;
+  if (result == 0 && !is_defined && import_undef)
+    result = extern_visibility;
+  return result == 0 ? targ_sym_default_visibility : result;
+}
+
 int TRG_parse_versions(const char* text) {
   return static_cast<int>(strtol(text, nullptr, 10));
 }

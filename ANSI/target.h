@@ -58,6 +58,9 @@ void dump_legacy_config_as_target_config(const char* name);
 // another number.
 int string_to_symbol_visibility(const char* text);
 const char* symbol_visibility_to_string(int value);
+// The visibility of an entity by its target modifiers: bit 0 extern, bit 1
+// exported. `is_defined` is off for one that another unit defines.
+int canonical_symbol_visibility(uint32_t modifiers, int, bool is_defined, int);
 
 // A processor version as an option gives it: a decimal number.
 int TRG_parse_versions(const char* text);

@@ -1,0 +1,81 @@
+#include "il_hooks.h"
+
+#include "error.h"
+
+void IL_HOOKS::expression(an_expr_node*) {}
+
+void IL_HOOKS::variable_initialization(a_variable*, unsigned char, const an_initializer*) {}
+
+void IL_HOOKS::dynamic_variable_initialization(a_dynamic_init*) {}
+
+void IL_HOOKS::routine_definition(a_routine*) {}
+
+void IL_HOOKS::end_routine_definition(a_routine*) {}
+
+void IL_HOOKS::function_call(an_expr_node*) {}
+
+const a_source_position* IL_HOOKS::expression_position(const an_expr_node* expr) const {
+  for (; expr != nullptr; expr = expr->variant.operation.operands) {
+    if (expr->position.seq != 0)
+      return &expr->position;
+    if (expr->range.start.seq != 0)
+      return &expr->range.start;
+    if (expr->kind != expr_operation)
+      break;
+  }
+  return &error_position;
+}
+
+void IL_HOOKS_CONTAINER::push_back(IL_HOOKS* hook) {
+  hooks.emplace_back(hook);
+}
+
+void IL_HOOKS_CONTAINER::variable_initialization(a_variable* variable, unsigned char kind,
+                                                 const an_initializer* initializer) {
+  for (const auto& hook : hooks)
+    hook->variable_initialization(variable, kind, initializer);
+}
+
+void IL_HOOKS_CONTAINER::dynamic_variable_initialization(a_dynamic_init* init) {
+  for (const auto& hook : hooks)
+    hook->dynamic_variable_initialization(init);
+}
+
+void IL_HOOKS_CONTAINER::routine_definition(a_routine* routine) {
+  for (const auto& hook : hooks) {
+    hook->set_routine(routine);
+    hook->routine_definition(routine);
+  }
+}
+
+void IL_HOOKS_CONTAINER::end_routine_definition(a_routine* routine) {
+  for (const auto& hook : hooks) {
+    hook->end_routine_definition(routine);
+    hook->set_routine(nullptr);
+  }
+}
+
+void IL_HOOKS_CONTAINER::function_call(an_expr_node* call) {
+  for (const auto& hook : hooks)
+    hook->function_call(call);
+}
+
+// Made by the first factory: the order of static objects of several files isn't
+// known.
+std::vector<IL_HOOKS_FACTORY*>* IL_HOOKS_FACTORY::factories;
+
+IL_HOOKS_FACTORY::IL_HOOKS_FACTORY() {
+  if (factories == nullptr)
+    factories = new std::vector<IL_HOOKS_FACTORY*>;
+  factories->push_back(this);
+}
+
+IL_HOOKS_CONTAINER* IL_HOOKS_FACTORY::instantiate_il_hooks() {
+  auto* container = new IL_HOOKS_CONTAINER;
+  if (factories == nullptr)
+    return container;
+  for (IL_HOOKS_FACTORY* factory : *factories)
+    if (IL_HOOKS* hook = factory->instantiate())
+      container->push_back(hook);
+  return container;
+}

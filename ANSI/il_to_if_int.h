@@ -1,0 +1,126 @@
+// What the files of the output stage share: the state of the generator and the
+// operations that one topic offers to the others.
+
+#ifndef IL_TO_IF_INT_H
+#define IL_TO_IF_INT_H
+
+#include <cstdint>
+
+#include "if_nodes.h"
+#include "if_symbol.h"
+#include "if_write.h"
+#include "il_constants.h"
+#include "il_expr.h"
+#include "il_hooks.h"
+#include "il_statements.h"
+#include "il_to_if.h"
+#include "type_pkg.h"
+#include "types.h"
+
+// ---- State of the generator. ----
+
+extern I_FILE* gen_file;
+extern const PSN* gen_position;     // of the records; null: none
+extern a_scope* gen_function_scope; // of the function being written
+extern a_scope* gen_scope;          // where pragmas are looked up
+extern int gen_level;       // 0 outside of functions, 1 in parameters, 2 in the body, and blocks
+extern uint32_t next_label; // unique within a function
+extern IL_HOOKS_CONTAINER* hooks;
+
+// Makes the position that of the source; one that isn't known changes nothing.
+void update_gen_position(const a_source_position& position);
+// The file, line and column of a source position.
+PSN psn_of(const a_source_position& position);
+
+// ---- Symbols and sections (il_to_if_symbols.cpp). ----
+
+void start_symbols();
+void end_symbols();
+// Symbols live until the end of the stage.
+SYMTAB* new_symbol();
+SYMTAB* routine_symbol(a_routine* routine);
+// The symbol of a variable, made at the first request; `index` as for sym_name.
+SYMTAB* variable_symbol(a_variable* variable, unsigned index = 0);
+// The same for use in an expression: what isn't in a table yet is entered.
+SYMTAB* referenced_routine_symbol(a_routine* routine);
+SYMTAB* referenced_variable_symbol(a_variable* variable);
+// A number for a symbol of class 22.
+int32_t next_temporary_number();
+// The next pragma of an entity behind `previous`, or the first for null.
+a_pragma* find_assoc_pragma(const void* entity, const a_pragma* previous);
+// Writes the pragmas of an entity (null: those of a scope that belong to no
+// entity) with a placement as records of the body.
+void gen_pragmas(a_pragma* list, const void* entity, uint8_t placement);
+void gen_assoc_pragmas(const void* entity, uint8_t placement);
+bool routine_is_interrupt(const a_routine* routine);
+
+// ---- Functions, locals and initialisers (il_to_if_decls.cpp). ----
+
+void start_declarations();
+// Writes the variables of a function or block, and promotes its statics.
+void gen_locals(a_scope* scope);
+void gen_zero_fills(a_scope* scope);
+// A nameless const static with the type and value of a local's initialiser.
+a_variable* make_static_copy(const a_variable* variable, a_constant* value);
+void gen_assembly(const an_asm_entry* entry);
+void gen_function(a_routine* routine);
+void gen_initializer(a_variable* variable);
+void gen_promoted_initializers();
+
+// How the parameter at hand came in, when the function works on a copy.
+struct a_parameter_copy {
+  a_variable* parameter;
+  SYMTAB* copy;
+  SYMTAB* incoming;
+  a_type* incoming_type;
+};
+const a_parameter_copy* find_parameter_copy(const a_variable* parameter);
+
+// ---- Statements (il_to_if_stmts.cpp). ----
+
+void gen_statement(a_statement* statement);
+// Clears a variable by a call of memset.
+void gen_zero_fill(a_variable* variable);
+
+// ---- Expressions (il_to_if_exprs.cpp, il_to_if_calls.cpp). ----
+
+// The record that announces an expression at the current position.
+void gen_expr_start();
+// Single nodes. A null type is void.
+void gen_node(an_if_opcode opcode, a_type* type);
+void gen_void_nodes(an_if_opcode opcode, size_t count);
+void gen_label_node(uint32_t label);
+void gen_icon(a_type* type, int64_t value);
+void gen_lcon(a_type* type, uint64_t value);
+void gen_name(a_type* type, SYMTAB* symbol);
+// The conversion of what follows to a type.
+void gen_conversion(a_type* type);
+void gen_conversion_if_needed(a_type* from, a_type* to);
+
+// Writes an expression; `type_override` is the result type when it isn't the
+// expression's own.
+void gen_expr(an_expr_node* expr, a_type* type_override = nullptr);
+void gen_call(an_expr_node* call);
+// The address of an lvalue, as a pointer type.
+void gen_address(an_expr_node* expr, a_type* pointer_type);
+// `pointer` plus or minus `integer` times the size of what it points at.
+void gen_ptr_arith(an_if_opcode opcode, a_type* result, an_expr_node* pointer,
+                   an_expr_node* integer);
+// The warning about an int operation whose result is converted to a wider type.
+void check_int_portability(const an_expr_node* operand, a_type* target);
+// ASG, STASG or ARASG for an object of a type.
+an_if_opcode assignment_opcode(a_type* type);
+// Whether a value of the type is passed and assigned as a class.
+bool is_class_object(a_type* type);
+
+// ---- Constants (il_to_if_constants.cpp). ----
+
+// Writes a constant of an expression or an initialiser. An aggregate is the
+// sequence of its scalars; `expected` is the type of the object.
+void gen_constant(a_constant* constant, a_type* expected);
+// The type by which a bit-field is read and written, with the qualifiers of
+// `expected`.
+a_type* bit_field_type(const a_field* field, a_type* expected);
+void gen_field(a_type* type, a_field* field);
+
+#endif
