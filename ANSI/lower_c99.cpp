@@ -1,5 +1,205 @@
 #include "lower_c99.h"
 
+#include "error.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "il_constants.h"
+#include "il_expr.h"
+#include "il_statements.h"
+#include "lower_il.h"
+#include "lower_init.h"
+#include "mode_words.h"
+#include "stack_limit.h"
+#include "target.h"
+#include "types.h"
+
+bool c99_il_lowering_needed() {
+  if (suppress_il_lowering || total_errors != 0 || !in_C_mode())
+    return false;
+  return designators_allowed || compound_literals_allowed || gnu_mode || c99_bool_is_keyword ||
+         c99_complex_enabled || allow_nonconstant_auto_aggr_init_in_c_mode;
+}
+
+// ---- Expressions ----
+
+// `value != 0`, with the operand in place.
+static an_expr_node* comparison_with_zero(an_expr_node* value) {
+  a_constant zero;
+  make_zero_of_proper_type(make_unqualified_type(value->type), &zero);
+  an_expr_node* operand = value;
+  operand->next = alloc_node_for_constant(&zero);
+  an_expr_node* result = make_operator_node(eok_ne, integer_type(ik_int), operand);
+  result->position = value->position;
+  result->range = value->range;
+  return result;
+}
+
+static bool is_boolean_value(const an_expr_node* expr) {
+  return is_bool_type(expr->type) || expr->kind == expr_constant ||
+         (expr->kind == expr_operation && is_operator_returning_bool(expr->variant.operation.op));
+}
+
+// A condition becomes a test against zero, unless it is a truth value already.
+static an_expr_node* boolean_controlling_expr(an_expr_node* expr) {
+  if (expr == nullptr || is_boolean_value(expr) || !is_scalar_type(expr->type))
+    return expr;
+  return comparison_with_zero(expr);
+}
+
+// A conversion to _Bool asks whether the value differs from zero (C99 6.3.1.2).
+static void lower_bool_cast(an_expr_node* cast) {
+  an_expr_node* operand = cast->variant.operation.operands;
+  if (!is_boolean_value(operand) && is_scalar_type(operand->type))
+    cast->variant.operation.operands = comparison_with_zero(operand);
+  cast->variant.operation.op = eok_cast;
+}
+
+static void lower_c99_node(an_expr_node* node, an_expr_or_stmt_traversal_block*) {
+  if (node->kind == expr_constant && node->variant.constant.ptr->kind == con_aggregate) {
+    lower_designated_initializers(node->variant.constant.ptr, nullptr);
+  } else if (node->kind == expr_operation && is_bool_type(node->type) &&
+             (node->variant.operation.op == eok_cast ||
+              node->variant.operation.op == eok_to_bool)) {
+    lower_bool_cast(node);
+  }
+}
+
+void lower_c99_full_expr(an_expr_node* expr) {
+  if (expr == nullptr)
+    return;
+  an_expr_or_stmt_traversal_block block;
+  clear_expr_or_stmt_traversal_block(&block);
+  block.process_expr_after = lower_c99_node;
+  traverse_expr(expr, &block);
+}
+
+static void lower_condition(an_expr_node*& condition) {
+  lower_c99_full_expr(condition);
+  condition = boolean_controlling_expr(condition);
+}
+
+// ---- Statements ----
+
+static void lower_init_statement(a_statement* statement) {
+  a_dynamic_init* init = statement->variant.dynamic_init;
+  switch (init->kind) {
+  case dik_constant:
+    lower_designated_initializers(init->variant.constant, init);
+    break;
+  case dik_expr:
+    lower_c99_full_expr(init->variant.expr);
+    break;
+  case dik_nonconstant_aggregate:
+    lower_designated_initializers(init->variant.constant, init);
+    lower_nonconstant_aggregate(statement);
+    break;
+  default:
+    break;
+  }
+}
+
+static void lower_for(a_statement* statement) {
+  a_for_loop_supplement* supplement = statement->variant.loop.extra.for_supplement;
+  if (supplement->init_statement != nullptr)
+    lower_c99_statement(supplement->init_statement);
+  lower_condition(statement->expr);
+  lower_c99_full_expr(supplement->increment_expr);
+  lower_c99_statement(statement->variant.loop.body);
+}
+
+void lower_c99_statement(a_statement* statement) {
+  check_stack_limit();
+  if (statement == nullptr)
+    return;
+  code_pos_for_lowering = statement->position;
+  switch (statement->kind) {
+  case stmk_expr:
+  case stmk_return:
+    lower_c99_full_expr(statement->expr);
+    break;
+  case stmk_if:
+    lower_condition(statement->expr);
+    lower_c99_statement(statement->variant.if_stmt.then_statement);
+    lower_c99_statement(statement->variant.if_stmt.else_statement);
+    break;
+  case stmk_while:
+  case stmk_do:
+    lower_condition(statement->expr);
+    lower_c99_statement(statement->variant.loop.body);
+    break;
+  case stmk_for:
+    lower_for(statement);
+    break;
+  case stmk_case:
+    lower_c99_statement(statement->variant.loop.body);
+    break;
+  case stmk_switch:
+    lower_c99_full_expr(statement->expr);
+    lower_c99_statement(statement->variant.loop.body);
+    break;
+  case stmk_block:
+    for (a_statement* item = statement->variant.block.first_statement; item != nullptr;) {
+      a_statement* next = item->next; // lowering may put a block round the item
+      lower_c99_statement(item);
+      item = next;
+    }
+    break;
+  case stmk_init:
+    lower_init_statement(statement);
+    break;
+  default:
+    break;
+  }
+}
+
+// ---- Scopes ----
+
+static void lower_variable(a_variable* variable) {
+  if (variable->init_kind == initk_constant)
+    lower_designated_initializers(variable->initializer.constant, nullptr);
+  if (force_variable_definition_via_zeroing && variable->storage_kind == sc_none &&
+      variable->init_kind == initk_none && !variable->is_tentative)
+    variable->init_kind = initk_zero;
+}
+
+static void lower_variables(a_variable* list) {
+  for (a_variable* variable = list; variable != nullptr; variable = variable->next)
+    lower_variable(variable);
+}
+
+static void lower_c99_scope(a_scope* scope) {
+  check_stack_limit();
+  scope->is_lowered = true;
+  lower_variables(scope->local_variables);
+  lower_variables(scope->variables);
+  for (a_scope* nested = scope->first_nested; nested != nullptr; nested = nested->next)
+    if (!nested->is_lowered)
+      lower_c99_scope(nested);
+  for (a_local_static_variable_init* init = scope->local_static_inits; init != nullptr;
+       init = init->next)
+    if (init->init_kind == initk_constant)
+      lower_designated_initializers(init->initializer.constant, nullptr);
+  if (scope->kind == sk_function)
+    lower_c99_statement(scope->assoc_statement);
+}
+
+void lower_c99_il_memory_region(int32_t region) {
+  a_scope* scope = il_header.region_scope_table[region];
+  int32_t saved_region = curr_il_region_number;
+  a_source_position saved_position = error_position;
+  a_boolean was_underway = il_lowering_underway;
+  il_lowering_underway = 1;
+  switch_il_region(region);
+  initial_value_for_il_lowering_flag = 1;
+  for (; scope != nullptr; scope = scope->next)
+    if (!scope->is_lowered)
+      lower_c99_scope(scope);
+  initial_value_for_il_lowering_flag = 0;
+  il_lowering_underway = was_underway;
+  error_position = saved_position;
+  switch_il_region(saved_region);
+}
+
 void lower_c99_one_time_init() {
   // Registers the variables kept for each unit.
 }

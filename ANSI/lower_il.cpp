@@ -1,9 +1,17 @@
 #include "lower_il.h"
 
+#include "error.h"
+#include "il_entities.h"
+#include "lower_c99.h"
+#include "mem_manage.h"
 #include "mode_words.h"
+#include "type_pkg.h"
+
+a_boolean il_lowering_underway;
+a_source_position code_pos_for_lowering;
 
 bool il_lowering_needed() {
-  return !suppress_il_lowering;
+  return in_cplusplus_mode() && !suppress_il_lowering && total_errors == 0;
 }
 
 void lower_functions_waiting_for_module_id() {
@@ -14,12 +22,17 @@ void finish_function_processing_for_function_def(int, bool) {
   // No body is delayed.
 }
 
-void lower_function_scope(a_routine*, a_scope*) {
-  // Functions of C need no rewriting yet.
+static void lower_region(int32_t region) {
+  if (c99_il_lowering_needed())
+    lower_c99_il_memory_region(region);
+}
+
+void lower_function_scope(a_routine* routine, a_scope*) {
+  lower_region(routine->region_number);
 }
 
 void lower_file_scope() {
-  // C needs no rewriting at file scope yet.
+  lower_region(file_scope_region_number);
 }
 
 void clear_parent_information() {
@@ -31,9 +44,11 @@ void il_lower_one_time_init() {
 }
 
 void il_lower_init() {
-  // Clears the lowering state.
+  il_lowering_underway = 0;
 }
 
 void il_lower_trans_unit_init() {
-  // Clears the position of new code.
+  code_pos_for_lowering = null_source_position;
+  if (type_pkg == nullptr)
+    init_tp();
 }

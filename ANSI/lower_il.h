@@ -1,11 +1,17 @@
-// The driver of IL lowering.
+// The driver of IL lowering: the rewriting of the constructs of the language
+// to those that the output stage can write, region by region.
 
 #ifndef LOWER_IL_H
 #define LOWER_IL_H
 
 #include "basics.h"
 
-// Whether lowering runs at all.
+// On while any lowering runs.
+extern a_boolean il_lowering_underway;
+// The position of what lowering makes.
+extern a_source_position code_pos_for_lowering;
+
+// Whether the lowering of C++ runs.
 bool il_lowering_needed();
 
 // Lowers the functions that waited for the module id.

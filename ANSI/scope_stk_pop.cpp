@@ -6,6 +6,7 @@
 #include "il.h"
 #include "il_statements.h"
 #include "lookup.h"
+#include "lower_c99.h"
 #include "lower_il.h"
 #include "mem_manage.h"
 #include "mode_words.h"
@@ -327,7 +328,7 @@ bool should_delay_finishing_of_function_body(const a_routine* routine) {
 }
 
 void routine_defined(a_routine* routine, a_scope* function_scope) {
-  if (il_lowering_needed()) {
+  if (il_lowering_needed() || c99_il_lowering_needed()) {
     if (should_delay_lowering_on_function(routine, true)) {
       function_body_processing_delayed_on_some_func_in_primary_il = true;
       routine->body_lowering_waits = true;
