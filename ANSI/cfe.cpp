@@ -15,7 +15,6 @@
 #include "float_pt.h"
 #include "folding.h"
 #include "host_envir.h"
-#include "if_write_util.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "il_to_if.h"
@@ -279,7 +278,6 @@ void read_translation_unit() {
 [[noreturn]] void report_exception(const std::exception& exception) {
   fprintf(stderr, "Unhandled exception: %s\n\n", exception.what());
   fputs(support_message_text(), stderr);
-  if_remove_output_file();
   exit(1);
 }
 

@@ -4,7 +4,6 @@
 
 #include "error.h"
 #include "host_envir.h"
-#include "if_write_util.h"
 #include "mode_words.h"
 
 #include <cstdlib>
@@ -66,7 +65,6 @@ void exit_compilation(an_error_severity severity) {
 }
 
 void term_compilation(an_error_severity severity) {
-  if_remove_output_file();
   write_signoff();
   exit_compilation(severity);
 }

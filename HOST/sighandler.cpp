@@ -1,5 +1,6 @@
 #include "sighandler.h"
 
+#include "if_write_util.h"
 #include "il_entities.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -116,6 +117,7 @@ void debug_signal_handler(int signal_number) {
 }
 
 void primary_signal_handler(int signal_number) {
+  if_remove_output_file();
   if (signal_number == SIGHUP || signal_number == SIGINT) {
     fprintf(stderr, "[%s forced exit]\n", program_name());
     _Exit(exit_status);

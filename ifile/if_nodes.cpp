@@ -1,8 +1,6 @@
 #include "if_nodes.h"
 
-#include <cinttypes>
-#include <cstdio>
-
+#include "const_ints.h"
 #include "if_write.h"
 #include "if_write_util.h"
 #include "type_pkg.h"
@@ -57,12 +55,7 @@ int32_t NODE::icon_svalue() const {
 }
 
 const char* NODE::lcon_value() const {
-  static char text[24];
-  if (type != nullptr && type->is_signed())
-    snprintf(text, sizeof text, "%" PRId64, static_cast<int64_t>(value.integer));
-  else
-    snprintf(text, sizeof text, "%" PRIu64, value.integer);
-  return text;
+  return str_for_integer_value(value.integer, type != nullptr && type->is_signed());
 }
 
 const char* NODE::fcon_value() const {

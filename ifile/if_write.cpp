@@ -59,6 +59,10 @@ void I_FILE::finish_sections(bool keep_all_types) {
   if_write_all_types(keep_all_types);
   if_write_all_files();
   if_write_all_globals();
+  if (global_offset > UINT32_MAX) { // the header can't tell where it is
+    errno = EFBIG;
+    note_failure();
+  }
   if_seek(0);
   if_write_magic();
 }
@@ -159,11 +163,8 @@ void I_FILE::if_write_magic() {
   i_write_string(if_magic, 0);
   i_write_i16(version);
   i_write_i16(icode_cpu_id);
-  i_write_i32(static_cast<int>(option_offset));
-  i_write_i32(static_cast<int>(init_offset));
-  i_write_i32(static_cast<int>(type_offset));
-  i_write_i32(static_cast<int>(file_offset));
-  i_write_i32(static_cast<int>(global_offset));
+  for (int64_t offset : {option_offset, init_offset, type_offset, file_offset, global_offset})
+    i_write_i32(static_cast<int>(offset));
   i_write_string(trans_unit_name.c_str(), 0);
   if (version >= -83)
     i_write_i32(static_cast<int>(flags));

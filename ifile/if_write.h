@@ -210,7 +210,8 @@ private:
   size_t buffer_capacity = 0;
   char* buffer_end = nullptr;
 
-  mutable uint32_t last_file = 0; // the file of the latest look-up
+  std::vector<char> stream_buffer; // outlives the stream's closing
+  mutable uint32_t last_file = 0;  // the file of the latest look-up
   // Whether an operation on the stream failed, and errno of the first failure.
   bool failed = false;
   int failure_errno = 0;

@@ -1,20 +1,23 @@
 #include "if_write_util.h"
 
+#include <climits>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "error.h"
 #include "if_write.h"
 #include "type_pkg.h"
 
 namespace {
 
-std::string output_name;
+// The unfinished file without links in its path. Signal handlers read it, so
+// the flag is set only while the name is whole.
+char output_name[PATH_MAX];
+volatile sig_atomic_t output_is_unfinished = 0;
 
 // Records grow by this much, which is also the stream's buffer.
 constexpr size_t buffer_step = 32768;
@@ -22,23 +25,20 @@ constexpr size_t buffer_step = 32768;
 } // namespace
 
 void if_set_output_name(const char* name) {
-  output_name = name != nullptr ? name : "";
+  [[maybe_unused]] static const int registered = atexit(if_remove_output_file);
+  output_is_unfinished = 0;
+  if (name != nullptr && realpath(name, output_name) != nullptr)
+    output_is_unfinished = 1;
 }
 
 void if_remove_output_file() {
+  if (!output_is_unfinished)
+    return;
+  output_is_unfinished = 0;
   struct stat status;
   // A device that stands in for the file must not go.
-  if (!output_name.empty() && stat(output_name.c_str(), &status) == 0 && S_ISREG(status.st_mode))
-    unlink(output_name.c_str());
-  output_name.clear();
-}
-
-void if_write_failure(int errno_value) {
-  static const char file_kind[] = "generated IL output";
-  if (errno_value == 0)
-    str_catastrophe(ec_file_write_error, file_kind);
-  pos_str2_catastrophe(ec_file_write_error_errno, &error_position, file_kind,
-                       strerror(errno_value));
+  if (lstat(output_name, &status) == 0 && S_ISREG(status.st_mode))
+    unlink(output_name);
 }
 
 void if_stop(const char* format, ...) {
@@ -47,13 +47,13 @@ void if_stop(const char* format, ...) {
   vprintf(format, args);
   va_end(args);
   putchar('\n');
-  fflush(stdout);
-  if_remove_output_file();
   exit(1);
 }
 
 void I_FILE::set_up_buffers() {
-  setvbuf(stream, nullptr, _IOFBF, buffer_step);
+  // A stream that gets no buffer takes a smaller one of its own.
+  stream_buffer.resize(buffer_step);
+  setvbuf(stream, stream_buffer.data(), _IOFBF, stream_buffer.size());
   grow_buffer();
 }
 
@@ -130,8 +130,7 @@ void I_FILE::i_write_typeref(TYPE* type) {
     i_write_uint(0);
     return;
   }
-  while (type->equiv != nullptr)
-    type = type->equiv;
+  type = type->final_equiv();
   type->referenced = true;
   i_write_uint(type->uid);
 }

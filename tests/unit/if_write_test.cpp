@@ -2,7 +2,12 @@
 #include <cerrno>
 #include <climits>
 
+#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include "if_file_fixture.h"
+#include "sighandler.h"
 
 namespace {
 
@@ -314,6 +319,33 @@ TEST_F(IfWrite, FinishedFileStays) {
   EXPECT_EQ(access(name, F_OK), 0);
 }
 
+TEST_F(IfWrite, NoEndOfTheRunLeavesAnUnfinishedFile) {
+  auto restore = [&] { ::close(open(name, O_CREAT | O_WRONLY, 0600)); };
+  EXPECT_EXIT(exit(4), testing::ExitedWithCode(4), "");
+  EXPECT_NE(access(name, F_OK), 0);
+  restore();
+  EXPECT_EXIT(tp_die("x"), testing::ExitedWithCode(1), "TP>> internal error: x");
+  EXPECT_NE(access(name, F_OK), 0);
+  for (int signal_number : {SIGHUP, SIGTERM, SIGABRT}) {
+    restore();
+    EXPECT_EXIT(signal_init(); raise(signal_number), testing::ExitedWithCode(2), "");
+    EXPECT_NE(access(name, F_OK), 0) << signal_number;
+  }
+}
+
+// A link, such as one of the standard streams has in the directory of devices,
+// stays; what it leads to goes.
+TEST_F(IfWrite, LinkToTheFileStays) {
+  std::string link = std::string(name) + ".link";
+  ASSERT_EQ(symlink(name, link.c_str()), 0);
+  if_set_output_name(link.c_str());
+  if_remove_output_file();
+  struct stat status;
+  EXPECT_EQ(lstat(link.c_str(), &status), 0);
+  EXPECT_NE(access(name, F_OK), 0);
+  unlink(link.c_str());
+}
+
 // The first failure's reason survives the later, smaller ones, and a device is
 // no file to remove.
 TEST(IfWriteFailure, FullDevice) {
@@ -326,6 +358,31 @@ TEST(IfWriteFailure, FullDevice) {
     EXPECT_EQ(errno, ENOSPC);
     EXPECT_EQ(access("/dev/full", F_OK), 0);
   }
+}
+
+// The header's offsets have 32 bits.
+TEST_F(IfWrite, FileTooLargeForItsHeader) {
+  file->if_seek(UINT32_MAX);
+  EXPECT_TRUE(close());
+  EXPECT_EQ(errno, EFBIG);
+  EXPECT_NE(access(name, F_OK), 0);
+}
+
+TEST(IfWriteOutput, GoesOutInLargePieces) {
+  std::vector<size_t> pieces;
+  cookie_io_functions_t operations = {};
+  operations.write = [](void* cookie, const char*, size_t size) -> ssize_t {
+    static_cast<std::vector<size_t>*>(cookie)->push_back(size);
+    return static_cast<ssize_t>(size);
+  };
+  operations.seek = [](void*, off64_t*, int) { return 0; };
+  TYPE_PKG types;
+  I_FILE* file = if_create(fopencookie(&pieces, "wb", operations), &types, "a.c");
+  for (int i = 0; i < 20000; i++)
+    file->if_write_comment("hello world");
+  EXPECT_FALSE(file->if_close(false, false));
+  ASSERT_EQ(pieces.size(), 10u); // nine of text and the header
+  EXPECT_EQ(pieces[0], 32768u);
 }
 
 // A stream that can't seek back can't get its final header.
