@@ -129,9 +129,10 @@ void set_current_directory_name() {
       break;
     }
   }
-  current_directory_name = file_name_in_internal_encoding(buffer);
-  if (current_directory_name != buffer)
-    free(buffer);
+  const char* name = file_name_in_internal_encoding(buffer);
+  size_t size = strlen(name) + 1;
+  current_directory_name = static_cast<char*>(memcpy(alloc_general(size), name, size));
+  free(buffer);
 }
 
 static void handle_termination(int) {
