@@ -39,6 +39,7 @@
 #include "scope_stk.h"
 #include "sighandler.h"
 #include "source_file.h"
+#include "stack_limit.h"
 #include "source_line.h"
 #include "statements.h"
 #include "symbol_ref.h"
@@ -391,6 +392,7 @@ void compiler_main(int argc, char** argv) {
   f_error = stderr;
   a_timer start_of_run;
   a_timer start_of_front_end;
+  init_stack_limit();
   try {
     fe_early_init();
     get_timer(&start_of_run);

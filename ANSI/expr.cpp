@@ -50,8 +50,13 @@ static bool has_no_effect(const an_operand* operand) {
     return false;
   if (operand->kind == ok_constant)
     return true;
-  return operand->kind == ok_expression && !node_has_side_effects(operand->variant.expr) &&
-         !operand->variant.expr->is_volatile_access;
+  if (operand->kind != ok_expression)
+    return false;
+  // What stands left of a comma has been looked at.
+  an_expr_node* node = operand->variant.expr;
+  while (is_operation_node(node, eok_comma))
+    node = node->variant.operation.operands->next;
+  return !node_has_side_effects(node) && !node->is_volatile_access;
 }
 
 void check_for_no_effect(const an_operand* operand) {
