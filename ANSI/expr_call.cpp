@@ -125,7 +125,9 @@ static void process_call_argument(an_operand* argument, an_arg_check_block* bloc
   bool is_known_old_style =
       block->function_type && !block->is_prototyped &&
       block->function_type->variant.routine.routine_supplement->old_style_definition;
-  if (!block->function_type) {
+  if (!block->function_type || is_error_operand(argument)) {
+    if (block->param)
+      block->param = block->param->next;
     do_operand_transformations(argument, ot_all);
   } else if (block->is_prototyped && block->param) {
     prep_conversion_operand(argument, block->param->type, ec_incompatible_param,
