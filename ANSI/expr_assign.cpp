@@ -44,31 +44,6 @@ static void process_simple_assignment(an_operand* left, an_operand* right, an_op
 
 // ---- The compound forms (C99 6.5.16.2) ----
 
-static an_expr_operator_kind compound_operator(a_token_kind token) {
-  switch (token) {
-  case tok_times_assign:
-    return eok_multiply_assign;
-  case tok_divide_assign:
-    return eok_divide_assign;
-  case tok_remainder_assign:
-    return eok_remainder_assign;
-  case tok_plus_assign:
-    return eok_add_assign;
-  case tok_minus_assign:
-    return eok_subtract_assign;
-  case tok_shift_left_assign:
-    return eok_shift_left_assign;
-  case tok_shift_right_assign:
-    return eok_shift_right_assign;
-  case tok_and_assign:
-    return eok_and_assign;
-  case tok_or_assign:
-    return eok_or_assign;
-  default:
-    return eok_xor_assign;
-  }
-}
-
 static bool takes_any_arithmetic(a_token_kind token) {
   return token == tok_times_assign || token == tok_divide_assign || token == tok_plus_assign ||
          token == tok_minus_assign;
@@ -114,7 +89,7 @@ static bool prepare_arithmetic_step(a_token_kind token, an_operand* left, an_ope
 static void process_compound_assignment(a_token_kind token, an_operand* left, an_operand* right,
                                         an_operand* result) {
   bool is_additive = token == tok_plus_assign || token == tok_minus_assign;
-  an_expr_operator_kind op = compound_operator(token);
+  an_expr_operator_kind op = which_assignment_operator(token);
   do_operand_transformations(right, ot_all);
   bool good = !is_error_operand(left) && !is_error_operand(right);
   if (good && is_additive && is_pointer_type(left->type)) {

@@ -6,7 +6,7 @@
 #include "mode_words.h"
 #include "target.h"
 
-// ---- Operators of tokens ----
+// ---- Classes of tokens ----
 
 static bool is_relational_token(a_token_kind token) {
   return token >= tok_lt && token <= tok_ge;
@@ -14,93 +14,6 @@ static bool is_relational_token(a_token_kind token) {
 
 static bool is_equality_token(a_token_kind token) {
   return token == tok_eq || token == tok_ne;
-}
-
-static int level_of_binary_token(a_token_kind token) {
-  switch (token) {
-  case tok_star:
-  case tok_divide:
-  case tok_remainder:
-    return lev_multiplicative;
-  case tok_plus:
-  case tok_minus:
-    return lev_additive;
-  case tok_shift_left:
-  case tok_shift_right:
-    return lev_shift;
-  case tok_eq:
-  case tok_ne:
-    return lev_equality;
-  case tok_min:
-  case tok_max:
-    return lev_min_max;
-  case tok_ampersand:
-    return lev_bit_and;
-  case tok_excl_or:
-    return lev_bit_xor;
-  case tok_or:
-    return lev_bit_or;
-  default:
-    return lev_relational;
-  }
-}
-
-// The operator on arithmetic types.
-an_expr_operator_kind which_binary_operator(a_token_kind token) {
-  switch (token) {
-  case tok_star:
-  case tok_times_assign:
-    return eok_multiply;
-  case tok_divide:
-  case tok_divide_assign:
-    return eok_divide;
-  case tok_remainder:
-  case tok_remainder_assign:
-    return eok_remainder;
-  case tok_plus:
-  case tok_plus_assign:
-    return eok_add;
-  case tok_minus:
-  case tok_minus_assign:
-    return eok_subtract;
-  case tok_shift_left:
-  case tok_shift_left_assign:
-    return eok_shift_left;
-  case tok_shift_right:
-  case tok_shift_right_assign:
-    return eok_shift_right;
-  case tok_lt:
-    return eok_lt;
-  case tok_gt:
-    return eok_gt;
-  case tok_le:
-    return eok_le;
-  case tok_ge:
-    return eok_ge;
-  case tok_eq:
-    return eok_eq;
-  case tok_ne:
-    return eok_ne;
-  case tok_ampersand:
-  case tok_and_assign:
-    return eok_bit_and;
-  case tok_excl_or:
-  case tok_excl_or_assign:
-    return eok_bit_xor;
-  case tok_or:
-  case tok_or_assign:
-    return eok_bit_or;
-  case tok_and_and:
-    return eok_land;
-  case tok_or_or:
-    return eok_lor;
-  case tok_min:
-    return eok_gnu_min;
-  case tok_max:
-    return eok_gnu_max;
-  default:
-    internal_error("which_binary_operator: bad token");
-  }
 }
 
 // ---- Folding and building ----
@@ -507,7 +420,7 @@ void scan_binary_operator(an_operand* operand) {
   a_source_position position = pos_curr_token;
   an_operand left = *operand, right;
   get_token();
-  scan_expr(&right, nullptr, level_of_binary_token(token), 0);
+  scan_expr(&right, nullptr, level_of_token(token), 0);
   a_source_position end = right.end_position;
   do_operand_transformations(&left, ot_all);
   do_operand_transformations(&right, ot_all);

@@ -159,16 +159,6 @@ void force_operand_to_constant_if_possible(an_operand* operand) {
   restore_operand_details_incl_ref(operand, &saved);
 }
 
-void extract_constant_from_operand(an_operand* operand, a_constant* constant) {
-  force_operand_to_constant_if_possible(operand);
-  if (is_constant_operand(operand)) {
-    copy_constant(&operand->variant.constant, constant);
-    return;
-  }
-  error_in_operand(ec_expr_not_constant, operand);
-  set_error_constant(constant);
-}
-
 bool operand_constant_value(an_operand* operand, a_constant* constant) {
   if (operand_is_string_literal(operand)) {
     copy_constant(operand->variant.expr->variant.constant.ptr, constant);

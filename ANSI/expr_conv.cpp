@@ -241,10 +241,6 @@ bool check_scalar_operand(an_operand* operand) {
                                 operand);
 }
 
-bool check_pointer_operand(an_operand* operand) {
-  return check_class_of_operand(is_pointer_type(operand->type), ec_expr_not_pointer, operand);
-}
-
 void check_boolean_controlling_expr(an_operand* operand) {
   do_operand_transformations(operand, ot_all);
   check_scalar_operand(operand);

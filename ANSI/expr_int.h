@@ -35,6 +35,8 @@ enum an_expr_level : uint8_t {
   lev_unary = 17,
   lev_postfix = 18
 };
+// Of an operator behind its left operand; lev_none for any other token.
+int level_of_token(a_token_kind token);
 
 // ---- The expression stack (expr_stack.cpp) ----
 
@@ -69,8 +71,6 @@ a_ref_entry* make_ref_entry(uint32_t kind, a_symbol* symbol, const a_source_posi
 // Reclassifies the references of an operand.
 void change_ref_kinds(a_ref_entry* entries, uint32_t kind);
 void change_unmarked_ref_kinds(a_ref_entry* entries, uint32_t kind);
-// Adds what a use does beside reading.
-void add_to_ref_kinds(a_ref_entry* entries, uint32_t kind);
 // Commits the references of the current expression but those that `kept`
 // holds; they go in front of `saved`.
 void flush_ref_entries(const an_operand* kept, a_ref_entry* saved);
@@ -134,7 +134,6 @@ void make_dummy_lvalue_operand(a_type* type, an_operand* operand);
 // The new form of an operand keeps what the old one held beside its value.
 void restore_operand_details(an_operand* operand, const an_operand* saved);
 void restore_operand_details_incl_ref(an_operand* operand, const an_operand* saved);
-void clone_operand(const an_operand* source, an_operand* target);
 void set_operand_range(an_operand* operand, const a_source_position* start,
                        const a_source_position* end);
 // Positions of an operator's result; the node takes the operator's.
@@ -176,7 +175,6 @@ a_field* bit_field_of_node(const an_expr_node* node, bool through_operators);
 bool check_integral_or_enum_operand(an_operand* operand);
 bool check_arithmetic_or_enum_operand(an_operand* operand);
 bool check_scalar_operand(an_operand* operand);
-bool check_pointer_operand(an_operand* operand);
 void check_boolean_controlling_expr(an_operand* operand);
 bool check_modifiable_lvalue_operand(an_operand* operand);
 
@@ -190,7 +188,6 @@ void cast_operand_to_void(an_operand* operand);
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position);
 void force_operand_to_constant_if_possible(an_operand* operand);
-void extract_constant_from_operand(an_operand* operand, a_constant* constant);
 // Behind the `(`, at the type of a cast or of a compound literal.
 void scan_cast_expression(an_operand* result, const a_source_position* start);
 
@@ -232,13 +229,9 @@ a_field* scan_member_name(a_type* class_type);
 
 void do_binary_operation(an_expr_operator_kind op, an_operand* left, an_operand* right,
                          a_type* type, const a_source_position* position, an_operand* result);
+// The operation of a token on arithmetic types, also of a compound assignment.
 an_expr_operator_kind which_binary_operator(a_token_kind token);
-// The checks and conversions of the operands of a binary operator; the result's
-// type and the operator, or a null type after an error.
-struct a_binary_operation {
-  an_expr_operator_kind op;
-  a_type* type;
-};
+an_expr_operator_kind which_assignment_operator(a_token_kind token);
 void warn_about_zero_divisor(a_token_kind token, const an_operand* right,
                              const a_source_position* position);
 void warn_about_shift_count(const an_operand* right, a_type* left_type);

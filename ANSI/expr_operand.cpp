@@ -154,13 +154,6 @@ void restore_operand_details_incl_ref(an_operand* operand, const an_operand* sav
   operand->ref_entries = saved->ref_entries;
 }
 
-void clone_operand(const an_operand* source, an_operand* target) {
-  *target = *source;
-  target->ref_entries = nullptr;
-  if (source->kind == ok_expression)
-    target->variant.expr = copy_expr_tree(source->variant.expr, cef_none);
-}
-
 void set_operand_range(an_operand* operand, const a_source_position* start,
                        const a_source_position* end) {
   operand->position = *start;

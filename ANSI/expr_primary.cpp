@@ -275,6 +275,34 @@ void scan_generic_selection(an_operand* result) {
 
 // ---- The first token ----
 
+// Keyword forms that have no meaning here yet.
+static bool is_refused_keyword(a_token_kind token) {
+  switch (token) {
+  case tok_va_start:
+  case tok_va_arg:
+  case tok_va_end:
+  case tok_va_copy:
+  case tok_va_argref:
+  case tok_va_parmadr:
+  case tok_va_argcsu:
+  case tok_real:
+  case tok_imag:
+  case tok_i_constant:
+  case tok_nan:
+  case tok_infinity:
+  case tok_intaddr:
+  case tok_builtin_complex:
+  case tok_memory_of:
+  case tok_segment_begin:
+  case tok_segment_end:
+  case tok_segment_size:
+  case tok_type_generic:
+    return true;
+  default:
+    return false;
+  }
+}
+
 static void refuse_keyword(an_operand* result) {
   if (expr_error_should_be_issued())
     pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
@@ -286,6 +314,10 @@ static void refuse_keyword(an_operand* result) {
 
 static void missing_expression(an_operand* result) {
   make_error_operand(result);
+  if (is_type_start(dst_expr_context)) {
+    expr_syntax_error(ec_type_identifier_not_allowed);
+    return;
+  }
   if (curr_token == tok_error && err_code_for_error_token != 0)
     expr_syntax_error(err_code_for_error_token);
   else
@@ -350,44 +382,11 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   case tok_generic:
     scan_generic_selection(result);
     break;
-  case tok_int:
-  case tok_char:
-  case tok_unsigned:
-  case tok_void:
-  case tok_long:
-  case tok_short:
-  case tok_signed:
-  case tok_struct:
-  case tok_union:
-  case tok_enum:
-  case tok_float:
-  case tok_double:
-    make_error_operand(result);
-    expr_syntax_error(ec_type_identifier_not_allowed);
-    break;
-  case tok_va_start:
-  case tok_va_arg:
-  case tok_va_end:
-  case tok_va_copy:
-  case tok_va_argref:
-  case tok_va_parmadr:
-  case tok_va_argcsu:
-  case tok_real:
-  case tok_imag:
-  case tok_i_constant:
-  case tok_nan:
-  case tok_infinity:
-  case tok_intaddr:
-  case tok_builtin_complex:
-  case tok_memory_of:
-  case tok_segment_begin:
-  case tok_segment_end:
-  case tok_segment_size:
-  case tok_type_generic:
-    refuse_keyword(result);
-    break;
   default:
-    missing_expression(result);
+    if (is_refused_keyword(curr_token))
+      refuse_keyword(result);
+    else
+      missing_expression(result);
     break;
   }
 }

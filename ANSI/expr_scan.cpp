@@ -3,70 +3,95 @@
 #include "expr_int.h"
 #include "mode_words.h"
 
-// ---- Levels of tokens ----
+// ---- Operators of tokens ----
 
-static int level_of_token(a_token_kind token) {
-  switch (token) {
-  case tok_lbracket:
-  case tok_lparen:
-  case tok_period:
-  case tok_arrow:
-  case tok_plus_plus:
-  case tok_minus_minus:
-    return lev_postfix;
-  case tok_period_star:
-  case tok_arrow_star:
-    return lev_ptr_to_member;
-  case tok_star:
-  case tok_divide:
-  case tok_remainder:
-    return lev_multiplicative;
-  case tok_plus:
-  case tok_minus:
-    return lev_additive;
-  case tok_shift_left:
-  case tok_shift_right:
-    return lev_shift;
-  case tok_lt:
-  case tok_gt:
-  case tok_le:
-  case tok_ge:
-    return lev_relational;
-  case tok_eq:
-  case tok_ne:
-    return lev_equality;
-  case tok_min:
-  case tok_max:
-    return lev_min_max;
-  case tok_ampersand:
-    return lev_bit_and;
-  case tok_excl_or:
-    return lev_bit_xor;
-  case tok_or:
-    return lev_bit_or;
-  case tok_and_and:
-    return lev_land;
-  case tok_or_or:
-    return lev_lor;
-  case tok_question:
-    return lev_question;
-  case tok_assign:
-  case tok_times_assign:
-  case tok_divide_assign:
-  case tok_remainder_assign:
-  case tok_plus_assign:
-  case tok_minus_assign:
-  case tok_shift_left_assign:
-  case tok_shift_right_assign:
-  case tok_and_assign:
-  case tok_excl_or_assign:
-  case tok_or_assign:
-    return lev_assignment;
-  case tok_comma:
-    return lev_comma;
-  default:
-    return lev_none;
+// An operator that stands behind its left operand. `op` is the operation on
+// arithmetic types, `assignment_op` that of an assignment.
+struct an_operator_token {
+  a_token_kind token;
+  an_expr_level level;
+  an_expr_operator_kind op;
+  an_expr_operator_kind assignment_op;
+};
+
+static constexpr an_operator_token operator_tokens[] = {
+    // clang-format off
+    {tok_error, lev_none, eok_last, eok_last}, // every other token
+    {tok_lbracket, lev_postfix, eok_subscript, eok_last},
+    {tok_lparen, lev_postfix, eok_call, eok_last},
+    {tok_period, lev_postfix, eok_dot_field, eok_last},
+    {tok_arrow, lev_postfix, eok_arrow_field, eok_last},
+    {tok_plus_plus, lev_postfix, eok_post_incr, eok_last},
+    {tok_minus_minus, lev_postfix, eok_post_decr, eok_last},
+    {tok_period_star, lev_ptr_to_member, eok_dot_ptr_to_member, eok_last},
+    {tok_arrow_star, lev_ptr_to_member, eok_arrow_ptr_to_member, eok_last},
+    {tok_star, lev_multiplicative, eok_multiply, eok_last},
+    {tok_divide, lev_multiplicative, eok_divide, eok_last},
+    {tok_remainder, lev_multiplicative, eok_remainder, eok_last},
+    {tok_plus, lev_additive, eok_add, eok_last},
+    {tok_minus, lev_additive, eok_subtract, eok_last},
+    {tok_shift_left, lev_shift, eok_shift_left, eok_last},
+    {tok_shift_right, lev_shift, eok_shift_right, eok_last},
+    {tok_lt, lev_relational, eok_lt, eok_last},
+    {tok_gt, lev_relational, eok_gt, eok_last},
+    {tok_le, lev_relational, eok_le, eok_last},
+    {tok_ge, lev_relational, eok_ge, eok_last},
+    {tok_eq, lev_equality, eok_eq, eok_last},
+    {tok_ne, lev_equality, eok_ne, eok_last},
+    {tok_min, lev_min_max, eok_gnu_min, eok_last},
+    {tok_max, lev_min_max, eok_gnu_max, eok_last},
+    {tok_ampersand, lev_bit_and, eok_bit_and, eok_last},
+    {tok_excl_or, lev_bit_xor, eok_bit_xor, eok_last},
+    {tok_or, lev_bit_or, eok_bit_or, eok_last},
+    {tok_and_and, lev_land, eok_land, eok_last},
+    {tok_or_or, lev_lor, eok_lor, eok_last},
+    {tok_question, lev_question, eok_question, eok_last},
+    {tok_assign, lev_assignment, eok_last, eok_assign},
+    {tok_times_assign, lev_assignment, eok_multiply, eok_multiply_assign},
+    {tok_divide_assign, lev_assignment, eok_divide, eok_divide_assign},
+    {tok_remainder_assign, lev_assignment, eok_remainder, eok_remainder_assign},
+    {tok_plus_assign, lev_assignment, eok_add, eok_add_assign},
+    {tok_minus_assign, lev_assignment, eok_subtract, eok_subtract_assign},
+    {tok_shift_left_assign, lev_assignment, eok_shift_left, eok_shift_left_assign},
+    {tok_shift_right_assign, lev_assignment, eok_shift_right, eok_shift_right_assign},
+    {tok_and_assign, lev_assignment, eok_bit_and, eok_and_assign},
+    {tok_excl_or_assign, lev_assignment, eok_bit_xor, eok_xor_assign},
+    {tok_or_assign, lev_assignment, eok_bit_or, eok_or_assign},
+    {tok_comma, lev_comma, eok_comma, eok_last},
+    // clang-format on
+};
+
+namespace {
+
+// The row of each token.
+struct an_operator_index {
+  uint8_t row[num_token_kinds];
+
+  constexpr an_operator_index() : row() {
+    uint8_t number = 0;
+    for (const an_operator_token& entry : operator_tokens)
+      row[entry.token] = number++;
   }
+};
+
+constexpr an_operator_index operator_index;
+
+const an_operator_token& operator_of_token(a_token_kind token) {
+  return operator_tokens[operator_index.row[token]];
+}
+
+} // namespace
+
+int level_of_token(a_token_kind token) {
+  return operator_of_token(token).level;
+}
+
+an_expr_operator_kind which_binary_operator(a_token_kind token) {
+  return operator_of_token(token).op;
+}
+
+an_expr_operator_kind which_assignment_operator(a_token_kind token) {
+  return operator_of_token(token).assignment_op;
 }
 
 static bool is_right_associative(int level) {
@@ -93,31 +118,14 @@ static bool expr_level_stops(a_token_kind token, int level, uint32_t flags) {
 
 // ---- Old C: `a + = b` ----
 
+// The assignment whose operation the token is.
 static a_token_kind compound_assignment_of(a_token_kind token) {
-  switch (token) {
-  case tok_ampersand:
-    return tok_and_assign;
-  case tok_star:
-    return tok_times_assign;
-  case tok_plus:
-    return tok_plus_assign;
-  case tok_minus:
-    return tok_minus_assign;
-  case tok_divide:
-    return tok_divide_assign;
-  case tok_remainder:
-    return tok_remainder_assign;
-  case tok_shift_left:
-    return tok_shift_left_assign;
-  case tok_shift_right:
-    return tok_shift_right_assign;
-  case tok_excl_or:
-    return tok_excl_or_assign;
-  case tok_or:
-    return tok_or_assign;
-  default:
-    return tok_error;
-  }
+  int level = level_of_token(token);
+  bool is_binary = level >= lev_bit_or && level <= lev_multiplicative;
+  for (const an_operator_token& entry : operator_tokens)
+    if (is_binary && entry.level == lev_assignment && entry.op == which_binary_operator(token))
+      return entry.token;
+  return tok_error;
 }
 
 static void join_old_style_assignment() {

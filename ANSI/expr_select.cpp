@@ -56,7 +56,6 @@ void do_subscript(an_operand* left, an_operand* index, const a_source_position* 
     promote_operand(integer);
     // The array's address goes nowhere else.
     change_ref_kinds(pointer->ref_entries, srk_value_read);
-    a_ref_entry* refs = pointer->ref_entries;
     an_expr_node* first = make_node_from_operand(left);
     first->next = make_node_from_operand(index);
     first->next->next = nullptr;
@@ -64,7 +63,6 @@ void do_subscript(an_operand* left, an_operand* index, const a_source_position* 
         make_lvalue_operator_node(eok_subscript, type_pointed_to(pointer->type), first);
     node->variant.operation.operands_reversed = is_reversed;
     make_glvalue_expression_operand(node, left);
-    (void)refs;
   }
   set_operator_positions(left, &start, operator_position, end);
 }

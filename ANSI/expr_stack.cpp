@@ -136,11 +136,6 @@ void change_unmarked_ref_kinds(a_ref_entry* entries, uint32_t kind) {
       entries->kind |= kind;
 }
 
-void add_to_ref_kinds(a_ref_entry* entries, uint32_t kind) {
-  for (; entries; entries = entries->next_for_operand)
-    entries->kind |= kind;
-}
-
 // C99 6.5.3.2 p1; without strict checking the variable loses its register.
 static void check_address_of_register(a_variable* variable, const a_source_position* position) {
   if (variable->storage_kind != sc_register || in_cplusplus_mode())
