@@ -288,12 +288,13 @@ void record_prototype_diagnostic(an_error_code code, an_error_severity severity,
 bool find_prototype_diagnostic(an_error_code code, an_error_severity severity,
                                const a_source_position* position);
 
-// #pragma diag_suppress (3), diag_remark (4), diag_warning (6), diag_error (9),
-// diag_once (es_once) and diag_default (es_none): sets the severity of the
-// listed tags and numbers from their places on.
-void diag_pragma(a_pending_pragma* pragma, an_error_severity severity);
-void diag_push_pragma(a_pending_pragma* pragma);
-void diag_pop_pragma(a_pending_pragma* pragma);
+// The actions of #pragma diag_suppress, diag_remark, diag_warning, diag_error,
+// diag_once and diag_default, which set the severity of the listed tags and
+// numbers from their places on, and of diag_push and diag_pop, which save all
+// severities and bring them back.
+void diag_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
+void diag_push_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
+void diag_pop_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 
 // -- Texts -----------------------------------------------------------------------
 

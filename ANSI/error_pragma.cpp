@@ -3,8 +3,26 @@
 #include "const_ints.h"
 #include "error_int.h"
 #include "lexical.h"
+#include "pragma.h"
 
 namespace {
+
+an_error_severity severity_set_by(a_pragma_kind_tag kind) {
+  switch (kind) {
+  case pk_diag_suppress:
+    return es_suppressed;
+  case pk_diag_remark:
+    return es_remark;
+  case pk_diag_warning:
+    return es_warning;
+  case pk_diag_error:
+    return es_discretionary_error;
+  case pk_diag_once:
+    return es_once;
+  default: // diag_default
+    return es_none;
+  }
+}
 
 bool at_end_of_pragma() {
   return curr_token == tok_end_of_source;
@@ -25,7 +43,7 @@ long number_of_curr_token() {
 }
 
 // Sets the severity of the tag or number at the current token, from its place
-// on. Neither one ends the pragma.
+// on. False, with the rest skipped, for a token that is neither.
 bool process_diag_item(an_error_severity severity) {
   if (curr_token == tok_identifier) {
     if (set_severity_for_error_tag(locator_for_curr_id.header->identifier, severity,
@@ -55,7 +73,8 @@ bool pragma_is_empty() {
 
 } // namespace
 
-void diag_pragma(a_pending_pragma* pragma, an_error_severity severity) {
+void diag_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  an_error_severity severity = severity_set_by(pragma->description->kind);
   begin_rescan_of_pragma_tokens(pragma);
   loop_token(tok_assign);
   while (process_diag_item(severity) && !at_end_of_pragma()) {
@@ -68,7 +87,7 @@ void diag_pragma(a_pending_pragma* pragma, an_error_severity severity) {
   wrapup_rescan_of_pragma_tokens(true);
 }
 
-void diag_push_pragma(a_pending_pragma* pragma) {
+void diag_push_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
   begin_rescan_of_pragma_tokens(pragma);
   if (pragma_is_empty()) {
     push_severities();
@@ -76,7 +95,7 @@ void diag_push_pragma(a_pending_pragma* pragma) {
   wrapup_rescan_of_pragma_tokens(true);
 }
 
-void diag_pop_pragma(a_pending_pragma* pragma) {
+void diag_pop_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
   begin_rescan_of_pragma_tokens(pragma);
   if (pragma_is_empty() && !pop_severities(&pos_curr_token)) {
     pos_warning(ec_pragma_diag_pop_unmatched, &error_position);

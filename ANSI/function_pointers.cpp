@@ -1,5 +1,6 @@
 #include "function_pointers.h"
 
+#include "error.h"
 #include "pragma.h"
 #include "symbol_tbl.h"
 
@@ -32,4 +33,7 @@ const a_generic_function function_pointers[fpi_last + 1] = {
     generic(gcc_pragma),
     generic(push_macro_pragma),
     generic(pop_macro_pragma),
+    generic(diag_pragma),
+    generic(diag_push_pragma),
+    generic(diag_pop_pragma),
 };

@@ -14,7 +14,10 @@ enum a_function_pointer_index : uint8_t {
   fpi_gcc_pragma = 17,
   fpi_push_macro_pragma = 18,
   fpi_pop_macro_pragma = 19,
-  fpi_last = 19
+  fpi_diag_pragma = 20,
+  fpi_diag_push_pragma = 21,
+  fpi_diag_pop_pragma = 22,
+  fpi_last = 22
 };
 
 // To be cast to the type that the index stands for before the call.

@@ -713,10 +713,8 @@ static a_replacement expand_function_like(a_symbol* symbol, const a_macro_def* d
   return build_replacement(def, args);
 }
 
-a_token_kind macro_invocation(a_symbol* symbol, a_boolean* go_on) {
+static a_token_kind expand_user_macro(a_symbol* symbol, a_boolean* go_on) {
   const a_macro_def* def = symbol->variant.macro;
-  if (def->body == nullptr)
-    return builtin_macro_invocation(symbol, go_on);
   if (macro_is_being_expanded(symbol)) {
     curr_token_is_inert_macro = 1;
     return tok_identifier;
@@ -747,10 +745,19 @@ a_token_kind macro_invocation(a_symbol* symbol, a_boolean* go_on) {
   a_source_line_modif* modif = replace_invocation(symbol, out.start, out.end, position);
   modif->concatenation_records = out.concatenations;
   record_symbol_reference(srk_reference, symbol, &position, true);
-  if (curr_token_pragmas != nullptr && !caching_tokens)
-    process_immediate_pragmas();
   *go_on = 1;
   return tok_identifier;
+}
+
+a_token_kind macro_invocation(a_symbol* symbol, a_boolean* go_on) {
+  bool is_builtin = symbol->variant.macro->body == nullptr;
+  a_token_kind kind =
+      is_builtin ? builtin_macro_invocation(symbol, go_on) : expand_user_macro(symbol, go_on);
+  // Pragma operators are met on the way; without a replacement the current
+  // token is the macro's name and must stay.
+  if (*go_on && curr_token_pragmas != nullptr && !caching_tokens)
+    process_immediate_pragmas();
+  return kind;
 }
 
 void macro_expand_init() {

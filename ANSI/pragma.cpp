@@ -159,6 +159,9 @@ static void collect_operand_tokens(a_pending_pragma* pragma, bool from_operator)
   a_boolean saved_fetch_pp_tokens = fetch_pp_tokens;
   a_boolean saved_expand_macros = expand_macros;
   a_boolean saved_concatenation = do_string_literal_concatenation;
+  // The pragmas before this one wait for the next token, not for its operands.
+  a_pending_pragma* saved_pragmas = curr_token_pragmas;
+  curr_token_pragmas = nullptr;
   fetch_pp_tokens = 0;
   expand_macros = (flags & pragma_expand_macros) != 0;
   recognize_keywords_in_pragma = (flags & pragma_recognize_keywords) != 0;
@@ -183,6 +186,7 @@ static void collect_operand_tokens(a_pending_pragma* pragma, bool from_operator)
   do_string_literal_concatenation = saved_concatenation;
   expand_macros = saved_expand_macros;
   fetch_pp_tokens = saved_fetch_pp_tokens;
+  curr_token_pragmas = saved_pragmas;
 }
 
 // -- Running
@@ -233,12 +237,16 @@ void record_pragma(a_pragma_kind_description* description,
 void process_immediate_pragmas() {
   a_pending_pragma* pragmas = curr_token_pragmas;
   curr_token_pragmas = nullptr;
+  // The directive may stand in the arguments of a macro.
+  a_boolean saved_fetch_pp_tokens = fetch_pp_tokens;
+  fetch_pp_tokens = 0;
   for (a_pending_pragma* pragma = pragmas; pragma != nullptr; pragma = pragma->next) {
     if (pragma->description->binding != pragma_runs_at_end_of_directive || pragma->immediate_done)
       continue;
     pragma->immediate_done = 1;
     run_pragma_action(pragma, nullptr, nullptr);
   }
+  fetch_pp_tokens = saved_fetch_pp_tokens;
   curr_token_pragmas = pragmas;
   update_initial_get_token_tests_needed();
 }
@@ -298,6 +306,7 @@ void begin_rescan_of_pragma_tokens(a_pending_pragma* pragma) {
     fetch_pp_tokens = 1;
   if (pragma->tokens.first != nullptr)
     rescan_copy_of_cache(&pragma->tokens);
+  push_scope(sk_pragma_rescan, -1, nullptr, nullptr);
 }
 
 void wrapup_rescan_of_pragma_tokens(bool had_error) {
@@ -309,6 +318,7 @@ void wrapup_rescan_of_pragma_tokens(bool had_error) {
   fetch_pp_tokens = 0;
   pop_stop_token_stack();
   pop_lexical_state_stack();
+  pop_scope();
 }
 
 // -- Actions

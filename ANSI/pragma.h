@@ -11,8 +11,16 @@ enum a_pragma_kind_tag : uint8_t {
   pk_none = 0,
   pk_once = 11,
   pk_gcc = 17,
+  pk_diag_suppress = 18,
+  pk_diag_remark = 19,
+  pk_diag_warning = 20,
+  pk_diag_error = 21,
+  pk_diag_once = 22,
+  pk_diag_default = 23,
   pk_push_macro = 24,
   pk_pop_macro = 25,
+  pk_diag_push = 26,
+  pk_diag_pop = 27,
   pk_last = 115
 };
 
