@@ -5,14 +5,10 @@
 #include "host_envir.h"
 #include "mode_words.h"
 
-namespace {
-constexpr an_error_code ec_ah_output_kind = 1981;
-}
-
 void ah_back_end() {
   if (ah_file_name == nullptr)
     ah_file_name = derived_name(primary_source_file_name, ".ah");
   FILE* stream = open_output_file_with_error_handling(ah_file_name, false, false, tolerate_nothing,
-                                                      ec_ah_output_kind);
-  close_output_file_with_error_handling(&stream, ec_ah_output_kind);
+                                                      fk_il_output);
+  close_output_file_with_error_handling(&stream, fk_il_output);
 }

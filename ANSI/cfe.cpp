@@ -61,8 +61,6 @@ char compilation_time_stamp[32];
 
 namespace {
 
-constexpr an_error_code ec_pp_output_kind = 1787;
-
 const char* const il_format_version = "v2.3.2";
 
 // An entry of the table of builtin conditions.
@@ -219,11 +217,10 @@ void fill_il_header() {
 }
 
 void open_pp_output_file() {
-  f_pp_output =
-      pp_file_name == nullptr
-          ? stdout
-          : open_output_file_with_error_handling(pp_file_name, false, false,
-                                                 report_as_command_line_error, ec_pp_output_kind);
+  f_pp_output = pp_file_name == nullptr
+                    ? stdout
+                    : open_output_file_with_error_handling(
+                          pp_file_name, false, false, report_as_command_line_error, fk_pp_output);
 }
 
 void open_il_output_file() {
@@ -233,7 +230,7 @@ void open_il_output_file() {
     il_file_name = derived_name(primary_source_file_name, ".cil");
   }
   f_il = open_output_file_with_error_handling(il_file_name, true, false, tolerate_nothing,
-                                              ec_il_output);
+                                              fk_il_output);
 }
 
 void init_modules_for_translation_unit() {

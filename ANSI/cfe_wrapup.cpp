@@ -30,9 +30,6 @@
 
 namespace {
 
-constexpr an_error_code ec_pp_output_kind = 1787;
-constexpr an_error_code ec_xref_kind = 1789;
-
 bool old_cplusplus_mode() {
   return cfront_2_1_mode || cfront_3_0_mode;
 }
@@ -170,8 +167,8 @@ void free_regions_of_secondary_units() {
 }
 
 void close_listing_files() {
-  close_output_file_with_error_handling(&f_pp_output, ec_pp_output_kind);
-  close_output_file_with_error_handling(&f_xref_info, ec_xref_kind);
+  close_output_file_with_error_handling(&f_pp_output, fk_pp_output);
+  close_output_file_with_error_handling(&f_xref_info, fk_xref);
 }
 
 } // namespace

@@ -16,9 +16,6 @@ namespace {
 
 constexpr an_error_code ec_plain_command_line_text = 3016;
 
-constexpr an_error_code ec_error_output_kind = 1772;
-constexpr an_error_code ec_raw_listing_kind = 1788;
-
 // Options that one language alone has, and what is said in the other.
 enum a_language_of_option : uint8_t { cplusplus_only, c_only };
 const struct {
@@ -351,9 +348,9 @@ FILE* open_listing(const char* name, an_error_code kind) {
 
 void open_listing_files() {
   if (raw_listing_file_name != nullptr)
-    f_raw_listing = open_listing(raw_listing_file_name, ec_raw_listing_kind);
+    f_raw_listing = open_listing(raw_listing_file_name, fk_raw_listing);
   if (error_output_file_name != nullptr)
-    f_error = open_listing(error_output_file_name, ec_error_output_kind);
+    f_error = open_listing(error_output_file_name, fk_error_output);
 }
 
 void set_predef_macro_modes() {

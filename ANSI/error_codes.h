@@ -11,4 +11,16 @@ enum an_error_tag : int {
 #undef TEXT
 };
 
+// The numbers of the texts that name kinds of files, for the reports of those
+// that can't be opened or written.
+enum a_file_kind : int {
+  fk_error_output = 1772,
+  fk_pp_output = 1787,
+  fk_raw_listing = 1788,
+  fk_xref = 1789,
+  fk_predefined_macro = 1968,
+  fk_source = 1971,
+  fk_il_output = ec_il_output
+};
+
 #endif

@@ -26,7 +26,6 @@ std::vector<OPTION_SET> icode_optlist;
 
 namespace {
 
-constexpr an_error_code ec_il_output_kind = 1981;
 constexpr size_t command_comment_limit = 511;
 constexpr uint8_t pragma_of_file = 2;
 
@@ -57,7 +56,7 @@ void open_file() {
   if (i_file_name == nullptr)
     i_file_name = derived_name(primary_source_file_name, ".if");
   FILE* stream = open_output_file_with_error_handling(i_file_name, true, false, tolerate_nothing,
-                                                      ec_il_output_kind);
+                                                      fk_il_output);
   if (type_pkg == nullptr)
     init_tp();
   const char* name = unit_name.empty() ? primary_source_file_name : unit_name.c_str();

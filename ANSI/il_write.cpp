@@ -22,7 +22,7 @@ void cancel_il_file() {
 }
 
 void close_il_output_file() {
-  close_output_file_with_error_handling(&f_il, ec_il_output);
+  close_output_file_with_error_handling(&f_il, fk_il_output);
 }
 
 void il_write_early_init() {

@@ -154,7 +154,6 @@ static constexpr an_error_code text_missing_mode = 1805;
 static constexpr an_error_code text_missing_name = 1806;
 static constexpr an_error_code text_invalid_flag = 1807;
 static constexpr an_error_code text_line = 1766;
-static constexpr an_error_code text_predef_macro_file = 1968;
 
 struct a_predef_macro_mode {
   const char* name;
@@ -253,7 +252,7 @@ static void read_predef_macro_file() {
       combine_dir_and_file_name(znt_base_directory, auxiliary_info_dir_name, nullptr);
   name = combine_dir_and_file_name(name.c_str(), "predefined_macros.txt", nullptr);
   FILE* file = open_input_file_with_error_handling(name.c_str(), false, tolerate_nothing,
-                                                   text_predef_macro_file);
+                                                   fk_predefined_macro);
   std::string line;
   unsigned long line_number = 0;
   processing_predefined_macro = 1;

@@ -20,8 +20,6 @@
 
 // A gap of more lines than this is told by a directive.
 static constexpr uint32_t max_gap_filled_by_newlines = 5;
-// The catalogue's text that names the preprocessed output.
-static constexpr an_error_code pp_output_kind = 1787;
 
 void gen_pp_line_info(bool at_next_line) {
   if (!generate_pp_output || !gen_line_info_in_pp_output || f_pp_output == nullptr)
@@ -211,7 +209,7 @@ void gen_pp_output_for_curr_line() {
     const std::string& text = replayed_line();
     if (fwrite(text.data(), 1, text.size(), f_pp_output) != text.size() ||
         putc('\n', f_pp_output) == EOF)
-      file_write_error(pp_output_kind, errno);
+      file_write_error(fk_pp_output, errno);
     next_seq_in_pp_output += 1 + static_cast<uint32_t>(std::count(text.begin(), text.end(), '\n'));
   }
   no_token_separators_in_this_line_of_pp_output = no_token_separators_in_pp_output;
@@ -256,7 +254,7 @@ void finish_raw_listing_file() {
   int error_number;
   if (!close_output_file(file, &error_number))
     return;
-  str_catastrophe(ec_file_write_error, "raw listing");
+  str_catastrophe(ec_file_write_error, error_text(fk_raw_listing));
 }
 
 void gen_pp_output_for_macro_definitions() {

@@ -96,7 +96,7 @@ static void get_text_again(an_input_stack_entry* entry) {
   size_t size = static_cast<size_t>(entry->text.end - entry->text.start);
   if (entry->saved_offset > size) {
     an_open_file_result result = {off_not_found, 0};
-    file_open_error(es_catastrophe, source_file_kind, entry->full_name, &result);
+    file_open_error(es_catastrophe, fk_source, entry->full_name, &result);
   }
   entry->cursor = entry->text.start + entry->saved_offset;
 }
@@ -203,7 +203,7 @@ bool open_file_and_push_input_stack(const char* name, const an_include_request& 
   a_found_file found;
   an_open_file_result result;
   if (!open_file_for_input(name, request, &found, &result)) {
-    file_open_error(missing_file_severity(request), source_file_kind, name, &result);
+    file_open_error(missing_file_severity(request), fk_source, name, &result);
     return false;
   }
   if (found.was_suppressed) {

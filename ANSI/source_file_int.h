@@ -5,9 +5,6 @@
 
 #include "source_file.h"
 
-// The catalogue's text that names the kind of file.
-inline constexpr an_error_code source_file_kind = 1971;
-
 // A file that a search found.
 struct a_found_file {
   a_source_text text;

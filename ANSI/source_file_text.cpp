@@ -226,10 +226,10 @@ void close_source_file(a_source_text* text) {
 void reopen_source_file(const char* name, a_unicode_source_kind_tag kind, a_source_text* text) {
   an_open_file_result result;
   if (!open_source_file(name, text, &result))
-    file_open_error(es_catastrophe, source_file_kind, name, &result);
+    file_open_error(es_catastrophe, fk_source, name, &result);
   if (text->unicode_kind != kind) {
     result = {off_other_error, EILSEQ};
-    file_open_error(es_catastrophe, source_file_kind, name, &result);
+    file_open_error(es_catastrophe, fk_source, name, &result);
   }
 }
 
