@@ -1,0 +1,330 @@
+// The machine: runs compiled functions.
+
+#include <algorithm>
+#include <cstring>
+
+#include "ifrun_int.h"
+
+void a_machine::fail(std::string message, int status) const {
+  throw a_run_error{std::move(message), status};
+}
+
+// -- Calls ---------------------------------------------------------------------
+
+a_function* a_machine::callee(uint64_t id) {
+  if (id == 0 || id > program.functions.size())
+    memory.at(id, UINT64_MAX); // a bad address
+  return &program.function_of(static_cast<uint32_t>(id));
+}
+
+// Makes a frame behind the current one and stores the arguments in it.
+void a_machine::enter(a_function* function, const std::vector<an_argument>& arguments,
+                      const uint64_t* values, uint32_t result_address) {
+  if (!function->compiled) {
+    if (function->source == nullptr)
+      fail("undefined function " + std::string(function->name));
+    a_function* caller = running;
+    running = function;
+    compile_function(&program, function);
+    running = caller;
+  }
+  uint64_t base = frames.empty() ? memory.stack_begin() : frames.back().top;
+  uint64_t top = base + function->frame_size;
+  size_t named = function->parameters.size();
+  size_t stored = function->has_ellipsis ? arguments.size() : std::min(named, arguments.size());
+  for (size_t i = named; i < stored; i++)
+    top += arguments[i].size;
+  if (top + 8 > memory.stack_end())
+    fail("stack overflow");
+  uint64_t next_variable = base + function->frame_size;
+  for (size_t i = 0; i < stored; i++) {
+    const an_argument& argument = arguments[i];
+    uint64_t target = next_variable, size = argument.size;
+    uint8_t kind = argument.type.kind;
+    if (i < named) {
+      const a_parameter& parameter = function->parameters[i];
+      if (parameter.is_aggregate != argument.by_copy)
+        fail("argument " + std::to_string(i + 1) + " of " + std::string(function->name) +
+             " doesn't fit the parameter");
+      target = base + parameter.offset;
+      size = std::min(size, parameter.size);
+      kind = parameter.kind;
+    } else {
+      next_variable += size;
+    }
+    if (argument.by_copy)
+      std::memmove(memory.at(target, size), memory.at(values[i], size), size);
+    else
+      memory.store(target, kind, values[i]);
+  }
+  frames.push_back({function, function->code.data(), static_cast<uint32_t>(base),
+                    static_cast<uint32_t>((top + 7) & ~uint64_t{7}), result_address});
+  running = function;
+}
+
+uint64_t a_machine::call(a_function* function, const std::vector<uint64_t>& arguments) {
+  static constexpr size_t evaluation_stack_size = 1 << 20;
+  evaluation_stack.resize(evaluation_stack_size);
+  std::vector<an_argument> shapes(arguments.size(), {{k_u32}, 4, false});
+  frames.clear();
+  enter(function, shapes, arguments.data(), 0);
+  return run();
+}
+
+// -- Operations ----------------------------------------------------------------
+
+static uint64_t quotient(uint64_t left, uint64_t right, uint8_t kind, bool remainder) {
+  if (right == 0)
+    throw a_run_error{"division by zero"};
+  if (!(kind & 1))
+    return remainder ? left % right : left / right;
+  if (right == UINT64_MAX) // -1: the smallest number has no counterpart
+    return remainder ? 0 : 0 - left;
+  int64_t dividend = static_cast<int64_t>(left), divisor = static_cast<int64_t>(right);
+  return static_cast<uint64_t>(remainder ? dividend % divisor : dividend / divisor);
+}
+
+// A count that is negative or too large shifts everything out.
+static uint64_t shifted(uint64_t value, uint64_t count, uint8_t kind, bool left) {
+  bool too_large = count >= 8 * size_of_kind(kind);
+  if (left)
+    return too_large ? 0 : value << count;
+  if (!(kind & 1))
+    return too_large ? 0 : value >> count;
+  return static_cast<uint64_t>(static_cast<int64_t>(value) >> (too_large ? 63 : count));
+}
+
+static uint32_t switch_target(const a_switch_table& table, uint64_t value) {
+  int64_t wanted = static_cast<int64_t>(value);
+  auto found =
+      std::lower_bound(table.cases.begin(), table.cases.end(), wanted,
+                       [](const auto& entry, int64_t number) { return entry.first < number; });
+  return found != table.cases.end() && found->first == wanted ? found->second
+                                                              : table.default_target;
+}
+
+static uint64_t signed_less(uint64_t left, uint64_t right) {
+  return static_cast<int64_t>(left) < static_cast<int64_t>(right);
+}
+
+// -- The loop ------------------------------------------------------------------
+
+// Runs the uppermost frame up to its return. `top` points at the uppermost
+// value of the evaluation stack, whose lowest place stays unused.
+uint64_t a_machine::run() {
+  uint64_t* top = evaluation_stack.data();
+  const uint64_t* limit = top + evaluation_stack.size();
+  const an_instruction* pc = running->code.data();
+  uint64_t base = frames.back().base;
+  uint64_t steps = steps_left;
+  if (limit - top <= static_cast<ptrdiff_t>(running->evaluation_depth))
+    fail("an expression is too large");
+  // A binary operation: replaces two values by one.
+  auto binary = [&top](uint64_t result) { *--top = result; };
+  for (;;) {
+    const an_instruction& in = *pc++;
+    if (steps-- == 0)
+      fail("step limit reached", ifrun_status_steps);
+    switch (in.op) {
+    case op_const:
+      *++top = in.value;
+      break;
+    case op_local:
+      *++top = base + in.operand;
+      break;
+    case op_load:
+      *top = memory.load(*top, in.kind);
+      break;
+    case op_load_s32:
+      *top = memory.load(*top, k_s32);
+      break;
+    case op_load_u8:
+      *top = *memory.at(*top, 1);
+      break;
+    case op_load_word:
+      *++top = memory.load(base + in.operand, k_s32);
+      break;
+    case op_load_local:
+      *++top = memory.load(base + in.operand, in.kind);
+      break;
+    case op_store:
+      memory.store(top[-1], in.kind, *top);
+      binary(*top);
+      break;
+    case op_store_pop:
+      memory.store(top[-1], in.kind, *top);
+      top -= 2;
+      break;
+    case op_load_bits:
+      *top = memory.load_bits(*top, in.bit, in.operand, in.kind & 1);
+      break;
+    case op_store_bits:
+      memory.store_bits(top[-1], in.bit, in.operand, *top);
+      binary(memory.load_bits(top[-1], in.bit, in.operand, in.kind & 1));
+      break;
+    case op_post_add: {
+      uint64_t old = memory.load(top[-1], in.kind), sum = old + *top;
+      memory.store(top[-1], in.kind, in.value ? sum != 0 : sum);
+      binary(old);
+      break;
+    }
+    case op_post_add_bits: {
+      uint64_t old = memory.load_bits(top[-1], in.bit, in.operand, in.kind & 1);
+      uint64_t sum = old + *top;
+      memory.store_bits(top[-1], in.bit, in.operand, in.value ? sum != 0 : sum);
+      binary(old);
+      break;
+    }
+    case op_copy:
+      std::memmove(memory.at(top[-1], in.operand), memory.at(*top, in.operand), in.operand);
+      --top;
+      break;
+    case op_copy_counted:
+      std::memmove(memory.at(top[-2], *top), memory.at(top[-1], *top), *top);
+      top -= 2;
+      break;
+    case op_wrap:
+      *top = wrap_to_kind(*top, in.kind);
+      break;
+    case op_wrap_below:
+      top[-1] = wrap_to_kind(top[-1], in.kind);
+      break;
+    case op_to_bool:
+      *top = *top != 0;
+      break;
+    case op_add:
+      binary(wrap_to_kind(top[-1] + *top, in.kind));
+      break;
+    case op_sub:
+      binary(wrap_to_kind(top[-1] - *top, in.kind));
+      break;
+    case op_mul:
+      binary(wrap_to_kind(top[-1] * *top, in.kind));
+      break;
+    case op_div:
+      binary(wrap_to_kind(quotient(top[-1], *top, in.kind, false), in.kind));
+      break;
+    case op_mod:
+      binary(wrap_to_kind(quotient(top[-1], *top, in.kind, true), in.kind));
+      break;
+    case op_shl:
+      binary(wrap_to_kind(shifted(top[-1], *top, in.kind, true), in.kind));
+      break;
+    case op_shr:
+      binary(shifted(top[-1], *top, in.kind, false));
+      break;
+    case op_and:
+      binary(top[-1] & *top);
+      break;
+    case op_or:
+      binary(top[-1] | *top);
+      break;
+    case op_xor:
+      binary(top[-1] ^ *top);
+      break;
+    case op_neg:
+      *top = wrap_to_kind(0 - *top, in.kind);
+      break;
+    case op_complement:
+      *top = wrap_to_kind(~*top, in.kind);
+      break;
+    case op_not:
+      *top = *top == 0;
+      break;
+    case op_abs:
+      *top = wrap_to_kind(signed_less(*top, 0) ? 0 - *top : *top, in.kind);
+      break;
+    case op_eq:
+      binary(top[-1] == *top);
+      break;
+    case op_ne:
+      binary(top[-1] != *top);
+      break;
+    case op_lt:
+      binary(signed_less(top[-1], *top));
+      break;
+    case op_le:
+      binary(!signed_less(*top, top[-1]));
+      break;
+    case op_gt:
+      binary(signed_less(*top, top[-1]));
+      break;
+    case op_ge:
+      binary(!signed_less(top[-1], *top));
+      break;
+    case op_ult:
+      binary(top[-1] < *top);
+      break;
+    case op_ule:
+      binary(top[-1] <= *top);
+      break;
+    case op_ugt:
+      binary(top[-1] > *top);
+      break;
+    case op_uge:
+      binary(top[-1] >= *top);
+      break;
+    case op_jump:
+      pc = running->code.data() + in.operand;
+      break;
+    case op_jump_false:
+      if (*top-- == 0)
+        pc = running->code.data() + in.operand;
+      break;
+    case op_jump_true:
+      if (*top-- != 0)
+        pc = running->code.data() + in.operand;
+      break;
+    case op_switch:
+      pc = running->code.data() + switch_target(running->switches[in.operand], *top--);
+      break;
+    case op_dup:
+      top[1] = *top;
+      ++top;
+      break;
+    case op_pop:
+      --top;
+      break;
+    case op_call:
+    case op_call_indirect: {
+      const a_call_site& site = running->call_sites[in.operand];
+      top -= site.arguments.size();
+      const uint64_t* values = top + 1;
+      a_function* function = callee(in.op == op_call ? site.function : *top--);
+      if (function->native != nullptr) {
+        uint64_t result = function->native(*this, {function->name, values, site.arguments});
+        *++top = wrap_to_kind(result, site.result.kind);
+        break;
+      }
+      frames.back().resume = pc;
+      enter(function, site.arguments, values, static_cast<uint32_t>(base + site.result_offset));
+      if (limit - top <= static_cast<ptrdiff_t>(function->evaluation_depth))
+        fail("stack overflow");
+      pc = function->code.data();
+      base = frames.back().base;
+      break;
+    }
+    case op_return_nothing:
+      *++top = 0;
+      [[fallthrough]];
+    case op_return: {
+      uint32_t result_address = frames.back().result_address;
+      if (in.operand != 0) {
+        std::memmove(memory.at(result_address, in.operand), memory.at(*top, in.operand),
+                     in.operand);
+        *top = result_address;
+      }
+      frames.pop_back();
+      if (frames.empty()) {
+        steps_left = steps;
+        running = nullptr;
+        return *top;
+      }
+      running = frames.back().function;
+      pc = frames.back().resume;
+      base = frames.back().base;
+      break;
+    }
+    }
+  }
+}

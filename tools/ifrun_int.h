@@ -1,0 +1,326 @@
+// The interpreter of the intermediate file. A program (ifrun_load.cpp) is a
+// file that was laid out in the simulated memory (ifrun_memory.cpp); its
+// functions are compiled to a compact stack code when they are first called
+// (ifrun_compile*.cpp), which the machine runs (ifrun_exec.cpp). Functions
+// that the file doesn't define come from a small library (ifrun_native.cpp).
+//
+// Data stand in memory as on the target: little-endian, sizes and offsets from
+// the type records. On the evaluation stack a scalar is its value, sign- or
+// zero-extended to 64 bits as its type tells; a structure or an array is its
+// address. A pointer to a function is the function's number, from 1.
+
+#ifndef IFRUN_INT_H
+#define IFRUN_INT_H
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "ifread.h"
+
+// Exit statuses of ifrun itself.
+inline constexpr int ifrun_status_steps = 124;
+inline constexpr int ifrun_status_error = 125;
+inline constexpr int ifrun_status_abort = 134;
+
+// Ends the run with a message.
+struct a_run_error {
+  std::string message;
+  int status = ifrun_status_error;
+};
+
+// Ends the run as the program wishes.
+struct a_program_exit {
+  int status;
+};
+
+// -- Scalars -------------------------------------------------------------------
+
+// Bit 0: signed; the bits above: the binary logarithm of the size in bytes.
+enum a_scalar_kind : uint8_t { k_u8, k_s8, k_u16, k_s16, k_u32, k_s32, k_u64, k_s64 };
+
+inline constexpr a_scalar_kind k_data_pointer = k_u32;
+inline constexpr a_scalar_kind k_function_pointer = k_u16;
+
+inline constexpr unsigned size_of_kind(uint8_t kind) {
+  return 1u << (kind >> 1);
+}
+
+// The value as a scalar of the kind has it.
+inline uint64_t wrap_to_kind(uint64_t value, uint8_t kind) {
+  unsigned shift = 64 - 8 * size_of_kind(kind);
+  value <<= shift;
+  return kind & 1 ? static_cast<uint64_t>(static_cast<int64_t>(value) >> shift) : value >> shift;
+}
+
+// How values of a type are held.
+struct a_value_type {
+  a_scalar_kind kind = k_s64;
+  bool is_bool = false; // a conversion to it tests for 0
+};
+
+inline bool is_aggregate(const an_if_type* type) {
+  return type != nullptr && (type->stripped()->is_csu() || type->stripped()->kind == iftk_array);
+}
+inline bool is_function(const an_if_type* type) {
+  return type != nullptr && type->stripped()->kind == iftk_function;
+}
+inline uint64_t byte_size(const an_if_type* type) {
+  return type->size / 8;
+}
+
+// The bytes that hold a bit field of `width` bits from bit `bit` on.
+inline unsigned bytes_of_bits(unsigned bit, unsigned width) {
+  return (bit + width + 7) / 8;
+}
+
+// -- Memory --------------------------------------------------------------------
+
+// The simulated memory: an unmapped null page, the static data, the stack, and
+// the heap, which grows at the end.
+class a_memory {
+public:
+  static constexpr uint32_t null_page_size = 0x1000;
+  static constexpr uint32_t stack_size = 8u << 20;
+  static constexpr uint32_t heap_limit = 256u << 20;
+
+  // The host address of `size` bytes; throws for a bad address.
+  uint8_t* at(uint64_t address, uint64_t size) {
+    uint64_t index = address - null_page_size;
+    if (size > bytes.size() || index > bytes.size() - size)
+      bad_address(address);
+    return bytes.data() + index;
+  }
+  uint64_t load(uint64_t address, uint8_t kind);
+  void store(uint64_t address, uint8_t kind, uint64_t value);
+  // Bit fields: `width` bits from bit `bit`, 0 the lowest, of the byte on.
+  uint64_t load_bits(uint64_t address, unsigned bit, unsigned width, bool is_signed);
+  void store_bits(uint64_t address, unsigned bit, unsigned width, uint64_t value);
+  // The text at an address, up to its NUL or `limit` bytes.
+  std::string_view text(uint64_t address, uint64_t limit = UINT64_MAX);
+
+  // Static data, zero; before the stack is made.
+  uint32_t add_static(uint64_t size);
+  // Text that is in memory once, with a NUL behind it. Goes to the heap once
+  // the stack is made.
+  uint32_t add_text(std::string_view content);
+  void make_stack();
+  uint32_t stack_begin() const {
+    return stack_start;
+  }
+  uint32_t stack_end() const {
+    return stack_start + stack_size;
+  }
+
+  // The heap. Its bookkeeping lies outside of the simulated memory.
+  uint32_t allocate(uint64_t size); // 0 when there is no room
+  void release(uint32_t address);
+  uint32_t reallocate(uint32_t address, uint64_t size);
+
+private:
+  [[noreturn]] static void bad_address(uint64_t address);
+  uint64_t live_size(uint32_t address) const;
+  uint32_t end() const {
+    return null_page_size + static_cast<uint32_t>(bytes.size());
+  }
+
+  std::vector<uint8_t> bytes;
+  uint32_t stack_start = 0;
+  uint64_t heap_used = 0;
+  std::unordered_map<uint32_t, uint64_t> live;            // sizes of what is allocated
+  std::map<uint64_t, std::vector<uint32_t>> free_by_size; // rounded sizes
+  std::unordered_map<std::string, uint32_t> texts;
+};
+
+// -- Code ----------------------------------------------------------------------
+
+enum an_operation : uint16_t {
+  op_const,     // push value
+  op_local,     // push the address of the frame's byte `operand`
+  op_load,      // address -> value of the kind
+  op_load_s32,  // the same for the kind s32
+  op_load_u8,   // the same for the kind u8
+  op_load_word, // load from the frame's byte `operand`, kind s32
+  op_load_local,
+  op_store, // address, value -> value
+  op_store_pop,
+  op_load_bits, // bit, operand: the width; kind: the signedness
+  op_store_bits,
+  op_post_add,      // address, step -> the value before the step was added;
+  op_post_add_bits, // value: whether the place is a bool
+  op_copy,          // target, source -> target; operand: bytes
+  op_copy_counted,  // target, source, bytes -> target
+  op_wrap,
+  op_wrap_below, // wraps the value below the uppermost
+  op_to_bool,
+  op_add,
+  op_sub,
+  op_mul,
+  op_div,
+  op_mod,
+  op_shl,
+  op_shr,
+  op_and,
+  op_or,
+  op_xor,
+  op_neg,
+  op_complement,
+  op_not,
+  op_abs,
+  op_eq,
+  op_ne,
+  op_lt,
+  op_le,
+  op_gt,
+  op_ge,
+  op_ult,
+  op_ule,
+  op_ugt,
+  op_uge,
+  op_jump, // operand: the instruction
+  op_jump_false,
+  op_jump_true,
+  op_dup,
+  op_pop,
+  op_call,          // operand: the call site; arguments -> result
+  op_call_indirect, // the function's number lies below the arguments
+  op_return,        // value; operand: bytes of a structure, else 0
+  op_return_nothing,
+  op_switch // operand: the table
+};
+
+struct an_instruction {
+  an_operation op;
+  uint8_t kind = 0;
+  uint8_t bit = 0;
+  uint32_t operand = 0;
+  uint64_t value = 0;
+};
+
+// The targets of a switch by value, in ascending order.
+struct a_switch_table {
+  std::vector<std::pair<int64_t, uint32_t>> cases;
+  uint32_t default_target = 0;
+};
+
+struct an_argument {
+  a_value_type type;
+  uint64_t size = 0; // bytes
+  bool by_copy = false;
+};
+
+struct a_call_site {
+  uint32_t function = 0; // of a direct call
+  std::vector<an_argument> arguments;
+  a_value_type result;
+  uint32_t result_offset = 0; // where the frame has room for a structure
+};
+
+class a_machine;
+struct a_native_call;
+using a_native = uint64_t (*)(a_machine&, const a_native_call&);
+
+struct a_parameter {
+  uint32_t offset; // in the frame
+  a_scalar_kind kind;
+  uint64_t size; // bytes
+  bool is_aggregate;
+};
+
+struct a_function {
+  std::string_view name;
+  const an_if_function* source = nullptr; // null: native or undefined
+  a_native native = nullptr;
+  bool compiled = false;
+  bool has_ellipsis = false;
+  std::vector<an_instruction> code;
+  std::vector<a_call_site> call_sites;
+  std::vector<a_switch_table> switches;
+  std::vector<a_parameter> parameters;
+  // Variable arguments stand behind the frame, where the last parameter ends,
+  // one behind the other without gaps.
+  uint32_t frame_size = 0;
+  uint32_t evaluation_depth = 0;
+};
+
+// -- Programs ------------------------------------------------------------------
+
+struct a_program {
+  explicit a_program(const an_if_file& source) : file(source) {}
+  const an_if_file& file;
+  a_memory memory;
+  std::deque<a_function> functions;                    // by number - 1
+  std::unordered_map<uint32_t, uint32_t> function_ids; // by global symbol
+  std::unordered_map<uint32_t, uint32_t> addresses;    // of variables, by global symbol
+
+  a_function& function_of(uint32_t id) {
+    return functions[id - 1];
+  }
+};
+
+// Lays out the file's data and numbers its functions.
+void lay_out_program(a_program* program);
+// Runs the initialisers; the stack is there.
+void initialize_data(a_program* program, a_machine* machine);
+
+// Compiles a function, or an expression, to `function`.
+void compile_function(a_program* program, a_function* function);
+void compile_expression(a_program* program, const an_if_node* node, const an_if_type* type,
+                        a_function* function);
+// How a type's values are held; refuses the types that aren't supported.
+a_value_type value_type_of(const an_if_type* type);
+
+// A library function, or null.
+a_native find_native(std::string_view name);
+
+struct a_native_call {
+  std::string_view name;
+  const uint64_t* values;
+  const std::vector<an_argument>& arguments;
+
+  // The value of an argument as the kind has it.
+  uint64_t value(size_t number, a_scalar_kind kind) const;
+};
+
+class a_machine {
+public:
+  a_machine(a_program* simulated, uint64_t step_limit)
+      : program(*simulated), memory(simulated->memory), steps_left(step_limit) {}
+
+  // Calls a function with word arguments and gives its result.
+  uint64_t call(a_function* function, const std::vector<uint64_t>& arguments);
+  // The function that runs, for messages.
+  std::string_view current_name() const {
+    return running != nullptr ? running->name : "(startup)";
+  }
+
+  a_program& program;
+  a_memory& memory;
+
+private:
+  struct a_frame {
+    a_function* function;
+    const an_instruction* resume;
+    uint32_t base;
+    uint32_t top; // the end of the frame in the stack
+    uint32_t result_address;
+  };
+
+  void enter(a_function* function, const std::vector<an_argument>& arguments,
+             const uint64_t* values, uint32_t result_address);
+  uint64_t run();
+  a_function* callee(uint64_t id);
+  [[noreturn]] void fail(std::string message, int status = ifrun_status_error) const;
+
+  uint64_t steps_left;
+  a_function* running = nullptr;
+  std::vector<a_frame> frames;
+  std::vector<uint64_t> evaluation_stack;
+};
+
+#endif

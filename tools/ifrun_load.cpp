@@ -1,0 +1,289 @@
+// Layout of the program's data, their initialisers, and the run from start to
+// exit.
+
+#include "ifrun.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <pthread.h>
+
+#include "ifrun_int.h"
+
+// -- Layout --------------------------------------------------------------------
+
+static bool is_function_symbol(const an_if_symbol& symbol) {
+  return is_function(symbol.type);
+}
+
+static bool is_defined(const an_if_symbol& symbol) {
+  if (is_function_symbol(symbol))
+    return symbol.function != nullptr;
+  return symbol.storage_class != ifsc_extern || symbol.initializer != nullptr;
+}
+
+// Room for a variable. A flexible array member's values need more than its
+// structure has, so each value of the initialiser counts with the largest
+// scalar.
+static uint64_t room_for(const an_if_symbol& symbol) {
+  uint64_t size = std::max(symbol.size, symbol.type != nullptr ? symbol.type->size : 0) / 8;
+  const an_if_type* type = symbol.type->stripped();
+  if (symbol.initializer != nullptr && type->is_csu() && !type->members.empty() &&
+      type->members.back().type->stripped()->kind == iftk_array &&
+      type->members.back().type->size == 0)
+    size += 8 * symbol.initializer->values.size();
+  return size;
+}
+
+void lay_out_program(a_program* program) {
+  // What other symbols of the same name stand for.
+  std::unordered_map<std::string_view, uint32_t> functions, variables;
+  for (const an_if_symbol& symbol : program->file.globals) {
+    if (!is_defined(symbol) || symbol.type == nullptr)
+      continue;
+    uint32_t number = 0;
+    if (is_function_symbol(symbol)) {
+      a_function& function = program->functions.emplace_back();
+      function.name = symbol.name;
+      function.source = symbol.function;
+      number = static_cast<uint32_t>(program->functions.size());
+      program->function_ids[symbol.id] = number;
+    } else {
+      number = program->memory.add_static(room_for(symbol));
+      program->addresses[symbol.id] = number;
+    }
+    if (symbol.storage_class != ifsc_static)
+      (is_function_symbol(symbol) ? functions : variables).emplace(symbol.name, number);
+  }
+  for (const an_if_symbol& symbol : program->file.globals) {
+    if (is_defined(symbol) || symbol.type == nullptr)
+      continue;
+    if (!is_function_symbol(symbol)) {
+      auto known = variables.find(symbol.name);
+      if (known != variables.end())
+        program->addresses[symbol.id] = known->second;
+      continue;
+    }
+    auto [entry, is_new] = functions.emplace(symbol.name, 0);
+    if (is_new) {
+      a_function& function = program->functions.emplace_back();
+      function.name = symbol.name;
+      function.native = find_native(symbol.name);
+      entry->second = static_cast<uint32_t>(program->functions.size());
+    }
+    program->function_ids[symbol.id] = entry->second;
+  }
+  if (program->functions.size() > UINT16_MAX)
+    throw a_run_error{"more functions than a pointer can tell apart"};
+}
+
+// -- Initialisers --------------------------------------------------------------
+
+namespace {
+
+// Stores the values of one initialiser, which come in the order of the
+// object's scalars.
+class an_initialization {
+public:
+  an_initialization(a_program* target_program, a_machine* target_machine,
+                    const an_if_initializer& source)
+      : program(*target_program), machine(*target_machine), values(source.values) {}
+  void run(const an_if_symbol& symbol);
+
+private:
+  bool at_end() const {
+    return next == values.size() && skipped == 0;
+  }
+  // The FIELD node that comes next, when it names a member of the type.
+  const an_if_node* next_field(const an_if_type* csu) const;
+  void take_skips();
+
+  void object(const an_if_type* type, uint64_t address, uint64_t room);
+  void array(const an_if_type* type, uint64_t address, uint64_t room);
+  void structure(const an_if_type* type, uint64_t address, uint64_t room);
+  void union_object(const an_if_type* type, uint64_t address, uint64_t room);
+  void member(const an_if_member& target, uint64_t address, uint64_t room);
+  // The value of the next scalar; false when it is to be left alone.
+  bool scalar(const an_if_type* type, uint64_t* value);
+
+  a_program& program;
+  a_machine& machine;
+  const std::vector<const an_if_node*>& values;
+  size_t next = 0;
+  uint64_t skipped = 0; // scalars that a SKIP still covers
+};
+
+} // namespace
+
+void an_initialization::take_skips() {
+  while (skipped == 0 && next < values.size() && values[next]->opcode == ifop_SKIP)
+    skipped = values[next++]->integer;
+}
+
+const an_if_node* an_initialization::next_field(const an_if_type* csu) const {
+  if (skipped != 0 || next == values.size() || values[next]->opcode != ifop_FIELD)
+    return nullptr;
+  return values[next]->member_csu->stripped() == csu ? values[next] : nullptr;
+}
+
+void an_initialization::run(const an_if_symbol& symbol) {
+  object(symbol.type, program.addresses.at(symbol.id), room_for(symbol));
+  take_skips();
+  if (!at_end())
+    throw a_run_error{"the initializer of " + std::string(symbol.name) +
+                      " has more values than the variable"};
+}
+
+void an_initialization::object(const an_if_type* type, uint64_t address, uint64_t room) {
+  take_skips();
+  if (at_end())
+    return;
+  type = type->stripped();
+  if (type->kind == iftk_array)
+    return array(type, address, room);
+  if (type->kind == iftk_union)
+    return union_object(type, address, room);
+  if (type->is_csu())
+    return structure(type, address, room);
+  uint64_t value = 0;
+  if (scalar(type, &value))
+    program.memory.store(address, value_type_of(type).kind, value);
+}
+
+void an_initialization::array(const an_if_type* type, uint64_t address, uint64_t room) {
+  uint64_t element = byte_size(type->target);
+  uint64_t count = type->is_complete ? type->count : element != 0 ? room / element : 0;
+  for (uint64_t i = 0; i < count && !at_end(); i++)
+    object(type->target, address + i * element, element);
+}
+
+void an_initialization::structure(const an_if_type* type, uint64_t address, uint64_t room) {
+  size_t position = 0;
+  for (;;) {
+    take_skips();
+    if (const an_if_node* field = next_field(type)) {
+      position = field->member->number - 1;
+      ++next;
+      continue;
+    }
+    if (position == type->members.size() || at_end())
+      return;
+    member(type->members[position++], address, room);
+  }
+}
+
+void an_initialization::union_object(const an_if_type* type, uint64_t address, uint64_t room) {
+  const an_if_node* field = next_field(type);
+  if (field != nullptr)
+    ++next;
+  if (!type->members.empty())
+    member(field != nullptr ? *field->member : type->members.front(), address, room);
+}
+
+void an_initialization::member(const an_if_member& target, uint64_t address, uint64_t room) {
+  uint64_t offset = static_cast<uint64_t>(target.bit_offset) / 8;
+  if (!target.is_bitfield) {
+    object(target.type, address + offset, std::max(room, offset) - offset);
+    return;
+  }
+  uint64_t value = 0;
+  if (scalar(target.type->stripped(), &value))
+    program.memory.store_bits(address + offset, static_cast<unsigned>(target.bit_offset % 8),
+                              target.bit_width, value);
+}
+
+bool an_initialization::scalar(const an_if_type* type, uint64_t* value) {
+  take_skips();
+  if (skipped != 0) {
+    --skipped;
+    return false;
+  }
+  if (at_end())
+    return false;
+  const an_if_node* node = values[next++];
+  if (node->opcode == ifop_ICON || node->opcode == ifop_LCON) {
+    *value = node->integer;
+    return true;
+  }
+  a_function expression;
+  expression.name = "(initializer)";
+  compile_expression(&program, node, type, &expression);
+  *value = machine.call(&expression, {});
+  return true;
+}
+
+void initialize_data(a_program* program, a_machine* machine) {
+  for (const an_if_initializer& initializer : program->file.initializers)
+    an_initialization(program, machine, initializer).run(*initializer.symbol);
+}
+
+// -- The run -------------------------------------------------------------------
+
+static int run_main(a_program* program, a_machine* machine, const std::vector<std::string>& words) {
+  lay_out_program(program);
+  program->memory.make_stack();
+  initialize_data(program, machine);
+  const an_if_symbol* symbol = program->file.find_global("main");
+  if (symbol == nullptr || symbol->function == nullptr)
+    throw a_run_error{"the file has no function main"};
+  a_memory& memory = program->memory;
+  uint32_t vector = memory.allocate(4 * (words.size() + 1));
+  for (size_t i = 0; i < words.size(); i++)
+    memory.store(vector + 4 * i, k_data_pointer, memory.add_text(words[i]));
+  memory.store(vector + 4 * words.size(), k_data_pointer, 0);
+  std::vector<uint64_t> arguments{words.size(), vector};
+  arguments.resize(std::min<size_t>(symbol->function->parameter_count, 2));
+  a_function& function = program->function_of(program->function_ids.at(symbol->id));
+  return static_cast<int>(machine->call(&function, arguments) & 0xFF);
+}
+
+namespace {
+
+struct a_run_request {
+  const an_if_file& file;
+  const std::vector<std::string>& words;
+  uint64_t max_steps;
+  int status = ifrun_status_error;
+};
+
+} // namespace
+
+static void run_request(a_run_request* request) {
+  a_program program(request->file);
+  a_machine machine(&program, request->max_steps);
+  try {
+    request->status = run_main(&program, &machine, request->words);
+  } catch (const a_program_exit& leave) {
+    request->status = leave.status;
+  } catch (const a_run_error& error) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "ifrun: %s in function %.*s\n", error.message.c_str(),
+                 static_cast<int>(machine.current_name().size()), machine.current_name().data());
+    request->status = error.status;
+  } catch (const std::bad_alloc&) {
+    std::fflush(stdout);
+    std::fputs("ifrun: out of memory\n", stderr);
+  }
+  std::fflush(stdout);
+}
+
+int run_program(const an_if_file& file, const std::vector<std::string>& words, uint64_t max_steps) {
+  // Expressions are compiled by recursion. A thread of its own gives them the
+  // stack that the deepest accepted ones need.
+  static constexpr size_t host_stack_size = size_t{512} << 20;
+  a_run_request request{file, words, max_steps};
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, host_stack_size);
+  auto start = [](void* argument) -> void* {
+    run_request(static_cast<a_run_request*>(argument));
+    return nullptr;
+  };
+  pthread_t thread;
+  if (pthread_create(&thread, &attributes, start, &request) == 0)
+    pthread_join(thread, nullptr);
+  else
+    std::fputs("ifrun: out of memory\n", stderr);
+  pthread_attr_destroy(&attributes);
+  return request.status;
+}
