@@ -213,8 +213,11 @@ bool an_initialization::scalar(const an_if_type* type, uint64_t* value) {
 }
 
 void initialize_data(a_program* program, a_machine* machine) {
-  for (const an_if_initializer& initializer : program->file.initializers)
+  for (const an_if_initializer& initializer : program->file.initializers) {
+    if (program->addresses.count(initializer.symbol->id) == 0)
+      throw a_run_error{"an initializer of what is no variable"};
     an_initialization(program, machine, initializer).run(*initializer.symbol);
+  }
 }
 
 // -- The run -------------------------------------------------------------------

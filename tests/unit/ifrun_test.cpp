@@ -14,9 +14,14 @@ public:
   TYPE* text = types.mk_ptr(character);
 
   TYPE* function_type(TYPE* result, const std::vector<TYPE*>& params, bool ellipsis = false) {
-    TYPE* made = types.mk_func(result, false, ellipsis, true, cck_default, 0, 0);
+    TYPE* made = types.mk_func(result, false, true, ellipsis, cck_default, 0, 0);
     for (TYPE* param : params)
       made->add_param(new fkPARAM(param, pk_parameter, ""));
+    types.type_frozen(made);
+    return made;
+  }
+  TYPE* array_type(TYPE* element, uint32_t count) {
+    TYPE* made = types.mk_array(element, false, count, 8, true);
     types.type_frozen(made);
     return made;
   }
@@ -133,7 +138,7 @@ TEST(Ifrun, WalksInitializedData) {
       csu->add_mdata(new fkMDATA("high", sample.integer, ack_public, 3, 7, true, nullptr));
   fkMDATA* u = csu->add_mdata(new fkMDATA("u", choice, ack_public, 32, 0, false, nullptr));
   sample.types.type_frozen(csu);
-  TYPE* array = sample.types.mk_array(csu, false, 3, 192, 8, true);
+  TYPE* array = sample.array_type(csu, 3);
   TYPE* pointer = sample.types.mk_ptr(csu);
   SYMTAB* data = sample.global("data", array);
   SYMTAB* format = sample.global("format", sample.text);
@@ -235,7 +240,7 @@ TEST(Ifrun, StopsAtFaults) {
   EXPECT_EQ(indirect.err, "ifrun: bad address 0x0000004d in function main\n");
 }
 
-TEST(Ifrun, EndsWhatDoesNotEnd) {
+TEST(Ifrun, EndsAtTheStepLimit) {
   a_sample_program endless;
   SYMTAB* function = endless.main_function();
   endless.begin(function);
@@ -249,12 +254,14 @@ TEST(Ifrun, EndsWhatDoesNotEnd) {
   a_result result = run(&endless, 5000);
   EXPECT_EQ(result.err, "ifrun: step limit reached in function main\n");
   EXPECT_EQ(result.status, 124);
+}
 
+TEST(Ifrun, EndsAtTheStackLimit) {
   a_sample_program deep;
-  function = deep.main_function();
+  SYMTAB* function = deep.main_function();
   deep.begin(function);
   deep.end_args();
-  deep.local("buffer", deep.types.mk_array(deep.character, false, 4096, 32768, 8, true));
+  deep.local("buffer", deep.array_type(deep.character, 4096));
   deep.end_locals();
   deep.returns(function);
   deep.node(ifop_UCALL, deep.integer);
