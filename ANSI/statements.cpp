@@ -36,8 +36,6 @@ static a_label* scan_label(bool is_definition) {
     set_source_corresp(&label->source_corresp, symbol);
     add_to_labels_list(label, depth_innermost_function_scope);
   }
-  record_symbol_declaration(is_definition ? srk_definition : srk_reference, symbol, &position,
-                            nullptr);
   a_label* label = symbol->variant.label;
   if (!is_definition) {
     symbol->referenced = true;
@@ -48,6 +46,8 @@ static a_label* scan_label(bool is_definition) {
     symbol->defined = true;
     symbol->position = label->source_corresp.position = position;
   }
+  record_symbol_declaration(is_definition ? srk_definition : srk_reference, symbol, &position,
+                            nullptr);
   return label;
 }
 
