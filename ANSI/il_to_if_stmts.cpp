@@ -458,7 +458,7 @@ void gen_zero_fill(a_variable* variable) {
   if (routine == nullptr)
     routine = make_memset();
   referenced_routine_symbol(routine);
-  an_expr_node* callee = function_lvalue_expr(routine);
+  an_expr_node* callee = function_rvalue_expr(routine);
   callee->next = add_cast(var_addr_expr(variable), void_star_type());
   callee->next->next = node_for_integer_constant(0, ik_int);
   callee->next->next->next = node_for_unsigned_constant(

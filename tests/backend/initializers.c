@@ -1,0 +1,60 @@
+// Initial data: order, gaps, members of unions, addresses, and what is skipped.
+// RUN: %krtparse --i_output_file=%t.if %s && %ifdump %t.if | %FileCheck %s
+
+struct node {
+  struct node *next;
+  int value;
+  struct {
+    int b, c;
+  } inner;
+};
+// CHECK-LABEL: init chain
+// CHECK-NEXT: (UAND:struct node* (NAME:struct node chain))
+// CHECK-NEXT: (LCON:int 3)
+// CHECK-NEXT: (SKIP:int 2)
+struct node chain = {&chain, 3};
+// CHECK-LABEL: init bf
+// CHECK-NEXT: (LCON:unsigned 1)
+// CHECK-NEXT: (LCON:int -3)
+// CHECK-NEXT: init
+struct {
+  unsigned a : 3, : 2;
+  int c : 4;
+} bf = {1, -3};
+// CHECK-NEXT: (ICON:char 97)
+// CHECK-NEXT: (ICON:char 98)
+// CHECK-NEXT: (ICON:char 0)
+// CHECK-NEXT: (SKIP:int 5)
+char padded[8] = "ab";
+// CHECK-LABEL: init exact
+// CHECK-NEXT: (ICON:char 97)
+// CHECK-NEXT: (ICON:char 98)
+// CHECK-NEXT: init
+char exact[2] = "ab";
+// CHECK-LABEL: init matrix
+// CHECK-NEXT: (LCON:int 1)
+// CHECK-NEXT: (SKIP:int 2)
+// CHECK-NEXT: (LCON:int 2)
+// CHECK-NEXT: (LCON:int 3)
+// CHECK-NEXT: (SKIP:int 1)
+// CHECK-NEXT: (SKIP:int 3)
+int matrix[3][3] = {{1}, {2, 3}};
+// A pointer into an object: the offset is in bytes, and a conversion comes first.
+// CHECK-LABEL: init into
+// CHECK-NEXT: (PLUS:int* (UAND:int* (NAME:struct node chain)) (LCON:long 4))
+int *into = &chain.value;
+// CHECK-LABEL: init bytes
+// CHECK-NEXT: (PCONV:char* (PLUS:struct node* (UAND:struct node* (NAME:struct node chain)) (LCON:long 4)))
+char *bytes = (char *)&chain.value;
+// CHECK-LABEL: init texts
+// CHECK-NEXT: (SCON:char* "a\x00")
+// CHECK-NEXT: (SKIP:int 1)
+char *texts[2] = {"a"};
+// CHECK-LABEL: init null
+// CHECK-NEXT: (LCON:void* 0)
+void *null = 0;
+// An empty initialiser of an array would be no data; nor is a missing one.
+// CHECK-NOT: init tentative
+int tentative;
+// CHECK: section types
+// CHECK: symbol tentative class global
