@@ -54,14 +54,81 @@ static void lower_bool_cast(an_expr_node* cast) {
   cast->variant.operation.op = eok_cast;
 }
 
-static void lower_c99_node(an_expr_node* node, an_expr_or_stmt_traversal_block*) {
-  if (node->kind == expr_constant && node->variant.constant.ptr->kind == con_aggregate) {
-    lower_designated_initializers(node->variant.constant.ptr, nullptr);
-  } else if (node->kind == expr_operation && is_bool_type(node->type) &&
-             (node->variant.operation.op == eok_cast ||
-              node->variant.operation.op == eok_to_bool)) {
-    lower_bool_cast(node);
+static an_expr_node* bool_value(a_type* type, int64_t value) {
+  a_constant constant;
+  make_zero_of_proper_type(make_unqualified_type(type), &constant);
+  constant.value.int_value = static_cast<uint64_t>(value);
+  return alloc_node_for_constant(&constant);
+}
+
+static an_expr_node* bool_assignment(const an_expr_node* object, an_expr_node* value) {
+  return make_assignment_expr(copy_expr_tree(object, cef_none), eok_assign, value);
+}
+
+static an_expr_node* inverted(const an_expr_node* object) {
+  an_expr_node* value = copy_expr_tree(object, cef_none);
+  value->next = nullptr;
+  value = make_operator_node(eok_not, integer_type(ik_int), value);
+  return make_operator_node(eok_cast, make_unqualified_type(object->type), value);
+}
+
+// A _Bool that is incremented is true, one that is decremented is inverted.
+static void lower_bool_incr_decr(an_expr_node* node) {
+  an_expr_node* object = node->variant.operation.operands;
+  an_expr_operator_kind op = node->variant.operation.op;
+  bool is_incr = op == eok_post_incr || op == eok_pre_incr;
+  bool old_value_wanted = (op == eok_post_incr || op == eok_post_decr) && !node->result_not_used;
+  an_expr_node* result =
+      bool_assignment(object, is_incr ? bool_value(object->type, 1) : inverted(object));
+  if (old_value_wanted && !is_incr) {
+    result = make_comma_node(result, inverted(object));
+  } else if (old_value_wanted) {
+    an_expr_node* condition = copy_expr_tree(object, cef_none);
+    condition->next = bool_value(object->type, 1);
+    condition->next->next = make_comma_node(result, bool_value(object->type, 0));
+    result = make_operator_node(eok_question, make_unqualified_type(object->type), condition);
   }
+  overwrite_node(node, result);
+}
+
+static an_expr_operator_kind operator_of_compound_assignment(an_expr_operator_kind op) {
+  int base = op <= eok_remainder_assign ? eok_add - eok_add_assign
+                                        : eok_shift_left - eok_shift_left_assign;
+  return static_cast<an_expr_operator_kind>(op + base);
+}
+
+// `b op= x` on a _Bool computes in the common type and is true for all but zero.
+static void lower_bool_compound_assignment(an_expr_node* node) {
+  an_expr_node* object = node->variant.operation.operands;
+  an_expr_node* right = object->next;
+  a_type* type = compound_assignment_operation_type(node->variant.operation.op, object, right);
+  an_expr_operator_kind op = operator_of_compound_assignment(node->variant.operation.op);
+  bool is_shift = op == eok_shift_left || op == eok_shift_right;
+  an_expr_node* left = add_cast_if_necessary(copy_expr_tree(object, cef_none), type);
+  left->next = is_shift ? right : add_cast_if_necessary(right, type);
+  an_expr_node* value = make_operator_node(op, type, left);
+  value = make_operator_node(eok_cast, make_unqualified_type(object->type),
+                             comparison_with_zero(value));
+  overwrite_node(node, bool_assignment(object, value));
+}
+
+static void lower_bool_operation(an_expr_node* node) {
+  an_expr_operator_kind op = node->variant.operation.op;
+  if (op == eok_cast || op == eok_to_bool)
+    return lower_bool_cast(node);
+  if (node_has_side_effects(node->variant.operation.operands))
+    return; // the object can't be named twice
+  if (is_compound_assignment_operator(op))
+    lower_bool_compound_assignment(node);
+  else if (is_increment_operator(op))
+    lower_bool_incr_decr(node);
+}
+
+static void lower_c99_node(an_expr_node* node, an_expr_or_stmt_traversal_block*) {
+  if (node->kind == expr_constant && node->variant.constant.ptr->kind == con_aggregate)
+    lower_designated_initializers(node->variant.constant.ptr, nullptr);
+  else if (node->kind == expr_operation && is_bool_type(node->type))
+    lower_bool_operation(node);
 }
 
 void lower_c99_full_expr(an_expr_node* expr) {

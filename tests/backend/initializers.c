@@ -16,7 +16,7 @@ struct node chain = {&chain, 3};
 // CHECK-LABEL: init bf
 // CHECK-NEXT: (LCON:unsigned 1)
 // CHECK-NEXT: (LCON:int -3)
-// CHECK-NEXT: init
+// CHECK-NEXT: init padded
 struct {
   unsigned a : 3, : 2;
   int c : 4;
@@ -29,9 +29,8 @@ char padded[8] = "ab";
 // CHECK-LABEL: init exact
 // CHECK-NEXT: (ICON:char 97)
 // CHECK-NEXT: (ICON:char 98)
-// CHECK-NEXT: init
 char exact[2] = "ab";
-// CHECK-LABEL: init matrix
+// CHECK-NEXT: init matrix
 // CHECK-NEXT: (LCON:int 1)
 // CHECK-NEXT: (SKIP:int 2)
 // CHECK-NEXT: (LCON:int 2)
