@@ -26,7 +26,7 @@ void branches(int n) {
 
 // A short test is written twice, a long one at the bottom alone.
 // CHECK: begin_func loops
-// CHECK: pragma SRC_LOOP "{{.*}}control_flow.c:[[@LINE+23]]" "[[@LINE+24]]" {{.*}} "while" ""
+// CHECK: pragma SRC_LOOP "{{.*}}control_flow.c:[[@LINE+21]]" "[[@LINE+22]]" {{.*}} "while" ""
 // CHECK-NEXT: expr {{.*}} (CBRANCH:void (GT:int (NAME:int %n) (LCON:int 0)) (LABEL:void 1))
 // CHECK-NEXT: label 0
 // CHECK-NEXT: expr {{.*}} (MINMIN:int (NAME:int %n) (ICON:int 1))
