@@ -152,6 +152,12 @@ void fe_one_time_init() {
   memset(builtin_condition_table, 0, table_size);
 }
 
+// What the IL points to must live in it.
+const char* copy_to_primary_file_scope_il(const char* text) {
+  size_t size = strlen(text) + 1;
+  return static_cast<const char*>(memcpy(alloc_primary_file_scope_il(size), text, size));
+}
+
 void take_compilation_time_stamp() {
   time_t now = time(nullptr);
   snprintf(compilation_time_stamp, sizeof compilation_time_stamp, "%.24s", ctime(&now));
@@ -346,14 +352,14 @@ void fe_translation_unit_init() {
 
 void fe_init_part_2() {
   an_include_request request = {};
-  open_file_and_push_input_stack(trans_unit_file_name, request);
+  open_file_and_push_input_stack(copy_to_primary_file_scope_il(trans_unit_file_name), request);
   curr_translation_unit->primary_source_file = curr_ise->source_file;
   if (!using_a_pch_file)
     push_next_preinclude_file();
   read_logical_source_line(true, false);
   if (is_primary_translation_unit) {
     il_header.il_version = il_format_version;
-    il_header.compilation_time = compilation_time_stamp;
+    il_header.compilation_time = copy_to_primary_file_scope_il(compilation_time_stamp);
     il_header.target_configuration_index = target_configuration_index;
   }
   if (using_a_pch_file) {

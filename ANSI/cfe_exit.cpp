@@ -16,8 +16,17 @@ FILE* f_xref_info;
 
 namespace {
 
-void write_count(unsigned long count, const char* singular) {
-  fprintf(f_error, "%lu %s%s", count, singular, count == 1 ? "" : "s");
+// The texts of the sign-off; that of several stands behind that of one.
+enum a_signoff_code : an_error_code {
+  vc_signoff_error = 2011,
+  vc_signoff_catastrophe = 2013,
+  vc_signoff_and = 2015,
+  vc_signoff_detected_in_file = 2016,
+  vc_signoff_detected = 2017
+};
+
+void write_count(unsigned long count, an_error_code text_of_one) {
+  fprintf(f_error, "%lu %s", count, error_text(count == 1 ? text_of_one : text_of_one + 1));
 }
 
 } // namespace
@@ -26,19 +35,18 @@ void write_signoff() {
   if (asm_header_mode || total_errors + total_catastrophes == 0)
     return;
   if (total_errors != 0)
-    write_count(total_errors, "error");
+    write_count(total_errors, vc_signoff_error);
   if (total_errors != 0 && total_catastrophes != 0)
-    fputs(" and ", f_error);
+    fprintf(f_error, " %s ", error_text(vc_signoff_and));
   if (total_catastrophes != 0)
-    write_count(total_catastrophes, "catastrophic error");
+    write_count(total_catastrophes, vc_signoff_catastrophe);
+  putc(' ', f_error);
   const char* name = primary_source_file_name;
-  if (name != nullptr && *name != '\0' && strcmp(name, "-") != 0) {
-    fputs(" detected in the compilation of \"", f_error);
-    write_file_name(name, f_error, false, false);
-    fputs("\".\n", f_error);
-  } else {
-    fputs(" detected in this compilation.\n", f_error);
-  }
+  if (name != nullptr && *name != '\0' && strcmp(name, "-") != 0)
+    fprintf(f_error, error_text(vc_signoff_detected_in_file), format_file_name(name));
+  else
+    fputs(error_text(vc_signoff_detected), f_error);
+  putc('\n', f_error);
 }
 
 void exit_compilation(an_error_severity severity) {

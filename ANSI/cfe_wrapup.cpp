@@ -100,11 +100,12 @@ void find_kept_entities(a_translation_unit*) {
   mark_to_keep_in_il(il_header.primary_scope, iek_scope);
 }
 
+// An incomplete unit, one with errors, keeps all that it has.
 void eliminate_unneeded_entities(a_translation_unit*) {
-  if (in_cplusplus_mode())
-    clear_instantiation_required_on_unneeded_entities();
   if (any_errors())
     okay_to_eliminate_unneeded_il_entries = 0;
+  else if (in_cplusplus_mode())
+    clear_instantiation_required_on_unneeded_entities();
   if (!okay_to_eliminate_unneeded_il_entries)
     return;
   eliminate_bodies_of_unneeded_functions();

@@ -204,9 +204,10 @@ void push_command_file(const char* name) {
   an_open_file_result result;
   command_file = open_input_file(file_name_in_internal_encoding(name), false, &result);
   if (command_file == nullptr) {
-    std::string reason = std::string("'") + name +
-                         "': " + strerror(result.error_number != 0 ? result.error_number : ENOENT);
-    str_command_line_error(ec_cl_cannot_open_cmd_file, reason.c_str());
+    const char* reason = open_failure_reason(result);
+    std::string text =
+        std::string("'") + name + "': " + (reason != nullptr ? reason : strerror(ENOENT));
+    str_command_line_error(ec_cl_cannot_open_cmd_file, text.c_str());
   }
 }
 

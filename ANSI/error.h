@@ -314,7 +314,7 @@ const char* format_type_string(const a_type* type, size_t* out_length);
 
 // The open functions below return a null stream for a failure of a kind that
 // `tolerated` allows, and report any other as `severity` 11 (12 with
-// tolerate_as_command_line_error). `kind` is the number of the text that names
+// report_as_command_line_error). `kind` is the number of the text that names
 // the kind of file.
 enum a_tolerated_open_result : unsigned {
   tolerate_nothing = 0,
@@ -325,6 +325,8 @@ enum a_tolerated_open_result : unsigned {
   report_as_command_line_error = 16
 };
 
+// Why a file could not be opened; null for one that isn't there.
+const char* open_failure_reason(const an_open_file_result& result);
 // Reports a file that can't be opened, for the reason in `result`.
 void file_open_error(an_error_severity severity, an_error_code kind, const char* name,
                      const an_open_file_result* result);

@@ -8,9 +8,6 @@
 #include "host_envir.h"
 #include "source_file.h"
 
-namespace {
-
-// Why a file could not be opened; null for one that isn't there.
 const char* open_failure_reason(const an_open_file_result& result) {
   if (result.flags & off_not_found) {
     return nullptr;
@@ -26,6 +23,8 @@ const char* open_failure_reason(const an_open_file_result& result) {
   }
   return error_text(vc_invalid_file_name);
 }
+
+namespace {
 
 // The bits of a result that a mask of tolerated results covers. An invalid name
 // never is: its bit asks for another severity in the mask.

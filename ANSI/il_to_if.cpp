@@ -47,6 +47,7 @@ std::string command_line_comment() {
 
 [[noreturn]] void report_write_failure(int error_number) {
   const char* kind = "generated IL output";
+  error_position = null_source_position; // no line of the source is at fault
   if (error_number == 0)
     str_catastrophe(ec_file_write_error, kind);
   pos_str2_catastrophe(ec_file_write_error_errno, &error_position, kind, strerror(error_number));

@@ -184,9 +184,8 @@ a_mem_block* new_mem_block(uint64_t size) {
 }
 
 template <class T> void grow_table(T** table, uint64_t old_length, uint64_t new_length) {
-  *table = reinterpret_cast<T*>(realloc_buffer(reinterpret_cast<char*>(*table),
-                                               old_length * sizeof(T), new_length * sizeof(T)));
-  memset(static_cast<void*>(*table + old_length), 0, (new_length - old_length) * sizeof(T));
+  *table = reinterpret_cast<T*>(grow_zeroed_buffer(reinterpret_cast<char*>(*table),
+                                                   old_length * sizeof(T), new_length * sizeof(T)));
 }
 
 // Removes the blocks that lie inside the system allocation of another block;
@@ -392,6 +391,20 @@ char* realloc_buffer(char* p, uint64_t, uint64_t new_size) {
   record->address = checked_realloc(p, new_size);
   record->size = new_size;
   return static_cast<char*>(record->address);
+}
+
+char* grow_zeroed_buffer(char* p, uint64_t old_size, uint64_t new_size) {
+  if (p != nullptr) {
+    p = realloc_buffer(p, old_size, new_size);
+    memset(p + old_size, 0, new_size - old_size);
+    return p;
+  }
+  // Fresh memory of the system is zero already and stays untouched until it's used.
+  p = static_cast<char*>(calloc(1, new_size));
+  if (p == nullptr)
+    catastrophe(ec_out_of_memory);
+  remember(&resizable_buffers, p, new_size);
+  return p;
 }
 
 a_text_buffer* alloc_text_buffer(uint64_t size) {

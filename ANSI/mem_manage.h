@@ -119,8 +119,10 @@ void free_mapped_mem_blocks();
 void* alloc_general(uint64_t size);
 void free_general(void* p, uint64_t size);
 char* alloc_resizable_buffer(uint64_t size);
-// `p` is null or comes from one of these two functions.
+// `p` is null or comes from one of these three functions.
 char* realloc_buffer(char* p, uint64_t old_size, uint64_t new_size);
+// The same, with the bytes from `old_size` on cleared.
+char* grow_zeroed_buffer(char* p, uint64_t old_size, uint64_t new_size);
 
 a_text_buffer* alloc_text_buffer(uint64_t size);
 // Makes room for `size` bytes in all.

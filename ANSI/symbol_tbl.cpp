@@ -65,6 +65,7 @@ constexpr int num_opname_kinds = 64;
 constexpr int32_t trans_unit_table_increment = 16384;
 
 a_symbol_header* symbol_table[symbol_table_size];
+bool symbol_table_is_empty = true; // saves the clearing of untouched memory
 a_symbol_header* opname_symbol_table[num_opname_kinds];
 a_symbol_header* error_header;
 
@@ -114,6 +115,7 @@ a_symbol_header* find_symbol_header_hashed(const char* text, size_t length, uint
   a_symbol_header* header = make_symbol_header(text, length, hash);
   header->next_in_bucket = *bucket;
   *bucket = header;
+  symbol_table_is_empty = false;
   return header;
 }
 
@@ -944,8 +946,7 @@ void set_trans_unit_for_scope(int32_t scope_number, a_translation_unit* unit) {
     const uint64_t old_bytes = uint64_t(size_of_trans_unit_for_scope) * sizeof(void*);
     const uint64_t new_bytes = uint64_t(new_size) * sizeof(void*);
     char* bytes =
-        realloc_buffer(reinterpret_cast<char*>(trans_unit_for_scope), old_bytes, new_bytes);
-    memset(bytes + old_bytes, 0, new_bytes - old_bytes);
+        grow_zeroed_buffer(reinterpret_cast<char*>(trans_unit_for_scope), old_bytes, new_bytes);
     trans_unit_for_scope = reinterpret_cast<a_translation_unit**>(bytes);
     size_of_trans_unit_for_scope = new_size;
   }
@@ -1018,7 +1019,9 @@ void symbol_tbl_one_time_init() {
 }
 
 void symbol_tbl_init() {
-  memset(symbol_table, 0, sizeof symbol_table);
+  if (!symbol_table_is_empty)
+    memset(symbol_table, 0, sizeof symbol_table);
+  symbol_table_is_empty = true;
   memset(opname_symbol_table, 0, sizeof opname_symbol_table);
   error_header = nullptr;
   next_scope_number = 1;
