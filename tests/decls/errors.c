@@ -1,0 +1,109 @@
+// RUN: not %krtparse --display_error_number %s 2> %t.err; %FileCheck %s < %t.err
+// The constraints of declarations.
+
+// CHECK: line [[#@LINE+1]]: error #82: more than one storage class may not be specified
+static extern int two_classes;
+// CHECK: line [[#@LINE+1]]: warning #1235-D: the auto specifier is ignored here
+auto int global_auto;
+// CHECK: line [[#@LINE+1]]: error #85: invalid combination of type specifiers
+long long long too_long;
+// CHECK: line [[#@LINE+1]]: error #85: invalid combination of type specifiers
+signed unsigned both_signs;
+// CHECK: line [[#@LINE+1]]: error #85: invalid combination of type specifiers
+short char short_char;
+// CHECK: line [[#@LINE+1]]: error #242: duplicate specifier in declaration
+unsigned unsigned twice;
+// CHECK: line [[#@LINE+1]]: error #20: identifier "Foo" is undefined
+Foo unknown_type;
+int *use_unknown(void) { return unknown_type; }
+
+// CHECK: line [[#@LINE+1]]: error #95: the size of an array must be greater than zero
+int negative[-1];
+// CHECK: line [[#@LINE+1]]: error #89: array of functions is not allowed
+int of_functions[3](void);
+// CHECK: line [[#@LINE+1]]: error #92: a function may not return an array
+int returns_array(void)[3];
+// CHECK: line [[#@LINE+1]]: error #91: a function may not return a function
+int returns_function(void)(int);
+// CHECK: line [[#@LINE+1]]: error #90: array of elements of type void is not allowed
+void of_void[2];
+// CHECK: line [[#@LINE+1]]: error #71: incomplete type is not allowed
+void of_type_void;
+
+// CHECK: line [[#@LINE+1]]: error #528: a parameter may not have void type
+void void_param(void, int);
+// CHECK: line [[#@LINE+1]]: error #86: invalid storage class for a parameter
+void static_param(static int a);
+// CHECK: line [[#@LINE+1]]: error #101: duplicate parameter name
+void same_params(int a, int a);
+// CHECK: line [[#@LINE+1]]: error #93: identifier-list parameters may only be used in a function definition
+void names_only(a, b);
+// CHECK: line [[#@LINE+1]]: error #79: a parameter declaration may not have an initializer
+void param_value(int a = 1);
+// CHECK: line [[#@LINE+1]]: error #100: a declaration here must declare a parameter
+int old_style(a) int b; { return a; }
+// CHECK: line [[#@LINE+1]]: error #142{{.*}}: unnamed prototyped parameters not allowed when body is present
+int unnamed(int) { return 1; }
+typedef int function_type(void);
+// CHECK: line [[#@LINE+1]]: error #94: function type may not come from a typedef
+function_type from_typedef { return 1; }
+
+int defined_twice(void) { return 1; }
+// CHECK: line [[#@LINE+1]]: error #304: function "defined_twice" has already been defined
+int defined_twice(void) { return 2; }
+int initialized_twice = 1;
+// CHECK: line [[#@LINE+1]]: error #150: variable "initialized_twice" has already been initialized
+int initialized_twice = 2;
+extern int other_type;
+// CHECK: line [[#@LINE+1]]: error #148: declaration is incompatible with variable "other_type" (declared at line [[#@LINE-1]])
+extern char other_type;
+int other_prototype(int);
+// CHECK: line [[#@LINE+1]]: error #148: declaration is incompatible with {{.*}}"other_prototype
+int other_prototype(int, int);
+
+struct twice { int a; };
+// CHECK: line [[#@LINE+1]]: error #249: struct "twice" has already been defined
+struct twice { int a; };
+// CHECK: line [[#@LINE+1]]: error #471: the kind of tag is incompatible with the declaration of "twice"
+union twice as_union;
+struct members {
+  int a;
+  // CHECK: line [[#@LINE+1]]: error #102: "a" has already been declared in the current scope
+  int a;
+  // CHECK: line [[#@LINE+1]]: error #71: incomplete type is not allowed
+  struct members self;
+  // CHECK: line [[#@LINE+1]]: error #170: a function type is not allowed here
+  int function(void);
+  // CHECK: line [[#@LINE+1]]: error #106: invalid size for bit field
+  int wide : 33;
+  // CHECK: line [[#@LINE+1]]: error #108: zero-length bit field must be unnamed
+  int empty : 0;
+  // CHECK: line [[#@LINE+1]]: error #107: invalid type for a bit field
+  int *pointer : 3;
+  // CHECK: line [[#@LINE+1]]: error #330: invalid storage class for a class member
+  static int shared;
+};
+enum values {
+  FIRST,
+  // CHECK: line [[#@LINE+1]]: error #40: division by zero
+  SECOND = 1 / 0,
+  // CHECK: line [[#@LINE+1]]: error #102: "FIRST" has already been declared in the current scope
+  FIRST
+};
+
+void block(void) {
+  int a;
+  // CHECK: line [[#@LINE+1]]: error #102: "a" has already been declared in the current scope
+  int a;
+  // CHECK: line [[#@LINE+1]]: error #130: a block-scope function may only have extern storage class
+  static int local_function(void);
+  typedef int T;
+  {
+    int T = 1;
+    // CHECK: line [[#@LINE+1]]: error #66: expected a ";"
+    T x;
+  }
+  // CHECK: line [[#@LINE+1]]: error #146: variable "block_extern" may not be initialized
+  extern int block_extern = 1;
+}
+// CHECK: errors detected in the compilation
