@@ -127,8 +127,11 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   note_modifiers(routine, state);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;
   state->symbol = symbol;
-  if (is_definition)
+  if (is_definition) {
+    // The definition is what positions in messages and in the file point at.
     symbol->defined = true;
+    symbol->position = routine->source_corresp.position = locator->position;
+  }
   record_symbol_declaration(is_definition ? srk_definition : srk_declaration, symbol,
                             &locator->position, nullptr);
 }

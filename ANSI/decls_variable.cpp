@@ -125,6 +125,7 @@ static void define_again(a_variable_declaration* decl, a_variable* variable) {
   }
   variable->is_defined = true;
   variable->is_tentative = is_tentative;
+  variable->source_corresp.position = decl->locator->position;
   if (variable->storage_kind == sc_extern)
     variable->storage_kind = sc_none;
 }

@@ -58,7 +58,7 @@ extern int other_type;
 // CHECK: line [[#@LINE+1]]: error #148: declaration is incompatible with variable "other_type" (declared at line [[#@LINE-1]])
 extern char other_type;
 int other_prototype(int);
-// CHECK: line [[#@LINE+1]]: error #148: declaration is incompatible with {{.*}}"other_prototype
+// CHECK: line [[#@LINE+1]]: error #148: declaration is incompatible with "int other_prototype(int)" (declared at line [[#@LINE-1]])
 int other_prototype(int, int);
 
 struct twice { int a; };

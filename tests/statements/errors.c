@@ -91,4 +91,3 @@ int never_falls_off(int a) {
     return 2;
 }
 int loops_forever(void) { for (;;) ; }
-int main(void) {}
