@@ -205,8 +205,11 @@ static a_constant* earlier_aggregate(const an_aggregate_walk* walk) {
       continue;
     }
     bool is_here = walk->type->kind == tk_array ? position == walk->position : field == walk->field;
-    if (is_here)
+    if (is_here) {
+      if (item->kind == con_string)
+        explode_string_initializer(item);
       found = item->kind == con_aggregate ? item : nullptr;
+    }
     ++position;
     if (field)
       field = next_initializable_field(field->next);

@@ -1,4 +1,5 @@
-// RUN: not %krtparse --display_error_number %s 2> %t.err; %FileCheck %s < %t.err
+// RUN: %krtparse --display_error_number %s 2> %t.err; test $? -eq 2
+// RUN: %FileCheck %s < %t.err
 // The constraints of declarations.
 
 // CHECK: line [[#@LINE+1]]: error #82: more than one storage class may not be specified

@@ -1,4 +1,4 @@
-// RUN: %krtparse %s --i_output_file=%t.if
+// RUN: %krtparse --i_output_file=%t.if %s
 // Sizes and offsets of structs; everything is aligned to the byte.
 
 #define SAME(a, b) extern char check[(a) == (b) ? 1 : -1]

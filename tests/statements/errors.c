@@ -1,4 +1,5 @@
-// RUN: not %krtparse --display_error_number --remarks %s 2> %t.err; %FileCheck %s < %t.err
+// RUN: %krtparse --display_error_number --remarks %s 2> %t.err; test $? -eq 2
+// RUN: %FileCheck %s < %t.err
 // The constraints of statements, one function each.
 
 int cases(int n) {
@@ -8,7 +9,7 @@ int cases(int n) {
   case 1:
     n++;
     break;
-  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 6
+  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 7
   case 3:
   default:
   // CHECK: line [[#@LINE+1]]: error #125: default label has already appeared in this switch
@@ -20,7 +21,7 @@ int cases(int n) {
     return 0;
   // In the middle of a list that is kept by value.
   case 20:
-  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 19
+  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 20
   case 30:;
   }
   return 2;
