@@ -198,6 +198,7 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags);
 void scan_identifier(an_operand* result);
 void scan_generic_selection(an_operand* result);
 void scan_address_of(an_operand* result);
+void scan_parameter_address(an_operand* result);
 void scan_indirection(an_operand* result);
 void scan_unary_arithmetic(an_operand* result);
 void scan_prefix_incr_decr(an_operand* result);

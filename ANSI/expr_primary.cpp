@@ -283,7 +283,6 @@ static bool is_refused_keyword(a_token_kind token) {
   case tok_va_end:
   case tok_va_copy:
   case tok_va_argref:
-  case tok_va_parmadr:
   case tok_va_argcsu:
   case tok_real:
   case tok_imag:
@@ -372,6 +371,9 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   case tok_alignof:
   case tok_gnu_alignof:
     scan_alignof(result);
+    break;
+  case tok_va_parmadr:
+    scan_parameter_address(result);
     break;
   case tok_builtin_offsetof:
     scan_builtin_offsetof(result);

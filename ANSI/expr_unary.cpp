@@ -74,6 +74,41 @@ void scan_address_of(an_operand* result) {
   set_prefix_positions(result, &position, &end);
 }
 
+// ---- __va_parmadr ----
+
+// `__va_parmadr(p)` is where the caller has put the parameter: the arguments
+// of an ellipsis follow there. `&p` may be a copy of it.
+static bool is_parameter_operand(const an_operand* operand) {
+  return operand->kind == ok_expression && operand->state == os_glvalue &&
+         operand->variant.expr->kind == expr_variable &&
+         operand->variant.expr->variant.variable.ptr->is_parameter;
+}
+
+void scan_parameter_address(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  get_token();
+  required_token(tok_lparen, ec_exp_lparen);
+  add_stop_token(tok_rparen);
+  scan_expr(result, nullptr, lev_comma, 0);
+  finish_undefined_symbol_operand(result);
+  remove_stop_token(tok_rparen);
+  a_source_position end = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  if (is_error_operand(result))
+    return;
+  if (in_constant_expr_kind() || !is_parameter_operand(result)) {
+    error_in_operand(ec_bad_va_parmadr, result);
+  } else {
+    an_operand saved = *result;
+    change_unmarked_ref_kinds(result->ref_entries, srk_address_taken);
+    an_expr_node* address = make_operator_node(eok_param_address, make_pointer_type(result->type),
+                                               result->variant.expr);
+    make_expression_operand(address, result);
+    restore_operand_details_incl_ref(result, &saved);
+  }
+  set_operator_positions(result, &position, &position, &end);
+}
+
 // ---- * (C99 6.5.3.2 p4) ----
 
 void do_indirection(an_operand* operand) {

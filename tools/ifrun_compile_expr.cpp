@@ -240,6 +240,8 @@ a_place a_compiler::member_place(const an_if_node* node) {
   a_place result{value_type_of(node->type)};
   if (!member.is_bitfield)
     return result;
+  // The node of a bit field has a plain integer type; the member tells more.
+  result.type.is_bool = value_type_of(member.type).is_bool;
   if (member.bit_width == 0 || member.bit_width > 64)
     refuse("a bit field of " + std::to_string(member.bit_width) + " bits");
   result.bit = static_cast<uint8_t>(member.bit_offset % 8);

@@ -33,13 +33,16 @@ static void show(const struct flags *f) {
 int main(void) {
   struct flags f = {0};
   struct flags *p = &f;
+  struct {
+    _Bool flag : 1;
+  } b = {0};
   union {
     struct {
       unsigned low : 4, middle : 8, high : 20;
     } part;
     unsigned all;
   } u;
-  int i;
+  int i = 0;
 
   show(&global);
   show(p);
@@ -69,6 +72,10 @@ int main(void) {
   printf("%d\n", (f.b = 15) + 1);
   printf("%d\n", f.b < -1);
   printf("%d\n", f.e - 70000 < 0);
+  ++b.flag;
+  printf("%d\n", b.flag++);
+  printf("%d\n", b.flag += 3);
+  printf("%d\n", b.flag = i * 0 + 4);
   f = global;
   f.a = f.b = f.c = 6;
   show(&f);
