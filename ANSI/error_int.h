@@ -139,7 +139,8 @@ struct a_diagnostic {
 
 // -- Records (error_record.cpp) ------------------------------------------------
 
-// Creates an unissued diagnostic; the severity decides where its records live.
+// Creates an unissued diagnostic; its records go back to the free lists when it
+// has been issued.
 a_diagnostic* create_diagnostic(an_error_severity severity, an_error_code code,
                                 const a_source_position* position);
 // Appends a line of `kind` to the list of its parent that holds such lines.

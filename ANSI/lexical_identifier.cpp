@@ -182,8 +182,8 @@ static void report_unimplemented_keyword(a_symbol* symbol) {
   symbol->referenced = 1;
   a_source_position position;
   position_of_loc(start_of_curr_token, &position);
-  pos_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_remark,
-                 ec_unimplemented_keyword, &position);
+  pos_st_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_remark,
+                    ec_unimplemented_keyword, &position, symbol->header->identifier);
 }
 
 a_token_kind keyword_at_this_place(const a_symbol_header* header) {
