@@ -321,7 +321,7 @@ void add_default_include_search_path() {
     return;
   static std::string name; // the search path keeps a pointer into it
   name = combine_dir_and_file_name(znt_base_directory, "include", nullptr);
-  add_to_incl_search_path(file_name_in_internal_encoding(name.c_str()), true);
+  add_to_incl_search_path(name.c_str(), true);
 }
 
 void derive_preprocessing_modes() {

@@ -85,7 +85,7 @@ const char* make_module_id(const char* stamp) {
     first = code;
     second.clear();
   }
-  std::string base = strcmp(name, "-") == 0 ? "" : start_of_file_name(name);
+  std::string base = start_of_file_name(name);
   std::string id = "_" + std::to_string(base.size()) + "_" + base + "_" + first;
   if (!second.empty())
     id += "_" + second;

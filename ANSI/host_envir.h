@@ -50,7 +50,8 @@ const char* combine_dir_and_file_name(const char* directory, const char* name,
 // Replaces the suffix of the name in `buffer`, in place.
 void replace_file_name_suffix(const char* suffix, a_text_buffer* buffer);
 // 0 when both name the same file by their text. With `strip_delimiters` the
-// first and last characters of both are left aside.
+// first and last characters of both are left aside; `ignore_case` is for the
+// directories only.
 int f_compare_file_names(const char* name1, const char* name2, bool strip_delimiters,
                          bool ignore_case);
 // 0 when both directories are the same by their normalized names.

@@ -99,11 +99,18 @@ FILE* fopen_with_result(const char* name, const char* mode, an_open_file_result*
 }
 
 FILE* open_input_file(const char* name, bool binary, an_open_file_result* result) {
-  // A directory opens for reading and only fails at the first read.
-  if (is_directory(name)) {
-    *result = {off_directory, 0};
-    return nullptr;
+  // A directory opens for reading and only fails at the first read; a device
+  // may never end.
+  struct stat info;
+  clear_open_file_result(result);
+  if (examine_file(name, &info)) {
+    if (S_ISDIR(info.st_mode))
+      result->flags = off_directory;
+    else if (S_ISCHR(info.st_mode) || S_ISBLK(info.st_mode))
+      result->flags = off_not_a_regular_file;
   }
+  if (result->flags != 0)
+    return nullptr;
   return fopen_with_result(name, binary ? "rb" : "r", result);
 }
 

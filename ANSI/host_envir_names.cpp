@@ -150,9 +150,9 @@ static void remove_last_component(a_text_buffer* buffer) {
   buffer->used_size = length > 0 ? length - 1 : 0;
 }
 
-// Adds the components of `path`, obeying `.` and `..`.
-static void add_components(a_text_buffer* buffer, const char* path) {
-  bool slash_before = false;
+// Adds the components of `path`, obeying `.` and `..`. `slash_before` says that
+// a slash stands in front of the first.
+static void add_components(a_text_buffer* buffer, const char* path, bool slash_before) {
   while (*path != '\0') {
     if (*path == '/') {
       slash_before = true;
@@ -174,22 +174,21 @@ static void add_components(a_text_buffer* buffer, const char* path) {
 const char* normalize_file_name(const char* name) {
   static a_text_buffer* shared_buffer;
   a_text_buffer* buffer = ready_buffer(&shared_buffer, normalize_buffer_size);
-  if (!is_absolute_file_name(name))
-    add_components(buffer, current_directory_name);
-  add_components(buffer, name);
+  bool is_absolute = is_absolute_file_name(name);
+  if (!is_absolute)
+    add_components(buffer, current_directory_name, false);
+  // A root directory as the current one leaves the buffer empty.
+  add_components(buffer, name, !is_absolute && current_directory_name[0] != '\0');
   terminate_text_buffer(buffer);
   return buffer->data;
 }
 
 // -- Comparing ---------------------------------------------------------------------------------
 
-static int compare_text(const char* a, const char* b, bool ignore_case) {
-  return ignore_case ? strcaseicmp(a, b) : strcmp(a, b);
-}
-
 int compare_dir_names(const char* directory1, const char* directory2, bool ignore_case) {
   std::string first = normalize_file_name(directory1);
-  return compare_text(first.c_str(), normalize_file_name(directory2), ignore_case);
+  const char* second = normalize_file_name(directory2);
+  return ignore_case ? strcaseicmp(first.c_str(), second) : strcmp(first.c_str(), second);
 }
 
 int f_compare_file_names(const char* name1, const char* name2, bool strip_delimiters,
@@ -202,7 +201,7 @@ int f_compare_file_names(const char* name1, const char* name2, bool strip_delimi
   }
   const char* base1 = start_of_file_name(first.c_str());
   const char* base2 = start_of_file_name(second.c_str());
-  int order = compare_text(base1, base2, ignore_case);
+  int order = strcmp(base1, base2);
   if (order != 0)
     return order;
   first.resize(static_cast<size_t>(base1 - first.c_str()));
@@ -210,8 +209,7 @@ int f_compare_file_names(const char* name1, const char* name2, bool strip_delimi
   return compare_dir_names(first.c_str(), second.c_str(), ignore_case);
 }
 
-// -- Writing
-// -----------------------------------------------------------------------------------------
+// -- Writing ----------------------------------------------------------------------------
 
 // A byte that doesn't print, as an escape of C.
 static void add_escape(a_text_buffer* buffer, char c) {
@@ -270,8 +268,7 @@ const char* makefile_format_file_name(const char* name) {
   return buffer->data;
 }
 
-// -- Recoding
-// ------------------------------------------------------------------------------------------
+// -- Recoding ---------------------------------------------------------------------------
 
 static bool is_all_ascii(const char* text) {
   for (; *text != '\0'; text++)

@@ -125,8 +125,7 @@ void proc_include(bool from_next_directory) {
   open_file_and_push_input_stack(name.c_str(), request);
 }
 
-// -- #line
-// -------------------------------------------------------------------------------------------
+// -- #line ------------------------------------------------------------------------------
 
 // The number in the current token; false when it is out of range.
 static bool line_number_of_token(bool zero_allowed, uint32_t* line) {

@@ -216,8 +216,7 @@ bool open_file_and_push_input_stack(const char* name, const an_include_request& 
   return true;
 }
 
-// -- Preincluded files
-// ------------------------------------------------------------------------------
+// -- Preincluded files ------------------------------------------------------------------
 
 // The next name of the list; null at its end.
 static const char* take_next_name(a_file_name_list_entry** next) {
@@ -251,8 +250,7 @@ bool push_next_preinclude_file() {
   return false;
 }
 
-// -- Leaving a file
-// --------------------------------------------------------------------------------------
+// -- Leaving a file ---------------------------------------------------------------------
 
 static void settle_include_guard(const an_input_stack_entry* entry) {
   if (!entry->is_include_file)
@@ -268,8 +266,7 @@ static void check_conditionals_of_file(const an_input_stack_entry* entry) {
   bool may_span_files = C_dialect == cd_k_and_r || check_misra_c_2004;
   if (!entry->is_include_file || !may_span_files)
     verify_that_all_pp_ifs_were_closed();
-  if (!may_span_files)
-    base_pp_if_stack_depth = entry->pp_if_stack_depth;
+  base_pp_if_stack_depth = entry->pp_if_stack_depth;
 }
 
 // What stands in the slot of the search path while the file is read: for a
@@ -310,8 +307,7 @@ void pop_input_stack() {
     push_next_preinclude_file();
 }
 
-// -- #line
-// ---------------------------------------------------------------------------------------------------
+// -- #line ------------------------------------------------------------------------------
 
 void renumber_current_input_file(uint32_t line) {
   record_resumption_of_source_file(curr_ise->current_source_file, line, curr_ise->source_file,
@@ -383,8 +379,7 @@ void mark_current_file_as_system_header() {
   start_clone(curr_ise->file_name, next_line_of_current_file(), true, curr_ise->source_file);
 }
 
-// -- Include guards
-// ------------------------------------------------------------------------------------------
+// -- Include guards ---------------------------------------------------------------------
 
 an_include_guard_state get_ifg_state() {
   if (curr_ise == nullptr || !curr_ise->is_include_file || curr_ise->include_history == nullptr)
@@ -413,8 +408,7 @@ void record_include_guard(const char* macro_name, size_t length, bool tests_not_
   curr_ise->guard_state = igs_inside;
 }
 
-// -- Initialisation
-// ----------------------------------------------------------------------------------------------
+// -- Initialisation ---------------------------------------------------------------------
 
 void source_file_one_time_init() {
   source_file_search_one_time_init();

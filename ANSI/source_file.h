@@ -142,11 +142,9 @@ enum an_include_guard_state : uint8_t {
 };
 
 struct an_input_stack_entry {
-  a_source_text text;  // no text while it is given back to save memory
-  const char* cursor;  // the next byte to be read
-  size_t saved_offset; // of the cursor, while the text is given back
-  bool text_is_open;
-  bool is_standard_input;
+  a_source_text text;    // no text while it is given back to save memory
+  const char* cursor;    // the next byte to be read
+  size_t saved_offset;   // of the cursor, while the text is given back
   const char* file_name; // as displayed
   const char* full_name; // as opened
   const char* directory;
@@ -259,8 +257,7 @@ void remove_duplicate_include_directories();
 // Puts the slot for the current file's directory at the front of the path.
 void put_current_directory_slot_on_incl_search_path(const char* directory);
 
-// -- Include guards
-// --------------------------------------------------------------------------------
+// -- Include guards ---------------------------------------------------------------------
 
 struct an_include_file_history {
   an_include_file_history* next;       // in the table by name
@@ -285,8 +282,7 @@ an_include_file_history* find_include_history(const char* full_name, bool create
 // Whether the guard of the file excludes it now.
 bool suppress_subsequent_include_of_file(const char* full_name);
 
-// -- Initialisation
-// ----------------------------------------------------------------------------------
+// -- Initialisation ---------------------------------------------------------------------
 
 void source_file_early_init();
 void source_file_one_time_init();

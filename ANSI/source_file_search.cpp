@@ -19,6 +19,7 @@
 #include <vector>
 
 static constexpr uint32_t num_history_buckets = 1024;
+static constexpr uint64_t name_buffer_size = 256;
 
 a_directory_name_entry* incl_search_path;
 a_directory_name_entry* end_incl_search_path;
@@ -223,9 +224,14 @@ static bool search_directory_with_suffixes(a_directory_name_entry* directory, co
                                            bool is_include, a_found_file* found) {
   if (*suffix_of(name) != '\0' || !is_include)
     return search_directory(directory, name, is_include, found);
+  static a_text_buffer* buffer;
+  if (buffer == nullptr)
+    buffer = alloc_text_buffer(name_buffer_size);
   for (const std::string& suffix : include_suffixes()) {
-    std::string full = suffix.empty() ? name : name + ("." + suffix);
-    if (search_directory(directory, full.c_str(), is_include, found))
+    reset_text_buffer(buffer);
+    add_to_text_buffer(buffer, name, strlen(name) + 1);
+    replace_file_name_suffix(suffix.c_str(), buffer);
+    if (search_directory(directory, buffer->data, is_include, found))
       return true;
   }
   return false;
@@ -335,8 +341,7 @@ bool suppress_subsequent_include_of_file(const char* full_name) {
   return macro_is_defined(history->guard_macro_name) == history->guard_tests_not_defined;
 }
 
-// -- Initialisation
-// ----------------------------------------------------------------------------------
+// -- Initialisation ---------------------------------------------------------------------
 
 void source_file_early_init() {
   incl_search_path = nullptr;

@@ -197,8 +197,7 @@ static bool read_physical_line() {
   return newline != nullptr;
 }
 
-// -- Splices
-// -----------------------------------------------------------------------------------------
+// -- Splices ----------------------------------------------------------------------------
 
 static bool is_white_space(char c) {
   return c == ' ' || c == '\t' || c == '\f' || c == '\v' || c == '\r';
@@ -242,9 +241,7 @@ static void read_spliced_lines() {
     if (!remove_splice(curr_source_line + start))
       break;
     if (at_end_of_text()) {
-      if (end_orig_line_modif_list != nullptr && end_orig_line_modif_list->kind == olm_trigraph &&
-          end_orig_line_modif_list->location == line_end)
-        add_splice_modif(line_end, seq_number_last_read + 1);
+      remove_trigraph_modif_at(line_end);
       report_in_line(gnu_mode ? es_warning : es_error, ec_last_line_backslash, line_end);
       *line_end++ = '\0';
       *line_end++ = lm_newline;
@@ -255,8 +252,7 @@ static void read_spliced_lines() {
   write_end_marker();
 }
 
-// -- Listings
-// --------------------------------------------------------------------------------------------
+// -- Listings ---------------------------------------------------------------------------
 
 // The physical lines between the two places, each behind the letter.
 static void write_raw_listing_lines(const char* p, const char* end, char letter) {
@@ -290,8 +286,7 @@ static bool line_is_directive() {
   return *p == '#' || (*p == '%' && p[1] == ':' && alternative_tokens_allowed);
 }
 
-// -- Logical lines
-// ------------------------------------------------------------------------------------------
+// -- Logical lines ----------------------------------------------------------------------
 
 static bool holds_multibyte_chars() {
   if (curr_ise->text.is_ascii || !multibyte_chars_in_source_enabled)
@@ -361,8 +356,7 @@ bool read_logical_source_line(bool pop_at_eof, bool append) {
   return false;
 }
 
-// -- Initialisation
-// ---------------------------------------------------------------------------------------------
+// -- Initialisation ---------------------------------------------------------------------
 
 void source_line_one_time_init() {
   line_capacity = first_line_capacity;

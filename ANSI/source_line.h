@@ -127,15 +127,13 @@ a_source_line_modif* assoc_source_line_modif(const char* location);
 // The modification whose text holds the location of `modif`, or null.
 a_source_line_modif* parent_source_line_modif(a_source_line_modif* modif);
 
-// -- Positions
-// --------------------------------------------------------------------------------------
+// -- Positions --------------------------------------------------------------------------
 
 // The position of a place in the line buffer or in a replacement text. Text of
 // a macro expansion has the position of the invocation.
 void conv_line_loc_to_source_pos(const char* location, a_source_position* position);
 
-// -- Initialisation
-// -----------------------------------------------------------------------------------
+// -- Initialisation ---------------------------------------------------------------------
 
 void source_line_one_time_init();
 void source_line_init();

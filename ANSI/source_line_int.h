@@ -12,6 +12,8 @@ void free_source_line_modifs();
 // Records a splice. When the backslash was written as a trigraph, the record
 // takes the place of the trigraph's.
 void add_splice_modif(char* location, uint32_t next_seq);
+// Takes the record of a trigraph at the end of the line back.
+void remove_trigraph_modif_at(const char* location);
 // Adjusts the records to a moved buffer.
 void adjust_source_line_modifs(const a_moved_buffer& moved);
 // Forgets the free lists, whose records were in regions that are gone.

@@ -113,6 +113,11 @@ static bool modif_counts_at(const an_orig_line_modif* modif, const char* locatio
   return begins_line ? location >= modif->location : location > modif->location;
 }
 
+// A column as a position can hold it.
+static uint16_t shown_column(long column) {
+  return static_cast<uint16_t>(std::clamp(column, 1L, static_cast<long>(UINT16_MAX)));
+}
+
 static void position_in_line_buffer(const char* location, a_source_position* position) {
   if (location < followed.location)
     forget_positions();
@@ -126,8 +131,7 @@ static void position_in_line_buffer(const char* location, a_source_position* pos
   followed.location = location;
   long column = (location - followed.line_start) + 1 + followed.correction -
                 (extra_bytes_before(location) - extra_bytes_before(followed.line_start));
-  column = std::clamp(column, 1L, static_cast<long>(UINT16_MAX));
-  *position = {followed.seq, static_cast<uint16_t>(column), 0};
+  *position = {followed.seq, shown_column(column), 0};
 }
 
 void conv_line_loc_to_source_pos(const char* location, a_source_position* position) {
@@ -139,7 +143,7 @@ void conv_line_loc_to_source_pos(const char* location, a_source_position* positi
   }
   if (modif->position_is_fixed) {
     *position = modif->position;
-    position->column = static_cast<uint16_t>(position->column + (location - modif->text_start));
+    position->column = shown_column(position->column + (location - modif->text_start));
     return;
   }
   while (modif->position.seq == 0 && parent_source_line_modif(modif) != nullptr)
@@ -181,19 +185,36 @@ void free_orig_line_modifs() {
   forget_positions();
 }
 
+static bool ends_with_trigraph_at(const char* location) {
+  const an_orig_line_modif* last = end_orig_line_modif_list;
+  return last != nullptr && last->kind == olm_trigraph && last->location == location;
+}
+
 void add_splice_modif(char* location, uint32_t next_seq) {
-  an_orig_line_modif* last = end_orig_line_modif_list;
-  if (last == nullptr || last->kind != olm_trigraph || last->location != location) {
+  if (!ends_with_trigraph_at(location)) {
     add_orig_line_modif(location, olm_splice, next_seq);
     return;
   }
-  last->kind = olm_splice;
-  last->extra = next_seq;
+  end_orig_line_modif_list->kind = olm_splice;
+  end_orig_line_modif_list->extra = next_seq;
   forget_positions();
 }
 
-// -- Replaced text
-// -----------------------------------------------------------------------------------
+void remove_trigraph_modif_at(const char* location) {
+  if (!ends_with_trigraph_at(location))
+    return;
+  an_orig_line_modif* trigraph = end_orig_line_modif_list;
+  an_orig_line_modif* before = nullptr;
+  for (auto* modif = orig_line_modif_list; modif != trigraph; modif = modif->next)
+    before = modif;
+  (before != nullptr ? before->next : orig_line_modif_list) = nullptr;
+  end_orig_line_modif_list = before;
+  trigraph->next = avail_orig_line_modifs;
+  avail_orig_line_modifs = trigraph;
+  forget_positions();
+}
+
+// -- Replaced text ----------------------------------------------------------------------
 
 static a_source_line_modif** modif_chain(const char* location) {
   return &modif_chains[reinterpret_cast<uintptr_t>(location) / 8 % num_modif_chains];

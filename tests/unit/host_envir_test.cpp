@@ -170,7 +170,10 @@ TEST_F(FrontEndNames, JoiningAndNormalizing) {
   EXPECT_EQ(f_compare_file_names("y.c", "/w/./x/y.c", false, false), 0);
   EXPECT_EQ(f_compare_file_names("\"y.c\"", "<./y.c>", true, false), 0);
   EXPECT_NE(f_compare_file_names("y.c", "z/y.c", false, false), 0);
-  EXPECT_EQ(f_compare_file_names("Y.c", "y.C", false, true), 0);
+  EXPECT_EQ(f_compare_file_names("D/y.c", "d/y.c", false, true), 0);
+  EXPECT_NE(f_compare_file_names("Y.c", "y.c", false, true), 0);
+  current_directory_name = "/";
+  EXPECT_EQ(f_compare_file_names("d/y.c", "/d/y.c", false, false), 0);
 }
 
 TEST_F(FrontEndNames, Writing) {
