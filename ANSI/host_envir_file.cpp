@@ -154,9 +154,9 @@ void delete_file(const char* name) {
 FILE* open_temp_file(bool binary) {
   char* name = fn_tmpnam(nullptr, nullptr, nullptr);
   FILE* file = fopen(name, binary ? "w+b" : "w+");
+  unlink(name);
   if (file == nullptr)
     str_catastrophe(ec_cannot_open_temp_file_reason, name);
-  unlink(name);
   free(name);
   return file;
 }
