@@ -303,7 +303,8 @@ void derive_cplusplus_settings() {
     apply(cpp11_features);
   if (implicit_noexcept_enabled && !noexcept_enabled)
     command_line_error(ec_cl_implicit_noexcept_requires_noexcept_support);
-  if (!do_preprocessing_only)
+  bool will_only_preprocess = do_preprocessing_only && !option_seen[oc_no_preproc_only];
+  if (!will_only_preprocess)
     str_command_line_error(ec_plain_command_line_text,
                            "C++ is not accepted by this version; use --c for a C source");
 }

@@ -334,6 +334,7 @@ void file_open_error(an_error_severity severity, an_error_code kind, const char*
                                          an_error_severity severity);
 // A failed write to the file whose kind `kind` names; `errno_value` may be 0.
 [[noreturn]] void file_write_error(an_error_code kind, int errno_value);
+[[noreturn]] void named_file_write_error(const char* kind, int errno_value);
 // True when the file was opened.
 bool open_source_file_with_error_handling(const char* name, a_source_text* text, unsigned tolerated,
                                           an_error_code kind);

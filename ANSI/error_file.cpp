@@ -71,11 +71,15 @@ void output_file_open_error(bool is_invalid_name, an_error_code kind, const char
 }
 
 void file_write_error(an_error_code kind, int errno_value) {
+  named_file_write_error(error_text(kind), errno_value);
+}
+
+void named_file_write_error(const char* kind, int errno_value) {
+  error_position = null_source_position; // no line of the source is at fault
   if (errno_value == 0) {
-    str_catastrophe(ec_file_write_error, error_text(kind));
+    str_catastrophe(ec_file_write_error, kind);
   }
-  pos_str2_catastrophe(ec_file_write_error_errno, &error_position, error_text(kind),
-                       strerror(errno_value));
+  pos_str2_catastrophe(ec_file_write_error_errno, &error_position, kind, strerror(errno_value));
 }
 
 bool open_source_file_with_error_handling(const char* name, a_source_text* text, unsigned tolerated,

@@ -45,14 +45,6 @@ std::string command_line_comment() {
   return text;
 }
 
-[[noreturn]] void report_write_failure(int error_number) {
-  const char* kind = "generated IL output";
-  error_position = null_source_position; // no line of the source is at fault
-  if (error_number == 0)
-    str_catastrophe(ec_file_write_error, kind);
-  pos_str2_catastrophe(ec_file_write_error_errno, &error_position, kind, strerror(error_number));
-}
-
 void open_file() {
   if (i_file_name == nullptr)
     i_file_name = derived_name(primary_source_file_name, ".if");
@@ -178,7 +170,7 @@ void close_file() {
   I_FILE* file = gen_file;
   gen_file = nullptr;
   if (file->if_close(keep_unneeded_types != 0, false))
-    report_write_failure(errno);
+    named_file_write_error("generated IL output", errno);
   delete type_pkg;
   type_pkg = nullptr;
   delete hooks;

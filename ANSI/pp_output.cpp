@@ -254,7 +254,7 @@ void finish_raw_listing_file() {
   int error_number;
   if (!close_output_file(file, &error_number))
     return;
-  str_catastrophe(ec_file_write_error, error_text(fk_raw_listing));
+  file_write_error(fk_raw_listing, 0);
 }
 
 void gen_pp_output_for_macro_definitions() {
