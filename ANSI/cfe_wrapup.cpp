@@ -212,7 +212,7 @@ void fe_wrapup() {
     free_regions_of_secondary_units();
   finish_il_file();
   close_listing_files();
-  stop_token_stack = nullptr;
+  curr_stop_token_stack_entry = nullptr;
   clear_file_index_list();
   in_front_end = 0;
   if (check_misra_c_2004)

@@ -843,7 +843,6 @@ void lexical_reset() {
 
 void lexical_trans_unit_init() {
   lexical_reset();
-  source_file_trans_unit_init();
   lexical_identifier_trans_unit_init();
   push_lexical_state_stack();
   push_stop_token_stack();

@@ -293,19 +293,19 @@ struct a_stop_token_stack_entry {
   a_stop_token_stack_entry* next;
   uint8_t stop_tokens[num_token_kinds];
 };
-extern a_stop_token_stack_entry* stop_token_stack;
+extern a_stop_token_stack_entry* curr_stop_token_stack_entry;
 
 void push_stop_token_stack();
 void pop_stop_token_stack();
 
 inline void add_stop_token(a_token_kind kind) {
-  if (stop_token_stack->stop_tokens[kind] != UINT8_MAX)
-    ++stop_token_stack->stop_tokens[kind];
+  if (curr_stop_token_stack_entry->stop_tokens[kind] != UINT8_MAX)
+    ++curr_stop_token_stack_entry->stop_tokens[kind];
 }
 
 inline void remove_stop_token(a_token_kind kind) {
-  if (stop_token_stack->stop_tokens[kind] != 0)
-    --stop_token_stack->stop_tokens[kind];
+  if (curr_stop_token_stack_entry->stop_tokens[kind] != 0)
+    --curr_stop_token_stack_entry->stop_tokens[kind];
 }
 
 // Discard tokens up to a stop token. Where tokens were discarded, remark 12

@@ -12,7 +12,7 @@
 #include "pragma.h"
 
 a_lexical_state_stack_entry* lexical_state_stack;
-a_stop_token_stack_entry* stop_token_stack;
+a_stop_token_stack_entry* curr_stop_token_stack_entry;
 
 static a_lexical_state_stack_entry* avail_lexical_states;
 static a_stop_token_stack_entry* avail_stop_token_entries;
@@ -47,13 +47,13 @@ void push_stop_token_stack() {
     entry =
         static_cast<a_stop_token_stack_entry*>(alloc_in_region(front_end_region, sizeof *entry));
   memset(entry, 0, sizeof *entry);
-  entry->next = stop_token_stack;
-  stop_token_stack = entry;
+  entry->next = curr_stop_token_stack_entry;
+  curr_stop_token_stack_entry = entry;
 }
 
 void pop_stop_token_stack() {
-  a_stop_token_stack_entry* entry = stop_token_stack;
-  stop_token_stack = entry->next;
+  a_stop_token_stack_entry* entry = curr_stop_token_stack_entry;
+  curr_stop_token_stack_entry = entry->next;
   entry->next = avail_stop_token_entries;
   avail_stop_token_entries = entry;
 }
@@ -62,7 +62,7 @@ void lexical_parse_init() {
   avail_lexical_states = nullptr;
   avail_stop_token_entries = nullptr;
   lexical_state_stack = nullptr;
-  stop_token_stack = nullptr;
+  curr_stop_token_stack_entry = nullptr;
 }
 
 // -- Required tokens ---------------------------------------------------------------------
@@ -97,7 +97,7 @@ static bool is_opening_token(a_token_kind kind) {
 }
 
 static bool is_stop_token(a_token_kind kind, const a_token_set_array* extra_stop_tokens) {
-  return kind == tok_end_of_source || stop_token_stack->stop_tokens[kind] != 0 ||
+  return kind == tok_end_of_source || curr_stop_token_stack_entry->stop_tokens[kind] != 0 ||
          (kind == tok_newline && in_preprocessing_directive) ||
          (extra_stop_tokens != nullptr && extra_stop_tokens->member[kind]);
 }
