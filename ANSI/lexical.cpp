@@ -797,8 +797,6 @@ static bool is_ascii_id_char(int c) {
 }
 
 void lexical_one_time_init() {
-  source_line_one_time_init();
-  source_file_one_time_init();
   for (int c = 0; c < 256; ++c)
     is_id_char[c] =
         c < 128 ? is_ascii_id_char(c) : !multibyte_chars_in_source_enabled && is_latin_1_letter(c);
@@ -819,7 +817,6 @@ void lexical_init() {
 // No token, no text and no mode of an earlier unit.
 void lexical_reset() {
   source_line_reset();
-  source_file_reset();
   curr_token = tok_error;
   pos_curr_token = end_pos_curr_token = error_position = null_source_position;
   start_of_curr_token = end_of_curr_token = nullptr;
@@ -849,5 +846,6 @@ void lexical_trans_unit_init() {
 }
 
 void lexical_pch_reset() {
+  source_file_reset();
   lexical_reset();
 }
