@@ -52,6 +52,13 @@ static void init_error(an_error_code code, const a_source_position* position,
   state->error_reported = true;
 }
 
+static void report_bad_designator(const a_source_position* position, a_type* type,
+                                  an_init_state* state) {
+  if (!state->error_reported)
+    pos_ty_error(ec_invalid_designator_kind, position, type);
+  state->error_reported = true;
+}
+
 const a_constant* string_literal_of_component(const an_init_component* component) {
   if (component->kind != ick_expression)
     return nullptr;
@@ -274,9 +281,7 @@ static bool apply_designator(an_aggregate_walk* walk, an_init_component** list, 
   bool ok;
   if (names_field == (walk->type->kind == tk_array)) {
     a_source_position position = component->variant.designator.position;
-    if (!state->error_reported)
-      pos_ty_error(ec_invalid_designator_kind, &position, walk->type);
-    state->error_reported = true;
+    report_bad_designator(&position, walk->type, state);
     ok = false;
   } else if (names_field) {
     ok = apply_field_designator(walk, component, state);
@@ -337,9 +342,7 @@ static a_constant* nested_designation(an_aggregate_walk* walk, an_init_component
   an_aggregate_walk inner;
   *is_stored = aggregate != nullptr;
   if (!is_aggregate(skip_typerefs(element_type))) {
-    if (!state->error_reported)
-      pos_ty_error(ec_invalid_designator_kind, &position, element_type);
-    state->error_reported = true;
+    report_bad_designator(&position, element_type, state);
     return nullptr;
   }
   bool continues = aggregate != nullptr;
@@ -463,7 +466,7 @@ static a_constant* scalar_in_braces(an_init_component** list, a_type** type, an_
   if (!component->variant.braced.first)
     init_error(ec_exp_primary_expr, &component->variant.braced.end_position, state);
   else if (component->variant.braced.first->kind == ick_designator)
-    init_error(ec_brace_initialization_not_allowed, &position, state);
+    report_bad_designator(&position, *type, state);
   else
     value = init_element(&component->variant.braced.first, type, state);
   if (component->variant.braced.first) {

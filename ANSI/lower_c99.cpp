@@ -112,16 +112,41 @@ static void lower_bool_compound_assignment(an_expr_node* node) {
   overwrite_node(node, bool_assignment(object, value));
 }
 
+// What an operation names twice must be evaluated once: the pointer that leads
+// to the object goes into a temporary. The assignment to it is returned.
+static an_expr_node* name_object_once(an_expr_node* object) {
+  while (is_operation_node(object, eok_dot_field))
+    object = object->variant.operation.operands;
+  bool is_arrow = is_operation_node(object, eok_arrow_field);
+  an_expr_node* place = is_arrow ? object->variant.operation.operands : object;
+  an_expr_node* pointer = copy_node(place);
+  pointer->next = nullptr;
+  if (!is_arrow)
+    pointer = add_address_of_to_node(pointer);
+  a_variable* temporary = alloc_temporary_variable(make_unqualified_type(pointer->type), false);
+  add_temporary_to_front_of_variables_list(temporary,
+                                           il_header.region_scope_table[curr_il_region_number]);
+  mark_as_needed(temporary, iek_variable);
+  an_expr_node* value = var_rvalue_expr(temporary);
+  overwrite_node(place, is_arrow ? value : add_indirection_to_node(value));
+  return make_assignment_expr(var_lvalue_expr(temporary), eok_assign, pointer);
+}
+
 static void lower_bool_operation(an_expr_node* node) {
   an_expr_operator_kind op = node->variant.operation.op;
   if (op == eok_cast || op == eok_to_bool)
     return lower_bool_cast(node);
-  if (node_has_side_effects(node->variant.operation.operands))
-    return; // the object can't be named twice
-  if (is_compound_assignment_operator(op))
+  bool is_compound = is_compound_assignment_operator(op);
+  if (!is_compound && !is_increment_operator(op))
+    return;
+  an_expr_node* object = node->variant.operation.operands;
+  an_expr_node* naming = node_has_side_effects(object) ? name_object_once(object) : nullptr;
+  if (is_compound)
     lower_bool_compound_assignment(node);
-  else if (is_increment_operator(op))
+  else
     lower_bool_incr_decr(node);
+  if (naming)
+    overwrite_node(node, make_comma_node(naming, copy_node(node)));
 }
 
 static void lower_c99_node(an_expr_node* node, an_expr_or_stmt_traversal_block*) {
