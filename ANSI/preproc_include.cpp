@@ -51,7 +51,8 @@ bool get_header_name() {
     is_found = assemble_header_name();
   expand_macros = saved_expand_macros;
   exp_header_name = exp_system_header_name = 0;
-  return is_found;
+  // No file can have a name with a NUL in it.
+  return is_found && memchr(start_of_curr_token, '\0', len_of_curr_token) == nullptr;
 }
 
 // One escape of a file name, behind its backslash.
