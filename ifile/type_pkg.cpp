@@ -1204,7 +1204,10 @@ TYPE* TYPE_PKG::mk_array(TYPE* elem, bool is_cpp, uint32_t count, uint64_t size,
 
 TYPE* TYPE_PKG::mk_array(TYPE* elem, bool is_cpp, uint32_t count, uint32_t align,
                          bool is_complete) {
-  return mk_array(elem, is_cpp, count, count * elem->storage_size(), align, is_complete);
+  uint64_t size;
+  if (__builtin_mul_overflow(count, elem->storage_size(), &size))
+    size = UINT64_MAX; // an error in any case
+  return mk_array(elem, is_cpp, count, size, align, is_complete);
 }
 
 TYPE* TYPE_PKG::mk_vector(TYPE* elem, bool is_cpp, uint32_t count, uint64_t size, uint32_t align) {

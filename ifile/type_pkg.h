@@ -484,7 +484,7 @@ public:
 
   // Makers. Each answers the one type of that structure, which is registered
   // at once, unless its comment says otherwise. Sizes and alignments are in
-  // bits; a null name is invented.
+  // bits; a null name of an enum or a class is invented.
   TYPE* mk_void();
   TYPE* mk_int(TYPE::IKIND ikind, bool explicit_sign);
   TYPE* mk_int(TYPE::IKIND ikind, bool explicit_sign, uint64_t size, uint32_t align,

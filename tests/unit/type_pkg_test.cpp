@@ -189,6 +189,11 @@ TEST(TypePkg, SizesOfArraysAndTheirLimit) {
   EXPECT_STREQ(
       types.error_text,
       "Object size 536870912 bytes is greater than maximum supported size 536870911 bytes");
+  types.error_code = tpe_none;
+  EXPECT_EQ(array_of(types, array_of(types, huge, UINT32_MAX), 32)->size, UINT64_MAX);
+  EXPECT_EQ(types.error_code, tpe_object_size);
+  types.error_code = tpe_none;
+  array_of(types, int_of(types), 0x8000000);
   array_of(types, int_of(types), 0x9000000);
   EXPECT_EQ(std::string(types.error_text).find("Object size 536870912"), 0u); // the first stays
 }
