@@ -234,6 +234,27 @@ void record_pragma(a_pragma_kind_description* description,
   free_pending_pragma(pragma);
 }
 
+// Whether nothing is left to do for a pragma whose action has run.
+static bool is_finished(const a_pending_pragma* pragma) {
+  return pragma->immediate_done &&
+         !(pragma->description->flags & (pragma_add_to_il | pragma_keep_text));
+}
+
+// Takes the finished pragmas out of a list, so that a long run of directives
+// keeps it short.
+static a_pending_pragma* drop_finished_pragmas(a_pending_pragma* pragmas) {
+  a_pending_pragma** link = &pragmas;
+  while (a_pending_pragma* pragma = *link) {
+    if (is_finished(pragma)) {
+      *link = pragma->next;
+      free_pending_pragma(pragma);
+    } else {
+      link = &pragma->next;
+    }
+  }
+  return pragmas;
+}
+
 void process_immediate_pragmas() {
   a_pending_pragma* pragmas = curr_token_pragmas;
   curr_token_pragmas = nullptr;
@@ -247,7 +268,7 @@ void process_immediate_pragmas() {
     run_pragma_action(pragma, nullptr, nullptr);
   }
   fetch_pp_tokens = saved_fetch_pp_tokens;
-  curr_token_pragmas = pragmas;
+  curr_token_pragmas = drop_finished_pragmas(pragmas);
   update_initial_get_token_tests_needed();
 }
 
