@@ -13,7 +13,7 @@
 
 struct a_scope_pointers_block;
 struct a_template_decl;
-class PRAGMA;
+struct PRAGMA;
 class SYMTAB;
 struct FIELD_REF;
 

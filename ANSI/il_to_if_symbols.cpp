@@ -460,8 +460,8 @@ int top_level_alignment(const a_variable* variable) {
 
 // A small object is aligned as the smallest integer that holds it.
 static uint32_t alignment_of_covering_integer(const a_variable* variable) {
-  const TYPE::IKIND candidates[] = {TYPE::ik_unsigned_char, TYPE::ik_short, TYPE::ik_int,
-                                    TYPE::ik_long, TYPE::ik_long_long};
+  const TYPE::IKIND candidates[] = {TYPE::ikind_unsigned_char, TYPE::ikind_short, TYPE::ikind_int,
+                                    TYPE::ikind_long, TYPE::ikind_long_long};
   uint64_t size = size_of_type(variable->type) * targ_char_bit;
   for (TYPE::IKIND kind : candidates)
     if (type_pkg->integers[kind]->size >= size)

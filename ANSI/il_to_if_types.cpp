@@ -82,12 +82,12 @@ TYPE* qualified(TYPE* type, a_type_qualifier_set qualifiers) {
 
 TYPE* plain_integer(an_integer_kind kind) {
   static const TYPE::IKIND words[num_integer_kinds] = {
-      TYPE::ik_unsigned_char, // plain char has a type of its own
-      TYPE::ik_signed_char,   TYPE::ik_unsigned_char,     TYPE::ik_short, TYPE::ik_unsigned_short,
-      TYPE::ik_int,           TYPE::ik_unsigned,          TYPE::ik_long,  TYPE::ik_unsigned_long,
-      TYPE::ik_long_long,     TYPE::ik_unsigned_long_long};
+      TYPE::ikind_unsigned_char, // plain char has a type of its own
+      TYPE::ikind_signed_char,   TYPE::ikind_unsigned_char,     TYPE::ikind_short, TYPE::ikind_unsigned_short,
+      TYPE::ikind_int,           TYPE::ikind_unsigned,          TYPE::ikind_long,  TYPE::ikind_unsigned_long,
+      TYPE::ikind_long_long,     TYPE::ikind_unsigned_long_long};
   if (kind == ik_char)
-    return type_pkg->mk_int(targ_has_signed_chars ? TYPE::ik_signed_char : TYPE::ik_unsigned_char,
+    return type_pkg->mk_int(targ_has_signed_chars ? TYPE::ikind_signed_char : TYPE::ikind_unsigned_char,
                             false);
   return type_pkg->integers[words[kind]];
 }
@@ -122,9 +122,9 @@ TYPE* integer_file_type(a_type* type, int mode) {
   if (variant.is_enum)
     return enum_type(type);
   if (mode == tpm_source && variant.is_bool)
-    return type_pkg->integers[TYPE::ik_bool];
+    return type_pkg->integers[TYPE::ikind_bool];
   if (mode == tpm_source && variant.is_wchar_t)
-    return type_pkg->integers[TYPE::ik_wchar_t];
+    return type_pkg->integers[TYPE::ikind_wchar_t];
   TYPE* result = plain_integer(variant.int_kind);
   return variant.is_bool ? type_pkg->mk_boolean_int(result) : result;
 }

@@ -23,9 +23,9 @@ namespace {
 constexpr uint32_t default_align = 8;
 constexpr uint64_t pointer_size = 32;
 constexpr uint64_t function_pointer_size = 16;
-constexpr uint64_t default_int_size[TYPE::ik_last + 1] = {8,  8,  8,  32, 16, 16,
-                                                          32, 32, 32, 32, 64, 64};
-constexpr uint64_t default_float_size[TYPE::fk_last + 1] = {32, 64, 64};
+constexpr uint64_t default_int_size[TYPE::ikind_last + 1] = {8,  8,  8,  32, 16, 16,
+                                                             32, 32, 32, 32, 64, 64};
+constexpr uint64_t default_float_size[TYPE::fkind_last + 1] = {32, 64, 64};
 
 constexpr char invented_prefix[] = "$$fake";
 constexpr size_t invented_prefix_length = sizeof(invented_prefix) - 1;
@@ -336,11 +336,11 @@ bool TYPE::is_signed() {
   if (type->kind != k_integral)
     return type->kind == k_floating;
   switch (type->sub.ikind) {
-  case ik_signed_char:
-  case ik_short:
-  case ik_int:
-  case ik_long:
-  case ik_long_long:
+  case ikind_signed_char:
+  case ikind_short:
+  case ikind_int:
+  case ikind_long:
+  case ikind_long_long:
     return true;
   default:
     return false;
@@ -370,67 +370,68 @@ bool TYPE::is_void() {
 }
 
 bool TYPE::is_bool() {
-  return is_ikind(ik_bool);
+  return is_ikind(ikind_bool);
 }
 
 bool TYPE::is_plain_char() {
-  return (is_ikind(ik_signed_char) || is_ikind(ik_unsigned_char)) && !stripped()->explicit_sign;
+  return (is_ikind(ikind_signed_char) || is_ikind(ikind_unsigned_char)) &&
+         !stripped()->explicit_sign;
 }
 
 bool TYPE::is_signed_char() {
-  return is_ikind(ik_signed_char);
+  return is_ikind(ikind_signed_char);
 }
 
 bool TYPE::is_unsigned_char() {
-  return is_ikind(ik_unsigned_char);
+  return is_ikind(ikind_unsigned_char);
 }
 
 bool TYPE::is_wchar_t() {
-  return is_ikind(ik_wchar_t);
+  return is_ikind(ikind_wchar_t);
 }
 
 bool TYPE::is_short() {
-  return is_ikind(ik_short);
+  return is_ikind(ikind_short);
 }
 
 bool TYPE::is_unsigned_short() {
-  return is_ikind(ik_unsigned_short);
+  return is_ikind(ikind_unsigned_short);
 }
 
 bool TYPE::is_int() {
-  return is_ikind(ik_int);
+  return is_ikind(ikind_int);
 }
 
 bool TYPE::is_unsigned() {
-  return is_ikind(ik_unsigned);
+  return is_ikind(ikind_unsigned);
 }
 
 bool TYPE::is_long() {
-  return is_ikind(ik_long);
+  return is_ikind(ikind_long);
 }
 
 bool TYPE::is_unsigned_long() {
-  return is_ikind(ik_unsigned_long);
+  return is_ikind(ikind_unsigned_long);
 }
 
 bool TYPE::is_long_long() {
-  return is_ikind(ik_long_long);
+  return is_ikind(ikind_long_long);
 }
 
 bool TYPE::is_unsigned_long_long() {
-  return is_ikind(ik_unsigned_long_long);
+  return is_ikind(ikind_unsigned_long_long);
 }
 
 bool TYPE::is_float() {
-  return is_fkind(fk_float);
+  return is_fkind(fkind_float);
 }
 
 bool TYPE::is_double() {
-  return is_fkind(fk_double);
+  return is_fkind(fkind_double);
 }
 
 bool TYPE::is_long_double() {
-  return is_fkind(fk_long_double);
+  return is_fkind(fkind_long_double);
 }
 
 bool TYPE::is_boolean_int() {
@@ -649,10 +650,10 @@ void TYPE::mark_refed_recur() {
 
 // -- Texts of types ------------------------------------------------------------
 
-static const char* const integer_texts[TYPE::ik_last + 1] = {
+static const char* const integer_texts[TYPE::ikind_last + 1] = {
     "bool ", "char ",     "unsigned char ", "wchar_t ",       "short ",     "unsigned short ",
     "int ",  "unsigned ", "long ",          "unsigned long ", "long long ", "unsigned long long "};
-static const char* const float_texts[TYPE::fk_last + 1] = {"float ", "double ", "long double "};
+static const char* const float_texts[TYPE::fkind_last + 1] = {"float ", "double ", "long double "};
 
 static const struct {
   uint8_t bit;
@@ -677,18 +678,18 @@ static const char* complex_text(TYPE* part) {
     return part->is_float() ? "cfloat " : "cdouble ";
   case TYPE::k_integral:
     switch (part->stripped()->sub.ikind) {
-    case TYPE::ik_bool:
-    case TYPE::ik_signed_char:
-    case TYPE::ik_unsigned_char:
+    case TYPE::ikind_bool:
+    case TYPE::ikind_signed_char:
+    case TYPE::ikind_unsigned_char:
       return "cchar ";
-    case TYPE::ik_short:
-    case TYPE::ik_unsigned_short:
+    case TYPE::ikind_short:
+    case TYPE::ikind_unsigned_short:
       return "cshort ";
-    case TYPE::ik_long:
-    case TYPE::ik_unsigned_long:
+    case TYPE::ikind_long:
+    case TYPE::ikind_unsigned_long:
       return "clong ";
-    case TYPE::ik_long_long:
-    case TYPE::ik_unsigned_long_long:
+    case TYPE::ikind_long_long:
+    case TYPE::ikind_unsigned_long_long:
       return "cllong ";
     default:
       return "cint ";
@@ -716,7 +717,7 @@ void TYPE::print_parts(std::string& left, std::string& right, bool markup) {
     break;
   case k_integral:
     left.insert(0, integer_texts[sub.ikind]);
-    if (explicit_sign && (sub.ikind == ik_signed_char || sub.ikind == ik_unsigned_char))
+    if (explicit_sign && (sub.ikind == ikind_signed_char || sub.ikind == ikind_unsigned_char))
       left.insert(0, "[ExplSign] ");
     break;
   case k_floating:
@@ -933,10 +934,10 @@ void TYPE_PKG::init_type_pkg() {
   }
   void_type = mk_void();
   pointer_to_void = mk_ptr(void_type);
-  for (unsigned kind = 0; kind <= TYPE::ik_last; kind++)
+  for (unsigned kind = 0; kind <= TYPE::ikind_last; kind++)
     integers[kind] = mk_int(TYPE::IKIND(kind), true, default_int_size[kind], default_align,
-                            kind == TYPE::ik_bool, false);
-  for (unsigned kind = 0; kind <= TYPE::fk_last; kind++)
+                            kind == TYPE::ikind_bool, false);
+  for (unsigned kind = 0; kind <= TYPE::fkind_last; kind++)
     floats[kind] = mk_fltpt(TYPE::FKIND(kind), default_float_size[kind], default_align);
   normalize_basic_types();
 }
@@ -954,9 +955,10 @@ void TYPE_PKG::normalize_basic_types() {
   };
   // The signed kinds, and each unsigned kind like its signed one.
   static constexpr unsigned kinds[2][5] = {
-      {TYPE::ik_long_long, TYPE::ik_long, TYPE::ik_int, TYPE::ik_short, TYPE::ik_signed_char},
-      {TYPE::ik_unsigned_long_long, TYPE::ik_unsigned_long, TYPE::ik_unsigned,
-       TYPE::ik_unsigned_short, TYPE::ik_unsigned_char}};
+      {TYPE::ikind_long_long, TYPE::ikind_long, TYPE::ikind_int, TYPE::ikind_short,
+       TYPE::ikind_signed_char},
+      {TYPE::ikind_unsigned_long_long, TYPE::ikind_unsigned_long, TYPE::ikind_unsigned,
+       TYPE::ikind_unsigned_short, TYPE::ikind_unsigned_char}};
   for (const auto& [long_long, long_kind, int_kind, short_kind, char_kind] : kinds) {
     pair_off(integers, long_long, long_kind);
     pair_off(integers, long_long, int_kind);
@@ -965,16 +967,16 @@ void TYPE_PKG::normalize_basic_types() {
       pair_off(integers, short_kind, char_kind);
     pair_off(integers, char_kind, int_kind);
   }
-  pair_off(integers, TYPE::ik_wchar_t, TYPE::ik_short);
-  pair_off(floats, TYPE::fk_long_double, TYPE::fk_double);
-  pair_off(floats, TYPE::fk_long_double, TYPE::fk_float);
-  pair_off(floats, TYPE::fk_double, TYPE::fk_float);
+  pair_off(integers, TYPE::ikind_wchar_t, TYPE::ikind_short);
+  pair_off(floats, TYPE::fkind_long_double, TYPE::fkind_double);
+  pair_off(floats, TYPE::fkind_long_double, TYPE::fkind_float);
+  pair_off(floats, TYPE::fkind_double, TYPE::fkind_float);
 }
 
 void TYPE_PKG::update_basic_types() {
-  for (unsigned kind = 0; kind <= TYPE::ik_last; kind++)
+  for (unsigned kind = 0; kind <= TYPE::ikind_last; kind++)
     integers[kind]->size = default_int_size[kind];
-  for (unsigned kind = 0; kind <= TYPE::fk_last; kind++)
+  for (unsigned kind = 0; kind <= TYPE::fkind_last; kind++)
     floats[kind]->size = default_float_size[kind];
   normalize_basic_types();
 }
@@ -1229,7 +1231,7 @@ TYPE* TYPE_PKG::mk_func(TYPE* return_type, bool is_cpp, bool prototyped, bool ha
 TYPE* TYPE_PKG::mk_enum(const char* name, TYPE* underlying, uint64_t size, uint32_t align,
                         bool is_cpp) {
   seen_enum_type = true;
-  if (size < default_int_size[TYPE::ik_int])
+  if (size < default_int_size[TYPE::ikind_int])
     seen_small_enums = true;
   TYPE* type = new TYPE(this, TYPE::k_enum, size, align, is_cpp);
   type->sub.enumeration->underlying = underlying;

@@ -253,30 +253,30 @@ public:
     k_union = 15
   };
   enum IKIND : uint32_t {
-    ik_bool = 0,
-    ik_signed_char = 1,
-    ik_unsigned_char = 2,
-    ik_wchar_t = 3,
-    ik_short = 4,
-    ik_unsigned_short = 5,
-    ik_int = 6,
-    ik_unsigned = 7,
-    ik_long = 8,
-    ik_unsigned_long = 9,
-    ik_long_long = 10,
-    ik_unsigned_long_long = 11,
-    ik_last = ik_unsigned_long_long
+    ikind_bool = 0,
+    ikind_signed_char = 1,
+    ikind_unsigned_char = 2,
+    ikind_wchar_t = 3,
+    ikind_short = 4,
+    ikind_unsigned_short = 5,
+    ikind_int = 6,
+    ikind_unsigned = 7,
+    ikind_long = 8,
+    ikind_unsigned_long = 9,
+    ikind_long_long = 10,
+    ikind_unsigned_long_long = 11,
+    ikind_last = ikind_unsigned_long_long
   };
   enum FKIND : uint32_t {
-    fk_float = 0,
-    fk_double = 1,
-    fk_long_double = 2,
-    fk_last = fk_long_double
+    fkind_float = 0,
+    fkind_double = 1,
+    fkind_long_double = 2,
+    fkind_last = fkind_long_double
   };
   // One number for each kind of type, with integers and floats told apart.
   enum EKIND : uint32_t {
-    ek_float = ik_last + 1,
-    ek_fixed_point = ek_float + fk_last + 1,
+    ek_float = ikind_last + 1,
+    ek_fixed_point = ek_float + fkind_last + 1,
     ek_complex,
     ek_pointer,
     ek_reference,
@@ -465,8 +465,8 @@ public:
 
   // The basic types: the integers by IKIND, the floats by FKIND, void and
   // the pointer to void.
-  TYPE* integers[TYPE::ik_last + 1];
-  TYPE* floats[TYPE::fk_last + 1];
+  TYPE* integers[TYPE::ikind_last + 1];
+  TYPE* floats[TYPE::fkind_last + 1];
   TYPE* void_type;
   TYPE* pointer_to_void;
 

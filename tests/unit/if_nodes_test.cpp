@@ -30,8 +30,8 @@ protected:
     return operand(node);
   }
 
-  TYPE* int_type = types.integers[TYPE::ik_int];
-  TYPE* unsigned_type = types.integers[TYPE::ik_unsigned];
+  TYPE* int_type = types.integers[TYPE::ikind_int];
+  TYPE* unsigned_type = types.integers[TYPE::ikind_unsigned];
 };
 
 TEST(IfNodeTable, Rows) {
@@ -68,9 +68,9 @@ TEST_F(IfNodes, IntegerConstants) {
     EXPECT_EQ(body.back(), '\0');
     return body.substr(0, body.size() - 1);
   };
-  EXPECT_EQ(lcon(TYPE::ik_long_long, static_cast<uint64_t>(INT64_MIN)), "-9223372036854775808");
-  EXPECT_EQ(lcon(TYPE::ik_unsigned_long_long, UINT64_MAX), "18446744073709551615");
-  EXPECT_EQ(lcon(TYPE::ik_int, 0), "0");
+  EXPECT_EQ(lcon(TYPE::ikind_long_long, static_cast<uint64_t>(INT64_MIN)), "-9223372036854775808");
+  EXPECT_EQ(lcon(TYPE::ikind_unsigned_long_long, UINT64_MAX), "18446744073709551615");
+  EXPECT_EQ(lcon(TYPE::ikind_int, 0), "0");
 }
 
 TEST_F(IfNodes, Texts) {

@@ -117,9 +117,9 @@ TEST_F(IfWrite, FileNames) {
 }
 
 TEST_F(IfWrite, TypeReferences) {
-  TYPE* int_type = types.integers[TYPE::ik_int];
-  TYPE* long_type = types.integers[TYPE::ik_long];
-  TYPE* short_type = types.integers[TYPE::ik_short];
+  TYPE* int_type = types.integers[TYPE::ikind_int];
+  TYPE* long_type = types.integers[TYPE::ikind_long];
+  TYPE* short_type = types.integers[TYPE::ikind_short];
   short_type->equiv = long_type;
   long_type->equiv = int_type;
   EXPECT_EQ(encoding([&] { file->i_write_typeref(nullptr); }), bytes(0));
@@ -173,7 +173,7 @@ TEST_F(IfWrite, SymbolAndPragmas) {
   symbol.value = -1;
   symbol.storage_class = ifsc_static;
   symbol.cqual = 0x0102;
-  symbol.type = types.integers[TYPE::ik_int];
+  symbol.type = types.integers[TYPE::ikind_int];
   symbol.align = 32;
   symbol.location = 129;
   symbol.option_set = 2;
@@ -201,10 +201,10 @@ TEST(Pragma, Names) {
 TEST_F(IfWrite, SectionsAndHeader) {
   SYMTAB a, b;
   a.name = "a";
-  a.type = types.integers[TYPE::ik_int];
+  a.type = types.integers[TYPE::ikind_int];
   a.set_psn({"a.c", 1, 5});
   b.name = "b";
-  b.type = types.integers[TYPE::ik_int];
+  b.type = types.integers[TYPE::ikind_int];
   file->if_enter_global(&a);
   file->if_enter_global(&b);
   const char* words[] = {"-x", nullptr};
@@ -260,7 +260,7 @@ TEST_F(IfWrite, LoopRecords) {
   SYMTAB symbol;
   symbol.id = 130;
   symbol.level = 2;
-  TYPE* type = types.integers[TYPE::ik_int];
+  TYPE* type = types.integers[TYPE::ikind_int];
   DD_ENTRY entries[] = {{1, -1}, {2, 3}};
   file->if_write_loop(1, 2, 3, 4, 300, -1);
   file->if_write_inloop(1, &symbol, 5);

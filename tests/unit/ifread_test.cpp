@@ -18,7 +18,7 @@ std::string sample_bytes() {
   SampleFile sample;
   TYPE_PKG& types = sample.types;
   I_FILE* out = sample.writer;
-  TYPE* integer = types.integers[TYPE::ik_int];
+  TYPE* integer = types.integers[TYPE::ikind_int];
   TYPE* csu = types.mk_struct("S", 64, 32, true, 0, false, false, false);
   fkMDATA* first = csu->add_mdata(new fkMDATA("a", integer, ack_public, 0, 0, false, nullptr));
   PSN member_position = at(2, 7);
@@ -85,8 +85,8 @@ std::string sample_bytes() {
   sample.node(ifop_COMMA, types.void_type);
   sample.node(ifop_COMMA, types.void_type);
   sample.name(param);
-  sample.text_node(ifop_SCON, types.mk_ptr(types.mk_int(TYPE::ik_signed_char, false)), "x\0y", 4);
-  sample.node(ifop_LCON, types.integers[TYPE::ik_unsigned_long_long], UINT64_MAX);
+  sample.text_node(ifop_SCON, types.mk_ptr(types.mk_int(TYPE::ikind_signed_char, false)), "x\0y", 4);
+  sample.node(ifop_LCON, types.integers[TYPE::ikind_unsigned_long_long], UINT64_MAX);
   out->if_write_end_func(&position);
 
   out->if_write_init(data);
@@ -94,7 +94,7 @@ std::string sample_bytes() {
   sample.node(ifop_UAND, types.mk_ptr(csu));
   sample.name(data);
   sample.node(ifop_SKIP, integer, 5);
-  sample.text_node(ifop_FCON, types.floats[TYPE::fk_float], "1.5");
+  sample.text_node(ifop_FCON, types.floats[TYPE::fkind_float], "1.5");
   sample.node(ifop_ENDINIT, types.void_type);
   return sample.bytes();
 }
@@ -240,7 +240,7 @@ TEST(IfRead, InitializersComeBack) {
 TEST(IfRead, RareRecordsComeBack) {
   SampleFile sample;
   I_FILE* out = sample.writer;
-  TYPE* integer = sample.types.integers[TYPE::ik_int];
+  TYPE* integer = sample.types.integers[TYPE::ikind_int];
   SYMTAB* symbol = sample.global("s", integer);
   DD_ENTRY entries[] = {{1, 2}, {3, 4}};
   I_CATCH_ENTRY catches[] = {{"A", 300, true}, {"B", 0, false}};
@@ -300,7 +300,7 @@ TEST(IfRead, RareRecordsComeBack) {
 TEST(IfRead, AllOpcodesComeBack) {
   SampleFile sample;
   TYPE_PKG& types = sample.types;
-  TYPE* integer = types.integers[TYPE::ik_int];
+  TYPE* integer = types.integers[TYPE::ikind_int];
   TYPE* csu = types.mk_struct("S", 32, 32, true, 0, false, false, false);
   fkMDATA* member = csu->add_mdata(new fkMDATA("a", integer, ack_public, 0, 0, false, nullptr));
   types.type_frozen(csu);
@@ -350,7 +350,7 @@ TEST(IfRead, AllOpcodesComeBack) {
 
 TEST(IfRead, DeepTreesNeedNoDeepStack) {
   SampleFile sample;
-  TYPE* integer = sample.types.integers[TYPE::ik_int];
+  TYPE* integer = sample.types.integers[TYPE::ikind_int];
   sample.writer->if_write_expr(nullptr, nullptr);
   for (int i = 0; i < 300000; i++)
     sample.node(ifop_UMINUS, integer);
@@ -467,14 +467,14 @@ TEST(IfReadDamage, BodiesThatMakeNoSense) {
                 [&](SampleFile&, I_FILE& out, TYPE_PKG&) { out.if_write_begin_block(nullptr); }),
             "the function ends within a block");
   EXPECT_EQ(complaint_about_body([&](SampleFile& sample, I_FILE& out, TYPE_PKG& types) {
-              SYMTAB* local = sample.local("i", types.integers[TYPE::ik_int]);
+              SYMTAB* local = sample.local("i", types.integers[TYPE::ikind_int]);
               local->level = 3;
               expression(out);
               sample.name(local);
             }),
             "local symbol 0 has level 2, not 3");
   EXPECT_EQ(complaint_about_body([&](SampleFile& sample, I_FILE& out, TYPE_PKG& types) {
-              SYMTAB* local = sample.symbol("i", types.integers[TYPE::ik_int], ifsc_auto);
+              SYMTAB* local = sample.symbol("i", types.integers[TYPE::ikind_int], ifsc_auto);
               local->prag_num = 1; // and yet no pragma
               out.if_enter_local(local);
               out.if_write_symbol(local);

@@ -9,8 +9,8 @@ namespace {
 // A file whose functions are written node by node, in prefix order.
 class a_sample_program : public SampleFile {
 public:
-  TYPE* integer = types.integers[TYPE::ik_int];
-  TYPE* character = types.mk_int(TYPE::ik_unsigned_char, false);
+  TYPE* integer = types.integers[TYPE::ikind_int];
+  TYPE* character = types.mk_int(TYPE::ikind_unsigned_char, false);
   TYPE* text = types.mk_ptr(character);
 
   TYPE* function_type(TYPE* result, const std::vector<TYPE*>& params, bool ellipsis = false) {
@@ -228,7 +228,7 @@ TEST(Ifrun, StopsAtFaults) {
   EXPECT_EQ(node.status, 125);
 
   a_result floating = run_statement([](a_sample_program& sample) {
-    sample.node(ifop_SCONV, sample.types.floats[TYPE::fk_double]);
+    sample.node(ifop_SCONV, sample.types.floats[TYPE::fkind_double]);
     sample.icon(1);
   });
   EXPECT_EQ(floating.err, "ifrun: values of the type double are not supported in function main\n");

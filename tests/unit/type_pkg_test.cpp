@@ -7,7 +7,7 @@
 namespace {
 
 TYPE* int_of(TYPE_PKG& types) {
-  return types.integers[TYPE::ik_int];
+  return types.integers[TYPE::ikind_int];
 }
 
 TYPE* array_of(TYPE_PKG& types, TYPE* elem, uint32_t count) {
@@ -72,40 +72,40 @@ TEST(TypePkg, BasicTypesHaveFixedIds) {
   EXPECT_EQ(TYPE_PKG::root_type->uid, 1u);
   EXPECT_EQ(types.void_type->uid, 2u);
   EXPECT_EQ(types.pointer_to_void->uid, 3u);
-  for (unsigned kind = 0; kind <= TYPE::ik_last; kind++)
+  for (unsigned kind = 0; kind <= TYPE::ikind_last; kind++)
     EXPECT_EQ(types.integers[kind]->uid, 4 + kind);
-  for (unsigned kind = 0; kind <= TYPE::fk_last; kind++)
+  for (unsigned kind = 0; kind <= TYPE::fkind_last; kind++)
     EXPECT_EQ(types.floats[kind]->uid, 16 + kind);
   EXPECT_EQ(types.mk_void(), types.void_type);
-  EXPECT_EQ(types.mk_int(TYPE::ik_long, true), types.integers[TYPE::ik_long]);
-  EXPECT_EQ(types.mk_int(TYPE::ik_bool, true), types.integers[TYPE::ik_bool]);
-  EXPECT_EQ(types.mk_fltpt(TYPE::fk_double), types.floats[TYPE::fk_double]);
+  EXPECT_EQ(types.mk_int(TYPE::ikind_long, true), types.integers[TYPE::ikind_long]);
+  EXPECT_EQ(types.mk_int(TYPE::ikind_bool, true), types.integers[TYPE::ikind_bool]);
+  EXPECT_EQ(types.mk_fltpt(TYPE::fkind_double), types.floats[TYPE::fkind_double]);
   EXPECT_EQ(types.next_uid, 19u);
   // Plain char is a type of its own.
-  TYPE* plain = types.mk_int(TYPE::ik_unsigned_char, false);
+  TYPE* plain = types.mk_int(TYPE::ikind_unsigned_char, false);
   EXPECT_EQ(plain->uid, 19u);
   EXPECT_TRUE(plain->is_plain_char());
-  EXPECT_FALSE(types.integers[TYPE::ik_unsigned_char]->is_plain_char());
+  EXPECT_FALSE(types.integers[TYPE::ikind_unsigned_char]->is_plain_char());
 }
 
 TEST(TypePkg, NormalTypesFollowTheSizes) {
   TYPE_PKG types;
-  EXPECT_EQ(types.integers[TYPE::ik_long]->normal, int_of(types));
-  EXPECT_EQ(types.integers[TYPE::ik_unsigned_long]->normal, types.integers[TYPE::ik_unsigned]);
-  EXPECT_EQ(types.integers[TYPE::ik_long_long]->normal, types.integers[TYPE::ik_long_long]);
-  EXPECT_EQ(types.floats[TYPE::fk_long_double]->normal, types.floats[TYPE::fk_double]);
-  types.integers[TYPE::ik_int]->size = 16;
-  types.integers[TYPE::ik_wchar_t]->size = 16;
-  types.floats[TYPE::fk_double]->size = 32;
+  EXPECT_EQ(types.integers[TYPE::ikind_long]->normal, int_of(types));
+  EXPECT_EQ(types.integers[TYPE::ikind_unsigned_long]->normal, types.integers[TYPE::ikind_unsigned]);
+  EXPECT_EQ(types.integers[TYPE::ikind_long_long]->normal, types.integers[TYPE::ikind_long_long]);
+  EXPECT_EQ(types.floats[TYPE::fkind_long_double]->normal, types.floats[TYPE::fkind_double]);
+  types.integers[TYPE::ikind_int]->size = 16;
+  types.integers[TYPE::ikind_wchar_t]->size = 16;
+  types.floats[TYPE::fkind_double]->size = 32;
   types.normalize_basic_types();
-  EXPECT_EQ(types.integers[TYPE::ik_short]->normal, int_of(types));
-  EXPECT_EQ(types.integers[TYPE::ik_wchar_t]->normal, types.integers[TYPE::ik_short]);
-  EXPECT_EQ(types.integers[TYPE::ik_long]->normal, types.integers[TYPE::ik_long]);
-  EXPECT_EQ(types.floats[TYPE::fk_double]->normal, types.floats[TYPE::fk_float]);
-  EXPECT_EQ(types.floats[TYPE::fk_long_double]->normal, types.floats[TYPE::fk_long_double]);
+  EXPECT_EQ(types.integers[TYPE::ikind_short]->normal, int_of(types));
+  EXPECT_EQ(types.integers[TYPE::ikind_wchar_t]->normal, types.integers[TYPE::ikind_short]);
+  EXPECT_EQ(types.integers[TYPE::ikind_long]->normal, types.integers[TYPE::ikind_long]);
+  EXPECT_EQ(types.floats[TYPE::fkind_double]->normal, types.floats[TYPE::fkind_float]);
+  EXPECT_EQ(types.floats[TYPE::fkind_long_double]->normal, types.floats[TYPE::fkind_long_double]);
   types.update_basic_types();
   EXPECT_EQ(int_of(types)->size, 32u);
-  EXPECT_EQ(types.integers[TYPE::ik_long]->normal, int_of(types));
+  EXPECT_EQ(types.integers[TYPE::ikind_long]->normal, int_of(types));
 }
 
 TEST(TypePkg, EqualTypesAreOne) {
@@ -149,7 +149,7 @@ TEST(TypePkg, QualifiersMerge) {
   EXPECT_EQ(types.mk_qual(both, qf_const), both);
   EXPECT_EQ(types.mk_qual(integer, 0), integer);
   EXPECT_TRUE(constant->getr(TYPE::k_integral)->is_int());
-  TYPE* wide = types.mk_int(TYPE::ik_long, true, 32, 32, false, false);
+  TYPE* wide = types.mk_int(TYPE::ikind_long, true, 32, 32, false, false);
   EXPECT_EQ(types.mk_qual(wide, qf_const)->align, 32u);
   EXPECT_EQ(types.mk_qual(wide, qf_packed)->align, 8u);
   TYPE* alias = types.mk_typedef("T", false, both, 32, 8, false);
@@ -177,7 +177,7 @@ TEST(TypePkg, KeysOfNames) {
 
 TEST(TypePkg, SizesOfArraysAndTheirLimit) {
   TYPE_PKG types;
-  TYPE* odd = types.mk_int(TYPE::ik_long, true, 24, 8, false, false);
+  TYPE* odd = types.mk_int(TYPE::ikind_long, true, 24, 8, false, false);
   EXPECT_EQ(odd->storage_size(), 32u);
   EXPECT_EQ(array_of(types, odd, 3)->size, 96u);
   EXPECT_EQ(array_of(types, struct_of(types, "S", {odd, odd, odd}), 2)->size, 192u);
@@ -201,7 +201,7 @@ TEST(TypePkg, SizesOfArraysAndTheirLimit) {
 TEST(TypePkg, Texts) {
   TYPE_PKG types;
   TYPE* integer = int_of(types);
-  TYPE* plain = types.mk_int(TYPE::ik_signed_char, false);
+  TYPE* plain = types.mk_int(TYPE::ikind_signed_char, false);
   EXPECT_EQ(types.mk_ptr(integer)->printstr(false), "int *");
   EXPECT_EQ(types.mk_ptr(array_of(types, integer, 3))->printstr(false), "int (*)[3]");
   EXPECT_EQ(array_of(types, array_of(types, types.mk_ptr(integer), 3), 2)->printstr(false),
@@ -210,8 +210,8 @@ TEST(TypePkg, Texts) {
   EXPECT_EQ(types.mk_ptr(types.mk_ptr(function))->printstr(false), "char (**)(const volatile int)");
   EXPECT_EQ(types.mk_qual(types.mk_ptr(types.mk_qual(plain, qf_const)), qf_const)->printstr(false),
             "const char *const");
-  EXPECT_EQ(types.integers[TYPE::ik_signed_char]->printstr(false), "[ExplSign] char");
-  EXPECT_EQ(types.mk_complex(types.floats[TYPE::fk_float])->printstr(false), "cfloat");
+  EXPECT_EQ(types.integers[TYPE::ikind_signed_char]->printstr(false), "[ExplSign] char");
+  EXPECT_EQ(types.mk_complex(types.floats[TYPE::fkind_float])->printstr(false), "cfloat");
   TYPE* csu = types.mk_struct("S", 32, 8, true, 0, false, false, false);
   csu->add_mdata(new fkMDATA("a", integer, ack_public, 4, 12, true, nullptr));
   types.type_frozen(csu);
@@ -246,12 +246,12 @@ TEST(TypePkg, TreesAreDeletedWhole) {
 TEST(TypeRecords, BasicTypes) {
   SampleFile sample;
   TYPE_PKG& types = sample.types;
-  sample.global("a", types.integers[TYPE::ik_bool]);
-  sample.global("b", types.mk_int(TYPE::ik_signed_char, false));
-  sample.global("c", types.integers[TYPE::ik_unsigned_long_long]);
-  sample.global("d", types.floats[TYPE::fk_long_double]);
-  sample.global("e", types.mk_boolean_int(types.integers[TYPE::ik_unsigned_char]));
-  sample.global("f", types.mk_complex(types.floats[TYPE::fk_float]));
+  sample.global("a", types.integers[TYPE::ikind_bool]);
+  sample.global("b", types.mk_int(TYPE::ikind_signed_char, false));
+  sample.global("c", types.integers[TYPE::ikind_unsigned_long_long]);
+  sample.global("d", types.floats[TYPE::fkind_long_double]);
+  sample.global("e", types.mk_boolean_int(types.integers[TYPE::ikind_unsigned_char]));
+  sample.global("f", types.mk_complex(types.floats[TYPE::fkind_float]));
   EXPECT_EQ(type_records(sample), (Records{"04 00 01 08 08 01 01",    // bool
                                            "0F 33 01 40 08 00 00",    // unsigned long long
                                            "10 0A 20 08",             // float
@@ -290,7 +290,7 @@ TEST(TypeRecords, Functions) {
   TYPE_PKG& types = sample.types;
   TYPE* empty = function_of(types, types.void_type, {});                               // 19
   TYPE* taker = types.mk_func(types.void_type, true, true, true, cck_alternate, 0, 0); // 20
-  taker->add_param(new fkPARAM(types.floats[TYPE::fk_float], pk_parameter, ""));
+  taker->add_param(new fkPARAM(types.floats[TYPE::fkind_float], pk_parameter, ""));
   types.type_frozen(taker);
   sample.global("f", empty);
   sample.global("g", taker);
@@ -309,7 +309,7 @@ TEST(TypeRecords, Enums) {
   PSN position{"e.c", 1, 2};
   enumeration->add_etor(new fkETOR(-1, "m", &position));
   types.type_frozen(enumeration);
-  TYPE* wide = types.mk_enum("F", types.integers[TYPE::ik_unsigned], 32, 8, false); // 20
+  TYPE* wide = types.mk_enum("F", types.integers[TYPE::ikind_unsigned], 32, 8, false); // 20
   wide->add_etor(new fkETOR(-1, "x", nullptr));
   types.type_frozen(wide);
   sample.global("e", enumeration);
@@ -419,7 +419,7 @@ TEST(TypeRecords, ReplacedTypes) {
   TYPE_PKG& types = sample.types;
   TYPE* shadow = struct_of(types, "Old", {int_of(types)});
   TYPE* pointer = types.mk_ptr(shadow);
-  TYPE* final_type = struct_of(types, "New", {types.floats[TYPE::fk_float]});
+  TYPE* final_type = struct_of(types, "New", {types.floats[TYPE::fkind_float]});
   TYPE* between = struct_of(types, "Mid", {});
   shadow->equiv = between;
   between->equiv = final_type;
