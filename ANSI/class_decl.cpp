@@ -347,18 +347,8 @@ a_type* class_specifier(a_decl_parse_state* state) {
                                                : tk_struct;
   a_symbol_kind symbol_kind = kind == tk_union ? symk_union : symk_class_or_struct;
   a_symbol_locator locator;
-  a_source_position position = pos_curr_token;
-  get_token();
-  if (curr_token == tok_identifier) {
-    locator = locator_for_curr_id;
-    locator.symbol = nullptr;
-    get_token();
-  } else if (curr_token == tok_lbrace) {
-    make_unnamed_locator(&locator, &position);
-  } else {
-    syntax_error(ec_exp_definition_of_tag);
+  if (!scan_tag(&locator))
     return error_type();
-  }
   bool is_definition = curr_token == tok_lbrace;
   // `struct s;` declares a tag of this scope, unless more specifiers precede.
   bool is_lone = curr_token == tok_semicolon && !state->decl_flags.type_specifier_seen &&

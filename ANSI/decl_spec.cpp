@@ -296,6 +296,24 @@ static bool any_type_word(const a_specifier_accumulator* acc) {
          acc->complex != cxc_none;
 }
 
+// ---- Tags ----
+
+bool scan_tag(a_symbol_locator* locator) {
+  a_source_position position = pos_curr_token;
+  get_token();
+  if (curr_token == tok_identifier) {
+    *locator = locator_for_curr_id;
+    locator->symbol = nullptr;
+    get_token();
+  } else if (curr_token == tok_lbrace) {
+    make_unnamed_locator(locator, &position);
+  } else {
+    syntax_error(ec_exp_definition_of_tag);
+    return false;
+  }
+  return true;
+}
+
 // ---- Storage classes ----
 
 static a_storage_kind storage_of_token(a_token_kind token) {

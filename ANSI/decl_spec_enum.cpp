@@ -204,18 +204,8 @@ static a_type* scan_enum_definition(a_type* type, a_decl_parse_state* decl_state
 
 a_type* enum_specifier(a_decl_parse_state* state) {
   a_symbol_locator locator;
-  a_source_position position = pos_curr_token;
-  get_token();
-  if (curr_token == tok_identifier) {
-    locator = locator_for_curr_id;
-    locator.symbol = nullptr;
-    get_token();
-  } else if (curr_token == tok_lbrace) {
-    make_unnamed_locator(&locator, &position);
-  } else {
-    syntax_error(ec_exp_definition_of_tag);
+  if (!scan_tag(&locator))
     return error_type();
-  }
   bool is_definition = curr_token == tok_lbrace;
   state->decl_flags.declares_tag = !locator.is_unnamed;
   a_type* type =
