@@ -121,6 +121,7 @@ struct an_issued_diagnostic {
 };
 
 std::vector<an_issued_diagnostic> repeat_table[repeat_table_size];
+bool repeat_table_is_empty = true; // spares most runs the walk over the table
 
 std::vector<an_issued_diagnostic>& repeat_chain(an_error_code code, an_error_severity severity,
                                                 const a_source_position& position) {
@@ -141,6 +142,7 @@ an_issued_diagnostic* find_issued_diagnostic(an_error_code code, an_error_severi
 
 void enter_issued_diagnostic(an_error_code code, an_error_severity severity,
                              const a_source_position& position) {
+  repeat_table_is_empty = false;
   repeat_chain(code, severity, position)
       .push_back(an_issued_diagnostic{code, severity, position, no_scope_number, 0});
 }
@@ -224,6 +226,9 @@ bool find_prototype_diagnostic(an_error_code code, an_error_severity severity,
 }
 
 void clear_repeat_table() {
+  if (repeat_table_is_empty)
+    return;
+  repeat_table_is_empty = true;
   for (std::vector<an_issued_diagnostic>& chain : repeat_table) {
     chain.clear();
   }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -210,8 +211,9 @@ private:
   size_t buffer_capacity = 0;
   char* buffer_end = nullptr;
 
-  std::vector<char> stream_buffer; // outlives the stream's closing
-  mutable uint32_t last_file = 0;  // the file of the latest look-up
+  // Outlives the stream's closing. Not cleared: most files fill little of it.
+  std::unique_ptr<char[]> stream_buffer;
+  mutable uint32_t last_file = 0; // the file of the latest look-up
   // Whether an operation on the stream failed, and errno of the first failure.
   bool failed = false;
   int failure_errno = 0;

@@ -52,8 +52,8 @@ void if_stop(const char* format, ...) {
 
 void I_FILE::set_up_buffers() {
   // A stream that gets no buffer takes a smaller one of its own.
-  stream_buffer.resize(buffer_step);
-  setvbuf(stream, stream_buffer.data(), _IOFBF, stream_buffer.size());
+  stream_buffer = std::make_unique_for_overwrite<char[]>(buffer_step);
+  setvbuf(stream, stream_buffer.get(), _IOFBF, buffer_step);
   grow_buffer();
 }
 
