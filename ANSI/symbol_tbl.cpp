@@ -12,6 +12,8 @@
 
 #include <cstring>
 
+#include <sys/mman.h>
+
 a_symbol* symbol_for_namespace_std;
 a_symbol* symbol_for_namespace_abi;
 a_symbol* symbol_for_make_integer_seq;
@@ -64,7 +66,7 @@ constexpr uint32_t symbol_table_size = 16381; // a prime
 constexpr int num_opname_kinds = 64;
 constexpr int32_t trans_unit_table_increment = 16384;
 
-a_symbol_header* symbol_table[symbol_table_size];
+alignas(4096) a_symbol_header* symbol_table[symbol_table_size];
 bool symbol_table_is_empty = true; // saves the clearing of untouched memory
 a_symbol_header* opname_symbol_table[num_opname_kinds];
 a_symbol_header* error_header;
@@ -1021,6 +1023,8 @@ void symbol_tbl_one_time_init() {
 void symbol_tbl_init() {
   if (!symbol_table_is_empty)
     memset(symbol_table, 0, sizeof symbol_table);
+  else // the keywords touch every page: one call is cheaper than all those faults
+    madvise(symbol_table, sizeof symbol_table, MADV_POPULATE_WRITE);
   symbol_table_is_empty = true;
   memset(opname_symbol_table, 0, sizeof opname_symbol_table);
   error_header = nullptr;
