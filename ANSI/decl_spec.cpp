@@ -498,8 +498,12 @@ static bool scan_type_name_specifier(a_specifier_accumulator* acc, a_decl_parse_
   return true;
 }
 
-static void scan_function_specifier(a_decl_parse_state* state) {
+// C99 6.7.4 p2: only functions are inline; parameters, members and type names
+// are none.
+static void scan_function_specifier(unsigned options, a_decl_parse_state* state) {
   if (curr_token == tok_inline) {
+    if ((options & dso_parameter) || !(options & dso_storage_class))
+      pos_error(ec_inline_not_allowed, &pos_curr_token);
     state->modifiers.inline_seen = true;
     state->modifiers.inline_position = pos_curr_token;
   } else {
@@ -541,7 +545,7 @@ static bool scan_specifier(unsigned options, a_specifier_accumulator* acc,
     take_type(btc_named, type_of_target_word(curr_token), acc, state);
     get_token();
   } else if (is_function_specifier(curr_token))
-    scan_function_specifier(state);
+    scan_function_specifier(options, state);
   else if (is_unsupported_specifier(curr_token))
     refuse_specifier(state);
   else

@@ -35,6 +35,12 @@ void of_type_void;
 void void_param(void, int);
 // CHECK: line [[#@LINE+1]]: error #86: invalid storage class for a parameter
 void static_param(static int a);
+// CHECK: line [[#@LINE+1]]: error #328: "inline" is not allowed here
+void inline_param(inline int a);
+struct has_inline_member {
+  // CHECK: line [[#@LINE+1]]: error #328: "inline" is not allowed here
+  inline int member;
+};
 // CHECK: line [[#@LINE+1]]: error #101: duplicate parameter name
 void same_params(int a, int a);
 // CHECK: line [[#@LINE+1]]: error #93: identifier-list parameters may only be used in a function definition
