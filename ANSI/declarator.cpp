@@ -190,8 +190,9 @@ static void scan_bound(a_derivation* array) {
   }
 }
 
-// At the `[`.
-static void array_declarator(unsigned options) {
+// At the `[`. Qualifiers and `static` stand in a parameter's outermost array
+// alone (C99 6.7.5.2 p1).
+static void array_declarator(unsigned options, bool is_outermost) {
   a_derivation array = {};
   array.kind = tk_array;
   array.position = pos_curr_token;
@@ -207,7 +208,8 @@ static void array_declarator(unsigned options) {
     array.has_static_bound = true;
     get_token();
   }
-  if ((array.has_static_bound || array.qualifiers != tq_none) && !(options & do_parameter)) {
+  if ((array.has_static_bound || array.qualifiers != tq_none) &&
+      !((options & do_parameter) && is_outermost)) {
     pos_error(ec_type_qualifier_not_allowed, &position);
     array.qualifiers = tq_none;
   }
@@ -217,6 +219,8 @@ static void array_declarator(unsigned options) {
     get_token();
   } else if (curr_token != tok_rbracket) {
     scan_bound(&array);
+  } else if (array.has_static_bound) {
+    pos_error(ec_exp_primary_expr, &pos_curr_token);
   }
   remove_stop_token(tok_rbracket);
   required_token(tok_rbracket, ec_exp_rbracket);
@@ -416,10 +420,10 @@ static bool parenthesis_encloses_declarator(unsigned options) {
   return encloses;
 }
 
-static void suffixes(unsigned options, a_func_info_block* func_info) {
-  for (;;) {
+static void suffixes(unsigned options, a_func_info_block* func_info, bool is_next_to_name) {
+  for (;; is_next_to_name = false) {
     if (curr_token == tok_lbracket) {
-      array_declarator(options);
+      array_declarator(options, is_next_to_name);
     } else if (curr_token == tok_lparen) {
       function_declarator(func_info);
     } else {
@@ -461,7 +465,7 @@ static void scan_declarator(unsigned options, a_symbol_locator* locator,
     scan_name(options, locator);
   }
   bool is_next_to_name = derivations.size() == start + number_of_pointers;
-  suffixes(options, is_next_to_name ? func_info : nullptr);
+  suffixes(options, is_next_to_name ? func_info : nullptr, is_next_to_name);
   // The pointers bind after what has been read since.
   std::rotate(derivations.begin() + static_cast<ptrdiff_t>(start),
               derivations.begin() + static_cast<ptrdiff_t>(start + number_of_pointers),

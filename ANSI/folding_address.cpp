@@ -215,7 +215,7 @@ static void conv_integer_to_pointer(a_constant* constant, a_type* type) {
   constant->type = type;
 }
 
-// An address may be held as an integer that has room for it.
+// An address may be held as an integer of its size.
 static bool conv_address(a_constant* constant, a_type* type) {
   if (is_pointer_type(type)) {
     constant->type = type;
@@ -230,7 +230,8 @@ static bool conv_address(a_constant* constant, a_type* type) {
     set_truth(true, type, constant);
     return true;
   }
-  if (size_of_type(type) < size_of_type(constant->type))
+  // A wider integer than the pointer has no form in initial data.
+  if (size_of_type(type) != size_of_type(constant->type))
     return false;
   constant->is_pointer_value = true;
   constant->type = type;

@@ -31,6 +31,13 @@ void of_void[2];
 // CHECK: line [[#@LINE+1]]: error #71: incomplete type is not allowed
 void of_type_void;
 
+// CHECK: line [[#@LINE+1]]: error #752: a type qualifier is not allowed
+void inner_static(int a[static 3], int b[const 2], int c[2][static 3]);
+// CHECK: line [[#@LINE+1]]: error #29: expected an expression
+void static_without_bound(int a[static]);
+// CHECK: line [[#@LINE+1]]: error #28: expression must have a constant value
+long long wide_address = (long long)&inner_static;
+
 // CHECK: line [[#@LINE+1]]: error #528: a parameter may not have void type
 void void_param(void, int);
 // CHECK: line [[#@LINE+1]]: error #86: invalid storage class for a parameter
