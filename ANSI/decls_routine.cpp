@@ -183,6 +183,8 @@ static void old_style_parameter_declarations(a_type* routine_type, a_func_info_b
 static void check_main(const a_routine* routine, const a_source_position* position) {
   if (!is_main_function(routine) || is_error_type(routine->type))
     return;
+  if (routine->is_inline) // C99 6.7.4 p4
+    pos_error(ec_inline_main, position);
   if (type_kind(return_type_of(routine->type)) != tk_integer ||
       !identical_types(make_unqualified_type(return_type_of(routine->type)), integer_type(ik_int)))
     pos_warning(ec_bad_return_type_on_main, position);

@@ -120,4 +120,6 @@ void block(void) {
   // CHECK: line [[#@LINE+1]]: error #146: variable "block_extern" may not be initialized
   extern int block_extern = 1;
 }
+// CHECK: line [[#@LINE+1]]: error #406: function "main" may not be declared inline
+inline int main(void) { return 0; }
 // CHECK: errors detected in the compilation
