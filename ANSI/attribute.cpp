@@ -9,9 +9,9 @@ void attribute_one_time_init() {
 }
 
 void attribute_init() {
-  // Clears the free lists of attributes.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void attribute_trans_unit_init() {
-  // Clears the attributes that wait for a declaration.
+  // Nothing of this module lives on from an earlier unit.
 }

@@ -373,13 +373,13 @@ void check_class_linkage() {
 }
 
 void class_decl_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void class_decl_init() {
-  // Clears the free lists of fixups.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void class_decl_trans_unit_init() {
-  // Clears the lists of deferred work.
+  // Nothing of this module lives on from an earlier unit.
 }

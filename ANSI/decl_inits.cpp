@@ -282,9 +282,9 @@ void decl_inits_one_time_init() {
 }
 
 void decl_inits_init() {
-  // Clears the state of the innermost initialiser.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void decl_inits_trans_unit_init() {
-  // Clears the state of the innermost initialiser.
+  // Nothing of this module lives on from an earlier unit.
 }

@@ -440,13 +440,13 @@ void translation_unit() {
 }
 
 void decls_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void decls_init() {
-  // Clears the free lists of parameter records.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void decls_trans_unit_init() {
-  // Clears the state of the innermost declaration.
+  // Nothing of this module lives on from an earlier unit.
 }

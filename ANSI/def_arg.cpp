@@ -1,9 +1,9 @@
 #include "def_arg.h"
 
 void def_arg_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void def_arg_init() {
-  // Clears the list of default arguments that wait for the end of a class.
+  // Nothing of this module lives on from an earlier run.
 }

@@ -282,7 +282,7 @@ void refuse_floating_point(an_operand* operand) {
 // ---- Initialisation ----
 
 void expr_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void expr_init() {
@@ -293,5 +293,5 @@ void expr_init() {
 }
 
 void expr_trans_unit_init() {
-  // Clears the state of the innermost expression.
+  // Nothing of this module lives on from an earlier unit.
 }

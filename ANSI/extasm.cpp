@@ -1,5 +1,5 @@
 #include "extasm.h"
 
 void extasm_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }

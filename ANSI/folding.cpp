@@ -334,13 +334,13 @@ bool is_null_pointer_constant(const a_constant* constant) {
 }
 
 void folding_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void folding_init() {
-  // Clears the state of the run.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void folding_trans_unit_init() {
-  // Clears the map of relaxed mathematical functions.
+  // Nothing of this module lives on from an earlier unit.
 }

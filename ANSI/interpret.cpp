@@ -5,13 +5,13 @@ void release_interpreter_arenas() {
 }
 
 void interpret_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void interpret_init() {
-  // Clears the interpreter state of the run.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void interpret_trans_unit_init() {
-  // Clears the evaluation stack.
+  // Nothing of this module lives on from an earlier unit.
 }

@@ -396,7 +396,7 @@ void layout_one_time_init() {
 }
 
 void layout_init() {
-  // Clears the free lists of layout records.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void layout_trans_unit_init() {

@@ -293,13 +293,13 @@ void lower_c99_il_memory_region(int32_t region) {
 }
 
 void lower_c99_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void lower_c99_init() {
-  // Clears the table of run-time routines.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void lower_c99_trans_unit_init() {
-  // Clears the routines that the unit has declared.
+  // Nothing of this module lives on from an earlier unit.
 }

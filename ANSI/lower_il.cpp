@@ -40,7 +40,7 @@ void clear_parent_information() {
 }
 
 void il_lower_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void il_lower_init() {

@@ -13,9 +13,9 @@ void do_final_name_mangling() {
 }
 
 void lower_name_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void lower_name_init() {
-  // Clears the mangling state.
+  // Nothing of this module lives on from an earlier run.
 }

@@ -9,5 +9,5 @@ void misra_early_init() {
 }
 
 void misra_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }

@@ -22,9 +22,9 @@ void pch_early_init() {
 }
 
 void pch_one_time_init() {
-  // Registers the variables that a precompiled header saves.
+  // No variable of this module is kept for each unit.
 }
 
 void pch_init() {
-  // Clears the list of directive events.
+  // Nothing of this module lives on from an earlier run.
 }

@@ -396,7 +396,7 @@ void gcc_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
 // -------------------------------------------------------------------------------------------
 
 void pragma_one_time_init() {
-  // Registers the variables that a precompiled header saves.
+  // No variable of this module is kept for each unit.
 }
 
 void pragma_init() {

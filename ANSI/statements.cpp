@@ -519,7 +519,7 @@ void record_entity_in_decl_stmt_if_needed(a_symbol* symbol) {
 }
 
 void statements_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void statements_init() {

@@ -25,13 +25,13 @@ void wrapup_auto_instantiation_information() {
 }
 
 void templates_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void templates_init() {
-  // Clears the list of pending instantiations.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void templates_trans_unit_init() {
-  // Clears the state of the innermost template declaration.
+  // Nothing of this module lives on from an earlier unit.
 }

@@ -9,5 +9,5 @@ void copy_secondary_trans_unit_IL_to_primary() {
 }
 
 void trans_copy_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }

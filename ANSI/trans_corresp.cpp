@@ -9,13 +9,13 @@ void set_master_instance_information() {
 }
 
 void corresp_one_time_init() {
-  // Registers the variables kept for each unit.
+  // No variable of this module is kept for each unit.
 }
 
 void corresp_init() {
-  // Clears the table of corresponding entities.
+  // Nothing of this module lives on from an earlier run.
 }
 
 void corresp_trans_unit_init() {
-  // Clears the list of pending comparisons.
+  // Nothing of this module lives on from an earlier unit.
 }
