@@ -23,6 +23,7 @@ std::vector<std::string> opt_opts;
 std::vector<std::string> cg_opts;
 bool option_seen[oc_count];
 const char* raw_listing_file_name;
+const char* xref_file_name;
 const char* error_output_file_name;
 
 namespace {

@@ -305,6 +305,10 @@ void do_list_file(const an_option&, const char* argument) {
   raw_listing_file_name = file_name_in_internal_encoding(argument);
 }
 
+void do_xref_file(const an_option&, const char* argument) {
+  xref_file_name = file_name_in_internal_encoding(argument);
+}
+
 void do_error_output_file(const an_option&, const char* argument) {
   error_output_file_name = file_name_in_internal_encoding(argument);
 }

@@ -350,6 +350,8 @@ FILE* open_listing(const char* name, an_error_code kind) {
 void open_listing_files() {
   if (raw_listing_file_name != nullptr)
     f_raw_listing = open_listing(raw_listing_file_name, fk_raw_listing);
+  if (xref_file_name != nullptr)
+    f_xref_info = open_listing(xref_file_name, fk_xref);
   if (error_output_file_name != nullptr)
     f_error = open_listing(error_output_file_name, fk_error_output);
 }

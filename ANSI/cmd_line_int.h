@@ -287,6 +287,7 @@ void choose_dialect(a_C_dialect dialect);
 
 // The names of the files that are opened when all options are known.
 extern const char* raw_listing_file_name;
+extern const char* xref_file_name;
 extern const char* error_output_file_name;
 
 // The settings that follow from the options, from the dialect down to the

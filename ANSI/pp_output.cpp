@@ -69,6 +69,10 @@ static bool is_digit(char c) {
   return c >= '0' && c <= '9';
 }
 
+static bool is_sign_of_exponent(char last, char next) {
+  return (next == '+' || next == '-') && strchr("eEpP", last) != nullptr;
+}
+
 // Whether two operator characters begin or continue an operator, a digraph or a
 // comment.
 static bool operators_join(char last, char next) {
@@ -80,47 +84,75 @@ static bool operators_join(char last, char next) {
          (in_cplusplus_mode() && strstr(cplusplus_pairs, pair) != nullptr);
 }
 
-// -- The line after replacement -------------------------------------------------------------
-
-namespace {
-// The text being written, with what is known of its last token.
-struct a_replayed_line {
-  std::string text;
-  bool in_number; // a preprocessing number ends the text
-  bool separator_is_due;
-};
-} // namespace
-
-static bool is_sign_of_exponent(char last, char next) {
-  return (next == '+' || next == '-') && strchr("eEpP", last) != nullptr;
+// Where the run of names and numbers begins that ends the text.
+static size_t start_of_last_word(const std::string& text) {
+  size_t start = text.size();
+  while (start > 0 && (is_id_or_digit(text[start - 1]) || text[start - 1] == '.' ||
+                       (start > 1 && is_sign_of_exponent(text[start - 2], text[start - 1]))))
+    --start;
+  return start;
 }
 
-static bool tokens_join(const a_replayed_line& line, char next) {
-  char last = line.text.back();
-  if (line.in_number && (next == '.' || is_sign_of_exponent(last, next)))
-    return true;
-  if (last == '.' && is_digit(next))
-    return true;
-  bool next_is_quote = next == '"' || next == '\'';
-  if (is_id_or_digit(last))
-    return is_id_or_digit(next) || next_is_quote;
+// Whether a preprocessing number ends the text (C99 6.4.8).
+static bool ends_with_number(const std::string& text) {
+  bool in_number = false;
+  bool in_name = false;
+  for (size_t i = start_of_last_word(text); i < text.size(); ++i) {
+    char c = text[i];
+    bool goes_on = is_id_or_digit(c) || c == '.' || (i > 0 && is_sign_of_exponent(text[i - 1], c));
+    bool begins = is_digit(c) || (c == '.' && i + 1 < text.size() && is_digit(text[i + 1]));
+    in_number = in_number ? goes_on : begins && !in_name;
+    in_name = !in_number && is_id_or_digit(c);
+  }
+  return in_number;
+}
+
+// Whether the name that ends the text is the prefix of a literal.
+static bool ends_with_literal_prefix(const std::string& text, char quote) {
+  static const char* const prefixes[] = {"L", "u", "U", "u8", "R", "LR", "uR", "UR", "u8R"};
+  std::string word = text.substr(start_of_last_word(text));
+  for (const char* prefix : prefixes)
+    if (word == prefix)
+      return quote == '"' || word.back() != 'R';
+  return false;
+}
+
+static bool tokens_join(const std::string& text, char next) {
+  char last = text.back();
+  if (is_id_or_digit(last) || last == '.') {
+    bool is_number = ends_with_number(text);
+    if (is_number && (next == '.' || next == '\'' || is_sign_of_exponent(last, next)))
+      return next != '\'' || digit_separators_enabled;
+    if (is_number || is_id_or_digit(last))
+      return is_id_or_digit(next) || next == '\\' ||
+             ((next == '"' || next == '\'') && ends_with_literal_prefix(text, next));
+    return is_digit(next) || operators_join(last, next);
+  }
   if (last == '"' || last == '\'')
     return in_cplusplus_mode() && is_id_or_digit(next);
   return operators_join(last, next);
 }
 
-static void replay_char(a_replayed_line* line, char c) {
-  if (line->separator_is_due && !line->text.empty() && tokens_join(*line, c)) {
+// -- The line after replacement -------------------------------------------------------------
+
+namespace {
+struct a_replayed_line {
+  std::string text;
+  bool separator_is_due;
+};
+} // namespace
+
+static void replay_text(a_replayed_line* line, const char* start, const char* end) {
+  if (start == end)
+    return;
+  if (line->separator_is_due && !line->text.empty() && tokens_join(line->text, *start))
     line->text.push_back(' ');
-    line->in_number = false;
-  }
   line->separator_is_due = false;
-  char last = line->text.empty() ? ' ' : line->text.back();
-  if (line->in_number)
-    line->in_number = is_id_or_digit(c) || c == '.' || is_sign_of_exponent(last, c);
-  else
-    line->in_number = is_digit(c) && !is_id_or_digit(last);
-  line->text.push_back(c);
+  line->text.append(start, end);
+}
+
+static void ask_for_separator(a_replayed_line* line) {
+  line->separator_is_due = !no_token_separators_in_this_line_of_pp_output;
 }
 
 // Writes back what was taken from the physical text at `p`. Returns the place at
@@ -133,23 +165,29 @@ static const char* replay_orig_line_modifs(a_replayed_line* line, const char* p,
     if ((*modif)->kind == olm_splice) {
       line->text += "\\\n";
     } else if ((*modif)->kind == olm_trigraph) {
-      line->text += "?\?";
-      line->text.push_back(static_cast<char>((*modif)->extra));
+      const char trigraph[3] = {'?', '?', static_cast<char>((*modif)->extra)};
+      replay_text(line, trigraph, trigraph + 3);
       p++;
     }
   }
   return p;
 }
 
-// Where the text around a modification goes on, and in which modification.
+// Where the text around a modification goes on, and in which modification. Null
+// behind the text that stands before a directive that isn't written.
 static const char* leave_modif(a_replayed_line* line, a_source_line_modif** modif) {
   a_source_line_modif* left = *modif;
   *modif = parent_source_line_modif(left);
-  if (left->location == nullptr)
+  if (left->location == nullptr) {
+    if (do_not_put_curr_line_in_pp_output)
+      return nullptr;
+    if (curr_line_is_directive())
+      line->text.push_back('\n');
     return curr_source_line;
+  }
   if (left->length != 0)
     return left->location + left->length;
-  replay_char(line, left->saved_char);
+  replay_text(line, &left->saved_char, &left->saved_char + 1);
   return left->location + 1;
 }
 
@@ -166,10 +204,10 @@ static const char* replay_marker(a_replayed_line* line, const char* p,
     line->text.push_back('\0');
     return p + 2;
   case mtm_end_of_text:
-    line->separator_is_due = !no_token_separators_in_this_line_of_pp_output;
+    ask_for_separator(line);
     return *modif != nullptr ? leave_modif(line, modif) : nullptr;
   case mtm_separator:
-    line->separator_is_due = !no_token_separators_in_this_line_of_pp_output;
+    ask_for_separator(line);
     return p + 2;
   case mtm_variadic_comma:
     return p + 3;
@@ -178,40 +216,73 @@ static const char* replay_marker(a_replayed_line* line, const char* p,
   }
 }
 
+// The end of the text from `p` on that is copied as it stands; `limit` is the
+// place of the next change against the physical text, or null.
+static const char* end_of_plain_text(const char* p, const char* limit) {
+  while (*p != '\0' && *p != '\n' && p != limit)
+    ++p;
+  return p;
+}
+
 // The current logical line as the reader of the output is to see it.
 static const std::string& replayed_line() {
   static a_replayed_line line;
   line.text.clear();
-  line.in_number = line.separator_is_due = false;
+  line.separator_is_due = false;
   const an_orig_line_modif* orig_modif = orig_line_modif_list;
   a_source_line_modif* modif = line_start_source_line_modif;
   const char* p = modif != nullptr ? modif->text_start : curr_source_line;
   while (p != nullptr) {
-    if (modif == nullptr)
+    const char* limit = nullptr;
+    if (modif == nullptr) {
       p = replay_orig_line_modifs(&line, p, &orig_modif);
+      limit = orig_modif != nullptr ? orig_modif->location : nullptr;
+    }
+    const char* end = end_of_plain_text(p, limit);
+    replay_text(&line, p, end);
+    p = end;
     a_source_line_modif* replacement = *p == '\n' ? source_line_modif_at(p) : nullptr;
     if (replacement != nullptr) {
       modif = replacement;
       p = modif->text_start;
-      line.separator_is_due = !no_token_separators_in_this_line_of_pp_output;
+      ask_for_separator(&line);
     } else if (*p == '\0') {
       p = replay_marker(&line, p, &modif);
-    } else {
-      replay_char(&line, *p++);
+    } else if (*p == '\n') {
+      line.text.push_back(*p++);
     }
   }
   return line.text;
 }
 
-void gen_pp_output_for_curr_line() {
-  if (!do_not_put_curr_line_in_pp_output) {
-    fill_gap_in_pp_output();
-    const std::string& text = replayed_line();
-    if (fwrite(text.data(), 1, text.size(), f_pp_output) != text.size() ||
-        putc('\n', f_pp_output) == EOF)
-      file_write_error(fk_pp_output, errno);
-    next_seq_in_pp_output += 1 + static_cast<uint32_t>(std::count(text.begin(), text.end(), '\n'));
+static void write_pp_output(const char* text, size_t length) {
+  if (fwrite(text, 1, length, f_pp_output) != length || putc('\n', f_pp_output) == EOF)
+    file_write_error(fk_pp_output, errno);
+}
+
+// A line with no modification of any kind is written as it stands.
+static bool curr_line_is_unmodified() {
+  return orig_line_modif_list == nullptr && source_line_modif_list == nullptr;
+}
+
+static void write_curr_line() {
+  fill_gap_in_pp_output();
+  ++next_seq_in_pp_output;
+  if (curr_line_is_unmodified()) {
+    write_pp_output(curr_source_line,
+                    static_cast<size_t>(after_end_of_curr_source_line - 2 - curr_source_line));
+    return;
   }
+  const std::string& text = replayed_line();
+  write_pp_output(text.data(), text.size());
+  next_seq_in_pp_output += static_cast<uint32_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+// Of a line that doesn't go out, the text at its start does: the name of a macro
+// that ended an earlier line.
+void gen_pp_output_for_curr_line() {
+  if (!do_not_put_curr_line_in_pp_output || line_start_source_line_modif != nullptr)
+    write_curr_line();
   no_token_separators_in_this_line_of_pp_output = no_token_separators_in_pp_output;
 }
 
@@ -257,8 +328,19 @@ void finish_raw_listing_file() {
   file_write_error(fk_raw_listing, 0);
 }
 
+// Whether the record is that of a definition in force: it wasn't followed by
+// another definition or an #undef.
+static bool macro_is_in_force(const a_macro* macro) {
+  size_t length = 0;
+  while (macro->text[length] != ' ' && macro->text[length] != '(' && macro->text[length] != '\0')
+    ++length;
+  a_symbol_locator locator = cleared_locator;
+  const a_symbol* symbol = find_macro_symbol(find_symbol_header(macro->text, length, &locator));
+  return symbol != nullptr && macro_def_of(symbol)->il_macro == macro;
+}
+
 void gen_pp_output_for_macro_definitions() {
   for (const a_macro* macro = il_header.macros; macro != nullptr; macro = macro->next)
-    if (!macro->is_undef)
+    if (!macro->is_undef && macro_is_in_force(macro))
       fprintf(f_pp_output, "#define %s\n", macro->text);
 }

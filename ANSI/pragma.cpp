@@ -386,10 +386,12 @@ void pop_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
 }
 
 void gcc_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  if (strcmp(pragma->argument_text, "system_header") == 0)
-    mark_current_file_as_system_header();
-  else
-    pos_warning(ec_unrecognized_pragma, &pragma->name_position);
+  if (strcmp(pragma->argument_text, "system_header") == 0) {
+    do_not_put_curr_line_in_pp_output = 1;
+    mark_current_file_as_system_header(pragma->name_position);
+  } else {
+    pos_warning(ec_unrecognized_gcc_pragma, &pragma->name_position);
+  }
 }
 
 // -- Initialisation

@@ -105,6 +105,8 @@ static void proc_undef() {
     some_error_in_curr_directive = 1;
     return;
   }
+  if (check_misra_c_2004)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_19_6, &pos_curr_token);
   a_symbol* symbol = find_macro_symbol(header);
   if (symbol != nullptr) {
     const a_macro_def* def = macro_def_of(symbol);
@@ -130,15 +132,31 @@ static void proc_warning() {
   skip_rest_of_directive();
 }
 
+// Without a parser behind it, of the pragmas only those that change what is read
+// act; `#pragma GCC system_header` is one of them.
+static bool is_system_header_pragma(const a_pragma_kind_description* description) {
+  if (description == nullptr || description->kind != pk_gcc)
+    return false;
+  get_token();
+  return curr_token_is_identifier_string("system_header");
+}
+
+static bool is_macro_stack_pragma(const a_pragma_kind_description* description) {
+  return description != nullptr &&
+         (description->kind == pk_push_macro || description->kind == pk_pop_macro);
+}
+
 static void proc_pragma(const a_source_position& directive_position) {
   a_source_position name_position;
   a_pragma_kind_description* description = look_up_pragma_id(&name_position);
-  record_pragma(description, &directive_position, &name_position, false);
-  bool passes_to_output = do_preprocessing_only && generate_pp_output &&
-                          (description == nullptr || (description->kind != pk_push_macro &&
-                                                      description->kind != pk_pop_macro));
-  if (passes_to_output)
-    do_not_put_curr_line_in_pp_output = 0;
+  do_not_put_curr_line_in_pp_output = is_macro_stack_pragma(description);
+  if (do_preprocessing_only && is_system_header_pragma(description)) {
+    do_not_put_curr_line_in_pp_output = 1;
+    mark_current_file_as_system_header(name_position);
+    skip_rest_of_directive();
+  } else {
+    record_pragma(description, &directive_position, &name_position, false);
+  }
 }
 
 static void unknown_directive() {
@@ -257,6 +275,10 @@ static void end_directive_line() {
 
 void pp_directive() {
   a_source_position position = pos_curr_token;
+  // A comment may stand before the directive, so that the line's start didn't
+  // show it. In the arguments of a macro the line is more than the directive.
+  if (line_end_action != lea_append)
+    do_not_put_curr_line_in_pp_output = 1;
   {
     a_directive_scan scan;
     a_directive_kind kind = classify_directive();

@@ -1,18 +1,22 @@
 // The constant expression of #if and #elif (C99 6.10.1): integers of the
-// target's widest types, with the operators of 6.6 that need no object.
+// target's widest types, `long` before C99, with the operators of 6.6 that need
+// no object.
 
 #include "error.h"
 #include "il_constants.h"
 #include "lexical_int.h"
 #include "macro.h"
+#include "mode_words.h"
 #include "preproc.h"
 #include "target.h"
+#include "types.h"
 
 namespace {
 
 struct a_pp_value {
-  uint64_t bits; // two's complement
+  uint64_t bits; // two's complement; extended to 64 bits as the type asks
   bool is_unsigned;
+  int width; // of the type, in bits
 };
 
 // How deep operands may nest.
@@ -31,19 +35,49 @@ static a_pp_evaluation evaluation;
 
 static a_pp_value scan_conditional();
 
+// Cuts the value to its type.
+static a_pp_value wrapped(a_pp_value value) {
+  if (value.width >= 64)
+    return value;
+  uint64_t unused = ~uint64_t{0} << value.width;
+  bool is_negative = !value.is_unsigned && (value.bits >> (value.width - 1) & 1) != 0;
+  value.bits = is_negative ? value.bits | unused : value.bits & ~unused;
+  return value;
+}
+
+// The width of the type that an `int` has here.
+static int default_width() {
+  bool has_intmax = in_cplusplus_mode() ? std_version >= 201103 || implicit_microsoft_cpp11_mode
+                                        : std_version >= 199901;
+  return precision_of_int_kind(has_intmax ? targ_intmax_kind : ik_long);
+}
+
+static a_pp_value signed_value(bool truth) {
+  return {truth ? uint64_t{1} : uint64_t{0}, false, default_width()};
+}
+
 static a_pp_value fail(an_error_code code, const a_source_position& position) {
   if (!evaluation.failed)
     pos_error(code, &position);
   evaluation.failed = true;
-  return {0, false};
-}
-
-static a_pp_value signed_value(bool truth) {
-  return {truth ? uint64_t{1} : uint64_t{0}, false};
+  return signed_value(false);
 }
 
 static bool is_negative(a_pp_value value) {
   return !value.is_unsigned && static_cast<int64_t>(value.bits) < 0;
+}
+
+static void overflow(const a_source_position& position) {
+  if (evaluation.unevaluated == 0)
+    pos_warning(ec_integer_overflow, &position);
+}
+
+// The value of a calculation whose exact result may not fit.
+static a_pp_value checked(a_pp_value value, bool overflowed, const a_source_position& position) {
+  a_pp_value result = wrapped(value);
+  if (!value.is_unsigned && (overflowed || result.bits != value.bits))
+    overflow(position);
+  return result;
 }
 
 // -- Operands ----------------------------------------------------------------------------
@@ -52,11 +86,12 @@ static a_pp_value value_of_constant() {
   int kind = const_for_curr_token.type != nullptr
                  ? const_for_curr_token.type->variant.integer.int_kind
                  : ik_int;
-  a_pp_value value = {const_for_curr_token.value.int_value, kind == ik_unsigned_long ||
-                                                                kind == ik_unsigned_long_long ||
-                                                                kind == ik_unsigned_int};
+  a_pp_value value = {const_for_curr_token.value.int_value, !int_kind_is_signed(kind),
+                      precision_of_int_kind(kind)};
+  if (value.width < default_width())
+    value.width = default_width();
   get_token();
-  return value;
+  return wrapped(value);
 }
 
 static a_pp_value scan_parenthesized() {
@@ -84,16 +119,21 @@ static a_pp_value scan_primary() {
 }
 
 static a_pp_value negated(a_pp_value value, const a_source_position& position) {
-  if (!value.is_unsigned && value.bits == uint64_t{1} << 63 && evaluation.unevaluated == 0)
-    pos_warning(ec_integer_overflow, &position);
+  bool overflowed = value.bits == uint64_t{1} << 63;
   value.bits = -value.bits;
-  return value;
+  return checked(value, overflowed, position);
 }
 
 // The increments and the like are tokens of expressions, but no operators here.
 static bool is_operator_of_objects(a_token_kind kind) {
   return kind == tok_plus_plus || kind == tok_minus_minus || kind == tok_ampersand ||
          kind == tok_star;
+}
+
+// What would make the operand before it an object, a function or a member.
+static bool is_postfix_operator(a_token_kind kind) {
+  return kind == tok_lparen || kind == tok_lbracket || kind == tok_period || kind == tok_arrow ||
+         kind == tok_plus_plus || kind == tok_minus_minus;
 }
 
 static a_pp_value scan_unary() {
@@ -108,13 +148,15 @@ static a_pp_value scan_unary() {
     if (op == tok_minus)
       value = negated(value, position);
     else if (op == tok_compl)
-      value.bits = ~value.bits;
+      value = wrapped({~value.bits, value.is_unsigned, value.width});
     else if (op == tok_not)
       value = signed_value(value.bits == 0);
   } else if (is_operator_of_objects(op)) {
     value = fail(ec_bad_pp_operator, position);
   } else {
     value = scan_primary();
+    if (is_postfix_operator(curr_token))
+      value = fail(ec_bad_pp_operator, pos_curr_token);
   }
   --evaluation.nesting;
   return value;
@@ -158,28 +200,26 @@ static int precedence_of(a_token_kind kind) {
   }
 }
 
-static void overflow(const a_source_position& position) {
-  if (evaluation.unevaluated == 0)
-    pos_warning(ec_integer_overflow, &position);
-}
-
 static a_pp_value divide(a_token_kind op, a_pp_value left, a_pp_value right,
                          const a_source_position& position) {
-  bool is_unsigned = left.is_unsigned;
+  bool is_division = op == tok_divide;
   if (right.bits == 0) {
     if (evaluation.unevaluated != 0)
-      return {0, is_unsigned};
-    return fail(op == tok_divide ? ec_divide_by_zero : ec_mod_by_zero, position);
+      return right;
+    return fail(is_division ? ec_divide_by_zero : ec_mod_by_zero, position);
   }
-  if (is_unsigned)
-    return {op == tok_divide ? left.bits / right.bits : left.bits % right.bits, true};
+  if (left.is_unsigned) {
+    left.bits = is_division ? left.bits / right.bits : left.bits % right.bits;
+    return left;
+  }
   int64_t a = static_cast<int64_t>(left.bits);
   int64_t b = static_cast<int64_t>(right.bits);
-  if (a == INT64_MIN && b == -1) {
-    overflow(position);
-    return {op == tok_divide ? left.bits : 0, false};
-  }
-  return {static_cast<uint64_t>(op == tok_divide ? a / b : a % b), false};
+  if (is_division && b == -1)
+    return negated(left, position);
+  left.bits = is_division ? static_cast<uint64_t>(a / b)
+              : b == -1   ? 0
+                          : static_cast<uint64_t>(a % b);
+  return left;
 }
 
 // A count that is negative shifts the other way round; one that is too large
@@ -188,21 +228,22 @@ static a_pp_value shift(a_token_kind op, a_pp_value left, a_pp_value right,
                         const a_source_position& position) {
   bool to_left = op == tok_shift_left;
   uint64_t count = right.bits;
+  uint64_t width = static_cast<uint64_t>(left.width);
   if (is_negative(right)) {
     if (evaluation.unevaluated == 0)
       pos_warning(ec_negative_shift_count, &position);
     to_left = !to_left;
     count = -count;
-  } else if (count >= 64 && evaluation.unevaluated == 0) {
+  } else if (count >= width && evaluation.unevaluated == 0) {
     pos_warning(ec_shift_count_too_large, &position);
   }
   uint64_t fill = !to_left && is_negative(left) ? UINT64_MAX : 0;
-  if (count >= 64) {
+  if (count >= width) {
     left.bits = fill;
   } else if (count != 0) {
     left.bits = to_left ? left.bits << count : left.bits >> count | fill << (64 - count);
   }
-  return left;
+  return wrapped(left);
 }
 
 static bool is_less(a_pp_value left, a_pp_value right) {
@@ -230,17 +271,25 @@ static a_pp_value arithmetic(a_token_kind op, a_pp_value left, a_pp_value right,
     left.bits *= right.bits;
     break;
   }
-  if (overflowed && !left.is_unsigned)
-    overflow(position);
-  return left;
+  return checked(left, overflowed, position);
+}
+
+// The usual arithmetic conversions (C99 6.3.1.8).
+static void convert_to_common_type(a_pp_value* left, a_pp_value* right) {
+  bool is_unsigned = left->is_unsigned || right->is_unsigned;
+  if (left->width != right->width)
+    is_unsigned = left->width > right->width ? left->is_unsigned : right->is_unsigned;
+  left->width = right->width = left->width > right->width ? left->width : right->width;
+  left->is_unsigned = right->is_unsigned = is_unsigned;
+  *left = wrapped(*left);
+  *right = wrapped(*right);
 }
 
 static a_pp_value apply(a_token_kind op, a_pp_value left, a_pp_value right,
                         const a_source_position& position) {
   if (op == tok_shift_left || op == tok_shift_right)
     return shift(op, left, right, position);
-  // The usual arithmetic conversions (C99 6.3.1.8).
-  left.is_unsigned = right.is_unsigned = left.is_unsigned || right.is_unsigned;
+  convert_to_common_type(&left, &right);
   switch (op) {
   case tok_divide:
   case tok_remainder:
@@ -318,9 +367,8 @@ static a_pp_value scan_conditional() {
   a_pp_value third = scan_conditional();
   evaluation.unevaluated -= truth;
   --evaluation.nesting;
-  a_pp_value result = truth ? second : third;
-  result.is_unsigned = second.is_unsigned || third.is_unsigned;
-  return result;
+  convert_to_common_type(&second, &third);
+  return truth ? second : third;
 }
 
 static bool is_assignment_operator(a_token_kind kind) {
@@ -330,12 +378,11 @@ static bool is_assignment_operator(a_token_kind kind) {
 bool scan_pp_expression(a_constant* result) {
   evaluation = {};
   a_pp_value value = scan_conditional();
-  bool is_operator = is_assignment_operator(curr_token) || curr_token == tok_comma ||
-                     curr_token == tok_plus_plus || curr_token == tok_minus_minus;
+  bool is_operator = is_assignment_operator(curr_token) || curr_token == tok_comma;
   if (!evaluation.failed && is_operator)
     fail(ec_bad_pp_operator, pos_curr_token);
   if (evaluation.failed)
-    value = {0, false};
+    value = signed_value(false);
   clear_constant(result, con_integer);
   set_unsigned_integer_constant(
       result, value.bits,

@@ -149,6 +149,16 @@ static void end_condition_line() {
   skip_rest_of_directive();
 }
 
+// A conditional is to end in the file in which it began.
+static void check_that_if_is_in_this_file() {
+  if (!check_misra_c_2004)
+    return;
+  a_source_file* file;
+  conv_seq_to_physical_file_and_line(pp_if_stack.back().position.seq, &file, nullptr, nullptr);
+  if (file != curr_ise->source_file)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_19_17, &pos_curr_token);
+}
+
 // -- Skipping -------------------------------------------------------------------------------
 
 enum a_skip_result : uint8_t { sr_go_on, sr_group_found, sr_end };
@@ -163,6 +173,7 @@ static an_error_severity severity_of_repeated_else() {
 }
 
 static a_skip_result skipped_elif(bool may_take_else) {
+  check_that_if_is_in_this_file();
   guard_has_alternative();
   if (pp_if_stack.back().else_seen)
     return else_already_seen(es_error);
@@ -175,6 +186,7 @@ static a_skip_result skipped_elif(bool may_take_else) {
 }
 
 static a_skip_result skipped_else(bool may_take_else) {
+  check_that_if_is_in_this_file();
   guard_has_alternative();
   if (pp_if_stack.back().else_seen)
     return else_already_seen(severity_of_repeated_else());
@@ -202,6 +214,7 @@ static a_skip_result proc_skipped_directive(int outer_depth, bool may_take_else)
     return is_outer ? skipped_else(may_take_else) : sr_go_on;
   case dk_endif:
     if (is_outer) {
+      check_that_if_is_in_this_file();
       end_guard();
       check_for_end_of_directive();
     }
@@ -296,6 +309,7 @@ static bool has_open_conditional() {
 void proc_elif() {
   if (!has_open_conditional())
     return;
+  check_that_if_is_in_this_file();
   guard_has_alternative();
   if (pp_if_stack.back().else_seen)
     else_already_seen(es_error);
@@ -306,6 +320,7 @@ void proc_elif() {
 void proc_else() {
   if (!has_open_conditional())
     return;
+  check_that_if_is_in_this_file();
   guard_has_alternative();
   if (pp_if_stack.back().else_seen)
     else_already_seen(severity_of_repeated_else());
@@ -318,6 +333,7 @@ void proc_else() {
 void proc_endif() {
   if (!has_open_conditional())
     return;
+  check_that_if_is_in_this_file();
   end_guard();
   pop_pp_if();
   check_for_end_of_directive();

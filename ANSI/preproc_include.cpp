@@ -9,6 +9,7 @@
 #include "mem_manage.h"
 #include "misra.h"
 #include "mode_words.h"
+#include "pch.h"
 #include "preproc_int.h"
 #include "source_file.h"
 
@@ -110,6 +111,8 @@ void proc_include(bool from_next_directory) {
   }
   if (!get_header_name()) {
     error_position = pos_curr_token;
+    if (check_misra_c_2004)
+      catastrophe(ec_misra_c_2004_19_3);
     catastrophe(ec_exp_file_name);
   }
   an_include_request request = {};
@@ -177,6 +180,7 @@ static void set_line_and_file(const char* name, uint32_t line, const a_line_flag
 }
 
 void proc_line(bool has_token) {
+  cannot_create_pch_file = 1;
   expand_macros = !has_token;
   if (!has_token) {
     exp_digit_sequence = 1;

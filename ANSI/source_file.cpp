@@ -370,7 +370,11 @@ bool pop_cloned_input_stack_entry(uint32_t line) {
   return true;
 }
 
-void mark_current_file_as_system_header() {
+void mark_current_file_as_system_header(const a_source_position& position) {
+  if (!curr_ise->is_include_file) {
+    pos_warning(ec_pragma_gcc_system_header_in_primary_file, &position);
+    return;
+  }
   curr_ise->is_system_directory = 1;
   if (in_system_header)
     return;

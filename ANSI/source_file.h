@@ -220,8 +220,9 @@ void renumber_current_input_file(uint32_t line);
 // entry is open.
 void push_cloned_input_stack_entry(const char* name, uint32_t line, bool is_system);
 bool pop_cloned_input_stack_entry(uint32_t line);
-// #pragma GCC system_header: from the next line on, the file is a system header.
-void mark_current_file_as_system_header();
+// #pragma GCC system_header: from the next line on, the included file is a system
+// header. Reported at the position in a primary file.
+void mark_current_file_as_system_header(const a_source_position& position);
 
 // -- The include search path -------------------------------------------------------------------
 

@@ -279,7 +279,7 @@ void flush_pp_output_of_curr_line() {
     gen_expanded_raw_listing_output_for_curr_line(source_line_modif_list != nullptr);
 }
 
-static bool line_is_directive() {
+bool curr_line_is_directive() {
   const char* p = curr_source_line;
   while (is_white_space(*p))
     p++;
@@ -352,7 +352,7 @@ bool read_logical_source_line(bool pop_at_eof, bool append) {
   clear_line();
   read_and_list_lines();
   curr_line_is_owed_to_output = 1;
-  do_not_put_curr_line_in_pp_output = currently_in_pp_if_skip || line_is_directive();
+  do_not_put_curr_line_in_pp_output = currently_in_pp_if_skip || curr_line_is_directive();
   return false;
 }
 

@@ -36,6 +36,8 @@ extern a_source_position pos_of_macro_invocation;
 // in a file whose entry says so, at the end of the file.
 bool read_logical_source_line(bool pop_at_eof, bool append);
 
+// Whether the physical line with which the current line begins is a directive.
+bool curr_line_is_directive();
 // Writes what the current line owes to the preprocessed output and the listing.
 void flush_pp_output_of_curr_line();
 

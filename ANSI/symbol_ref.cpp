@@ -109,6 +109,8 @@ void record_symbol_declaration(uint32_t kind, a_symbol* symbol, const a_source_p
                                a_source_correspondence*) {
   if (kind & srk_definition)
     symbol->defined = true;
+  if (symbol->kind >= symk_type && symbol->kind <= symk_enum)
+    kind |= srk_type;
   write_xref_line(kind | srk_declaration, symbol, position);
 }
 

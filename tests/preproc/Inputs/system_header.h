@@ -1,0 +1,3 @@
+#pragma GCC system_header
+in_system_header
+#warning not in a system header

@@ -1,0 +1,44 @@
+// RUN: %krtparse --c99 -E -I%S/Inputs %s > %t.out 2> %t.err; test $? -eq 0
+// RUN: %FileCheck --match-full-lines --strict-whitespace %s < %t.out
+// RUN: %FileCheck --check-prefix=ERR %s < %t.err
+// What of directives and of the lines around them goes to the output.
+#define f(x) [x]
+/* a comment */ #define AFTER_COMMENT 1
+#define OTHER 1
+     //CHECK:f
+f
+#define Y 1
+     //CHECK:f
+f
+#pragma passes // without its comment
+     //CHECK-NEXT:#pragma passes{{ *}}
+     //CHECK:f
+f
+#if 0
+f
+#endif
+     //CHECK:(3)
+(3)
+     //CHECK:[1]
+f(
+#undef Y
+#define Y 2
+1)
+     //CHECK:2 2 2
+Y Y Y
+#pragma push_macro("Y")
+#define OTHER 1
+#pragma pop_macro("Y")
+     //CHECK-NOT:{{.*}}_macro{{.*}}
+     //CHECK:#pragma once
+#pragma once
+     //CHECK:# 1 "{{.*}}system_header.h"
+     //CHECK-NOT:{{.*}}GCC system{{.*}}
+     //CHECK:in_system_header
+#include "system_header.h"
+     //CHECK:#pragma GCC diagnostic ignored "-Wall"
+#pragma GCC diagnostic ignored "-Wall"
+//ERR-NOT:system_header.h
+//ERR:line [[@LINE+1]]: warning: #pragma GCC system_header cannot be used in the primary source file
+#pragma GCC system_header
+//ERR-NOT:warning
