@@ -260,9 +260,11 @@ static void write_pp_output(const char* text, size_t length) {
     file_write_error(fk_pp_output, errno);
 }
 
-// A line with no modification of any kind is written as it stands.
+// A line with no modification of any kind, nor any marker before its end, is
+// written as it stands.
 static bool curr_line_is_unmodified() {
-  return orig_line_modif_list == nullptr && source_line_modif_list == nullptr;
+  return orig_line_modif_list == nullptr && source_line_modif_list == nullptr &&
+         curr_source_line + strlen(curr_source_line) + 2 == after_end_of_curr_source_line;
 }
 
 static void write_curr_line() {
