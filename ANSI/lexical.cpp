@@ -8,6 +8,7 @@
 #include "lexical_int.h"
 #include "macro_int.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "preproc.h"
 #include "source_file.h"
 
@@ -248,6 +249,8 @@ static bool go_to_next_line() {
   return found;
 }
 
+// -- Comments ---------------------------------------------------------------------------
+
 // A comment is left out of the preprocessed output.
 static void replace_comment_by_blank(char* start, char* end) {
   static char blank_text[] = {' ', 0, mtm_end_of_text};
@@ -255,9 +258,52 @@ static void replace_comment_by_blank(char* start, char* end) {
     add_text_modif(start, static_cast<size_t>(end - start), blank_text, blank_text + 1);
 }
 
+// What lint comments say about the code goes the way of pragmas.
+
+static bool lint_word_matches(const char** p, const char* word) {
+  size_t length = strlen(word);
+  if (strncmp(*p, word, length) != 0)
+    return false;
+  *p += length;
+  return true;
+}
+
+static bool is_letter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// Behind VARARGS: the number of arguments to be checked. False for none.
+static bool scan_lint_count(const char** p, unsigned* count) {
+  bool found = false;
+  for (; **p >= '0' && **p <= '9'; ++*p, found = true)
+    *count = *count * 10 + static_cast<unsigned>(**p - '0');
+  return found;
+}
+
+// `p` is behind the characters that begin a comment.
+static void check_for_lint_comment(const char* p, const a_source_position& position) {
+  if (in_preprocessing_directive || currently_in_pp_if_skip || fetch_pp_tokens)
+    return;
+  while (*p == ' ' || *p == '\t')
+    ++p;
+  unsigned count = 0;
+  a_pragma_kind_tag kind = pk_none;
+  if (lint_word_matches(&p, "ARGSUSED"))
+    kind = pk_argsused;
+  else if (lint_word_matches(&p, "VARARGS") && scan_lint_count(&p, &count))
+    kind = pk_varargs;
+  else if (lint_word_matches(&p, "NOTREACHED"))
+    kind = pk_notreached;
+  if (kind != pk_none && !is_letter(*p))
+    add_curr_token_pseudo_pragma(kind, &position)->extra = static_cast<uint16_t>(count);
+}
+
 static void skip_end_of_line_comment() {
   char* start = curr_char_loc;
   char* p = start + 2;
+  a_source_position start_position;
+  position_of_loc(start, &start_position);
+  check_for_lint_comment(p, start_position);
   while (*p != 0 || p[1] == lm_nul_character)
     p += *p == 0 ? 2 : 1;
   curr_char_loc = p;
@@ -280,6 +326,7 @@ static void skip_block_comment() {
   position_of_loc(curr_char_loc, &start_position);
   a_saved_line_loc start(curr_char_loc);
   curr_char_loc += 2;
+  check_for_lint_comment(curr_char_loc, start_position);
   for (;;) {
     char* p = curr_char_loc;
     while (*p != '*' && *p != '/' && *p != 0)
@@ -495,6 +542,18 @@ static a_token_kind scan_sharp(int length) {
   return punctuator(tok_error, length);
 }
 
+// At a digraph that `:` follows: whether its own colon belongs to a `::` instead
+// (C++11 2.5p3). Where it doesn't, the digraph is likely not what was meant.
+static bool colon_is_for_scope(an_error_code code) {
+  if (!in_cplusplus_mode())
+    return false;
+  bool is_cpp11 = std_version >= 201103 || implicit_microsoft_cpp11_mode;
+  if (is_cpp11 && (!gnu_mode || clang_mode || gnu_version >= 40800))
+    return true;
+  report_token_diagnostic(es_warning, code, curr_char_loc);
+  return false;
+}
+
 static a_token_kind scan_less_than() {
   char* p = curr_char_loc;
   if (exp_system_header_name)
@@ -507,12 +566,9 @@ static a_token_kind scan_less_than() {
   case ':':
     if (!alternative_tokens_allowed)
       break;
-    if (p[2] == ':' && p[3] != ':' && p[3] != '>' && in_cplusplus_mode()) {
-      bool is_cpp11 = std_version >= 201103 || implicit_microsoft_cpp11_mode;
-      if (is_cpp11 && (!gnu_mode || clang_mode || gnu_version >= 40800))
-        break;
-      report_token_diagnostic(es_warning, ec_probable_inadvertent_lbracket_digraph, p);
-    }
+    if (p[2] == ':' && p[3] != ':' && p[3] != '>' &&
+        colon_is_for_scope(ec_probable_inadvertent_lbracket_digraph))
+      break;
     return punctuator(tok_lbracket, 2);
   case '%':
     if (alternative_tokens_allowed)
@@ -546,7 +602,9 @@ static a_token_kind scan_percent() {
   if (alternative_tokens_allowed) {
     if (p[1] == '>')
       return punctuator(tok_rbrace, 2);
-    if (p[1] == ':')
+    bool is_digraph = p[1] == ':' && !(p[2] == ':' && p[3] != ':' &&
+                                       colon_is_for_scope(ec_probable_inadvertent_sharp_digraph));
+    if (is_digraph)
       return scan_sharp(2);
   }
   return punctuator(tok_remainder, 1);
@@ -605,8 +663,8 @@ static a_token_kind scan_prefixed_literal_or_identifier(char* p) {
   unsigned prefix = scan_encoding_prefix(p, &prefix_length);
   if (prefix == 0)
     return scan_identifier(p, inert_none);
-  return (prefix & ep_string) != 0 ? scan_string_literal(p, prefix, prefix_length)
-                                   : scan_char_literal(p, prefix, prefix_length);
+  return (prefix & ep_string) != 0 ? scan_string_literal(prefix, prefix_length)
+                                   : scan_char_literal(prefix, prefix_length);
 }
 
 // At a NUL or another character that isn't part of a token by itself.
@@ -634,9 +692,9 @@ static a_token_kind scan_one_token() {
   case '"':
     if (exp_header_name)
       return scan_header_name(p, '"');
-    return scan_string_literal(p, ep_none | ep_string, 0);
+    return scan_string_literal(ep_none | ep_string, 0);
   case '\'':
-    return scan_char_literal(p, ep_none, 0);
+    return scan_char_literal(ep_none, 0);
   case '#':
     return scan_sharp(1);
   case '.':
@@ -800,6 +858,7 @@ void lexical_one_time_init() {
   for (int c = 0; c < 256; ++c)
     is_id_char[c] =
         c < 128 ? is_ascii_id_char(c) : !multibyte_chars_in_source_enabled && is_latin_1_letter(c);
+  lexical_string_one_time_init();
   static bool registered;
   if (!registered)
     register_source_line_adjuster(adjust_scanner_pointers);
@@ -810,7 +869,6 @@ void lexical_init() {
   source_line_init();
   source_file_init();
   lexical_cache_init();
-  lexical_literal_init();
   lexical_parse_init();
 }
 

@@ -336,6 +336,12 @@ void concat_string_literals(const a_constant* first, const a_constant* second, a
 uint32_t conv_single_char(char** location, char* end, a_string_char_kind char_kind,
                           bool* is_code_point);
 
+// The header under which the literal operator for a suffix is declared.
+a_symbol_header* literal_operator_header(const a_symbol_header* suffix);
+// The literal operator that the value of the current token, a user-defined
+// literal, calls, and the type of its parameter; null for none (C++11 2.14.8).
+a_symbol* find_literal_operator(const a_symbol_header* suffix, a_type** type);
+
 // The prefix of a character or string literal at `text`.
 enum an_encoding_prefix : unsigned {
   ep_none = 1,
@@ -354,6 +360,7 @@ unsigned scan_encoding_prefix(const char* text, size_t* prefix_length);
 // ------------------------------------------------------------------------------
 
 extern bool is_id_char[256];
+extern bool is_raw_string_delimiter_char[256];
 
 // A \u or \U at *location, which moves behind it. The code point; 0 after a
 // fault, which is reported when `report` is on.

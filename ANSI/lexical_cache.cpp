@@ -179,7 +179,8 @@ static a_cached_token* cached_copy_of_curr_token() {
     token->extra_kind = ctk_ud_literal;
     token->variant.ud_literal = {alloc_cached_constant(&const_for_curr_token),
                                  alloc_cached_constant(&const_with_curr_tok_spelling),
-                                 ud_lit_op_sym_for_curr_token, nullptr, ud_lit_type_for_curr_token};
+                                 ud_lit_op_sym_for_curr_token, ud_lit_suffix_for_curr_token,
+                                 ud_lit_type_for_curr_token};
   } else if (curr_token == tok_ms_asm) {
     token->extra_kind = ctk_asm;
     token->variant.asm_string = curr_token_asm_string;
@@ -339,8 +340,10 @@ static void load_cached_token(const a_cached_token* token) {
   case ctk_ud_literal:
     copy_constant(token->variant.ud_literal.constant, &const_for_curr_token);
     copy_constant(token->variant.ud_literal.spelled_constant, &const_with_curr_tok_spelling);
-    ud_lit_op_sym_for_curr_token = token->variant.ud_literal.operator_symbol;
-    ud_lit_type_for_curr_token = token->variant.ud_literal.type;
+    ud_lit_suffix_for_curr_token = token->variant.ud_literal.suffix;
+    // Operators declared since then count too.
+    ud_lit_op_sym_for_curr_token =
+        find_literal_operator(ud_lit_suffix_for_curr_token, &ud_lit_type_for_curr_token);
     break;
   default:
     break;

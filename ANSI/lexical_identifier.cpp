@@ -150,9 +150,7 @@ const char* make_canonical_identifier(const char* text, size_t* length) {
   return canonical.c_str();
 }
 
-// The end of an identifier in which a character that is no plain one was met at
-// `p`; `start` is the beginning of the identifier.
-static char* end_of_extended_identifier(char* start, char* p) {
+char* end_of_extended_identifier(char* start, char* p) {
   for (;;) {
     size_t length;
     if (is_id_char[static_cast<unsigned char>(*p)]) {
@@ -168,11 +166,35 @@ static char* end_of_extended_identifier(char* start, char* p) {
   }
 }
 
+a_symbol_header* header_of_identifier(const char* start, const char* end) {
+  a_symbol_locator locator = cleared_locator;
+  size_t length = static_cast<size_t>(end - start);
+  const char* p = start;
+  while (p < end && is_id_char[static_cast<unsigned char>(*p)])
+    ++p;
+  const char* name = p == end ? start : make_canonical_identifier(start, &length);
+  return find_symbol_header(name, length, &locator);
+}
+
 // -- Keywords --------------------------------------------------------------------------
 
 // The names of operators, and true and false, also count in #if.
 static bool keyword_counts_in_directives(a_token_kind kind) {
-  return !is_keyword_token(kind) || kind == tok_true || kind == tok_false;
+  return (!is_keyword_token(kind) && kind != tok_unimplemented) || kind == tok_true ||
+         kind == tok_false;
+}
+
+// Libraries for clang may name a class like a type trait, which ends the trait.
+static bool is_type_trait_as_class_name(const a_symbol* symbol) {
+  return clang_mode && curr_token == tok_struct &&
+         strncmp(symbol->header->identifier, "__is_", 5) == 0;
+}
+
+static void drop_keyword(a_symbol* symbol) {
+  a_source_position position;
+  position_of_loc(start_of_curr_token, &position);
+  pos_sy_warning(ec_keyword_dropped, &position, symbol);
+  symbol->variant.token_kind = tok_identifier;
 }
 
 // A word that the settings make no keyword is reported at its first use.
@@ -198,6 +220,10 @@ a_token_kind keyword_at_this_place(const a_symbol_header* header) {
     return tok_identifier;
   if (kind == tok_unimplemented) {
     report_unimplemented_keyword(symbol);
+    return tok_identifier;
+  }
+  if (is_type_trait_as_class_name(symbol)) {
+    drop_keyword(symbol);
     return tok_identifier;
   }
   return kind;

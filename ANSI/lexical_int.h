@@ -93,15 +93,18 @@ void report_token_diagnostic(an_error_severity severity, an_error_code code, con
 enum an_inert_mark : uint8_t { inert_none = 0, inert_for_good = 1, inert_for_now = 2 };
 a_token_kind scan_identifier(char* start, an_inert_mark mark);
 a_token_kind scan_number(char* start);
-// `start` is the first byte, a prefix included.
-a_token_kind scan_char_literal(char* start, unsigned prefix, size_t prefix_length);
-a_token_kind scan_string_literal(char* start, unsigned prefix, size_t prefix_length);
+// At start_of_curr_token, a prefix included.
+a_token_kind scan_char_literal(unsigned prefix, size_t prefix_length);
+a_token_kind scan_string_literal(unsigned prefix, size_t prefix_length);
 a_token_kind scan_header_name(char* start, char closing_delimiter);
 // Behind a string literal that get_token is to deliver: joins those that
 // follow it.
 void concat_adjacent_string_literals();
 // String literals are delivered as spelled, without a value.
 extern a_boolean keep_string_literals_raw;
+
+// The suffix of the user-defined literal that is the current token.
+extern a_symbol_header* ud_lit_suffix_for_curr_token;
 
 // The closing delimiter of a literal whose text begins at `text`; null with
 // *text_end set when the line ends first.
@@ -111,9 +114,15 @@ char* find_closing_quote(char* text, char quote, bool has_escapes, char** text_e
 a_token_kind keyword_at_this_place(const a_symbol_header* header);
 extern a_symbol_header* va_args_header;
 
+// Behind an identifier whose first character is at `start`, and in which a
+// character that is no plain one stands at `p`: its end.
+char* end_of_extended_identifier(char* start, char* p);
+// The header of an identifier that may hold extended characters.
+a_symbol_header* header_of_identifier(const char* start, const char* end);
+
 void lexical_identifier_trans_unit_init();
 void lexical_cache_init();
 void lexical_parse_init();
-void lexical_literal_init();
+void lexical_string_one_time_init();
 
 #endif

@@ -534,6 +534,8 @@ static void put_stringized(a_replacement* out, const a_growing_text& text, char 
       ++p;
       if (*p == mtm_nul_character)
         put_text(out, "\\000", 4);
+      else if (*p == mtm_newline) // of a raw string
+        put_text(out, "\\n", 2);
       continue;
     }
     bool is_quote = *p == '"' || *p == '\'';

@@ -61,7 +61,9 @@ a_pragma_kind_description* look_up_pragma_id(a_source_position* position) {
   if (variadic_macros_allowed && curr_token_is_identifier_string("__VA_ARGS__"))
     pos_error(ec_VA_ARGS_not_allowed, &pos_curr_token);
   a_pragma_kind_description* description = pragma_kind_descriptions;
-  while (description != nullptr && !curr_token_is_identifier_string(pragma_name(description->kind)))
+  while (description != nullptr &&
+         ((description->flags & pragma_is_comment) != 0 ||
+          !curr_token_is_identifier_string(pragma_name(description->kind))))
     description = description->next;
   return description;
 }
@@ -204,6 +206,14 @@ static void append_to_curr_token_pragmas(a_pending_pragma* pragma) {
     link = &(*link)->next;
   *link = pragma;
   any_initial_get_token_tests_needed = 1;
+}
+
+a_pending_pragma* add_curr_token_pseudo_pragma(a_pragma_kind_tag kind,
+                                               const a_source_position* position) {
+  a_pending_pragma* pragma = alloc_pending_pragma(pragma_description_for_pragma_kind[kind]);
+  pragma->directive_position = pragma->name_position = *position;
+  append_to_curr_token_pragmas(pragma);
+  return pragma;
 }
 
 void record_pragma(a_pragma_kind_description* description,

@@ -9,6 +9,9 @@
 
 enum a_pragma_kind_tag : uint8_t {
   pk_none = 0,
+  pk_argsused = 3,
+  pk_varargs = 4,
+  pk_notreached = 5,
   pk_once = 11,
   pk_gcc = 17,
   pk_diag_suppress = 18,
@@ -43,6 +46,7 @@ enum a_pragma_flag : uint16_t {
   pragma_recognize_keywords = 0x0040,
   pragma_raw_tokens = 0x0080,
   pragma_front_end_only = 0x0100,
+  pragma_is_comment = 0x0200, // told by a lint comment, never by a directive
   pragma_allowed_in_operator = 0x0800,
   pragma_header_name_operand = 0x1000
 };
@@ -89,6 +93,9 @@ a_pending_pragma* alloc_pending_pragma(a_pragma_kind_description* description);
 inline bool pragma_allowed_in_operators(const a_pragma_kind_description* description) {
   return (description->flags & pragma_allowed_in_operator) != 0;
 }
+// For a lint comment: a pending pragma of the kind at the current token.
+a_pending_pragma* add_curr_token_pseudo_pragma(a_pragma_kind_tag kind,
+                                               const a_source_position* position);
 void free_pending_pragma(a_pending_pragma* pragma);
 void free_pending_pragma_list(a_pending_pragma* pragmas);
 a_pending_pragma* make_copy_of_pragma_list(const a_pending_pragma* pragmas);

@@ -85,6 +85,10 @@ extern an_orig_line_modif* end_orig_line_modif_list;
 an_orig_line_modif* add_orig_line_modif(char* location, an_orig_line_modif_kind kind,
                                         uint32_t extra);
 
+// Brings a trigraph or a splice back as it was written, the newline of a splice
+// as a marker. What stands behind it in the line moves.
+void undo_orig_line_modif(an_orig_line_modif* modif);
+
 // -- Replaced text ------------------------------------------------------------------------------
 
 // A piece of the line replaced by text that lies elsewhere, above all a macro

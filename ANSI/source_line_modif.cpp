@@ -200,17 +200,34 @@ void add_splice_modif(char* location, uint32_t next_seq) {
   forget_positions();
 }
 
-void remove_trigraph_modif_at(const char* location) {
-  if (!ends_with_trigraph_at(location))
-    return;
-  an_orig_line_modif* trigraph = end_orig_line_modif_list;
+static void remove_orig_line_modif(an_orig_line_modif* removed) {
   an_orig_line_modif* before = nullptr;
-  for (auto* modif = orig_line_modif_list; modif != trigraph; modif = modif->next)
+  for (auto* modif = orig_line_modif_list; modif != removed; modif = modif->next)
     before = modif;
-  (before != nullptr ? before->next : orig_line_modif_list) = nullptr;
-  end_orig_line_modif_list = before;
-  trigraph->next = avail_orig_line_modifs;
-  avail_orig_line_modifs = trigraph;
+  (before != nullptr ? before->next : orig_line_modif_list) = removed->next;
+  if (end_orig_line_modif_list == removed)
+    end_orig_line_modif_list = before;
+  removed->next = avail_orig_line_modifs;
+  avail_orig_line_modifs = removed;
+  forget_positions();
+}
+
+void remove_trigraph_modif_at(const char* location) {
+  if (ends_with_trigraph_at(location))
+    remove_orig_line_modif(end_orig_line_modif_list);
+}
+
+void retire_orig_line_modif(an_orig_line_modif* modif, size_t distance) {
+  for (auto* behind = modif->next; behind != nullptr; behind = behind->next)
+    behind->location += distance;
+  logical_char_info.clear();
+  logical_chars_known_to = 0;
+  if (modif->kind == olm_trigraph) {
+    remove_orig_line_modif(modif);
+    return;
+  }
+  modif->kind = olm_newline;
+  modif->location += distance;
   forget_positions();
 }
 

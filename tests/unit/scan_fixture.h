@@ -57,7 +57,18 @@ protected:
   void set_C_modes(int version) {
     C_dialect = cd_ansi_c;
     std_version = version;
-    gnu_mode = gcc_mode = strict_ansi_mode = 0;
+    gnu_mode = gcc_mode = gpp_mode = clang_mode = strict_ansi_mode = 0;
+    raw_string_literals_enabled = user_defined_literals_enabled = 0;
+    utf8_char_literals_enabled = digit_separators_enabled = 0;
+    binary_literals_allowed = universal_character_names_allowed = 1;
+    multibyte_chars_in_source_enabled = allow_dollar_in_id_chars = 0;
+    nullability_qualifiers_enabled = gnu_attributes_enabled = 0;
+    gnu_restrict_keyword_enabled = 0;
+    restrict_keyword_enabled = c99_bool_is_keyword = c99_complex_enabled = version >= 199901;
+    mixed_string_concat_enabled = version >= 199901;
+    alignas_enabled = alignof_enabled = static_assert_enabled = version >= 201112;
+    std_thread_local_storage_specifier_enabled = version >= 201112;
+    lexical_one_time_init();
     trigraphs_allowed = 1;
     alternative_tokens_allowed = version >= 199409;
     end_of_line_comments_allowed = version >= 199901;
@@ -69,6 +80,23 @@ protected:
     uliterals_enabled = version >= 201112;
     check_concatenations = 0;
     error_threshold = es_warning;
+  }
+
+  // C++ of 199711 or 201103, as far as the scanner is concerned.
+  void set_cplusplus_modes(int version) {
+    set_C_modes(199901);
+    C_dialect = cd_cplusplus;
+    std_version = version;
+    bool is_cpp11 = version >= 201103;
+    hex_floating_point_constants_allowed = c99_bool_is_keyword = c99_complex_enabled = 0;
+    restrict_keyword_enabled = 0;
+    bool_is_keyword = wchar_t_is_keyword = rtti_enabled = namespaces_enabled = 1;
+    typename_enabled = explicit_keyword_enabled = 1;
+    raw_string_literals_enabled = user_defined_literals_enabled = uliterals_enabled = is_cpp11;
+    decltype_enabled = nullptr_enabled = noexcept_enabled = constexpr_enabled = is_cpp11;
+    alignas_enabled = alignof_enabled = static_assert_enabled = is_cpp11;
+    char16_t_and_char32_t_are_keywords = is_cpp11;
+    std_thread_local_storage_specifier_enabled = is_cpp11;
   }
 
   void open(const std::string& text) {
