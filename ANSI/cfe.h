@@ -7,6 +7,9 @@
 
 #include <cstdio>
 
+// The version of the front end, which the files that store its memory carry.
+inline constexpr char front_end_version[] = "4.13";
+
 // The streams of the run. f_error is standard error unless redirected; the
 // others are null while they aren't open.
 extern FILE* f_error;

@@ -246,6 +246,8 @@ bool seek_to_page_alignment(FILE* file) {
 }
 
 void open_mapped_il_temp_file() {
+  if (mapped_temp_file != nullptr)
+    close_temp_file(mapped_temp_file);
   mapped_temp_file = open_temp_file(true);
 }
 
@@ -255,11 +257,27 @@ static bool extend_mapped_temp_file(size_t size) {
          putc('\0', mapped_temp_file) != EOF && fflush(mapped_temp_file) == 0;
 }
 
+// Stored memory holds addresses, so each run must have the parts of the file at
+// the same ones: far from where programs, libraries and stacks are placed. If
+// the place is taken, the system chooses another, which only a run that wants
+// stored memory minds.
+static void* map_mapped_temp_file(size_t size, size_t offset) {
+  constexpr uintptr_t start_of_mapped_file = 0x2000'0000'0000;
+  void* wanted = reinterpret_cast<void*>(start_of_mapped_file + offset);
+  const int protection = PROT_READ | PROT_WRITE;
+  const int file = fileno(mapped_temp_file);
+  const off_t file_offset = static_cast<off_t>(offset);
+  void* address =
+      mmap(wanted, size, protection, MAP_PRIVATE | MAP_FIXED_NOREPLACE, file, file_offset);
+  if (address == MAP_FAILED)
+    address = mmap(nullptr, size, protection, MAP_PRIVATE, file, file_offset);
+  return address;
+}
+
 void* map_file_region(size_t size, size_t offset) {
   if (mapped_temp_file == nullptr || !extend_mapped_temp_file(offset + size))
     return nullptr;
-  void* address = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE, fileno(mapped_temp_file),
-                       static_cast<off_t>(offset));
+  void* address = map_mapped_temp_file(size, offset);
   return address == MAP_FAILED ? nullptr : address;
 }
 

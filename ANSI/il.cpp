@@ -4,11 +4,13 @@
 #include "il_constants.h"
 #include "il_statements.h"
 #include "mode_words.h"
+#include "source_file.h"
 #include "symbol_tbl.h"
 #include "trans_unit.h"
 #include "types.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 
@@ -213,12 +215,17 @@ bool is_main_function(const a_routine* routine) {
 
 // --- Life cycle.
 
+void rebuild_structures_on_il_read() {
+  rebuild_seq_number_lookup();
+}
+
 void il_one_time_init() {
   f_register_trans_unit_variable(&curr_il_region_number, sizeof curr_il_region_number, 0);
   f_register_trans_unit_variable(&okay_to_eliminate_unneeded_il_entries,
                                  sizeof okay_to_eliminate_unneeded_il_entries, 0);
   f_register_trans_unit_variable(orphaned_file_scope_il_entries,
-                                 sizeof orphaned_file_scope_il_entries, 0);
+                                 sizeof orphaned_file_scope_il_entries,
+                                 offsetof(a_translation_unit, orphaned_entries));
   f_register_trans_unit_variable(&curr_fp_contract_state, sizeof curr_fp_contract_state, 0);
   f_register_trans_unit_variable(&curr_fenv_access_state, sizeof curr_fenv_access_state, 0);
   f_register_trans_unit_variable(&curr_cx_limited_range_state, sizeof curr_cx_limited_range_state,
@@ -227,6 +234,7 @@ void il_one_time_init() {
   source_corresp_template.position = null_source_position;
   source_corresp_template.name_hash_index = -1;
   default_routine_name_linkage = in_cplusplus_mode() ? nlk_cplusplus : nlk_c;
+  il_alloc_one_time_init();
   il_constants_one_time_init();
 }
 

@@ -65,7 +65,9 @@ void clear_parent(a_source_correspondence* source_corresp, an_il_entry_kind kind
 // The parent scope; null at file scope's outside, or when the function that
 // held it has been freed.
 a_scope* f_get_parent_scope_of(a_source_correspondence* source_corresp, an_il_entry_kind kind);
-// Breaks the links of a copied constant to entries that it must not point to.
+// Replaces the links of a file-scope constant to expressions of the function
+// that is being processed: the expression that it was made from is forgotten,
+// the one that it stands for becomes a local expression reference.
 void fix_memory_region_problems_in_copied_constant(a_constant* constant);
 a_local_scope_ref* make_local_scope_ref(a_scope* scope, void* entity, an_il_entry_kind kind,
                                         a_scope* function_scope);
@@ -104,8 +106,12 @@ void add_to_namespaces_list(a_namespace* namespace_entry, int depth);
 void add_to_using_decls_list(a_using_decl* using_decl, int depth);
 void add_to_templates_list(a_template* templ, int depth);
 void add_to_macros_list(a_macro* macro);
-void add_to_pragma_list(a_pragma* pragma, a_scope* scope);
-void add_scope_orphaned_il_lists(a_scope* scope);
+// Without a scope, the one that lists the owner, or the file scope. The owner, if
+// there is one, is marked.
+void add_to_pragma_list(a_pragma* pragma, a_scope* scope, a_source_correspondence* owner);
+// Moves the file-scope entities that are declared in the function to lists
+// that outlive the body.
+void add_scope_orphaned_il_lists(a_scope* function_scope);
 
 a_variable* make_variable(a_type* type, a_storage_kind storage_kind, int depth);
 // A variable with no name: static at file scope or when that is asked for.
@@ -145,14 +151,24 @@ void mark_to_keep_in_il(void* entry, an_il_entry_kind kind);
 void set_needed_flags_at_end_of_file_scope(a_scope* scope);
 // A unit begins: marks made from here on are only flags.
 void begin_marking_for_trans_unit();
-// Unlinks the entities of the scope that are not marked to be kept.
+// Unlinks the entities of the scope, and of the namespaces in it, that are not
+// marked to be kept.
 void eliminate_unneeded_il_entries(a_scope* scope);
 // Drops the bodies of the routines whose definition nobody needs.
 void eliminate_bodies_of_unneeded_functions();
+// Takes the routine's body away; its region goes with the last body in it. The
+// file-scope entities that were declared in it stay.
 void clear_function_body(a_scope* function_scope);
 void clear_variable_definition(a_variable* variable);
+// Takes the lifetimes of the default arguments of a routine type, or of the one
+// that the type leads to, out of the tree of lifetimes, unless that type stays.
+void eliminate_default_arg_object_lifetimes(a_type* type);
 
-// Lists an entry of file scope that no scope leads to.
+// Whether the body must outlive the end of the function's processing.
+bool keep_function_body_for_possible_inlining(const a_routine* routine);
+
+// Lists an entry of file scope that no scope leads to, in the lists of its unit;
+// null stands for the current one.
 void f_possibly_add_orphaned_file_scope_il_entry(void* entry, an_il_entry_kind kind,
                                                  a_translation_unit* unit);
 
@@ -167,6 +183,9 @@ enum a_walk_parents_flags : unsigned {
 int walk_parents(void* entity, an_il_entry_kind kind,
                  int (*callback)(void* entity, an_il_entry_kind kind, void* control_block),
                  void* control_block, unsigned flags);
+
+// What is kept beside the IL is made anew when the IL has been read from a file.
+void rebuild_structures_on_il_read();
 
 void il_one_time_init();
 void il_init();

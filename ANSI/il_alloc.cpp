@@ -1,9 +1,11 @@
 #include "il_alloc.h"
 
+#include "if_tags.h"
 #include "il.h"
 #include "il_constants.h"
 #include "mode_words.h"
 #include "source_file.h"
+#include "symbol_tbl.h"
 #include "target.h"
 #include "trans_unit.h"
 
@@ -19,6 +21,7 @@ constexpr int32_t primary_file_scope_region = 1;
 // Prefix size of file-scope entries of the current translation unit.
 uint64_t file_scope_prefix_size = primary_prefix_size;
 
+// Records to use again; each translation unit has its own.
 a_template_arg* available_template_args;
 a_constant* available_local_constants;
 
@@ -105,6 +108,15 @@ void* alloc_primary_file_scope_il(uint64_t size) {
   return alloc_file_scope_entry(primary_file_scope_region, size);
 }
 
+// The file-scope region of the translation unit that declares the entity: the
+// current one's for an entity without a symbol.
+static int32_t file_scope_region_of_unit_of(const a_source_correspondence* entity) {
+  const a_translation_unit* unit =
+      entity->symbol == nullptr ? nullptr : trans_unit_for_symbol(entity->symbol);
+  return unit == nullptr || unit == curr_translation_unit ? file_scope_region_number
+                                                          : unit->file_scope_region;
+}
+
 void* alloc_il_in_current_region(uint64_t size) {
   return curr_il_region_number == file_scope_region_number ? alloc_il(size)
                                                            : alloc_function_entry(size);
@@ -118,7 +130,7 @@ void* alloc_il_like_owner(uint64_t size, const a_source_correspondence* owner) {
   if (!il_entry_prefix_of(owner).secondary_trans_unit_entry)
     return alloc_primary_file_scope_il(size);
   PREFIX_SWITCH secondary(false);
-  return alloc_file_scope_entry(file_scope_region_number, size);
+  return alloc_file_scope_entry(file_scope_region_of_unit_of(owner), size);
 }
 
 char* alloc_text_of_string_literal(uint64_t size) {
@@ -500,11 +512,26 @@ a_based_type_list_member* alloc_based_type_list_member(a_based_type_kind derivat
   return member;
 }
 
+static void set_tool_kind(a_pragma* pragma) {
+  switch (pragma->kind) {
+#define PRAGMA_TOOL_KIND(number, name, place)                                                      \
+  case number:                                                                                     \
+    pragma->tool_kind = ifpk_##name;                                                               \
+    pragma->placement = place;                                                                     \
+    break;
+#include "pragma_tool_kinds.def"
+#undef PRAGMA_TOOL_KIND
+  default:
+    break;
+  }
+}
+
 a_pragma* alloc_pragma(uint8_t kind, const a_source_correspondence* owner) {
   void* memory = owner != nullptr ? alloc_il_like_owner(sizeof(a_pragma), owner)
                                   : alloc_il_in_current_region(sizeof(a_pragma));
   auto* pragma = zeroed<a_pragma>(memory);
   pragma->kind = kind;
+  set_tool_kind(pragma);
   return pragma;
 }
 
@@ -545,6 +572,11 @@ a_constant* move_local_constant_to_il(a_constant** constant) {
 
 void empty_available_local_constants() {
   available_local_constants = nullptr;
+}
+
+void il_alloc_one_time_init() {
+  f_register_trans_unit_variable(&available_template_args, sizeof available_template_args, 0);
+  f_register_trans_unit_variable(&available_local_constants, sizeof available_local_constants, 0);
 }
 
 void il_alloc_init() {

@@ -138,6 +138,8 @@ a_variable* alloc_variable(a_storage_kind storage_kind);
 a_class_list_entry* alloc_list_entry_for_class_full(const a_source_correspondence* owner);
 a_based_type_list_member* alloc_based_type_list_member(a_based_type_kind derivation,
                                                        const a_source_correspondence* owner);
+// Placed like the owner, or in the current region without one; with the kind
+// and the place of its record in the intermediate file.
 a_pragma* alloc_pragma(uint8_t kind, const a_source_correspondence* owner);
 
 // --- Constants that serve as temporaries.
@@ -150,6 +152,7 @@ void release_local_constant(a_constant** constant);
 a_constant* move_local_constant_to_il(a_constant** constant);
 void empty_available_local_constants();
 
+void il_alloc_one_time_init();
 void il_alloc_init();
 void il_alloc_trans_unit_init();
 

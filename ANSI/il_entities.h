@@ -52,7 +52,7 @@ struct a_source_correspondence {
   uint32_t referenced : 1;
   uint32_t needed : 1;  // the entity must be emitted
   uint32_t linkage : 2; // an_id_linkage_kind
-  uint32_t is_gnu_extension : 1;
+  uint32_t has_associated_pragma : 1;
   uint32_t local_to_function : 1;
   uint32_t has_local_scope_ref : 1;
   uint32_t is_class_member : 1; // parent_scope is a class scope
@@ -907,6 +907,14 @@ struct an_attribute_arg {
 // ---------------------------------------------------------------------------
 // Pragmas and macros.
 
+// Where in the intermediate file a pragma is written.
+enum a_pragma_place : uint8_t {
+  placed_at_symbol = 0,
+  placed_at_symbol_with_operands = 1,
+  placed_at_file = 2,
+  placed_at_statement = 3
+};
+
 struct a_pragma {
   a_pragma* next;
   uint8_t kind; // a_pragma_kind_tag
@@ -917,8 +925,8 @@ struct a_pragma {
   const char* argument_text;
   uint8_t stdc_name;
   uint8_t stdc_state;
-  uint8_t tool_kind; // kind of the PRAGMA object
-  uint8_t placement; // 0 symbol, 1 symbol with operands, 2 file, 3 statement
+  uint8_t tool_kind; // kind of the PRAGMA object, 0 none
+  a_pragma_place placement;
   PRAGMA* pragma_object;
 };
 

@@ -9,10 +9,14 @@
 
 #include "il_alloc.h"
 #include "il_constants.h"
+#include "il_expr.h"
 #include "il_statements.h"
 #include "il_walk.h"
 #include "mode_words.h"
 #include "scope_stk.h"
+#include "stack_limit.h"
+#include "symbol_tbl.h"
+#include "trans_unit.h"
 #include "types.h"
 
 #include <vector>
@@ -156,14 +160,18 @@ void mark_as_needed_like(void* entry, an_il_entry_kind kind, const a_source_corr
 
 namespace {
 
+template <class T> void keep_list(T* head, an_il_entry_kind kind) {
+  for (; head != nullptr; head = head->next)
+    mark(head, kind, false);
+}
+
 void keep_orphaned_lists() {
   for (auto* list = il_header.scope_orphaned_lists; list != nullptr; list = list->next) {
-    if (list->routine == nullptr || !il_entry_prefix_of(list->routine).keep_in_il)
+    if (!list->routine->keep_definition_in_il && !il_entry_prefix_of(list->routine).keep_in_il)
       continue;
-    for (a_type* type = list->types; type != nullptr; type = type->next)
-      mark(type, iek_type, false);
-    for (a_variable* variable = list->variables; variable != nullptr; variable = variable->next)
-      mark(variable, iek_variable, false);
+    keep_list(list->types, iek_type);
+    keep_list(list->variables, iek_variable);
+    keep_list(list->namespaces, iek_namespace);
   }
   for (int kind = 0; kind <= last_il_entry_kind; kind++)
     for (void* entry = orphaned_file_scope_il_entries[kind].head; entry != nullptr;
@@ -178,8 +186,8 @@ template <class CALL> void for_each_real_namespace(a_scope* scope, CALL call) {
 }
 
 void keep_types_of_scope(a_scope* scope) {
-  for (a_type* type = scope->types; type != nullptr; type = type->next)
-    mark(type, iek_type, false);
+  check_stack_limit(); // namespaces nest as deep as the source has them
+  keep_list(scope->types, iek_type);
   for_each_real_namespace(scope, keep_types_of_scope);
 }
 
@@ -196,8 +204,7 @@ void mark_to_keep_in_il(void* entry, an_il_entry_kind kind) {
     keep_types_of_scope(scope);
   if (scope != il_header.primary_scope)
     return;
-  for (a_macro* macro = il_header.macros; macro != nullptr; macro = macro->next)
-    mark(macro, iek_macro, false);
+  keep_list(il_header.macros, iek_macro);
   keep_orphaned_lists();
 }
 
@@ -227,6 +234,8 @@ void remark_routine_definition_needed(a_routine* routine) {
 
 void set_routine_defined(a_routine* routine) {
   routine->defined = 1;
+  if (il_header.main_routine == nullptr && is_main_function(routine))
+    il_header.main_routine = routine;
   remark_routine_definition_needed(routine);
 }
 
@@ -273,6 +282,7 @@ void mark_roots_of_classes(a_type* type) {
 }
 
 void mark_roots_of_scope(a_scope* scope) {
+  check_stack_limit();
   mark_roots(scope->routines, iek_routine);
   mark_roots(scope->variables, iek_variable);
   for (an_asm_entry* entry = scope->asm_entries; entry != nullptr; entry = entry->next)
@@ -300,12 +310,60 @@ void begin_marking_for_trans_unit() {
 
 namespace {
 
+void detach_lifetime_of_expr(an_expr_node* expr, an_expr_or_stmt_traversal_block*) {
+  if (expr->kind == expr_with_lifetime && expr->variant.with_lifetime.object_lifetime != nullptr)
+    detach_from_object_lifetime_tree(expr->variant.with_lifetime.object_lifetime);
+}
+
+a_type* routine_type_in(a_type* type) {
+  while (type != nullptr) {
+    type = f_skip_typerefs(type);
+    switch (type->kind) {
+    case tk_routine:
+      return type;
+    case tk_pointer:
+      type = type->variant.pointer.referenced_type;
+      break;
+    case tk_array:
+      type = type->variant.array.element_type;
+      break;
+    case tk_ptr_to_member:
+      type = type->variant.ptr_to_member.member_type;
+      break;
+    default:
+      return nullptr;
+    }
+  }
+  return nullptr;
+}
+
+} // namespace
+
+void eliminate_default_arg_object_lifetimes(a_type* type) {
+  type = routine_type_in(type);
+  if (type == nullptr || il_entry_prefix_of(type).keep_in_il)
+    return;
+  an_expr_or_stmt_traversal_block block;
+  clear_expr_or_stmt_traversal_block(&block);
+  block.process_expr = detach_lifetime_of_expr;
+  a_param_type* param = type->variant.routine.routine_supplement->param_types;
+  for (; param != nullptr; param = param->next)
+    if (param->default_arg_expr != nullptr)
+      traverse_expr(param->default_arg_expr, &block);
+}
+
+namespace {
+
 void note_removal(a_routine* routine) {
   if (il_header.main_routine == routine)
     il_header.main_routine = nullptr;
+  eliminate_default_arg_object_lifetimes(routine->type);
 }
-void note_removal(a_variable*) {}
+void note_removal(a_variable* variable) {
+  eliminate_default_arg_object_lifetimes(variable->type);
+}
 void note_removal(a_type*) {}
+void note_removal(a_namespace*) {}
 
 // Unlinks what isn't marked to be kept; returns the last entry that stays.
 template <class T> T* remove_unkept(T** link) {
@@ -333,9 +391,24 @@ void remove_unkept_secondary_entities() {
   }
 }
 
+// What was declared in a discarded body goes unless something else needs it.
+void remove_unkept_of_discarded_bodies() {
+  a_scope_orphaned_list** link = &il_header.scope_orphaned_lists;
+  while (a_scope_orphaned_list* list = *link) {
+    remove_unkept(&list->types);
+    remove_unkept(&list->variables);
+    remove_unkept(&list->namespaces);
+    if (list->types == nullptr && list->variables == nullptr && list->namespaces == nullptr)
+      *link = list->next;
+    else
+      link = &list->next;
+  }
+}
+
 } // namespace
 
 void eliminate_unneeded_il_entries(a_scope* scope) {
+  check_stack_limit();
   for_each_real_namespace(scope, eliminate_unneeded_il_entries);
   a_scope_pointers_block* tails = get_pointers_block_for_scope(scope);
   a_variable* last_variable = remove_unkept(&scope->variables);
@@ -349,16 +422,30 @@ void eliminate_unneeded_il_entries(a_scope* scope) {
     if (tails != nullptr)
       tails->last_type = last_type;
   }
-  if (scope == il_header.primary_scope)
+  if (scope == il_header.primary_scope) {
     remove_unkept_secondary_entities();
+    remove_unkept_of_discarded_bodies();
+  }
 }
+
+namespace {
+
+bool belongs_to_curr_unit(const a_scope* function_scope) {
+  bool is_of_primary_unit = !il_entry_prefix_of(function_scope).secondary_trans_unit_entry;
+  if (is_of_primary_unit != (is_primary_translation_unit != 0))
+    return false;
+  const a_symbol* symbol = function_scope->assoc.routine->source_corresp.symbol;
+  const a_translation_unit* unit = symbol == nullptr ? nullptr : trans_unit_for_symbol(symbol);
+  return unit == nullptr || unit == curr_translation_unit;
+}
+
+} // namespace
 
 void eliminate_bodies_of_unneeded_functions() {
   for (int32_t number = 1; number <= highest_used_function_def_number; number++) {
     a_scope* scope = il_header.function_def_table[number].scope;
     int32_t region = il_header.function_def_table[number].region_number;
-    if (scope == nullptr || mem_region_table[region] == nullptr ||
-        il_entry_prefix_of(scope).secondary_trans_unit_entry)
+    if (scope == nullptr || mem_region_table[region] == nullptr || !belongs_to_curr_unit(scope))
       continue;
     const a_routine* routine = scope->assoc.routine;
     if (!routine->definition_needed && !routine->keep_definition_in_il)
@@ -366,9 +453,14 @@ void eliminate_bodies_of_unneeded_functions() {
   }
 }
 
+bool keep_function_body_for_possible_inlining(const a_routine* routine) {
+  return routine->body_may_be_needed;
+}
+
 void clear_function_body(a_scope* function_scope) {
   a_routine* routine = function_scope->assoc.routine;
   int32_t region = routine->region_number;
+  add_scope_orphaned_il_lists(function_scope);
   il_header.function_def_table[routine->function_def_number] = {nullptr, 0};
   routine->function_def_number = 0;
   routine->region_number = 0;

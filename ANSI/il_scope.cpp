@@ -166,12 +166,24 @@ a_scope* f_get_parent_scope_of(a_source_correspondence* source_corresp, an_il_en
              : source_corresp->parent_scope;
 }
 
+static bool is_expr_of_function(const an_expr_node* expr) {
+  return expr != nullptr && !is_file_scope_entry(expr);
+}
+
 void fix_memory_region_problems_in_copied_constant(a_constant* constant) {
-  an_expr_node* expr = constant->source_expr;
-  if (expr == nullptr || !is_file_scope_entry(constant) || is_file_scope_entry(expr))
+  if (!is_file_scope_entry(constant))
     return;
-  constant->source_expr = nullptr;
-  constant->has_local_expr_node_ref = 0;
+  if (is_expr_of_function(constant->source_expr)) {
+    constant->source_expr = nullptr;
+    constant->has_local_expr_node_ref = 0;
+  }
+  a_template_param_value& value = constant->value.template_param;
+  if (constant->kind != con_template_param || value.param_kind != tpck_expression ||
+      !is_expr_of_function(value.param_data.expr) || innermost_function_scope == nullptr)
+    return;
+  make_local_expr_node_ref(constant, lek_constant_param_expr, value.param_data.expr,
+                           innermost_function_scope);
+  value.param_data.expr = nullptr;
 }
 
 int walk_parents(void* entity, an_il_entry_kind kind,
@@ -411,9 +423,13 @@ void add_to_macros_list(a_macro* macro) {
   first_macro = il_header.macros;
 }
 
-void add_to_pragma_list(a_pragma* pragma, a_scope* scope) {
+void add_to_pragma_list(a_pragma* pragma, a_scope* scope, a_source_correspondence* owner) {
+  if (scope == nullptr)
+    scope = owner == nullptr ? il_header.primary_scope : listing_scope_of(owner);
   a_list_place place = place_of_scope(scope);
   append(&scope->pragmas, tail_of(place, &a_scope_pointers_block::last_pragma), pragma);
+  if (owner != nullptr)
+    owner->has_associated_pragma = 1;
 }
 
 namespace {
@@ -435,34 +451,39 @@ template <class T> void move_file_scope_entities(T** from, T** to) {
   }
 }
 
+// What a scope of the function declares for the file is listed apart.
 void move_to_orphaned_lists(a_scope* scope, a_routine* routine) {
-  for (; scope != nullptr; scope = scope->next) {
-    a_scope_orphaned_list* header = nullptr;
-    if (!is_file_scope_entry(scope) &&
-        (scope->types != nullptr || scope->variables != nullptr || scope->namespaces != nullptr)) {
-      header = alloc_scope_orphaned_list_header();
-      header->routine = routine;
-      header->scope_number = scope->scope_number;
-      move_file_scope_entities(&scope->types, &header->types);
-      move_file_scope_entities(&scope->variables, &header->variables);
-      move_file_scope_entities(&scope->namespaces, &header->namespaces);
-      header->next = il_header.scope_orphaned_lists;
-      il_header.scope_orphaned_lists = header;
-      scope->moved_to_orphaned_lists = 1;
-    }
-    move_to_orphaned_lists(scope->first_nested, routine);
-  }
+  a_scope_orphaned_list lists = {};
+  move_file_scope_entities(&scope->types, &lists.types);
+  move_file_scope_entities(&scope->variables, &lists.variables);
+  move_file_scope_entities(&scope->namespaces, &lists.namespaces);
+  if (lists.types == nullptr && lists.variables == nullptr && lists.namespaces == nullptr)
+    return;
+  a_scope_orphaned_list* header = alloc_scope_orphaned_list_header();
+  *header = lists;
+  header->routine = routine;
+  header->scope_number = scope->scope_number;
+  header->next = il_header.scope_orphaned_lists;
+  il_header.scope_orphaned_lists = header;
+  scope->moved_to_orphaned_lists = 1;
+}
+
+// The scope behind another one, in the order of the source, among those nested
+// in the root.
+a_scope* next_nested_scope(a_scope* scope, const a_scope* root) {
+  if (scope->first_nested != nullptr)
+    return scope->first_nested;
+  while (scope != root && scope->next == nullptr)
+    scope = scope->parent;
+  return scope == root ? nullptr : scope->next;
 }
 
 } // namespace
 
-void add_scope_orphaned_il_lists(a_scope* scope) {
-  a_scope* function_scope = scope;
-  a_scope* next_function = function_scope->next;
-  // The siblings of a function scope are other functions.
-  function_scope->next = nullptr;
-  move_to_orphaned_lists(function_scope, function_scope->assoc.routine);
-  function_scope->next = next_function;
+void add_scope_orphaned_il_lists(a_scope* function_scope) {
+  for (a_scope* scope = function_scope; scope != nullptr;
+       scope = next_nested_scope(scope, function_scope))
+    move_to_orphaned_lists(scope, function_scope->assoc.routine);
 }
 
 // --- Variables made by the front end.

@@ -3,6 +3,7 @@
 
 #include "il_walk_int.h"
 
+#include "il.h"
 #include "il_constants.h"
 #include "il_expr.h"
 #include "il_statements.h"
@@ -24,6 +25,7 @@ void visit(a_source_correspondence& head, FIELD_VISITOR& v) {
 }
 
 void visit(a_scope& scope, FIELD_VISITOR& v) {
+  v.sideways(scope.prev, iek_scope);
   v.sideways(scope.parent, iek_scope);
   switch (scope.kind) {
   case sk_function_prototype:
@@ -92,6 +94,7 @@ void visit(a_variable& variable, FIELD_VISITOR& v) {
   v.text(variable.comdat_name, iek_other_text);
   v.sideways(variable.next_same_name, iek_variable);
   v.child(variable.named_register, iek_named_register);
+  v.front_end(variable.file_symbol);
 }
 
 void visit(a_routine& routine, FIELD_VISITOR& v) {
@@ -125,6 +128,7 @@ void visit(a_routine& routine, FIELD_VISITOR& v) {
   if (routine.section_info != nullptr)
     v.text(routine.section_info->text, iek_other_text);
   v.sideways(routine.using_decl, iek_using_decl);
+  v.front_end(routine.file_symbol);
 }
 
 void visit(a_routine_gnu_supplement& supplement, FIELD_VISITOR& v) {
@@ -140,6 +144,7 @@ void visit(a_field& field, FIELD_VISITOR& v) {
   v.child(field.default_init, iek_dynamic_init);
   v.list(field.attributes_list, iek_il_entity_list_entry);
   v.child(field.constant_value, iek_constant);
+  v.front_end(field.file_member);
 }
 
 void visit(a_param_type& param, FIELD_VISITOR& v) {
@@ -214,6 +219,8 @@ void visit(a_type& type, FIELD_VISITOR& v) {
   default:
     break;
   }
+  v.front_end(type.lowered_file_type);
+  v.front_end(type.source_file_type);
 }
 
 void visit(an_integer_type_supplement& supplement, FIELD_VISITOR& v) {
@@ -576,7 +583,7 @@ void visit(a_statement& statement, FIELD_VISITOR& v) {
   v.list(statement.attributes, iek_attribute);
   v.child(statement.expr, iek_expr_node);
   visit_statement_variant(statement, v);
-  v.child(statement.pre_statement, iek_statement);
+  v.list(statement.pre_statement, iek_statement);
 }
 
 // The scopes of statements are reached as the nested scopes of a scope.
@@ -586,11 +593,11 @@ void visit(a_block_supplement& supplement, FIELD_VISITOR& v) {
 }
 
 void visit(a_for_loop_supplement& supplement, FIELD_VISITOR& v) {
-  v.child(supplement.init_statement, iek_statement);
+  v.list(supplement.init_statement, iek_statement);
   v.child(supplement.increment_expr, iek_expr_node);
   v.sideways(supplement.scope, iek_scope);
-  v.child(supplement.pre_increment_statement, iek_statement);
-  v.child(supplement.pre_condition_statement, iek_statement);
+  v.list(supplement.pre_increment_statement, iek_statement);
+  v.list(supplement.pre_condition_statement, iek_statement);
 }
 
 void visit(a_range_based_for_supplement& supplement, FIELD_VISITOR& v) {
@@ -680,8 +687,7 @@ void visit(an_object_lifetime& lifetime, FIELD_VISITOR& v) {
   v.sideways(lifetime.destructions, iek_dynamic_init);
   v.sideways(lifetime.parent, iek_object_lifetime);
   v.sideways(lifetime.first_destruction_at_entry, iek_dynamic_init);
-  v.sideways(lifetime.first_child, iek_object_lifetime);
-  v.sideways(lifetime.next_sibling, iek_object_lifetime);
+  v.list(lifetime.first_child, iek_object_lifetime, &an_object_lifetime::next_sibling);
 }
 
 // --- The rest.
@@ -690,6 +696,7 @@ void visit(a_label& label, FIELD_VISITOR& v) {
   visit(label.source_corresp, v);
   v.sideways(label.first_goto, iek_statement);
   v.sideways(label.def_statement, iek_statement);
+  v.front_end(label.file_symbol);
 }
 
 void visit(a_namespace& entry, FIELD_VISITOR& v) {
@@ -792,6 +799,8 @@ void visit(a_template_arg& arg, FIELD_VISITOR& v) {
     v.child(arg.value.type, iek_type);
   else if (arg.kind == tak_constant && !arg.is_number)
     v.child(arg.value.constant, iek_constant);
+  else if (arg.kind == tak_template)
+    v.front_end(arg.value.template_symbol);
   v.front_end(arg.operand);
 }
 
@@ -805,6 +814,7 @@ void visit(a_scope_orphaned_list& header, FIELD_VISITOR& v) {
 void visit(a_pragma& pragma, FIELD_VISITOR& v) {
   v.sideways_of_kind(pragma.entity, pragma.entity_kind);
   v.text(pragma.argument_text, iek_other_text);
+  v.front_end(pragma.pragma_object);
 }
 
 void visit(a_template& templ, FIELD_VISITOR& v) {
@@ -864,6 +874,7 @@ void visit(a_source_file& file, FIELD_VISITOR& v) {
 
 void visit(a_seq_number_lookup_entry& entry, FIELD_VISITOR& v) {
   v.sideways(entry.source_file, iek_source_file);
+  v.sideways(entry.physical_file, iek_source_file);
 }
 
 void visit(a_local_expr_node_ref& ref, FIELD_VISITOR& v) {
@@ -1018,4 +1029,22 @@ void (*const visit_functions[last_il_entry_kind + 1])(void*, FIELD_VISITOR&) = {
 
 void visit_fields(void* entry, an_il_entry_kind kind, FIELD_VISITOR& visitor) {
   visit_functions[kind](entry, visitor);
+}
+
+void visit_il_header(FIELD_VISITOR& visitor) {
+  visitor.list(il_header.source_files, iek_source_file);
+  visitor.child(il_header.primary_scope, iek_scope);
+  visitor.sideways(il_header.main_routine, iek_routine);
+  visitor.text(il_header.il_version, iek_other_text);
+  visitor.text(il_header.compilation_time, iek_other_text);
+  visitor.list(il_header.scope_orphaned_lists, iek_scope_orphaned_list);
+  visitor.list(il_header.macros, iek_macro);
+  visitor.list(il_header.secondary_entities, iek_il_entity_list_entry);
+  visitor.list(il_header.seq_lookup_entries, iek_seq_number_lookup_entry);
+  constexpr int64_t orphan_link_offset = -2 * static_cast<int64_t>(sizeof(void*));
+  for (int i = 0; i <= last_il_entry_kind; i++) {
+    auto kind = static_cast<an_il_entry_kind>(i);
+    visitor.list_by_offset(orphaned_file_scope_il_entries[i].head, kind, orphan_link_offset);
+    visitor.sideways(orphaned_file_scope_il_entries[i].tail, kind);
+  }
 }

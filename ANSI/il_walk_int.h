@@ -8,53 +8,74 @@
 #include <cstring>
 #include <vector>
 
-struct a_walk_item {
-  void* entry;
-  an_il_entry_kind kind;
-  bool fields_are_done; // only the entry callback is left
+enum a_walk_step : uint8_t {
+  wstep_enter,    // `place` is an entry to visit
+  wstep_leave,    // all fields of the entry `place` are done
+  wstep_child,    // `place` is a pointer field, to be mapped and followed
+  wstep_list,     // `place` is the head or a link of a list
+  wstep_sideways, // `place` is a pointer field, to be mapped alone
+  wstep_text      // `place` is a text field
 };
 
-// Applies the callbacks to the fields of one entry, and pushes the entries that
-// they lead to on the stack of work.
+// One step of a walk that is still to be done.
+struct a_walk_item {
+  void* place;
+  int64_t detail; // of a list: where the link lies in an element; of a text: its length
+  an_il_entry_kind kind;
+  a_walk_step step;
+};
+
+// Turns the fields of one entry into steps, in the order of the fields. What
+// no callback wants to see makes no step.
 class FIELD_VISITOR {
 public:
   FIELD_VISITOR(const an_il_walk_callbacks& walk_callbacks, bool clear,
                 std::vector<a_walk_item>& work)
-      : callbacks(walk_callbacks), clear_front_end_fields(clear), stack(work) {}
+      : callbacks(walk_callbacks), clear_front_end_fields(clear), steps(work) {}
+
+  // An entry that no field leads to.
+  void root(void* entry, an_il_entry_kind kind) {
+    add(entry, 0, kind, wstep_enter);
+  }
 
   // A pointer to an entry that belongs to this one, or that it needs.
   template <class T> void child(T*& pointer, an_il_entry_kind kind) {
     if (pointer == nullptr)
       return;
-    push(pointer, kind);
-    sideways(pointer, kind);
+    if (callbacks.pointer == nullptr)
+      add(pointer, 0, kind, wstep_enter);
+    else
+      add(&pointer, 0, kind, wstep_child);
   }
 
   // The head of a list; the elements are chained by `next`.
   template <class T> void list(T*& head, an_il_entry_kind kind, T* T::*next = &T::next) {
-    T** link = &head;
-    while (T* element = *link) {
-      push(element, kind);
-      if (callbacks.list != nullptr)
-        *link = static_cast<T*>(callbacks.list(element, kind));
-      link = &(element->*next);
-    }
+    if (head == nullptr)
+      return;
+    const auto* link = reinterpret_cast<const char*>(&(head->*next));
+    add(&head, link - reinterpret_cast<const char*>(head), kind, wstep_list);
+  }
+
+  // A list chained by a link that lies `link_offset` bytes from its elements.
+  void list_by_offset(void*& head, an_il_entry_kind kind, int64_t link_offset) {
+    if (head != nullptr)
+      add(&head, link_offset, kind, wstep_list);
   }
 
   // A pointer that only refers: it isn't followed.
   template <class T> void sideways(T*& pointer, an_il_entry_kind kind) {
     if (pointer != nullptr && callbacks.pointer != nullptr)
-      pointer = static_cast<T*>(callbacks.pointer(pointer, kind));
+      add(&pointer, 0, kind, wstep_sideways);
   }
 
   void text(const char*& field, an_il_entry_kind kind) {
     if (field != nullptr && callbacks.text != nullptr)
-      field = callbacks.text(field, kind, strlen(field) + 1);
+      sized_text(field, strlen(field) + 1, kind);
   }
 
   void sized_text(const char*& field, uint64_t length, an_il_entry_kind kind) {
     if (field != nullptr && callbacks.text != nullptr)
-      field = callbacks.text(field, kind, length);
+      add(&field, static_cast<int64_t>(length), kind, wstep_text);
   }
 
   // A field that has no meaning outside the front end.
@@ -74,16 +95,19 @@ public:
   }
 
 private:
-  template <class T> void push(T* pointer, an_il_entry_kind kind) {
-    stack.push_back({const_cast<void*>(static_cast<const void*>(pointer)), kind, false});
+  void add(const void* place, int64_t detail, an_il_entry_kind kind, a_walk_step step) {
+    steps.push_back({const_cast<void*>(place), detail, kind, step});
   }
 
   const an_il_walk_callbacks& callbacks;
   bool clear_front_end_fields;
-  std::vector<a_walk_item>& stack;
+  std::vector<a_walk_item>& steps;
 };
 
 // Visits all fields of the entry, in their order in the record.
 void visit_fields(void* entry, an_il_entry_kind kind, FIELD_VISITOR& visitor);
+// Visits the fields of the header of the IL, and the lists of orphaned entries
+// in the order of their kinds.
+void visit_il_header(FIELD_VISITOR& visitor);
 
 #endif

@@ -1,4 +1,5 @@
-// The IL file.
+// The IL file: the regions of a compilation as they stand in memory, with an
+// index of where each begins.
 
 #ifndef IL_WRITE_H
 #define IL_WRITE_H
@@ -7,13 +8,17 @@
 
 #include <cstdio>
 
-// The open IL file, null while there is none.
+// The open IL file, null while there is none: then nothing is written.
 extern FILE* f_il;
 
-// Opens the IL and writes its heading when a file is open.
+// Writes the heading.
 void start_il_file();
 
-// Writes the regions that are still to be written.
+// Writes the region, without what has no meaning outside the front end, and
+// notes its place in index_for_il_file. A region is written once.
+void write_memory_region(int32_t region);
+
+// Writes the index of the regions, and completes the heading.
 void finish_il_file();
 
 // Takes back the IL file after an error.

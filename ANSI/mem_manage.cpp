@@ -4,11 +4,14 @@
 #include "host_envir.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "il_write.h"
 #include "mode_words.h"
+#include "pch.h"
 #include "trans_unit.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 
 int32_t file_scope_region_number;
 int32_t highest_used_region_number;
@@ -48,17 +51,21 @@ uint64_t mapped_file_offset;
 
 constexpr uint64_t history_increment = 500;
 
+[[noreturn]] void out_of_memory() {
+  catastrophe(ec_out_of_memory);
+}
+
 void* checked_malloc(uint64_t size) {
   void* p = malloc(size == 0 ? 1 : size);
   if (p == nullptr)
-    catastrophe(ec_out_of_memory);
+    out_of_memory();
   return p;
 }
 
 void* checked_realloc(void* p, uint64_t size) {
   p = realloc(p, size == 0 ? 1 : size);
   if (p == nullptr)
-    catastrophe(ec_out_of_memory);
+    out_of_memory();
   return p;
 }
 
@@ -337,14 +344,49 @@ void free_memory_region(int32_t region) {
     empty_available_local_constants();
 }
 
+namespace {
+
+bool is_scope_of_primary_unit(const a_scope* scope) {
+  return scope != nullptr && !il_entry_prefix_of(scope).secondary_trans_unit_entry;
+}
+
+// The body of the function may still be expanded or instantiated somewhere.
+bool body_may_be_needed(const a_scope* function_scope) {
+  const a_routine* routine = function_scope->assoc.routine;
+  if (function_scope->is_template_prototype || keep_function_body_for_possible_inlining(routine))
+    return true;
+  const a_type* parent_class = class_of_member(&routine->source_corresp);
+  if (parent_class == nullptr)
+    return false;
+  const a_class_type_supplement* supplement =
+      parent_class->variant.class_struct_union.class_supplement;
+  return supplement->is_lambda_closure && supplement->is_unfinished;
+}
+
+bool may_be_written(int32_t region) {
+  const a_scope* first = il_header.region_scope_table[region];
+  if (region != file_scope_region_number || header_stop_position_pending ||
+      !is_scope_of_primary_unit(first) || first->writing_held_back)
+    return false;
+  for (const a_scope* scope = first; scope != nullptr; scope = scope->next)
+    if (scope->kind == sk_function && body_may_be_needed(scope))
+      return false;
+  return true;
+}
+
+} // namespace
+
 void check_for_done_with_memory_region(int32_t region) {
+  if (may_be_written(region))
+    write_memory_region(region);
   trim_memory_region(region);
 }
 
 void check_for_done_with_all_function_memory_regions() {
   for (int32_t region = 2; region <= highest_used_region_number; region++)
-    if (region != file_scope_region_number)
-      check_for_done_with_memory_region(region);
+    if (mem_region_table[region] != nullptr &&
+        is_scope_of_primary_unit(il_header.region_scope_table[region]))
+      write_memory_region(region);
 }
 
 void record_mapped_mem_block(void* address, uint64_t size) {
@@ -402,7 +444,7 @@ char* grow_zeroed_buffer(char* p, uint64_t old_size, uint64_t new_size) {
   // Fresh memory of the system is zero already and stays untouched until it's used.
   p = static_cast<char*>(calloc(1, new_size));
   if (p == nullptr)
-    catastrophe(ec_out_of_memory);
+    out_of_memory();
   remember(&resizable_buffers, p, new_size);
   return p;
 }
@@ -446,6 +488,7 @@ void free_all_memory() {
 }
 
 void mem_manage_early_init() {
+  std::set_new_handler(out_of_memory); // the containers of the library too
   static_records_used = 0;
   general_allocations = nullptr;
   resizable_buffers = nullptr;

@@ -58,7 +58,8 @@ extern uint64_t* index_for_il_file; // where each region was written; 0: not yet
 extern int32_t highest_used_function_def_number;
 extern uint64_t size_of_function_def_table;
 
-// The memory-mapped blocks, for the precompiled header writer.
+// The memory-mapped blocks, for the precompiled header writer. A compilation
+// that makes the same allocations gets them at the same addresses.
 extern a_mem_alloc_history_entry* mem_alloc_history;
 extern uint64_t size_of_mem_alloc_history;
 extern uint64_t num_of_mem_alloc_history_entries;
@@ -106,9 +107,10 @@ template <typename T> T* alloc_front_end_record() {
 void trim_memory_region(int32_t region);
 // Releases all memory of the region. The number isn't used again.
 void free_memory_region(int32_t region);
-// A function or a unit is finished: its region grows no more, or little.
+// A function or a unit is finished: its region grows no more, or little. The
+// region of a file scope that nothing holds back is written to the IL file.
 void check_for_done_with_memory_region(int32_t region);
-// All function bodies are finished.
+// All function bodies are finished: writes the regions of the primary unit's.
 void check_for_done_with_all_function_memory_regions();
 
 // Notes a mapped block of a precompiled header; unmaps all mapped blocks.

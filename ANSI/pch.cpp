@@ -3,6 +3,7 @@
 #include "mode_words.h"
 
 a_boolean cannot_create_pch_file;
+a_boolean header_stop_position_pending;
 
 void add_command_line_pch_event(int, int, int, const char*) {
   // Options matter only to a header that is used.
@@ -19,6 +20,7 @@ void precompiled_header_processing() {
 void pch_early_init() {
   using_a_pch_file = 0;
   building_pch_prefix = 0;
+  header_stop_position_pending = 0;
 }
 
 void pch_one_time_init() {

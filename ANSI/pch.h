@@ -8,6 +8,10 @@
 // Something was met that no precompiled header can hold.
 extern a_boolean cannot_create_pch_file;
 
+// The place up to which a precompiled header is to be made lies ahead: no
+// region is written until then.
+extern a_boolean header_stop_position_pending;
+
 // Records an option that a precompiled header must agree with.
 void add_command_line_pch_event(int kind, int option, int value, const char* text);
 

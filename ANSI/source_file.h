@@ -75,6 +75,8 @@ void record_resumption_of_source_file(a_source_file* file, uint32_t line,
                                       a_source_file* physical_file, uint32_t physical_line);
 // Closes the record at the last line read.
 void record_end_of_source_file(a_source_file* file);
+// Takes over the stretches that the IL header lists.
+void rebuild_seq_number_lookup();
 
 // The record in effect at a sequence number, null for 0. `physical` looks
 // through #line. The line, and whether the number lies past the end of a

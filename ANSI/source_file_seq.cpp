@@ -30,9 +30,14 @@ int compare_source_positions(const a_source_position& a, const a_source_position
 // -- Recording -------------------------------------------------------------------------
 
 static void take_over_stretches() {
-  if (sorted_stretches.size() == il_header.num_seq_lookup_entries)
-    return;
+  if (sorted_stretches.size() != il_header.num_seq_lookup_entries)
+    rebuild_seq_number_lookup();
+}
+
+void rebuild_seq_number_lookup() {
+  constexpr size_t minimum_capacity = 1024;
   sorted_stretches.clear();
+  sorted_stretches.reserve(std::max<size_t>(il_header.num_seq_lookup_entries, minimum_capacity));
   cached_stretch = 0;
   for (auto* entry = il_header.seq_lookup_entries; entry != nullptr; entry = entry->next)
     sorted_stretches.push_back(entry);

@@ -9,6 +9,7 @@
 #include <cstddef>
 
 struct an_exported_template_file;
+struct an_orphaned_entry_list;
 
 struct a_translation_unit {
   a_translation_unit* next; // in order of creation
@@ -21,6 +22,7 @@ struct a_translation_unit {
   uint8_t is_full_unit; // made without an exported template file
   uint8_t unit_flag;
   int32_t file_scope_region;
+  an_orphaned_entry_list* orphaned_entries; // the unit's saved copy of the orphaned lists
 };
 
 extern a_translation_unit* translation_units; // the head is the primary unit
