@@ -1,23 +1,10 @@
-#include "front_end_fixture.h"
-#include "il_constants.h"
-#include "il_statements.h"
+#include "il_fixture.h"
 
 #include <set>
 
 namespace {
 
-class IL_ALLOC_TEST : public FrontEnd {
-protected:
-  // A routine with a body of its own; its region is current afterwards.
-  a_routine* make_routine_with_body() {
-    int32_t saved;
-    switch_to_file_scope_region(&saved);
-    a_routine* routine = alloc_routine();
-    routine->type = make_routine_type_full(void_type());
-    new_function_scope(take_next_scope_number(), routine, 0);
-    return routine;
-  }
-};
+class IL_ALLOC_TEST : public IL_TEST {};
 
 TEST_F(IL_ALLOC_TEST, PrefixTellsThePlacement) {
   a_type* type = alloc_type(tk_struct);
@@ -33,6 +20,212 @@ TEST_F(IL_ALLOC_TEST, PrefixTellsThePlacement) {
   EXPECT_TRUE(is_file_scope_entry(alloc_list_entry_for_class_full(&type->source_corresp)));
   EXPECT_TRUE(is_file_scope_entry(alloc_decl_position_supplement(true)));
   EXPECT_FALSE(is_file_scope_entry(alloc_decl_position_supplement(false)));
+}
+
+// Where an allocator puts its records: at file scope whatever the current
+// region is, in region 1 of the primary unit, or in the current region.
+enum a_placement { at_file_scope, at_primary_file_scope, in_current_region };
+
+struct a_placement_row {
+  const char* name;
+  void* (*allocate)();
+  a_placement placement;
+};
+
+#define ROW(call, placement)                                                                       \
+  {                                                                                                \
+#call, [] { return static_cast<void*>(call); }, placement                                      \
+  }
+
+const a_placement_row placement_rows[] = {
+    ROW(alloc_il(1), at_file_scope),
+    ROW(alloc_text_of_string_literal(1), at_file_scope),
+    ROW(alloc_scope_orphaned_list_header(), at_file_scope),
+    ROW(alloc_param_type(nullptr), at_file_scope),
+    ROW(alloc_derivation_step(), at_file_scope),
+    ROW(alloc_base_class_derivation(), at_file_scope),
+    ROW(alloc_vcall_offset_entry(), at_file_scope),
+    ROW(alloc_overriding_virtual_function(), at_file_scope),
+    ROW(alloc_template_arg(tak_type), at_file_scope),
+    ROW(alloc_base_class(nullptr), at_file_scope),
+    ROW(alloc_list_entry_for_class(), at_file_scope),
+    ROW(alloc_list_entry_for_routine(), at_file_scope),
+    ROW(alloc_type(tk_pointer), at_file_scope),
+    ROW(alloc_type(tk_integer)->variant.integer.integer_supplement, at_file_scope),
+    ROW(alloc_type(tk_routine)->variant.routine.routine_supplement, at_file_scope),
+    ROW(class_supplement_of(alloc_type(tk_class)), at_file_scope),
+    ROW(alloc_type(tk_typeref)->variant.typeref.typeref_supplement, at_file_scope),
+    ROW(alloc_variable_template_info(), at_file_scope),
+    ROW(alloc_field(nullptr), at_file_scope),
+    ROW(alloc_exception_specification(), at_file_scope),
+    ROW(alloc_exception_specification_type(), at_file_scope),
+    ROW(alloc_routine(), at_file_scope),
+    ROW(alloc_gnu_supplement_for_routine(), at_file_scope),
+    ROW(alloc_namespace(), at_file_scope),
+    ROW(alloc_template_parameter(), at_file_scope),
+    ROW(alloc_template_decl(), at_file_scope),
+    ROW(alloc_template(), at_file_scope),
+    ROW(alloc_macro(), at_file_scope),
+    ROW(alloc_name_qualifier(), at_file_scope),
+    ROW(alloc_name_reference(), at_file_scope),
+    ROW(alloc_attribute(), at_file_scope),
+    ROW(alloc_attribute_arg(), at_file_scope),
+    ROW(alloc_attribute_group(), at_file_scope),
+    ROW(alloc_decl_position_supplement(true), at_file_scope),
+    ROW(alloc_variable(sc_none), at_file_scope),
+    ROW(alloc_variable(sc_extern), at_file_scope),
+    ROW(alloc_variable(sc_static), at_file_scope),
+    ROW(fs_constant(con_integer), at_file_scope),
+    ROW(local_constant(), at_file_scope),
+    ROW(alloc_list_entry_for_class_full(nullptr), at_file_scope),
+    ROW(alloc_based_type_list_member(btk_pointer, nullptr), at_file_scope),
+    ROW(alloc_primary_file_scope_il(1), at_primary_file_scope),
+    ROW(alloc_source_file(), at_primary_file_scope),
+    ROW(alloc_seq_number_lookup_entry(), at_primary_file_scope),
+    ROW(alloc_subobject_path(), in_current_region),
+    ROW(alloc_constant(con_integer), in_current_region),
+    ROW(alloc_dynamic_init(dik_none), in_current_region),
+    ROW(alloc_vla_dimension(nullptr), in_current_region),
+    ROW(alloc_asm_entry(), in_current_region),
+    ROW(alloc_asm_operand(), in_current_region),
+    ROW(alloc_named_register_list(), in_current_region),
+    ROW(alloc_label_list(), in_current_region),
+    ROW(alloc_label(), in_current_region),
+    ROW(alloc_local_expr_node_ref(), in_current_region),
+    ROW(alloc_expr_node(expr_error), in_current_region),
+    ROW(alloc_switch_case_entry(), in_current_region),
+    ROW(alloc_handler(), in_current_region),
+    ROW(alloc_statement(stmk_null), in_current_region),
+    ROW(alloc_ctor_init(), in_current_region),
+    ROW(alloc_object_lifetime(olk_block), in_current_region),
+    ROW(alloc_using_decl(), in_current_region),
+    ROW(alloc_scope(sk_block, 9), in_current_region),
+    ROW(alloc_local_scope_ref(), in_current_region),
+    ROW(alloc_element_position(), in_current_region),
+    ROW(alloc_lambda(), in_current_region),
+    ROW(alloc_lambda_capture(), in_current_region),
+    ROW(alloc_il_entity_list_entry(iek_none, nullptr), in_current_region),
+    ROW(alloc_decl_position_supplement(false), in_current_region),
+    ROW(alloc_variable(sc_auto), in_current_region),
+    ROW(alloc_variable(sc_register), in_current_region),
+    ROW(alloc_pragma(0, nullptr), in_current_region),
+};
+#undef ROW
+
+bool lies_in_region(const void* entry, int32_t region) {
+  const char* p = static_cast<const char*>(entry);
+  for (const a_mem_block* block = mem_region_table[region]; block != nullptr; block = block->next)
+    if (p >= block->first_byte && p < block->end)
+      return true;
+  return false;
+}
+
+void check_placements(const std::string& where) {
+  for (const a_placement_row& row : placement_rows) {
+    SCOPED_TRACE(where + ": " + row.name);
+    bool is_local =
+        row.placement == in_current_region && curr_il_region_number != file_scope_region_number;
+    bool is_primary = row.placement == at_primary_file_scope || is_primary_translation_unit;
+    int32_t region = is_local                                 ? curr_il_region_number
+                     : row.placement == at_primary_file_scope ? 1
+                                                              : file_scope_region_number;
+    void* entry = row.allocate();
+    EXPECT_TRUE(lies_in_region(entry, region));
+    const an_il_entry_prefix& prefix = il_entry_prefix_of(entry);
+    EXPECT_EQ(prefix.file_scope_entry, !is_local);
+    EXPECT_EQ(prefix.secondary_trans_unit_entry, !is_primary);
+    EXPECT_FALSE(prefix.visited_flag);
+    EXPECT_TRUE(prefix.il_lowering_flag);
+    EXPECT_FALSE(prefix.keep_in_il);
+    if (is_local)
+      continue;
+    EXPECT_EQ(orphan_link_of(entry), nullptr);
+    if (!is_primary) {
+      EXPECT_EQ(trans_unit_corresp_link_of(entry), nullptr);
+    }
+  }
+}
+
+TEST_F(IL_ALLOC_TEST, AllocatorsPlaceTheirRecordsByTheTable) {
+  initial_value_for_il_lowering_flag = 1;
+  check_placements("primary file scope");
+  make_routine_with_body();
+  check_placements("primary function");
+  is_primary_translation_unit = 0;
+  compute_il_prefix_size();
+  mem_manage_trans_unit_init();
+  il_alloc_trans_unit_init();
+  to_file_scope();
+  check_placements("secondary file scope");
+  make_routine_with_body();
+  check_placements("secondary function");
+  initial_value_for_il_lowering_flag = 0;
+}
+
+TEST_F(IL_ALLOC_TEST, RecordsFollowTheirOwners) {
+  a_type* primary_owner = alloc_type(tk_struct);
+  is_primary_translation_unit = 0;
+  compute_il_prefix_size();
+  mem_manage_trans_unit_init();
+  to_file_scope();
+  a_type* secondary_owner = alloc_type(tk_struct);
+  make_routine_with_body();
+  a_label* local_owner = alloc_label();
+  struct {
+    const a_source_correspondence* owner;
+    int32_t region;
+    bool is_secondary;
+  } cases[] = {{&primary_owner->source_corresp, 1, false},
+               {&secondary_owner->source_corresp, file_scope_region_number, true},
+               {&local_owner->source_corresp, curr_il_region_number, true}};
+  for (auto& c : cases)
+    for (void* entry : std::initializer_list<void*>{
+             alloc_list_entry_for_class_full(c.owner),
+             alloc_based_type_list_member(btk_pointer, c.owner), alloc_pragma(0, c.owner)}) {
+      EXPECT_TRUE(lies_in_region(entry, c.region));
+      EXPECT_EQ(il_entry_prefix_of(entry).secondary_trans_unit_entry, c.is_secondary);
+    }
+  EXPECT_FALSE(is_primary_translation_unit); // as before
+  char* first = static_cast<char*>(alloc_il(8));
+  EXPECT_EQ(static_cast<char*>(alloc_il(8)) - first, 32);
+}
+
+TEST_F(IL_ALLOC_TEST, PragmasKnowTheirRecordInTheFile) {
+  struct {
+    uint8_t kind;
+    uint8_t tool_kind;
+    a_pragma_place placement;
+  } cases[] = {{11, 0, placed_at_symbol},       {28, 12, placed_at_symbol},
+               {35, 88, placed_at_symbol},      {63, 37, placed_at_statement},
+               {81, 83, placed_at_symbol},      {98, 98, placed_at_file},
+               {104, 115, placed_at_symbol},    {92, 118, placed_at_file},
+               {112, 127, placed_at_statement}, {114, 128, placed_at_statement}};
+  for (auto& c : cases) {
+    a_pragma* pragma = alloc_pragma(c.kind, nullptr);
+    EXPECT_EQ(pragma->kind, c.kind);
+    EXPECT_EQ(pragma->tool_kind, c.tool_kind) << int{c.kind};
+    EXPECT_EQ(pragma->placement, c.placement) << int{c.kind};
+  }
+}
+
+TEST_F(IL_ALLOC_TEST, PragmasAreListedAndMarkTheirOwners) {
+  a_type* owner = alloc_type(tk_struct);
+  a_scope* class_scope = alloc_scope(sk_class, 5);
+  class_scope->assoc.type = owner;
+  a_type* member = alloc_type(tk_struct);
+  set_parent_scope(&member->source_corresp, iek_type, class_scope);
+  a_pragma* first = alloc_pragma(63, nullptr);
+  a_pragma* second = alloc_pragma(63, nullptr);
+  a_pragma* of_member = alloc_pragma(63, nullptr);
+  add_to_pragma_list(first, il_header.primary_scope, &owner->source_corresp);
+  add_to_pragma_list(second, nullptr, nullptr);
+  add_to_pragma_list(of_member, nullptr, &member->source_corresp);
+  EXPECT_EQ(il_header.primary_scope->pragmas, first);
+  EXPECT_EQ(first->next, second);
+  EXPECT_EQ(second->next, nullptr);
+  EXPECT_EQ(class_scope->pragmas, of_member);
+  EXPECT_TRUE(owner->source_corresp.has_associated_pragma);
+  EXPECT_TRUE(member->source_corresp.has_associated_pragma);
 }
 
 TEST_F(IL_ALLOC_TEST, SecondaryUnitHasALongerPrefix) {
@@ -70,6 +263,13 @@ TEST_F(IL_ALLOC_TEST, InitialStates) {
   EXPECT_EQ(type->alignment, 1u);
   EXPECT_EQ(class_supplement_of(type)->max_member_alignment, 65535);
   EXPECT_EQ(class_supplement_of(type)->virtual_function_info_offset, -3);
+  EXPECT_EQ(type->source_corresp.position.seq, 0u);
+  a_routine_type_supplement* routine_info =
+      alloc_type(tk_routine)->variant.routine.routine_supplement;
+  EXPECT_EQ(routine_info->param_count_info, 65535);
+  EXPECT_EQ(routine_info->name_linkage, default_routine_name_linkage);
+  EXPECT_EQ(alloc_type(tk_typeref)->variant.typeref.typeref_supplement->index, -1);
+  EXPECT_EQ(alloc_gnu_supplement_for_routine()->constructor_priority, -1);
   set_type_kind(type, tk_error);
   EXPECT_FALSE(type->is_incomplete);
   EXPECT_EQ(type->size, 1u);
@@ -106,6 +306,89 @@ TEST_F(IL_ALLOC_TEST, LocalConstantsAreReused) {
   EXPECT_NE(lasting, first);
   EXPECT_FALSE(is_file_scope_entry(lasting));
   EXPECT_EQ(local_constant(), first);
+}
+
+TEST_F(IL_ALLOC_TEST, TemporariesOfOneUnitAreNotUsedInAnother) {
+  trans_unit_init();
+  enter_translation_unit(alloc_translation_unit(nullptr));
+  a_translation_unit* primary = curr_translation_unit;
+  a_constant* constant = local_constant();
+  a_constant* pointer = constant;
+  release_local_constant(&pointer);
+  save_curr_translation_unit();
+  is_primary_translation_unit = 0;
+  compute_il_prefix_size();
+  mem_manage_trans_unit_init();
+  il_alloc_trans_unit_init();
+  enter_translation_unit(alloc_translation_unit(nullptr));
+  EXPECT_NE(local_constant(), constant);
+  switch_translation_unit(primary);
+  compute_il_prefix_size();
+  EXPECT_EQ(local_constant(), constant);
+  EXPECT_FALSE(il_entry_prefix_of(constant).secondary_trans_unit_entry);
+}
+
+TEST_F(IL_ALLOC_TEST, ExpressionsOfAFunctionLeaveFileScopeConstants) {
+  a_routine* routine = make_routine_with_body();
+  innermost_function_scope = scope_for_routine(routine);
+  an_expr_node* local = alloc_expr_node(expr_error);
+  a_constant* plain = fs_constant(con_integer);
+  plain->source_expr = local;
+  fix_memory_region_problems_in_copied_constant(plain);
+  EXPECT_EQ(plain->source_expr, nullptr);
+  EXPECT_FALSE(plain->has_local_expr_node_ref);
+  a_constant* dependent = fs_constant(con_template_param);
+  set_template_param_constant_kind(dependent, tpck_expression);
+  dependent->value.template_param.param_data.expr = local;
+  fix_memory_region_problems_in_copied_constant(dependent);
+  EXPECT_EQ(dependent->value.template_param.param_data.expr, nullptr);
+  EXPECT_TRUE(dependent->has_local_expr_node_ref);
+  EXPECT_EQ(find_local_expr_node(dependent, lek_constant_param_expr, routine), local);
+  EXPECT_EQ(find_local_expr_node(dependent, lek_constant_backing_expr, routine), nullptr);
+  // A constant of the function itself may point there.
+  a_constant* in_function = alloc_constant(con_integer);
+  in_function->source_expr = local;
+  fix_memory_region_problems_in_copied_constant(in_function);
+  EXPECT_EQ(in_function->source_expr, local);
+  innermost_function_scope = nullptr;
+}
+
+TEST_F(IL_ALLOC_TEST, CopiesAreMadeIndependentOfTheirDeclaration) {
+  a_source_correspondence full;
+  memset(static_cast<void*>(&full), 0xff, sizeof full);
+  a_source_correspondence head = full;
+  break_source_corresp(&head);
+  for (const void* pointer :
+       {static_cast<const void*>(head.symbol), static_cast<const void*>(head.name),
+        static_cast<const void*>(head.source_name),
+        static_cast<const void*>(head.trans_unit_corresp),
+        static_cast<const void*>(head.parent_scope),
+        static_cast<const void*>(head.decl_position_supplement),
+        static_cast<const void*>(head.name_reference),
+        static_cast<const void*>(head.template_entity)})
+    EXPECT_EQ(pointer, nullptr);
+  EXPECT_EQ(head.external_name_id, 0u);
+  EXPECT_EQ(head.enclosing_routine, full.enclosing_routine);
+  EXPECT_EQ(head.attributes, full.attributes);
+  uint32_t flags;
+  memcpy(&flags, reinterpret_cast<char*>(&head.name_reference) + sizeof(void*), sizeof flags);
+  EXPECT_EQ(~flags & 0xffff, 0x3e0bu); // bits 0, 1, 3 and 9 to 13
+  a_source_correspondence instance = full;
+  break_instance_source_corresp(&instance);
+  EXPECT_EQ(instance.name, full.name);
+  EXPECT_EQ(instance.name_reference, nullptr);
+  EXPECT_EQ(instance.decl_position_supplement, nullptr);
+  EXPECT_FALSE(instance.needed);
+  EXPECT_TRUE(instance.is_class_member);
+}
+
+TEST_F(IL_ALLOC_TEST, OnlyNamedKindsHaveTheCommonHead) {
+  a_type* entry = alloc_type(tk_struct);
+  std::set<int> with_head;
+  for (int kind = 0; kind <= last_il_entry_kind; kind++)
+    if (source_corresp_for_il_entry(entry, static_cast<an_il_entry_kind>(kind)) != nullptr)
+      with_head.insert(kind);
+  EXPECT_EQ(with_head, (std::set<int>{2, 6, 7, 8, 11, 12, 28, 43, 53, 54, 58}));
 }
 
 TEST_F(IL_ALLOC_TEST, TemplateArgumentsAreReused) {
@@ -205,201 +488,6 @@ TEST_F(IL_ALLOC_TEST, TemporariesPrecedeNamedVariables) {
   EXPECT_EQ(scope->variables, first);
   EXPECT_EQ(first->next, second);
   EXPECT_EQ(second->next, named);
-}
-
-// --- Walks.
-
-std::multiset<void*> visited_entries;
-
-void count_entry(void* entry, an_il_entry_kind) {
-  visited_entries.insert(entry);
-}
-
-TEST_F(IL_ALLOC_TEST, EachWalkVisitsEachEntryOnce) {
-  // struct node { struct node *next; } *list;
-  a_type* node = alloc_type(tk_struct);
-  a_field* field = alloc_field(make_pointer_type(node));
-  node->variant.class_struct_union.fields = field;
-  a_variable* list = alloc_variable(sc_none);
-  list->type = field->type;
-  il_header.primary_scope->types = node;
-  il_header.primary_scope->variables = list;
-  an_il_walk_callbacks callbacks = {};
-  callbacks.entry = count_entry;
-  for (int walk = 0; walk < 3; walk++) {
-    visited_entries.clear();
-    walk_file_scope_il(callbacks, false);
-    for (void* entry :
-         {static_cast<void*>(node), static_cast<void*>(field), static_cast<void*>(field->type),
-          static_cast<void*>(list), static_cast<void*>(il_header.primary_scope)})
-      EXPECT_EQ(visited_entries.count(entry), 1u);
-  }
-}
-
-TEST_F(IL_ALLOC_TEST, ALongChainIsWalkedWithoutRecursion) {
-  a_type* type = integer_type(ik_int);
-  for (int i = 0; i < 200000; i++)
-    type = make_pointer_type(type);
-  visited_entries.clear();
-  an_il_walk_callbacks callbacks = {};
-  callbacks.entry = count_entry;
-  walk_il_subtree(type, iek_type, callbacks);
-  EXPECT_GT(visited_entries.size(), 200000u);
-}
-
-TEST_F(IL_ALLOC_TEST, FunctionWalksLeaveFileScopeEntriesAsOrphans) {
-  a_routine* routine = make_routine_with_body();
-  a_scope* scope = scope_for_routine(routine);
-  a_variable* local = alloc_variable(sc_auto);
-  local->type = make_pointer_type(integer_type(ik_int));
-  scope->local_variables = local;
-  a_variable* second = alloc_variable(sc_auto);
-  second->type = local->type;
-  local->next = second;
-  visited_entries.clear();
-  an_il_walk_callbacks callbacks = {};
-  callbacks.entry = count_entry;
-  walk_routine_scope_il(routine->region_number, callbacks, false);
-  EXPECT_EQ(visited_entries.count(local), 1u);
-  EXPECT_EQ(visited_entries.count(local->type), 0u);
-  EXPECT_EQ(orphaned_file_scope_il_entries[iek_type].head, local->type);
-  EXPECT_EQ(orphaned_file_scope_il_entries[iek_type].tail, local->type);
-}
-
-// --- What a unit emits.
-
-class IL_NEEDED_TEST : public IL_ALLOC_TEST {
-protected:
-  template <class T> static void append(T** link, T* entity) {
-    while (*link != nullptr)
-      link = &(*link)->next;
-    *link = entity;
-  }
-
-  a_variable* file_variable(const char* name, a_storage_kind storage_kind) {
-    a_variable* variable = alloc_variable(storage_kind);
-    variable->type = integer_type(ik_int);
-    variable->source_corresp.name = name;
-    variable->source_corresp.linkage = storage_kind == sc_static ? idl_internal : idl_external;
-    append(&il_header.primary_scope->variables, variable);
-    return variable;
-  }
-
-  // A function whose body is an empty block.
-  a_routine* function(const char* name, a_storage_kind storage_kind) {
-    a_routine* routine = make_routine_with_body();
-    routine->source_corresp.name = name;
-    routine->storage_kind = storage_kind;
-    routine->source_corresp.linkage = storage_kind == sc_static ? idl_internal : idl_external;
-    a_scope* scope = scope_for_routine(routine);
-    scope->assoc_statement = alloc_statement(stmk_block);
-    set_routine_defined(routine);
-    append(&il_header.primary_scope->routines, routine);
-    int32_t saved;
-    switch_to_file_scope_region(&saved);
-    return routine;
-  }
-
-  void use_in_body(a_routine* routine, an_expr_node* (*make)(void*), void* entity) {
-    switch_il_region(routine->region_number);
-    a_statement* block = scope_for_routine(routine)->assoc_statement;
-    append(&block->variant.block.first_statement, alloc_expr_statement(make(entity)));
-    int32_t saved;
-    switch_to_file_scope_region(&saved);
-  }
-
-  static an_expr_node* variable_use(void* variable) {
-    return var_lvalue_expr(static_cast<a_variable*>(variable));
-  }
-  static an_expr_node* routine_use(void* routine) {
-    return function_lvalue_expr(static_cast<a_routine*>(routine));
-  }
-
-  static void finish() {
-    set_needed_flags_at_end_of_file_scope(il_header.primary_scope);
-    mark_to_keep_in_il(il_header.primary_scope, iek_scope);
-    eliminate_bodies_of_unneeded_functions();
-    eliminate_unneeded_il_entries(il_header.primary_scope);
-  }
-
-  template <class T> static bool is_listed(T* head, T* entity) {
-    while (head != nullptr && head != entity)
-      head = head->next;
-    return head != nullptr;
-  }
-};
-
-TEST_F(IL_NEEDED_TEST, WhatAnExternalFunctionLeadsToIsEmitted) {
-  a_variable* used = file_variable("used", sc_static);
-  a_variable* unused = file_variable("unused", sc_static);
-  a_variable* external = file_variable("external", sc_none);
-  a_variable* declared = file_variable("declared", sc_extern);
-  a_routine* helper = function("helper", sc_static);
-  use_in_body(helper, variable_use, used);
-  a_routine* dead = function("dead", sc_static);
-  use_in_body(dead, variable_use, unused);
-  int32_t dead_region = dead->region_number;
-  a_routine* entry = function("entry", sc_none);
-  use_in_body(entry, routine_use, helper);
-  finish();
-  EXPECT_TRUE(used->source_corresp.needed);
-  EXPECT_TRUE(external->source_corresp.needed);
-  EXPECT_TRUE(helper->source_corresp.needed);
-  EXPECT_TRUE(entry->source_corresp.needed);
-  EXPECT_FALSE(unused->source_corresp.needed);
-  EXPECT_FALSE(declared->source_corresp.needed);
-  EXPECT_FALSE(dead->source_corresp.needed);
-  EXPECT_NE(scope_for_routine(helper), nullptr);
-  EXPECT_EQ(scope_for_routine(dead), nullptr);
-  EXPECT_EQ(mem_region_table[dead_region], nullptr);
-  a_scope* scope = il_header.primary_scope;
-  EXPECT_TRUE(is_listed(scope->variables, used));
-  EXPECT_FALSE(is_listed(scope->variables, unused));
-  EXPECT_FALSE(is_listed(scope->routines, dead));
-}
-
-TEST_F(IL_NEEDED_TEST, AnEarlyMarkCoversWhatIsAddedLater) {
-  a_variable* table = file_variable("table", sc_static);
-  mark_as_needed(table, iek_variable);
-  a_variable* target = file_variable("target", sc_static);
-  a_constant* address = fs_constant(con_address);
-  set_variable_address_constant(target, address, true);
-  table->init_kind = initk_constant;
-  table->initializer.constant = address;
-  finish();
-  EXPECT_TRUE(target->source_corresp.needed);
-}
-
-TEST_F(IL_NEEDED_TEST, TypesStayOnlyWithTheirUsers) {
-  auto file_struct = [](const char* name) {
-    a_type* type = alloc_type(tk_struct);
-    type->source_corresp.name = name;
-    append(&il_header.primary_scope->types, type);
-    return type;
-  };
-  a_type* used = file_struct("used");
-  a_type* unused = file_struct("unused");
-  file_variable("x", sc_none)->type = make_pointer_type(used);
-  finish();
-  EXPECT_TRUE(is_listed(il_header.primary_scope->types, used));
-  EXPECT_TRUE(used->keep_definition_in_il);
-  EXPECT_FALSE(is_listed(il_header.primary_scope->types, unused));
-}
-
-TEST_F(IL_NEEDED_TEST, InlineFunctionsAreEmittedByTheRulesOfTheLanguage) {
-  a_routine* plain = function("plain", sc_none);
-  plain->is_inline = 1;
-  a_routine* c99_external = function("c99_external", sc_extern);
-  c99_external->is_inline = 1;
-  a_routine* gnu_external = function("gnu_external", sc_none);
-  gnu_external->is_inline = gnu_external->is_gnu_inline = 1;
-  a_routine* gnu_extern_inline = function("gnu_extern_inline", sc_extern);
-  gnu_extern_inline->is_inline = gnu_extern_inline->is_gnu_inline = 1;
-  finish();
-  EXPECT_FALSE(plain->source_corresp.needed);
-  EXPECT_TRUE(c99_external->source_corresp.needed);
-  EXPECT_TRUE(gnu_external->source_corresp.needed);
-  EXPECT_FALSE(gnu_extern_inline->source_corresp.needed);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
@@ -124,13 +125,30 @@ TEST_F(MEM_MANAGE_TEST, TablesGrowWithZeroedEntries) {
   EXPECT_EQ(size_of_function_def_table, 2049u);
 }
 
-TEST_F(MEM_MANAGE_TEST, MappedBlocksArePageSizedAndNeverMerged) {
-  free_all_memory();
-  precompiled_header_processing_required = 1;
-  mem_manage_early_init();
-  trans_unit_early_init();
-  mem_manage_one_time_init();
-  mem_manage_init();
+// Memory that is mapped from a file, as it is while a precompiled header may be
+// made or used; no front end beside it.
+class MAPPED_MEMORY_TEST : public MEM_MANAGE_TEST {
+protected:
+  void SetUp() override {
+    MEM_MANAGE_TEST::SetUp();
+    start_mapped_memory();
+  }
+
+  static void start_mapped_memory() {
+    free_all_memory();
+    precompiled_header_processing_required = 1;
+    mem_manage_early_init();
+    trans_unit_early_init();
+    mem_manage_one_time_init();
+    mem_manage_init();
+  }
+
+  static std::vector<a_mem_alloc_history_entry> history() {
+    return {mem_alloc_history, mem_alloc_history + mem_alloc_history_entries_used};
+  }
+};
+
+TEST_F(MAPPED_MEMORY_TEST, BlocksArePageSizedAndNeverMerged) {
   uint64_t blocks = mem_alloc_history_entries_used;
   EXPECT_EQ(blocks, 2u);
   int32_t region = new_memory_region();
@@ -143,6 +161,75 @@ TEST_F(MEM_MANAGE_TEST, MappedBlocksArePageSizedAndNeverMerged) {
   int32_t next = new_memory_region();
   EXPECT_EQ(mem_alloc_history_entries_used, blocks + 2);
   EXPECT_NE(mem_region_table[next], nullptr);
+}
+
+TEST_F(MAPPED_MEMORY_TEST, EqualAllocationsHaveEqualAddresses) {
+  auto allocate = [] {
+    for (uint64_t size : {10u, 70000u, 200000u})
+      alloc_in_region(new_memory_region(), size);
+  };
+  allocate();
+  std::vector<a_mem_alloc_history_entry> first = history();
+  start_mapped_memory();
+  allocate();
+  std::vector<a_mem_alloc_history_entry> second = history();
+  ASSERT_EQ(first.size(), second.size());
+  for (size_t i = 0; i < first.size(); i++) {
+    EXPECT_EQ(first[i].address, second[i].address);
+    EXPECT_EQ(first[i].size, second[i].size);
+  }
+}
+
+TEST_F(MAPPED_MEMORY_TEST, TheHistoryGrowsWithItsBlocks) {
+  int32_t region = new_memory_region();
+  for (int i = 0; i < 600; i++)
+    alloc_mem_block(region, 100, true);
+  EXPECT_EQ(num_of_mem_alloc_history_entries, mem_alloc_history_entries_used);
+  EXPECT_EQ(mem_alloc_history_entries_used, 603u);
+  EXPECT_EQ(size_of_mem_alloc_history, 1000u);
+  // Small blocks of the file are whole pages, each behind the other.
+  for (uint64_t i = 4; i < mem_alloc_history_entries_used; i++)
+    ASSERT_EQ(static_cast<char*>(mem_alloc_history[i - 1].address) + mem_alloc_history[i - 1].size,
+              mem_alloc_history[i].address);
+}
+
+TEST_F(MAPPED_MEMORY_TEST, StoredMemoryComesBackAtItsAddresses) {
+  int32_t region = new_memory_region();
+  // A chain of records, each in a block of its own.
+  struct a_record {
+    a_record* next;
+    int number;
+  };
+  a_record* chain = nullptr;
+  for (int number = 0; number < 5; number++) {
+    alloc_mem_block(region, 60000, false);
+    auto* record = static_cast<a_record*>(alloc_in_region(region, sizeof(a_record)));
+    *record = {chain, number};
+    chain = record;
+  }
+  std::vector<a_mem_alloc_history_entry> blocks = history();
+  FILE* file = tmpfile();
+  std::vector<size_t> places;
+  for (const a_mem_alloc_history_entry& block : blocks) {
+    ASSERT_TRUE(seek_to_page_alignment(file));
+    places.push_back(static_cast<size_t>(ftell(file)));
+    ASSERT_EQ(fwrite(block.address, 1, block.size, file), block.size);
+  }
+  fflush(file);
+  free_mapped_mem_blocks();
+  EXPECT_EQ(mem_alloc_history_entries_used, 0u);
+  for (size_t i = 0; i < blocks.size(); i++) {
+    map_input_file_to_region(file, places[i], blocks[i].size, blocks[i].address, "stored");
+    record_mapped_mem_block(blocks[i].address, blocks[i].size);
+  }
+  fclose(file);
+  EXPECT_EQ(mem_alloc_history_entries_used, blocks.size());
+  for (int number = 5; number-- > 0; chain = chain->next) {
+    ASSERT_NE(chain, nullptr);
+    EXPECT_EQ(chain->number, number);
+  }
+  // The region goes on from where it stood.
+  EXPECT_NE(alloc_in_region(region, 8), nullptr);
 }
 
 TEST_F(MEM_MANAGE_TEST, GeneralMemoryIsRememberedBeyondTheStaticRecords) {
@@ -181,6 +268,73 @@ TEST_F(MEM_MANAGE_TEST, TextBufferGrowsInDoublingIncrements) {
   add_1_char_to_text_buffer(buffer, '\0');
   EXPECT_STREQ(buffer->data, "012");
 }
+
+TEST_F(MEM_MANAGE_TEST, FreedGeneralMemoryIsBlankedInItsRecord) {
+  void* first = alloc_general(16);
+  free_general(first, 16);
+  void* second = alloc_general(16);
+  free_general(second, 16); // fails if the first record still had the address
+  EXPECT_NE(alloc_general_or_in_region(general_memory, 8), nullptr);
+  char* in_region = static_cast<char*>(alloc_general_or_in_region(0, 8));
+  EXPECT_EQ(static_cast<char*>(alloc_in_region(0, 8)), in_region + 8);
+}
+
+TEST_F(MEM_MANAGE_TEST, RegionsOfSecondaryUnitsAreNumberedOn) {
+  mem_manage_trans_unit_init();
+  EXPECT_EQ(file_scope_region_number, 1);
+  int32_t last = new_memory_region();
+  is_primary_translation_unit = 0;
+  mem_manage_trans_unit_init();
+  EXPECT_EQ(file_scope_region_number, last + 1);
+  EXPECT_NE(mem_region_table[last + 1], nullptr);
+  init_memory_region_without_initial_allocation(last + 10);
+  EXPECT_EQ(highest_used_region_number, last + 10);
+  EXPECT_EQ(mem_region_table[last + 10], nullptr);
+  EXPECT_NE(alloc_in_region(last + 10, 8), nullptr);
+  EXPECT_FALSE(mem_region_table[last + 10]->trimmed);
+}
+
+// The diagnostics of a run that ends go where the test can see them.
+template <class CALL> void expect_catastrophe(CALL call, const char* text) {
+  EXPECT_EXIT(
+      {
+        f_error = stderr;
+        call();
+      },
+      ::testing::ExitedWithCode(4), text);
+}
+
+// The numbers that stand for a long run are no more in force when it ends.
+void forget_numbers_at_exit() {
+  atexit([] { highest_used_region_number = 1; });
+}
+
+TEST_F(MEM_MANAGE_TEST, ExhaustedNumbersEndTheCompilation) {
+  const char* text = "program too large or complicated to compile";
+  highest_used_region_number = max_region_number;
+  expect_catastrophe(
+      [] {
+        forget_numbers_at_exit();
+        new_memory_region();
+      },
+      text);
+  highest_used_region_number = 1;
+  highest_used_function_def_number = max_region_number;
+  expect_catastrophe([] { new_function_def_number(); }, text);
+  highest_used_function_def_number = 0;
+}
+
+#if !defined(__SANITIZE_ADDRESS__)
+TEST_F(MEM_MANAGE_TEST, ExhaustedMemoryEndsTheCompilation) {
+  constexpr uint64_t too_much = uint64_t{1} << 60;
+  const char* text = "out of memory";
+  expect_catastrophe([] { alloc_in_region(1, too_much); }, text);
+  expect_catastrophe([] { alloc_general(too_much); }, text);
+  expect_catastrophe([] { realloc_buffer(alloc_resizable_buffer(8), 8, too_much); }, text);
+  expect_catastrophe([] { expand_text_buffer(alloc_text_buffer(8), too_much); }, text);
+  expect_catastrophe([] { ::operator delete(::operator new(too_much)); }, text);
+}
+#endif
 
 TEST_F(MEM_MANAGE_TEST, AMillionAllocationsAreQuick) {
   int32_t region = new_memory_region();
