@@ -1,5 +1,6 @@
 #include "mem_manage.h"
 
+#include "cfe.h"
 #include "error.h"
 #include "host_envir.h"
 #include "il.h"
@@ -51,7 +52,15 @@ uint64_t mapped_file_offset;
 
 constexpr uint64_t history_increment = 500;
 
+// Given back when memory runs out: the report of that needs some itself.
+constexpr uint64_t reserve_size = 0x40000;
+void* reserve;
+
 [[noreturn]] void out_of_memory() {
+  if (reserve == nullptr)
+    term_compilation(es_catastrophe); // not even the report can be made
+  free(reserve);
+  reserve = nullptr;
   catastrophe(ec_out_of_memory);
 }
 
@@ -489,6 +498,8 @@ void free_all_memory() {
 
 void mem_manage_early_init() {
   std::set_new_handler(out_of_memory); // the containers of the library too
+  if (reserve == nullptr)
+    reserve = malloc(reserve_size);
   static_records_used = 0;
   general_allocations = nullptr;
   resizable_buffers = nullptr;

@@ -1,6 +1,7 @@
 #include "trans_unit.h"
 
 #include "il.h"
+#include "il_alloc.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -110,6 +111,7 @@ void switch_translation_unit(a_translation_unit* unit) {
     save_curr_translation_unit();
   curr_translation_unit = unit;
   restore_variables(unit);
+  compute_il_prefix_size();
   load_il_header_words(unit);
   set_depths_of_open_scopes(true);
 }

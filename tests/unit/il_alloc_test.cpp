@@ -322,8 +322,10 @@ TEST_F(IL_ALLOC_TEST, TemporariesOfOneUnitAreNotUsedInAnother) {
   il_alloc_trans_unit_init();
   enter_translation_unit(alloc_translation_unit(nullptr));
   EXPECT_NE(local_constant(), constant);
+  // The prefixes are those of the unit that is current.
   switch_translation_unit(primary);
-  compute_il_prefix_size();
+  char* entry = static_cast<char*>(alloc_il(8));
+  EXPECT_EQ(static_cast<char*>(alloc_il(8)) - entry, 24);
   EXPECT_EQ(local_constant(), constant);
   EXPECT_FALSE(il_entry_prefix_of(constant).secondary_trans_unit_entry);
 }
