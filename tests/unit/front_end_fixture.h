@@ -111,6 +111,17 @@ protected:
     restart(cd_cplusplus);
   }
 
+  // The call ends the run with status 4 and a message that holds the text.
+  template <class CALL> static void expect_catastrophe(CALL call, const char* text) {
+    EXPECT_EXIT(
+        {
+          fclose(f_error);
+          f_error = stderr;
+          call();
+        },
+        ::testing::ExitedWithCode(4), text);
+  }
+
   std::string messages() {
     fflush(f_error);
     return std::string(messages_text, messages_size);

@@ -211,12 +211,7 @@ TEST_F(IL_WRITE_TEST, AFaultOfTheFileEndsTheCompilation) {
   f_il = fopen("/dev/full", "w");
   ASSERT_NE(f_il, nullptr);
   setvbuf(f_il, nullptr, _IONBF, 0);
-  EXPECT_EXIT(
-      {
-        f_error = stderr;
-        write_memory_region(1);
-      },
-      ::testing::ExitedWithCode(4), "error while writing intermediate language");
+  expect_catastrophe([] { write_memory_region(1); }, "error while writing intermediate language");
 }
 
 TEST_F(IL_WRITE_TEST, LinesAreFoundAgainInAnIlThatWasRead) {

@@ -294,16 +294,6 @@ TEST_F(MEM_MANAGE_TEST, RegionsOfSecondaryUnitsAreNumberedOn) {
   EXPECT_FALSE(mem_region_table[last + 10]->trimmed);
 }
 
-// The diagnostics of a run that ends go where the test can see them.
-template <class CALL> void expect_catastrophe(CALL call, const char* text) {
-  EXPECT_EXIT(
-      {
-        f_error = stderr;
-        call();
-      },
-      ::testing::ExitedWithCode(4), text);
-}
-
 // The numbers that stand for a long run are no more in force when it ends.
 void forget_numbers_at_exit() {
   atexit([] { highest_used_region_number = 1; });
