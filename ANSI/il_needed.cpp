@@ -395,7 +395,8 @@ void remove_unkept_secondary_entities() {
 void remove_unkept_of_discarded_bodies() {
   a_scope_orphaned_list** link = &il_header.scope_orphaned_lists;
   while (a_scope_orphaned_list* list = *link) {
-    remove_unkept(&list->types);
+    if (!keep_unneeded_types)
+      remove_unkept(&list->types);
     remove_unkept(&list->variables);
     remove_unkept(&list->namespaces);
     if (list->types == nullptr && list->variables == nullptr && list->namespaces == nullptr)
