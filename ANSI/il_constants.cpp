@@ -9,6 +9,7 @@
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
+#include "stack_limit.h"
 #include "symbol_tbl.h"
 #include "target.h"
 #include "trans_unit.h"
@@ -156,8 +157,7 @@ static void copy_template_param_parts(a_template_param_value* value) {
   case tpck_uuidof:
   case tpck_typeid:
   case tpck_noexcept:
-    value->param_extra_expr.expr =
-        copy_expr_tree(value->param_extra_expr.expr, cef_copy_dynamic_inits);
+    value->param_expr.expr = copy_expr_tree(value->param_expr.expr, cef_copy_dynamic_inits);
     break;
   default:
     break;
@@ -165,6 +165,7 @@ static void copy_template_param_parts(a_template_param_value* value) {
 }
 
 void copy_constant_full(const a_constant* source, a_constant* target) {
+  check_stack_limit();
   copy_constant(source, target);
   switch (target->kind) {
   case con_complex: {
@@ -232,44 +233,51 @@ static bool is_string_or_its_address(const a_constant* constant) {
          (constant->kind == con_address && constant->value.address.base_kind == abk_constant);
 }
 
-// Whether the kind of value can be one record for all its uses: it holds no
-// parts of its own.
-static bool has_shareable_kind(const a_constant* constant) {
+// Whether the value holds parts that belong to one use of it.
+static bool owns_parts(const a_constant* constant) {
   switch (constant->kind) {
-  case con_integer:
-  case con_float:
-  case con_imaginary:
-  case con_complex:
-  case con_address_difference:
-    return true;
-  case con_string:
-    return string_literals_shared;
   case con_address:
-    return constant->value.address.subobject_path == nullptr &&
-           (string_literals_shared || !is_string_or_its_address(constant));
+    return constant->value.address.subobject_path != nullptr;
   case con_ptr_to_member:
-    return constant->value.ptr_to_member.name_reference == nullptr;
+    return constant->value.ptr_to_member.name_reference != nullptr;
+  case con_dynamic_init:
+  case con_aggregate:
+  case con_repeat:
+  case con_template_param:
+  case con_designator:
+    return true;
   default:
     return false;
   }
 }
 
-bool constant_is_shareable(const a_constant* constant) {
-  const bool keeps_source_expr =
-      constant->source_expr != nullptr &&
-      !(constant->kind == con_string && constant->value.string.sequence_number != 0);
-  if (!in_front_end || keeps_source_expr)
-    return false;
-  const a_source_correspondence& head = constant->source_corresp;
-  if (head.symbol == nullptr ? head.name_reference != nullptr : !constant->shareable_name)
-    return false;
-  return has_shareable_kind(constant);
+// A backing expression belongs to one use of the value; the number of a string
+// literal already tells it apart.
+static bool keeps_source_expr(const a_constant* constant) {
+  return constant->source_expr != nullptr &&
+         !(constant->kind == con_string && constant->value.string.sequence_number != 0);
 }
 
-// A named constant is its own shared record.
+static bool needs_own_record(const a_constant* constant) {
+  const a_source_correspondence& head = constant->source_corresp;
+  if (head.symbol == nullptr && (keeps_source_expr(constant) || head.name_reference != nullptr))
+    return true;
+  return !in_front_end || owns_parts(constant);
+}
+
+bool constant_is_shareable(const a_constant* constant) {
+  if (needs_own_record(constant))
+    return false;
+  if (constant->source_corresp.symbol != nullptr && !constant->shareable_name)
+    return false;
+  return string_literals_shared || !is_string_or_its_address(constant);
+}
+
+// A named constant is its own shared record; null while the name stands for
+// another value, such as an enumerator whose type is still open.
 static a_constant* shared_constant_of_symbol(const a_constant* constant) {
   const a_symbol* symbol = constant->source_corresp.symbol;
-  if (symbol == nullptr || symbol->kind != symk_constant || !constant->shareable_name)
+  if (symbol->kind != symk_constant)
     return nullptr;
   a_constant* named = symbol->variant.constant;
   return named != nullptr && compare_constants(named, constant, ccf_for_sharing) ? named : nullptr;
@@ -286,7 +294,7 @@ static bool is_in_function_region() {
 }
 
 static a_constant** bucket_for_constant(const a_constant* constant, bool is_local) {
-  const uint32_t hash = hash_constant(constant);
+  const uint64_t hash = hash_constant(constant);
   if (!is_local) {
     if (shareable_constants_table == nullptr)
       shareable_constants_table = new_table(front_end_region, file_table_size);
@@ -327,16 +335,24 @@ static a_constant* add_to_bucket(a_constant** bucket, const a_constant* constant
   return shared;
 }
 
+static a_constant* alloc_own_record(const a_constant* constant) {
+  a_constant* copy = alloc_unshared_constant(constant);
+  if (!keeps_source_expr(constant))
+    copy->source_expr = nullptr;
+  return copy;
+}
+
 a_constant* alloc_shareable_constant(const a_constant* constant) {
-  a_constant* named = shared_constant_of_symbol(constant);
-  if (named != nullptr)
-    return named;
   if (!constant_is_shareable(constant))
-    return alloc_unshared_constant(constant);
+    return alloc_own_record(constant);
+  if (constant->source_corresp.symbol != nullptr) {
+    a_constant* named = shared_constant_of_symbol(constant);
+    return named != nullptr ? named : alloc_own_record(constant);
+  }
   const bool has_local_ref = has_non_file_scope_ref(constant);
   const bool is_local = has_local_ref && is_in_function_region();
   if (has_local_ref && !is_local)
-    return alloc_unshared_constant(constant);
+    return alloc_own_record(constant);
   a_constant** bucket = bucket_for_constant(constant, is_local);
   a_constant* shared = find_in_bucket(bucket, constant);
   return shared != nullptr ? shared : add_to_bucket(bucket, constant, is_local);
@@ -481,6 +497,13 @@ a_constant* combine_initializer_constants(a_constant* first, a_constant* second)
   return first;
 }
 
+a_constant* first_enumerator_of_enum(const a_type* enum_type) {
+  const an_integer_type_variant& variant = enum_type->variant.integer;
+  if (!variant.is_scoped_enum)
+    return variant.enum_data.first_enumerator;
+  return variant.enum_data.scope == nullptr ? nullptr : variant.enum_data.scope->constants;
+}
+
 a_constant* add_backing_expression_for_named_constant(a_constant* constant) {
   if (constant->source_corresp.symbol == nullptr || constant->source_expr != nullptr)
     return constant;
@@ -546,6 +569,7 @@ static bool is_all_zero_text(const a_string_value& string) {
 }
 
 bool is_zero_constant(const a_constant* constant) {
+  check_stack_limit();
   switch (constant->kind) {
   case con_integer:
     return constant->value.int_value == 0;
@@ -599,13 +623,14 @@ static bool template_param_has_local_ref(const a_template_param_value& value) {
   case tpck_uuidof:
   case tpck_typeid:
   case tpck_noexcept:
-    return is_local_entry(value.param_extra_expr.expr);
+    return is_local_entry(value.param_expr.expr);
   default:
     return false;
   }
 }
 
 bool has_non_file_scope_ref(const a_constant* constant) {
+  check_stack_limit();
   switch (constant->kind) {
   case con_address:
     return address_has_local_ref(constant->value.address);
@@ -705,7 +730,7 @@ static bool same_template_param_value(const a_template_param_value& a,
   case tpck_typeid:
   case tpck_noexcept:
     return same_type_or_null(a.param_data.type, b.param_data.type) &&
-           compare_expressions(a.param_extra_expr.expr, b.param_extra_expr.expr, flags);
+           compare_expressions(a.param_expr.expr, b.param_expr.expr, flags);
   default:
     return a.param_data.entry == b.param_data.entry;
   }
@@ -791,6 +816,7 @@ bool compare_constants(const a_constant* a, const a_constant* b, unsigned flags)
     return true;
   if (a->kind != b->kind)
     return false;
+  check_stack_limit();
   if (flags & ccf_for_sharing) {
     if (!same_in_all_but_value(a, b))
       return false;
@@ -806,25 +832,29 @@ bool eq_constants(const a_constant* a, const a_constant* b) {
 
 // ---- Hashing ----
 
-static uint32_t hash_bytes(const char* bytes, uint64_t length, uint32_t hash) {
+static uint64_t hash_bytes(const char* bytes, uint64_t length, uint64_t hash) {
   for (uint64_t i = 0; i < length; ++i)
-    hash = static_cast<unsigned char>(bytes[i]) + hash * 33u;
+    hash = static_cast<unsigned char>(bytes[i]) + hash * 33;
   return hash;
 }
 
-static uint32_t hash_name(const a_source_correspondence& head) {
-  return head.name == nullptr ? 0 : hash_bytes(head.name, strlen(head.name), 0);
+static uint64_t hash_text(const char* text) {
+  return text == nullptr ? 0 : hash_bytes(text, strlen(text), 0);
 }
 
-static uint32_t hash_float_value(const a_float_value& value) {
-  uint32_t hash = static_cast<uint32_t>(value.exponent) + value.sign;
+static uint64_t hash_name(const a_source_correspondence& head) {
+  return hash_text(head.name);
+}
+
+static uint64_t hash_float_value(const a_float_value& value) {
+  uint64_t hash = static_cast<uint64_t>(value.exponent) + value.sign;
   for (uint16_t word : value.mantissa)
     hash += (word & 0xffu) + (word >> 8);
-  return hash + 500;
+  return hash;
 }
 
-static uint32_t hash_address(const an_address_value& address) {
-  uint32_t hash = 0;
+static uint64_t hash_address(const an_address_value& address) {
+  uint64_t hash = 0;
   switch (address.base_kind) {
   case abk_routine:
     hash = hash_name(address.base.routine->source_corresp);
@@ -841,53 +871,83 @@ static uint32_t hash_address(const an_address_value& address) {
     break;
   case abk_uuid:
   case abk_typeid:
-    hash = hash_name(address.base.type->source_corresp);
+    // Identical types may have different names.
+    hash = hash_name(skip_typerefs(address.base.type)->source_corresp);
     break;
   }
-  return hash + static_cast<uint32_t>(address.offset) + 1000;
+  return hash + static_cast<uint64_t>(address.offset) + 1000;
 }
 
-static uint32_t hash_of_part(const a_constant* part) {
+static uint64_t hash_ptr_to_member(const a_ptr_to_member_value& value) {
+  if (value.member.field == nullptr)
+    return 250;
+  return 250 + hash_name(value.is_routine ? value.member.routine->source_corresp
+                                          : value.member.field->source_corresp);
+}
+
+static uint64_t hash_of_part(const a_constant* part) {
   return part == nullptr ? 0 : hash_constant(part);
 }
 
-uint32_t hash_constant(const a_constant* constant) {
+static uint64_t hash_elements(const an_aggregate_value& aggregate) {
+  uint64_t hash = 0;
+  for (const a_constant* e = aggregate.first; e != nullptr; e = e->next)
+    hash = hash_constant(e) + hash * 33;
+  return hash;
+}
+
+static uint64_t hash_template_param(const a_template_param_value& value) {
+  switch (value.param_kind) {
+  case tpck_cast:
+  case tpck_implicit_cast:
+  case tpck_unknown_function:
+    return hash_of_part(value.param_data.constant) * 33 + value.param_kind;
+  default:
+    return value.param_kind;
+  }
+}
+
+static uint64_t hash_designator(const a_designator_value& value) {
+  if (!value.is_field)
+    return hash_of_part(value.designated.index);
+  return value.is_text_or_index ? hash_text(value.designated.field_name)
+                                : hash_name(value.designated.field->source_corresp);
+}
+
+uint64_t hash_constant(const a_constant* constant) {
+  check_stack_limit();
   switch (constant->kind) {
+  case con_error:
+  case con_dynamic_init:
+    break;
   case con_integer:
-    return static_cast<uint32_t>(constant->value.int_value);
+    return constant->value.int_value;
   case con_string:
     return hash_bytes(constant->value.string.text, constant->value.string.length,
-                      static_cast<uint32_t>(constant->value.string.sequence_number) + 100);
+                      constant->value.string.sequence_number + 100);
   case con_float:
   case con_imaginary:
-    return hash_float_value(constant->value.float_value);
+    return hash_float_value(constant->value.float_value) + 500;
   case con_complex:
     return hash_float_value(constant->value.complex_value->real) +
            hash_float_value(constant->value.complex_value->imaginary) + 250;
   case con_address:
     return hash_address(constant->value.address);
-  case con_ptr_to_member: {
-    const a_ptr_to_member_value& value = constant->value.ptr_to_member;
-    if (value.member.field == nullptr)
-      return 250;
-    return 250 + hash_name(value.is_routine ? value.member.routine->source_corresp
-                                            : value.member.field->source_corresp);
-  }
+  case con_ptr_to_member:
+    return hash_ptr_to_member(constant->value.ptr_to_member);
   case con_address_difference:
     return hash_of_part(constant->value.address_difference.minuend) * 33 +
            hash_of_part(constant->value.address_difference.subtrahend);
-  case con_aggregate: {
-    uint32_t hash = 0;
-    for (const a_constant* e = constant->value.aggregate.first; e != nullptr; e = e->next)
-      hash = hash_constant(e) + hash * 33;
-    return hash;
-  }
+  case con_aggregate:
+    return hash_elements(constant->value.aggregate);
   case con_repeat:
-    return hash_of_part(constant->value.repeat.element) +
-           static_cast<uint32_t>(constant->value.repeat.count) * 33;
-  default:
-    return constant->kind;
+    return hash_of_part(constant->value.repeat.element) + constant->value.repeat.count * 33;
+  case con_template_param:
+    return hash_template_param(constant->value.template_param);
+  case con_designator:
+    return hash_designator(constant->value.designator);
   }
+  return constant->kind;
 }
 
 // ---- Initialisation ----

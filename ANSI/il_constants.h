@@ -158,7 +158,7 @@ struct a_template_param_value {
     void* entry;
     an_expr_node* expr;
     a_template_arg* template_args;
-  } param_extra_expr;
+  } param_expr;
   void* param_extra;
 };
 
@@ -280,6 +280,9 @@ void add_constant_to_aggregate(a_constant* element, a_constant* aggregate);
 void explode_string_initializer(a_constant* constant);
 // Chains two lists of elements and returns the first of the whole.
 a_constant* combine_initializer_constants(a_constant* first, a_constant* second);
+// The list of an enum's enumerators, in order; null for an incomplete one.
+a_constant* first_enumerator_of_enum(const a_type* enum_type);
+// A copy of a named constant whose backing expression is the name.
 a_constant* add_backing_expression_for_named_constant(a_constant* constant);
 
 void set_routine_address_constant(a_routine* routine, a_constant* constant, bool address_taken);
@@ -297,13 +300,12 @@ bool is_zero_constant(const a_constant* constant);
 bool is_error_constant(const a_constant* constant);
 // compare_constants, flag bits.
 enum a_compare_constants_flag : unsigned {
-  ccf_for_sharing = 1,   // types must be identical and literals keep their identity
-  ccf_ignore_types = 2,  // compare the values alone
-  ccf_template_equiv = 4 // dependent expressions are compared by their form
+  ccf_for_sharing = 1, // types must be identical and literals keep their identity
+  ccf_ignore_types = 2 // compare the values alone
 };
 bool compare_constants(const a_constant* a, const a_constant* b, unsigned flags);
 bool eq_constants(const a_constant* a, const a_constant* b);
-uint32_t hash_constant(const a_constant* constant);
+uint64_t hash_constant(const a_constant* constant);
 // Whether the value refers, at any depth, to an entry of a function's region.
 bool has_non_file_scope_ref(const a_constant* constant);
 

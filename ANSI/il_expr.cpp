@@ -10,6 +10,7 @@
 #include "types.h"
 
 #include <cstring>
+#include <vector>
 
 // ---- Allocation and initial states ----
 
@@ -116,36 +117,19 @@ an_operand_list_heads operand_lists_of_node(an_expr_node* node) {
 
 namespace {
 
-constexpr uint8_t takes_lvalue_op1 = 2;
-constexpr uint8_t takes_lvalue_op2 = 16;
+struct an_operator_table {
+  an_operator_description rows[num_expr_operator_kinds];
 
-struct an_operator_use_table {
-  uint8_t uses[num_expr_operator_kinds];
-
-  constexpr an_operator_use_table() : uses() {
-    constexpr an_expr_operator_kind lvalue_first[] = {
-        eok_address_of,         eok_lvalue_cast,
-        eok_ref_cast,           eok_glvalue_cast,
-        eok_array_to_pointer,   eok_post_incr,
-        eok_post_decr,          eok_pre_incr,
-        eok_pre_decr,           eok_assign,
-        eok_add_assign,         eok_subtract_assign,
-        eok_multiply_assign,    eok_divide_assign,
-        eok_remainder_assign,   eok_shift_left_assign,
-        eok_shift_right_assign, eok_and_assign,
-        eok_or_assign,          eok_xor_assign,
-        eok_pointer_add_assign, eok_pointer_subtract_assign,
-        eok_array_assign,       eok_dot_field,
-        eok_dot_ptr_to_member,  eok_dot_base_field,
-        eok_dot_member_call,    eok_dot_ptr_to_member_call,
-        eok_param_address};
-    for (an_expr_operator_kind op : lvalue_first)
-      uses[op] |= takes_lvalue_op1;
-    uses[eok_array_assign] |= takes_lvalue_op2;
+  constexpr an_operator_table() : rows() {
+    for (an_operator_description& row : rows)
+      row = {"", lvalue_none, of_none, prec_none};
+#define OPERATOR(op, uses, form, precedence, text) rows[op] = {text, uses, form, precedence};
+#include "il_operators.def"
+#undef OPERATOR
   }
 };
 
-constexpr an_operator_use_table operator_uses;
+constexpr an_operator_table operator_table;
 
 bool is_between(an_expr_operator_kind op, an_expr_operator_kind low, an_expr_operator_kind high) {
   return op >= low && op <= high;
@@ -153,12 +137,16 @@ bool is_between(an_expr_operator_kind op, an_expr_operator_kind low, an_expr_ope
 
 } // namespace
 
+const an_operator_description& description_of_operator(an_expr_operator_kind op) {
+  return operator_table.rows[op];
+}
+
 bool operator_takes_lvalue_op1(an_expr_operator_kind op) {
-  return (operator_uses.uses[op] & takes_lvalue_op1) != 0;
+  return (operator_table.rows[op].lvalue_uses & lvalue_op1) != 0;
 }
 
 bool operator_takes_lvalue_op2(an_expr_operator_kind op) {
-  return (operator_uses.uses[op] & takes_lvalue_op2) != 0;
+  return (operator_table.rows[op].lvalue_uses & lvalue_op2) != 0;
 }
 
 bool is_compound_assignment_operator(an_expr_operator_kind op) {
@@ -392,9 +380,12 @@ void copy_node_value_category(const an_expr_node* source, an_expr_node* target) 
   target->is_xvalue = source->is_xvalue;
 }
 
+static bool is_conditional_node(const an_expr_node* node) {
+  return is_operation_node(node, eok_question) || is_operation_node(node, eok_dependent_question);
+}
+
 // The operand that passes its value on as the whole node's, when the value is
-// not used; null for none. Of a conditional it is the third; the second is
-// left to the caller.
+// not used; null for none. Of a conditional it is the third.
 static an_expr_node* operand_with_value_of_node(an_expr_node* node) {
   if (node->kind == expr_with_lifetime)
     return node->variant.with_lifetime.expr;
@@ -407,7 +398,9 @@ static an_expr_node* operand_with_value_of_node(an_expr_node* node) {
   case eok_parens:
     return first;
   case eok_comma:
+  case eok_binary_question: // the first operand is needed as the condition
     return first->next;
+  case eok_dependent_question:
   case eok_question:
     return first->next->next;
   default:
@@ -416,9 +409,15 @@ static an_expr_node* operand_with_value_of_node(an_expr_node* node) {
 }
 
 void set_expr_result_not_used(an_expr_node* node) {
-  for (; node != nullptr; node = operand_with_value_of_node(node)) {
+  std::vector<an_expr_node*> second_arms;
+  while (node != nullptr) {
     node->result_not_used = true;
-    if (is_operation_node(node, eok_question))
-      set_expr_result_not_used(node->variant.operation.operands->next);
+    if (is_conditional_node(node))
+      second_arms.push_back(node->variant.operation.operands->next);
+    node = operand_with_value_of_node(node);
+    if (node == nullptr && !second_arms.empty()) {
+      node = second_arms.back();
+      second_arms.pop_back();
+    }
   }
 }

@@ -39,7 +39,7 @@ enum an_expr_kind : uint8_t {
 };
 inline constexpr int num_expr_kinds = 27;
 
-// Operators. The values are stored, and the tables of il_expr.cpp and of the
+// Operators. The values are stored, and the table of il_operators.def and the
 // translation to the intermediate file are indexed by them; numbers without a
 // name are reserved.
 enum an_expr_operator_kind : uint8_t {
@@ -136,6 +136,64 @@ enum an_expr_operator_kind : uint8_t {
   eok_last = 117
 };
 inline constexpr int num_expr_operator_kinds = eok_last + 1;
+
+// How an operation is written.
+enum an_operator_form : uint8_t {
+  of_none, // a reserved operator
+  of_prefix,
+  of_postfix,
+  of_infix,
+  of_assign, // infix, grouped from the right
+  of_cast,
+  of_transparent, // shows as its operand
+  of_parens,
+  of_select, // an object and a member
+  of_subscript,
+  of_question,
+  of_binary_question,
+  of_call,
+  of_member_call // the object, the function, the arguments
+};
+
+// The levels of the grammar, the loosest first (C99 6.5, C++11 clause 5).
+enum an_operator_precedence : uint8_t {
+  prec_none,
+  prec_comma,
+  prec_assignment,
+  prec_question,
+  prec_logical_or,
+  prec_logical_and,
+  prec_bit_or,
+  prec_bit_xor,
+  prec_bit_and,
+  prec_equality,
+  prec_relational,
+  prec_shift,
+  prec_additive,
+  prec_multiplicative,
+  prec_ptr_to_member,
+  prec_unary,
+  prec_postfix,
+  prec_primary
+};
+
+// Bits that say which operands an operator uses as lvalues.
+enum an_operator_lvalue_use : uint8_t {
+  lvalue_none = 0,
+  lvalue_op1 = 2,
+  lvalue_op2 = 16,
+  lvalue_both = lvalue_op1 | lvalue_op2
+};
+
+struct an_operator_description {
+  const char* text; // as the source language spells it; empty for none
+  uint8_t lvalue_uses;
+  an_operator_form form;
+  an_operator_precedence precedence;
+};
+
+// A reserved operator has no text and the form of_none.
+const an_operator_description& description_of_operator(an_expr_operator_kind op);
 
 struct a_new_delete_supplement {
   // The low bits of the flag byte start as 1.
@@ -277,6 +335,7 @@ struct an_expr_node {
   uint8_t is_full_expression : 1;
 };
 static_assert(sizeof(an_expr_node::variant) == 16);
+static_assert(num_expr_kinds == expr_call_like + 1 && num_expr_operator_kinds == 118);
 
 // ---- Allocation and initial states ----
 

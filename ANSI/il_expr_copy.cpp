@@ -5,6 +5,7 @@
 #include "il_expr.h"
 #include "il_expr_int.h"
 #include "il_statements.h"
+#include "stack_limit.h"
 #include "types.h"
 
 #include <vector>
@@ -108,6 +109,7 @@ an_expr_node* copy_expr_tree(const an_expr_node* node, unsigned flags) {
 // ---- Comparison ----
 
 static bool same_dynamic_init(const a_dynamic_init* a, const a_dynamic_init* b, unsigned flags) {
+  check_stack_limit();
   if (a == b)
     return true;
   if (a == nullptr || b == nullptr || a->kind != b->kind || a->destructor != b->destructor)

@@ -6,6 +6,8 @@
 #include "il_expr.h"
 #include "types.h"
 
+#include <vector>
+
 // ---- Constants ----
 
 an_expr_node* alloc_node_for_allocated_constant(a_constant* constant) {
@@ -120,31 +122,53 @@ static an_expr_node* operand_with_object(an_expr_node* node) {
   case eok_comma:
     return first->next;
   case eok_question:
-    return first->next->next;
+  case eok_binary_question:
+    return first->next; // the third operand is left to the caller
+  case eok_assign:
+  case eok_pre_incr:
+  case eok_pre_decr:
+    return first; // lvalues in C++ (C++11 5.17 p1, 5.3.2 p1)
+  default:
+    return is_compound_assignment_operator(node->variant.operation.op) ? first : nullptr;
+  }
+}
+
+// Marks the entity, or passes on to the node that leads to it; null when there
+// is none further.
+static an_expr_node* mark_entity_of_lvalue(an_expr_node* node) {
+  switch (node->kind) {
+  case expr_variable:
+    set_variable_address_taken(node->variant.variable.ptr);
+    return nullptr;
+  case expr_routine:
+    set_routine_address_taken(node->variant.routine.ptr);
+    return nullptr;
+  case expr_with_lifetime:
+    return node->variant.with_lifetime.expr;
+  case expr_operation:
+    return operand_with_object(node);
   default:
     return nullptr;
   }
 }
 
+// The other object that a conditional may name.
+static an_expr_node* other_object_of_conditional(an_expr_node* node) {
+  if (is_operation_node(node, eok_question))
+    return node->variant.operation.operands->next->next;
+  return is_operation_node(node, eok_binary_question) ? node->variant.operation.operands : nullptr;
+}
+
 void mark_address_taken_in_lvalue(an_expr_node* node) {
+  std::vector<an_expr_node*> others;
   while (node != nullptr) {
-    switch (node->kind) {
-    case expr_variable:
-      set_variable_address_taken(node->variant.variable.ptr);
-      return;
-    case expr_routine:
-      set_routine_address_taken(node->variant.routine.ptr);
-      return;
-    case expr_with_lifetime:
-      node = node->variant.with_lifetime.expr;
-      break;
-    case expr_operation:
-      if (node->variant.operation.op == eok_question)
-        mark_address_taken_in_lvalue(node->variant.operation.operands->next);
-      node = operand_with_object(node);
-      break;
-    default:
-      return;
+    an_expr_node* other = other_object_of_conditional(node);
+    if (other != nullptr)
+      others.push_back(other);
+    node = mark_entity_of_lvalue(node);
+    if (node == nullptr && !others.empty()) {
+      node = others.back();
+      others.pop_back();
     }
   }
 }

@@ -7,6 +7,7 @@
 #include "il_alloc.h"
 #include "il_constants.h"
 #include "scope_stk.h"
+#include "stack_limit.h"
 #include "types.h"
 
 #include <cstring>
@@ -118,12 +119,43 @@ a_statement* make_array_assignment_statement(an_expr_node* left, an_expr_node* r
   return alloc_expr_statement(make_assignment_expr(left, eok_array_assign, right));
 }
 
+// What names a statement that moved names the place that it moved to.
+static void redirect_references(a_statement* statement, const a_statement* old_place) {
+  switch (statement->kind) {
+  case stmk_label: {
+    a_label* label = statement->variant.label.ptr;
+    if (label != nullptr && label->def_statement == old_place)
+      label->def_statement = statement;
+    break;
+  }
+  case stmk_goto: {
+    a_label* label = statement->variant.label.ptr;
+    if (label != nullptr && label->first_goto == old_place)
+      label->first_goto = statement;
+    break;
+  }
+  case stmk_case:
+    if (statement->variant.loop.extra.switch_case_entry != nullptr)
+      statement->variant.loop.extra.switch_case_entry->statement = statement;
+    break;
+  case stmk_block: {
+    a_scope* scope = statement->variant.block.block_supplement->scope;
+    if (scope != nullptr && scope->assoc_statement == old_place)
+      scope->assoc_statement = statement;
+    break;
+  }
+  default:
+    break;
+  }
+}
+
 a_statement* change_statement_into_block(a_statement* statement) {
   a_statement* inner = alloc_statement(stmk_null);
   copy_statement(statement, inner);
   inner->is_generated = statement->is_generated;
   inner->next = nullptr;
   inner->parent = statement;
+  redirect_references(inner, statement);
   statement->expr = nullptr;
   statement->pre_statement = nullptr;
   statement->attributes = nullptr;
@@ -215,6 +247,7 @@ void add_to_dynamic_inits_list(a_dynamic_init* init, int depth) {
 }
 
 a_dynamic_init* copy_dynamic_init(const a_dynamic_init* init) {
+  check_stack_limit();
   a_dynamic_init* copy = alloc_dynamic_init(dik_none);
   *copy = *init;
   copy->next = nullptr;
@@ -285,14 +318,11 @@ bool is_error_dynamic_init(const a_dynamic_init* init) {
 
 // ---- Initialisers of variables ----
 
-a_local_static_variable_init* make_local_static_variable_init(a_variable* variable,
-                                                              a_scope* scope) {
-  a_local_static_variable_init* init = alloc_zeroed<a_local_static_variable_init>();
-  init->variable = variable;
-  init->init_kind = variable->init_kind;
-  init->initializer.generic = variable->initializer.generic;
-  variable->init_kind = initk_local_static;
-  variable->initializer.generic = nullptr;
+a_local_static_variable_init* alloc_local_static_variable_init() {
+  return alloc_zeroed<a_local_static_variable_init>();
+}
+
+static void add_to_local_static_inits(a_local_static_variable_init* init, a_scope* scope) {
   a_scope_pointers_block* block = get_pointers_block_for_scope(scope);
   a_local_static_variable_init** link = &scope->local_static_inits;
   if (block != nullptr && block->last_local_static_init != nullptr)
@@ -302,6 +332,24 @@ a_local_static_variable_init* make_local_static_variable_init(a_variable* variab
   *link = init;
   if (block != nullptr)
     block->last_local_static_init = init;
+}
+
+a_local_static_variable_init* make_local_static_variable_init(a_variable* variable,
+                                                              const a_routine* routine,
+                                                              an_init_kind init_kind,
+                                                              a_constant* constant,
+                                                              a_dynamic_init* dynamic_init) {
+  a_local_static_variable_init* init = alloc_local_static_variable_init();
+  init->variable = variable;
+  init->init_kind = init_kind;
+  if (init_kind == initk_constant)
+    init->initializer.constant = constant;
+  else
+    init->initializer.dynamic = dynamic_init;
+  variable->init_kind = initk_local_static;
+  variable->initializer.generic = nullptr;
+  a_scope* scope = routine == nullptr ? innermost_function_scope : scope_for_routine(routine);
+  add_to_local_static_inits(init, scope == nullptr ? il_header.primary_scope : scope);
   return init;
 }
 

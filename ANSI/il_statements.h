@@ -32,6 +32,7 @@ enum a_statement_kind : uint8_t {
   stmk_stmt_expr_value = 20 // the value of a statement expression
 };
 inline constexpr int num_statement_kinds = 21;
+static_assert(num_statement_kinds == stmk_stmt_expr_value + 1);
 
 enum a_dynamic_init_kind : uint8_t {
   dik_none = 0, // only a destruction is recorded
@@ -276,7 +277,8 @@ void set_statement_kind(a_statement* statement, a_statement_kind kind);
 // The statements that a statement holds directly (bodies and branches) have
 // it as their parent afterwards.
 void set_parent_of_substatements(a_statement* statement);
-// Copies over a statement that keeps its place in its block.
+// Copies over a statement that keeps its place in its block. The parts are
+// shared with the source and have the copy as their parent.
 void copy_statement(const a_statement* source, a_statement* target);
 a_statement* alloc_expr_statement(an_expr_node* expr);
 a_statement* make_assignment_statement(an_expr_node* left, an_expr_node* right);
@@ -310,7 +312,15 @@ bool is_generated_dynamic_init(const a_dynamic_init* init);
 bool is_error_dynamic_init(const a_dynamic_init* init);
 bool dynamic_init_has_side_effects(a_dynamic_init* init);
 bool dynamic_init_might_throw(a_dynamic_init* init);
-a_local_static_variable_init* make_local_static_variable_init(a_variable* variable, a_scope* scope);
+// The record of the initialisation of a static variable of a function: a
+// constant or a dynamic initialisation, as `init_kind` says. A null routine is
+// the innermost one that is open. The variable is marked as having a record.
+a_local_static_variable_init* make_local_static_variable_init(a_variable* variable,
+                                                              const a_routine* routine,
+                                                              an_init_kind init_kind,
+                                                              a_constant* constant,
+                                                              a_dynamic_init* dynamic_init);
+a_local_static_variable_init* alloc_local_static_variable_init();
 // The record of a local static in a scope or one of its parents, or null.
 a_local_static_variable_init* find_local_static_variable_init(a_variable* variable, a_scope* scope);
 // How a variable is initialised: `init_kind` and the pointer it governs, with
@@ -343,7 +353,8 @@ void record_partial_aggregate_cleanup_destruction(a_dynamic_init* part, a_dynami
 void add_to_end_of_destructions_list(a_dynamic_init* init, an_object_lifetime* lifetime);
 void add_to_destructions_list_following(a_dynamic_init* init, a_dynamic_init* position);
 void remove_from_destruction_list(a_dynamic_init* init);
-// Moves destructions and children of a lifetime to the current one.
+// Moves destructions and children of a lifetime to the current one, which
+// encloses it.
 void promote_lifetime_contents_to_curr_object_lifetime(an_object_lifetime* lifetime);
 an_object_lifetime* innermost_block_object_lifetime();
 bool is_useless_object_lifetime(const an_object_lifetime* lifetime);

@@ -142,19 +142,37 @@ static an_object_lifetime** link_in_parent(an_object_lifetime* lifetime) {
 
 static bool has_full_expr_among_children(const an_object_lifetime* lifetime) {
   const an_object_lifetime* child = lifetime->first_child;
-  while (child != nullptr && child->kind != olk_full_expr && !child->has_full_expr_child)
+  while (child != nullptr && child->kind != olk_full_expr)
     child = child->next_sibling;
   return child != nullptr;
+}
+
+// After a child of the kind has left.
+static void redo_full_expr_flag(an_object_lifetime* parent, an_object_lifetime_kind kind_of_child) {
+  if (kind_of_child == olk_full_expr)
+    parent->has_full_expr_child = has_full_expr_among_children(parent);
 }
 
 void detach_from_object_lifetime_tree(an_object_lifetime* lifetime) {
   if (lifetime->is_linked) {
     *link_in_parent(lifetime) = lifetime->next_sibling;
-    lifetime->parent->has_full_expr_child = has_full_expr_among_children(lifetime->parent);
+    redo_full_expr_flag(lifetime->parent, lifetime->kind);
   }
   lifetime->is_linked = false;
   lifetime->next_sibling = nullptr;
   lifetime->parent = nullptr;
+}
+
+// What a child of the lifetime has to know when it becomes one of an enclosing
+// lifetime. Where it had nothing to destroy behind itself, it goes on with what
+// the lifetime itself began with.
+static void move_to_parent(an_object_lifetime* child, const an_object_lifetime* lifetime,
+                           an_object_lifetime* parent) {
+  child->parent = parent;
+  if (child->first_destruction_at_entry == nullptr)
+    child->first_destruction_at_entry = lifetime->first_destruction_at_entry;
+  if (child->kind == olk_full_expr)
+    parent->has_full_expr_child = true;
 }
 
 // Puts the children of a lifetime in its place among its parent's.
@@ -164,16 +182,14 @@ static void replace_by_children(an_object_lifetime* lifetime) {
   *link = lifetime->first_child;
   while (*link != nullptr) {
     an_object_lifetime* child = *link;
-    child->parent = parent;
-    if (child->first_destruction_at_entry == nullptr)
-      child->first_destruction_at_entry = lifetime->first_destruction_at_entry;
+    move_to_parent(child, lifetime, parent);
     link = &child->next_sibling;
   }
   *link = lifetime->next_sibling;
   lifetime->first_child = nullptr;
   lifetime->next_sibling = nullptr;
   lifetime->is_linked = false;
-  parent->has_full_expr_child = has_full_expr_among_children(parent);
+  redo_full_expr_flag(parent, lifetime->kind);
 }
 
 bool is_useless_object_lifetime(const an_object_lifetime* lifetime) {
@@ -184,6 +200,9 @@ bool is_useless_object_lifetime(const an_object_lifetime* lifetime) {
   case olk_full_expr:
   case olk_other:
     return lifetime->is_linked;
+  case olk_conditional:
+    // Whether its children began depends on the condition: they need it.
+    return lifetime->is_linked && lifetime->first_child == nullptr;
   default:
     return false;
   }
@@ -191,7 +210,18 @@ bool is_useless_object_lifetime(const an_object_lifetime* lifetime) {
 
 void mark_object_lifetime_as_useless(an_object_lifetime* lifetime) {
   lifetime->useful_inner_function_lifetime = false;
-  lifetime->destructions = nullptr;
+  for (an_object_lifetime* child = lifetime->first_child; child != nullptr;
+       child = child->next_sibling) {
+    const a_dynamic_init* first = child->first_destruction_at_entry;
+    if (first != nullptr && first->lifetime == lifetime)
+      child->first_destruction_at_entry = nullptr;
+  }
+  while (lifetime->destructions != nullptr) {
+    a_dynamic_init* init = lifetime->destructions;
+    lifetime->destructions = init->next_destruction;
+    init->next_destruction = nullptr;
+    init->lifetime = nullptr;
+  }
 }
 
 bool pop_object_lifetime_full(bool keep) {
@@ -214,28 +244,34 @@ bool pop_object_lifetime() {
   return pop_object_lifetime_full(false);
 }
 
-void promote_lifetime_contents_to_curr_object_lifetime(an_object_lifetime* lifetime) {
-  an_object_lifetime* target = curr_object_lifetime;
-  for (an_object_lifetime* child = lifetime->first_child; child != nullptr;) {
-    an_object_lifetime* next = child->next_sibling;
-    child->parent = target;
-    child->next_sibling = target->first_child;
-    target->first_child = child;
-    child = next;
+// In front of the target's children, which are older, in the same order.
+static void promote_children(an_object_lifetime* lifetime, an_object_lifetime* target) {
+  an_object_lifetime** link = &lifetime->first_child;
+  while (*link != nullptr) {
+    move_to_parent(*link, lifetime, target);
+    link = &(*link)->next_sibling;
   }
+  *link = target->first_child;
+  target->first_child = lifetime->first_child;
   lifetime->first_child = nullptr;
-  target->has_full_expr_child = has_full_expr_among_children(target);
-  if (lifetime->destructions == nullptr)
-    return;
-  a_dynamic_init* last = lifetime->destructions;
-  for (;; last = last->next_destruction) {
-    last->lifetime = target;
-    if (last->next_destruction == nullptr)
-      break;
+  lifetime->has_full_expr_child = false;
+}
+
+// Behind what the target has to destroy already, that is in front of it.
+static void promote_destructions(an_object_lifetime* lifetime, an_object_lifetime* target) {
+  a_dynamic_init** link = &lifetime->destructions;
+  while (*link != nullptr) {
+    (*link)->lifetime = target;
+    link = &(*link)->next_destruction;
   }
-  last->next_destruction = target->destructions;
+  *link = target->destructions;
   target->destructions = lifetime->destructions;
   lifetime->destructions = nullptr;
+}
+
+void promote_lifetime_contents_to_curr_object_lifetime(an_object_lifetime* lifetime) {
+  promote_children(lifetime, curr_object_lifetime);
+  promote_destructions(lifetime, curr_object_lifetime);
 }
 
 an_object_lifetime* innermost_block_object_lifetime() {
@@ -287,18 +323,24 @@ static an_object_lifetime* nested_lifetime_with_destructions(an_object_lifetime*
   return from == target ? found : nullptr;
 }
 
+// The statements of a template are translated with each instance.
+static bool in_template_definition() {
+  return depth_template_declaration_scope != -1 && initial_value_for_il_lowering_flag == 0;
+}
+
 void record_end_of_lifetime_destruction(a_dynamic_init* init, bool to_function_lifetime,
                                         bool to_block) {
   const bool has_destruction = init->destructor != nullptr ||
                                (init->variable != nullptr && init->variable->needs_destruction);
-  if (!has_destruction)
+  if (!has_destruction || in_template_definition())
     return;
   an_object_lifetime* target = target_of_destruction(to_function_lifetime, to_block);
   if (target == nullptr)
     return;
   if (init->following_lifetime != target) {
-    an_object_lifetime* nested =
-        nested_lifetime_with_destructions(init->following_lifetime, target);
+    an_object_lifetime* from =
+        init->following_lifetime != nullptr ? init->following_lifetime : curr_object_lifetime;
+    an_object_lifetime* nested = nested_lifetime_with_destructions(from, target);
     if (nested != nullptr) {
       nested->first_destruction_at_entry = init;
       init->cleanup_by_nested_lifetime = true;
@@ -356,6 +398,12 @@ void remove_from_destruction_list(a_dynamic_init* init) {
   if (*link == nullptr)
     return;
   replace_first_destruction_in_children(lifetime, init);
+  if (init->cleanup_by_nested_lifetime) {
+    if (init->source_lifetime->first_destruction_at_entry == init)
+      init->source_lifetime->first_destruction_at_entry = init->next_destruction;
+    init->source_lifetime = nullptr;
+    init->cleanup_by_nested_lifetime = false;
+  }
   *link = init->next_destruction;
   init->next_destruction = nullptr;
   init->lifetime = nullptr;

@@ -98,19 +98,12 @@ void add_enumerator(TYPE* type, a_constant* enumerator) {
                             sym_name(&enumerator->source_corresp, 0), &psn));
 }
 
-a_constant* first_enumerator_of(const a_type* type) {
-  const an_integer_type_variant& variant = type->variant.integer;
-  if (!variant.is_scoped_enum)
-    return variant.enum_data.first_enumerator;
-  return variant.enum_data.scope == nullptr ? nullptr : variant.enum_data.scope->constants;
-}
-
 TYPE* enum_type(a_type* type) {
   TYPE* result =
       type_pkg->mk_enum(declared_type_name(type), plain_integer(type->variant.integer.int_kind),
                         bits(type->size), align_bits(type), in_cplusplus_mode());
   set_type_position(result, type->source_corresp);
-  for (a_constant* constant = first_enumerator_of(type); constant != nullptr;
+  for (a_constant* constant = first_enumerator_of_enum(type); constant != nullptr;
        constant = constant->next)
     add_enumerator(result, constant);
   type_pkg->type_frozen(result);

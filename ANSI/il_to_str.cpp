@@ -344,11 +344,8 @@ void form_template_args(const a_template_arg* args, an_il_to_str_control* contro
     } else if (args->is_number) {
       snprintf(digits, sizeof digits, "%" PRIu64, args->value.number);
       add(control, digits);
-    } else if (args->kind == tak_constant && args->value.constant != nullptr &&
-               args->value.constant->kind == con_integer) {
-      snprintf(digits, sizeof digits, "%" PRId64,
-               static_cast<int64_t>(args->value.constant->value.int_value));
-      add(control, digits);
+    } else if (args->kind == tak_constant && args->value.constant != nullptr) {
+      form_constant(args->value.constant, control);
     } else {
       add(control, "<expression>");
     }

@@ -41,6 +41,12 @@ void form_entity_name(const a_source_correspondence* source_corresp, an_il_entry
                       an_il_to_str_control* control);
 void form_template_args(const a_template_arg* args, an_il_to_str_control* control);
 
+// The value, as the source language writes it; enumerators by their names.
+void form_constant(const a_constant* constant, an_il_to_str_control* control);
+// The expression as it was written: without what the analysis added, with the
+// parentheses that the order of the operators asks for.
+void form_expression(const an_expr_node* expr, an_il_to_str_control* control);
+
 // "char", "unsigned int" and so on; bad kinds give a text in asterisks.
 const char* int_kind_name(int kind);
 const char* float_kind_name(int kind);

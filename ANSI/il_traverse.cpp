@@ -53,7 +53,9 @@ private:
   void visit_constant(a_constant* constant);
   void visit_dynamic_init(a_dynamic_init* init);
   void parts_of_expr(an_expr_node* node);
+  void parts_of_template_param(const a_template_param_value& value);
   void parts_of_statement(a_statement* statement);
+  void initializer_of(a_variable* variable);
   void parts_of_loop(a_statement* statement);
   void parts_of_asm(an_asm_entry* entry);
 
@@ -172,6 +174,29 @@ void a_walk::parts_of_expr(an_expr_node* node) {
     later(ws_expr_list, *lists.heads[i]);
 }
 
+void a_walk::parts_of_template_param(const a_template_param_value& value) {
+  switch (value.param_kind) {
+  case tpck_expression:
+    later(ws_expr, value.param_data.expr);
+    break;
+  case tpck_cast:
+  case tpck_implicit_cast:
+  case tpck_unknown_function:
+    later(ws_constant, value.param_data.constant);
+    break;
+  case tpck_sizeof:
+  case tpck_alignof:
+  case tpck_uuidof:
+  case tpck_typeid:
+  case tpck_noexcept:
+    if (!block->skip_unevaluated)
+      later(ws_expr, value.param_expr.expr);
+    break;
+  default:
+    break;
+  }
+}
+
 void a_walk::visit_constant(a_constant* constant) {
   if (!process(block->process_constant, constant, block))
     return;
@@ -197,8 +222,7 @@ void a_walk::visit_constant(a_constant* constant) {
     later(ws_constant, constant->value.repeat.element);
     break;
   case con_template_param:
-    if (constant->value.template_param.param_kind == tpck_expression)
-      later(ws_expr, constant->value.template_param.param_data.expr);
+    parts_of_template_param(constant->value.template_param);
     break;
   case con_designator:
     if (!constant->value.designator.is_field)
@@ -240,6 +264,16 @@ void a_walk::visit_statement(a_statement* statement) {
   later(ws_statement_list, statement->pre_statement);
 }
 
+// Of the variables that a range-based loop declares without statements.
+void a_walk::initializer_of(a_variable* variable) {
+  if (variable == nullptr)
+    return;
+  if (variable->init_kind == initk_constant)
+    later(ws_constant, variable->initializer.constant);
+  else if (variable->init_kind == initk_dynamic)
+    later(ws_dynamic_init, variable->initializer.dynamic);
+}
+
 void a_walk::parts_of_loop(a_statement* statement) {
   if (statement->kind == stmk_do) {
     later(ws_expr, statement->expr);
@@ -249,8 +283,12 @@ void a_walk::parts_of_loop(a_statement* statement) {
   if (statement->kind == stmk_range_for) {
     a_range_based_for_supplement* range = statement->variant.loop.extra.range_for_supplement;
     later(ws_statement, statement->variant.loop.body);
+    initializer_of(range->next_variable);
     later(ws_expr, range->increment_expr);
     later(ws_expr, range->condition_expr);
+    initializer_of(range->end_variable);
+    initializer_of(range->begin_variable);
+    initializer_of(range->range_variable);
     return;
   }
   a_for_loop_supplement* loop = statement->variant.loop.extra.for_supplement;

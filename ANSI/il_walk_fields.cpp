@@ -293,11 +293,11 @@ void visit_template_param_value(a_template_param_value& value, FIELD_VISITOR& v)
   case tpck_typeid:
   case tpck_noexcept:
     v.child(value.param_data.type, iek_type);
-    v.child(value.param_extra_expr.expr, iek_expr_node);
+    v.child(value.param_expr.expr, iek_expr_node);
     break;
   case tpck_unknown_function:
     v.child(value.param_data.constant, iek_constant);
-    v.list(value.param_extra_expr.template_args, iek_template_arg);
+    v.list(value.param_expr.template_args, iek_template_arg);
     break;
   case tpck_invalid:
   case tpck_param_ref:

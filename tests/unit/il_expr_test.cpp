@@ -1,45 +1,8 @@
-#include "front_end_fixture.h"
+#include "il_expr_fixture.h"
 
 namespace {
 
-class IlExpr : public FrontEnd {
-protected:
-  a_constant integer(int64_t value, an_integer_kind kind = ik_int) {
-    a_constant constant;
-    set_integer_constant(&constant, value, kind);
-    return constant;
-  }
-
-  a_constant string(const char* text) {
-    a_constant constant;
-    clear_constant(&constant, con_string);
-    constant.type = string_type(strlen(text) + 1);
-    constant.value.string.length = strlen(text) + 1;
-    constant.value.string.text = text;
-    return constant;
-  }
-
-  a_variable* variable(const char* name) {
-    return enter_variable(name, sc_extern, 0)->variant.variable;
-  }
-
-  an_expr_node* number(int64_t value) {
-    return node_for_integer_constant(value, ik_int);
-  }
-
-  an_expr_node* binary(an_expr_operator_kind op, an_expr_node* left, an_expr_node* right) {
-    left->next = right;
-    return make_operator_node(op, integer_type(ik_int), left);
-  }
-
-  // a + a + ... , nested to the left.
-  an_expr_node* sum_of(int terms, a_variable* term) {
-    an_expr_node* sum = var_rvalue_expr(term);
-    for (int i = 1; i < terms; ++i)
-      sum = binary(eok_add, sum, var_rvalue_expr(term));
-    return sum;
-  }
-};
+class IlExpr : public IL_EXPR_TEST {};
 
 TEST_F(IlExpr, IntegersAreCutToTheirKind) {
   struct {
@@ -394,118 +357,118 @@ TEST_F(IlExpr, SideEffectsAndInvariance) {
   EXPECT_TRUE(expr_contains_error(binary(eok_add, number(1), error_node())));
 }
 
-TEST_F(IlExpr, StatementsKeepTheirPlaces) {
-  a_statement* statement = alloc_statement(stmk_if);
-  statement->variant.if_stmt.then_statement = alloc_statement(stmk_null);
-  a_statement* next = alloc_statement(stmk_null);
-  statement->next = next;
-  statement->is_generated = true;
-  a_statement* inner = change_statement_into_block(statement);
-  EXPECT_EQ(statement->kind, stmk_block);
-  EXPECT_EQ(statement->next, next);
-  EXPECT_EQ(statement->variant.block.first_statement, inner);
-  EXPECT_EQ(inner->parent, statement);
-  EXPECT_EQ(inner->next, nullptr);
-  EXPECT_EQ(inner->variant.if_stmt.then_statement->parent, inner);
-  EXPECT_EQ(inner->variant.if_stmt.else_statement, nullptr);
-}
-
-TEST_F(IlExpr, LocalStaticsHideTheirInitializer) {
-  a_routine* routine = enter_function("f");
-  push_function_scope(routine);
-  a_symbol* symbol = enter_variable("s", sc_static, 1);
-  symbol->referenced = true;
-  a_variable* s = symbol->variant.variable;
-  a_constant nine = integer(9);
-  s->init_kind = initk_constant;
-  s->initializer.constant = alloc_unshared_constant(&nine);
-  a_scope* scope = innermost_function_scope;
-  a_constant* value = s->initializer.constant;
-  make_local_static_variable_init(s, scope);
-  EXPECT_EQ(s->init_kind, initk_local_static);
-  EXPECT_EQ(initializer_constant(s, scope), value);
-  EXPECT_EQ(initializer_constant(s, nullptr), value);
-  pop_scope();
-}
-
-class Lifetimes : public FrontEnd {
-protected:
-  void SetUp() override {
-    start(cd_cplusplus);
-    routine = enter_function("f");
-    destructor = enter_function("destroy");
-    destructor->defined = true;
-    push_function_scope(routine);
+TEST_F(IlExpr, TheTableOfOperators) {
+  const auto is_one_of = [](int op, std::initializer_list<std::pair<int, int>> ranges) {
+    for (auto [low, high] : ranges) {
+      if (op >= low && op <= high)
+        return true;
+    }
+    return false;
+  };
+  for (int value = 0; value < num_expr_operator_kinds; ++value) {
+    const an_expr_operator_kind op = static_cast<an_expr_operator_kind>(value);
+    const an_operator_description& description = description_of_operator(op);
+    const bool is_reserved = is_one_of(value, {{1, 2},
+                                               {10, 13},
+                                               {17, 19},
+                                               {24, 24},
+                                               {30, 31},
+                                               {64, 69},
+                                               {88, 89},
+                                               {92, 92},
+                                               {97, 98},
+                                               {109, 114},
+                                               {117, 117}});
+    EXPECT_EQ(description.form == of_none, is_reserved) << value;
+    EXPECT_EQ(description.precedence == prec_none, is_reserved) << value;
+    EXPECT_EQ(is_compound_assignment_operator(op), is_one_of(value, {{73, 84}})) << value;
+    EXPECT_EQ(is_operator_returning_bool(op),
+              is_one_of(value, {{20, 20}, {29, 29}, {58, 63}, {86, 87}}))
+        << value;
+    an_expr_node cast = {};
+    cast.kind = expr_operation;
+    cast.variant.operation.op = op;
+    EXPECT_EQ(is_cast_operation_node(&cast), is_one_of(value, {{5, 5}, {9, 9}, {13, 13}, {17, 17}}))
+        << value;
+    // What changes its operand in place needs an lvalue.
+    if (is_assignment_operator(op) || is_increment_operator(op)) {
+      EXPECT_TRUE(operator_takes_lvalue_op1(op)) << value;
+    }
+    EXPECT_EQ(operator_takes_lvalue_op2(op), op == eok_array_assign) << value;
   }
-
-  a_dynamic_init* object() {
-    a_dynamic_init* init = alloc_dynamic_init(dik_zero);
-    init->destructor = destructor;
-    init->following_lifetime = curr_object_lifetime;
-    record_end_of_lifetime_destruction(init, false, true);
-    return init;
-  }
-
-  a_routine* routine = nullptr;
-  a_routine* destructor = nullptr;
-};
-
-TEST_F(Lifetimes, UselessOnesLeaveTheTree) {
-  an_object_lifetime* function = curr_object_lifetime;
-  push_block_scope(nullptr);
-  push_block_scope(nullptr);
-  a_dynamic_init* first = object();
-  a_dynamic_init* second = object();
-  an_object_lifetime* inner = curr_object_lifetime;
-  EXPECT_EQ(inner->destructions, second);
-  EXPECT_EQ(second->next_destruction, first);
-  pop_scope();
-  pop_scope();
-  EXPECT_EQ(curr_object_lifetime, function);
-  // The middle block destroys nothing; the inner one hangs from the function.
-  EXPECT_EQ(function->first_child, inner);
-  EXPECT_EQ(inner->parent, function);
-  EXPECT_EQ(inner->next_sibling, nullptr);
-  push_block_scope(nullptr);
-  pop_scope();
-  EXPECT_EQ(function->first_child, inner);
+  EXPECT_TRUE(operator_takes_lvalue_op1(eok_address_of));
+  EXPECT_TRUE(operator_takes_lvalue_op1(eok_dot_field));
+  EXPECT_FALSE(operator_takes_lvalue_op1(eok_arrow_field));
+  EXPECT_FALSE(operator_takes_lvalue_op1(eok_indirect));
 }
 
-TEST_F(Lifetimes, EntryMarksSayWhatIsAliveAlready) {
-  a_dynamic_init* outer = object();
-  push_block_scope(nullptr);
-  EXPECT_EQ(curr_object_lifetime->first_destruction_at_entry, outer);
-  object();
-  an_object_lifetime* block = curr_object_lifetime;
-  pop_scope();
-  a_dynamic_init* later = object();
-  EXPECT_EQ(curr_object_lifetime->destructions, later);
-  EXPECT_EQ(later->next_destruction, outer);
-  EXPECT_EQ(block->first_destruction_at_entry, outer);
-  remove_from_destruction_list(outer);
-  EXPECT_EQ(later->next_destruction, nullptr);
-  EXPECT_EQ(block->first_destruction_at_entry, nullptr);
+TEST_F(IlExpr, AddressesReachTheObjectsUnderAnLvalue) {
+  a_type* s = struct_type("s");
+  a_field* f = field("f", make_array_type(integer_type(ik_int), 3));
+  a_variable* variables[6];
+  for (int i = 0; i < 6; ++i)
+    variables[i] = variable(std::string(1, static_cast<char>('a' + i)).c_str(), s);
+  a_variable* pointer = variable("p", make_pointer_type(s));
+  // a.f[1], b ? c : d, (0, e), p->f
+  an_expr_node* array = field_lvalue_selection_expr(var_lvalue_expr(variables[0]), f);
+  an_expr_node* base =
+      make_operator_node(eok_array_to_pointer, make_pointer_type(integer_type(ik_int)), array);
+  base->next = number(1);
+  mark_address_taken_in_lvalue(
+      make_lvalue_operator_node(eok_subscript, integer_type(ik_int), base));
+  mark_address_taken_in_lvalue(conditional(
+      var_lvalue_expr(variables[1]), var_lvalue_expr(variables[2]), var_lvalue_expr(variables[3])));
+  mark_address_taken_in_lvalue(make_comma_node(number(0), var_lvalue_expr(variables[4])));
+  mark_address_taken_in_lvalue(field_lvalue_selection_expr(var_rvalue_expr(pointer), f));
+  const bool expected[] = {true, false, true, true, true, false};
+  for (int i = 0; i < 6; ++i)
+    EXPECT_EQ(variables[i]->address_taken, expected[i]) << i;
+  EXPECT_FALSE(pointer->address_taken);
 }
 
-TEST_F(Lifetimes, RecordsAreUsedAgainWithinAFunction) {
-  push_block_scope(nullptr);
-  an_object_lifetime* first = curr_object_lifetime;
-  pop_scope();
-  push_block_scope(nullptr);
-  EXPECT_EQ(curr_object_lifetime, first);
-  EXPECT_EQ(first->destructions, nullptr);
-  pop_scope();
+TEST_F(IlExpr, CopiesGiveTemporariesRecordsOfTheirOwn) {
+  a_dynamic_init* init = alloc_dynamic_init(dik_expr);
+  init->variant.expr = number(5);
+  an_expr_node* temporary = alloc_expr_node(expr_temp_init);
+  temporary->variant.dynamic_init = init;
+  an_expr_node* tree = binary(eok_add, temporary, number(6));
+  const auto init_of = [](const an_expr_node* copy) {
+    return copy->variant.operation.operands->variant.dynamic_init;
+  };
+  const auto constant_of = [](const an_expr_node* copy) {
+    return copy->variant.operation.operands->next->variant.constant.ptr;
+  };
+  an_expr_node* plain = copy_expr_tree(tree, cef_none);
+  EXPECT_EQ(init_of(plain), init);
+  EXPECT_EQ(constant_of(plain), constant_of(tree));
+  an_expr_node* full = copy_expr_tree(tree, cef_copy_dynamic_inits | cef_copy_constants);
+  EXPECT_NE(init_of(full), init);
+  EXPECT_NE(init_of(full)->variant.expr, init->variant.expr);
+  EXPECT_NE(constant_of(full), constant_of(tree));
+  EXPECT_TRUE(compare_expressions(full, tree, 0));
+  init_of(full)->variant.expr = number(7);
+  EXPECT_FALSE(compare_expressions(full, tree, 0));
+  // A node that is copied alone keeps its operands, but no place in a list.
+  temporary->next = number(1);
+  an_expr_node* alone = copy_node(temporary);
+  EXPECT_EQ(alone->next, nullptr);
+  EXPECT_EQ(alone->variant.dynamic_init, init);
 }
 
-TEST_F(Lifetimes, BlockScopeMadeLaterIsBound) {
-  push_block_scope(nullptr);
-  object();
-  an_object_lifetime* lifetime = curr_object_lifetime;
-  a_scope* scope = ensure_il_scope_exists(&scope_stack[depth_scope_stack]);
-  EXPECT_EQ(scope->object_lifetime, lifetime);
-  EXPECT_EQ(lifetime->assoc.scope, scope);
-  pop_scope();
-  EXPECT_EQ(scope->object_lifetime, lifetime);
+TEST_F(IlExpr, WalksReachDependentValues) {
+  an_expr_node* node = alloc_expr_node(expr_constant);
+  node->variant.constant.ptr = alloc_constant(con_template_param);
+  a_constant* cast = node->variant.constant.ptr;
+  set_template_param_constant_kind(cast, tpck_cast);
+  cast->value.template_param.param_data.constant = alloc_constant(con_template_param);
+  a_constant* size = cast->value.template_param.param_data.constant;
+  set_template_param_constant_kind(size, tpck_sizeof);
+  size->value.template_param.param_expr.expr = error_node();
+  EXPECT_TRUE(expr_contains_error(node));
+  // The operand is not evaluated.
+  size->value.template_param.param_expr.expr =
+      make_assignment_expr(var_lvalue_expr(variable("x")), eok_assign, number(1));
+  EXPECT_FALSE(node_has_side_effects(node));
 }
 
 } // namespace
