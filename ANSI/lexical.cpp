@@ -481,17 +481,20 @@ void number_curr_token() {
   last_token_sequence_number_of_token = last_token_sequence_number_used;
 }
 
+static uint16_t shown_column(size_t column) {
+  return static_cast<uint16_t>(column > UINT16_MAX ? UINT16_MAX : column);
+}
+
 void set_curr_token_spelling_and_position() {
+  size_t length = static_cast<size_t>(curr_char_loc - start_of_curr_token);
   end_of_curr_token = curr_char_loc - 1;
-  len_of_curr_token = static_cast<size_t>(curr_char_loc - start_of_curr_token);
-  position_of_loc(start_of_curr_token, &pos_curr_token);
+  len_of_curr_token = length;
   if (curr_text_modif == nullptr && curr_source_line_is_plain) {
-    end_pos_curr_token = pos_curr_token;
-    size_t end_column =
-        pos_curr_token.column + (len_of_curr_token != 0 ? len_of_curr_token - 1 : 0);
-    end_pos_curr_token.column =
-        static_cast<uint16_t>(end_column > UINT16_MAX ? UINT16_MAX : end_column);
+    size_t column = static_cast<size_t>(start_of_curr_token - curr_source_line) + 1;
+    pos_curr_token = {curr_seq_number, shown_column(column), 0};
+    end_pos_curr_token = {curr_seq_number, shown_column(column + length - (length != 0)), 0};
   } else {
+    position_of_loc(start_of_curr_token, &pos_curr_token);
     position_of_loc(end_of_curr_token, &end_pos_curr_token);
   }
   error_position = pos_curr_token;

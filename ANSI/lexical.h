@@ -373,6 +373,22 @@ bool f_is_identifier_char(const char* location, bool at_start, size_t* length,
 const char* make_canonical_identifier(const char* text, size_t* length);
 bool is_nonstandard_character(const char* location);
 
+// -- Names of several tokens ------------------------------------------------------------
+
+// Whether the current token begins a name that may be qualified.
+bool f_is_generalized_identifier_start();
+// At a qualified name: folds it into one identifier token and looks it up, with
+// the options of lookup.h. Null, with the token as it was, where no qualifier
+// stands; null with an error locator behind a message.
+a_symbol* coalesce_and_lookup_qualified_name(uint32_t options);
+// The same for a name with or without a qualifier.
+a_symbol* coalesce_and_lookup_generalized_identifier(uint32_t options);
+// The form in which a name was written, of the current token or a locator; null
+// for a plain name.
+a_name_reference* make_name_reference();
+a_name_reference* make_name_reference_from_locator(const a_symbol_locator* locator,
+                                                   const a_source_range* range);
+
 // -- Keywords
 // ------------------------------------------------------------------------------------------
 

@@ -104,7 +104,8 @@ a_symbol_header* find_symbol_header_hashed(const char* text, size_t length, uint
   a_symbol_header** bucket = &symbol_table[hash % symbol_table_size];
   for (a_symbol_header** link = bucket; *link != nullptr; link = &(*link)->next_in_bucket) {
     a_symbol_header* header = *link;
-    if (header->length != length || memcmp(header->identifier, text, length) != 0)
+    if (header->hash != hash || header->length != length ||
+        memcmp(header->identifier, text, length) != 0)
       continue;
     if (link != bucket) {
       // A name that was used will soon be used again.

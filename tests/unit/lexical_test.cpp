@@ -361,3 +361,149 @@ TEST_F(LexicalTest, InsertedTextStandsBeforeTheNextToken) {
   get_token();
   EXPECT_TRUE(curr_token_is_identifier_string("b"));
 }
+
+// A unit in which names can be declared.
+class QualifiedNameTest : public ScanTest {
+protected:
+  void SetUp() override {
+    ScanTest::SetUp();
+    set_cplusplus_modes(201103);
+  }
+
+  void TearDown() override {
+    depth_scope_stack = -1;
+    ScanTest::TearDown();
+  }
+
+  void open_with_file_scope(const std::string& text) {
+    open(text);
+    il_header.primary_scope = new_file_scope(file_scope_number);
+    push_file_scope(false);
+  }
+
+  a_symbol* declare(a_symbol_kind kind, const char* name) {
+    a_symbol_locator locator = cleared_locator;
+    find_symbol_header(name, 0, &locator);
+    return enter_symbol(kind, &locator, depth_scope_stack, nullptr);
+  }
+};
+
+TEST_F(QualifiedNameTest, GlobalNamesBecomeOneToken) {
+  open_with_file_scope(":: x = y ;\n");
+  a_symbol* x = declare(symk_variable, "x");
+  get_token();
+  EXPECT_TRUE(f_is_generalized_identifier_start());
+  EXPECT_EQ(coalesce_and_lookup_qualified_name(ilo_none), x);
+  EXPECT_EQ(curr_token, tok_identifier);
+  EXPECT_EQ(pos_curr_token.column, 1);
+  EXPECT_EQ(end_pos_curr_token.column, 4);
+  EXPECT_TRUE(locator_for_curr_id.is_global_qualified);
+  const a_name_reference* reference = make_name_reference();
+  EXPECT_TRUE(reference->is_global);
+  EXPECT_EQ(reference->qualifiers, nullptr);
+  // A folded name stays one when it is read again.
+  unget_token();
+  get_token();
+  EXPECT_EQ(coalesce_and_lookup_generalized_identifier(ilo_none), x);
+  EXPECT_EQ(get_token(), tok_assign);
+  EXPECT_FALSE(f_is_generalized_identifier_start());
+  get_token();
+  EXPECT_EQ(coalesce_and_lookup_qualified_name(ilo_none), nullptr);
+  EXPECT_TRUE(curr_token_is_identifier_string("y"));
+  EXPECT_EQ(make_name_reference(), nullptr);
+  EXPECT_EQ(total_errors, 0u);
+}
+
+TEST_F(QualifiedNameTest, NamesThatQualifyNothingAreReported) {
+  const struct {
+    const char* text;
+    const char* message;
+  } cases[] = {{"v::w ;\n", "must be a class or namespace name"},
+               {"u::w ;\n", "identifier \"u\" is undefined"},
+               {"::u::w::z ;\n", "identifier \"u\" is undefined"},
+               {"v:: ;\n", "expected an identifier"}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.text);
+    open_with_file_scope(test.text);
+    declare(symk_variable, "v");
+    get_token();
+    EXPECT_EQ(coalesce_and_lookup_generalized_identifier(ilo_none), nullptr);
+    EXPECT_EQ(curr_token, tok_identifier);
+    EXPECT_TRUE(locator_for_curr_id.is_error_locator);
+    EXPECT_TRUE(was_reported(test.message));
+    EXPECT_EQ(get_token(), tok_semicolon);
+    depth_scope_stack = -1;
+  }
+}
+
+TEST_F(LexicalTest, DigraphsBeforeScopes) {
+  set_cplusplus_modes(201103);
+  EXPECT_EQ(kinds("a<::b <::: <::> 5%::c\n"),
+            (a_kind_list{tok_identifier, tok_lt, tok_colon_colon, tok_identifier, tok_lbracket,
+                         tok_colon_colon, tok_lbracket, tok_rbracket, tok_integer, tok_remainder,
+                         tok_colon_colon, tok_identifier}));
+  EXPECT_EQ(total_warnings, 0u);
+  set_cplusplus_modes(199711);
+  EXPECT_EQ(kinds("a<::b\n"),
+            (a_kind_list{tok_identifier, tok_lbracket, tok_colon, tok_identifier}));
+  EXPECT_TRUE(was_reported("use of alternative token \"<:\" appears to be unintended"));
+  kinds("a %::b\n");
+  EXPECT_TRUE(was_reported("use of alternative token \"%:\" appears to be unintended"));
+  set_C_modes(201112);
+  EXPECT_EQ(kinds("a<::b\n"),
+            (a_kind_list{tok_identifier, tok_lbracket, tok_colon, tok_identifier}));
+  EXPECT_EQ(total_warnings, 2u);
+}
+
+TEST_F(LexicalTest, LintCommentsWaitAsPragmas) {
+  const struct {
+    const char* text;
+    a_pragma_kind_tag kind;
+    unsigned extra;
+  } cases[] = {{"/*ARGSUSED*/ x\n", pk_argsused, 0},
+               {"// \tNOTREACHED\nx\n", pk_notreached, 0},
+               {"/* VARARGS12 */ x\n", pk_varargs, 12},
+               {"/* VARARGS */ x\n", pk_none, 0},
+               {"/*ARGSUSEDx*/ x\n", pk_none, 0},
+               {"/* see NOTREACHED */ x\n", pk_none, 0},
+               {"#define f /*ARGSUSED*/ 1\n#if 0\n/*ARGSUSED*/\n#endif\nx\n", pk_none, 0}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.text);
+    open(test.text);
+    get_token();
+    EXPECT_TRUE(curr_token_is_identifier_string("x"));
+    if (test.kind == pk_none) {
+      EXPECT_EQ(curr_token_pragmas, nullptr);
+      continue;
+    }
+    ASSERT_NE(curr_token_pragmas, nullptr);
+    EXPECT_EQ(curr_token_pragmas->description->kind, test.kind);
+    EXPECT_EQ(curr_token_pragmas->extra, test.extra);
+    get_token();
+    EXPECT_EQ(curr_token_pragmas, nullptr);
+  }
+  kinds("#pragma ARGSUSED\nx\n");
+  EXPECT_TRUE(was_reported("unrecognized #pragma"));
+}
+
+TEST_F(LexicalTest, CharactersOfIdentifiers) {
+  EXPECT_EQ(kinds("\xe9\xd7\n"), (a_kind_list{tok_identifier, tok_error}));
+  EXPECT_EQ(kinds("a$b\n"), (a_kind_list{tok_identifier, tok_error, tok_identifier}));
+  allow_dollar_in_id_chars = multibyte_chars_in_source_enabled = 1;
+  lexical_one_time_init();
+  EXPECT_EQ(kinds("a$b \xc3\xa9x \xe2\x80\xa8 y\n"),
+            (a_kind_list{tok_identifier, tok_identifier, tok_error, tok_identifier}));
+  open("\xc3\xa9\\u00e9 z\n");
+  get_token();
+  EXPECT_STREQ(locator_for_curr_id.header->identifier, "\\u00E9\\u00E9");
+  get_token();
+  EXPECT_EQ(pos_curr_token.column, 9);
+}
+
+TEST_F(LexicalTest, StrictC89ReadsEndOfLineCommentsWithAWarning) {
+  set_C_modes(199000);
+  strict_ansi_mode = 1;
+  EXPECT_EQ(kinds("a // b\nc // d\n"), (a_kind_list{tok_identifier, tok_identifier}));
+  EXPECT_TRUE(was_reported("'//' comments are not allowed in strict C89 mode"));
+  EXPECT_EQ(total_warnings, 1u);
+}

@@ -1,0 +1,187 @@
+// Names of several tokens: a qualified name is folded into one identifier token,
+// with what it means in the locator (C++11 3.4.3).
+
+#include "error.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "lexical_int.h"
+#include "lookup.h"
+#include "mode_words.h"
+#include "types.h"
+
+// -- Qualifiers -------------------------------------------------------------------------
+
+// Where the next component of a qualified name is looked up.
+enum a_name_place_kind : uint8_t { npk_anywhere, npk_global, npk_namespace, npk_class, npk_enum };
+
+struct a_name_place {
+  a_name_place_kind kind;
+  a_type* type;
+  a_namespace* namespace_entry;
+};
+
+static a_symbol* look_up_in_place(const a_name_place& place, a_symbol_locator* locator,
+                                  uint32_t options) {
+  switch (place.kind) {
+  case npk_global:
+    return file_scope_id_lookup(il_header.primary_scope, locator, options);
+  case npk_namespace:
+    return namespace_qualified_id_lookup(locator, place.namespace_entry, options);
+  case npk_class:
+    return class_qualified_id_lookup(locator, place.type, options);
+  case npk_enum:
+    return enum_qualified_id_lookup(locator, place.type);
+  default:
+    return normal_id_lookup(locator, options);
+  }
+}
+
+// The place that a name before `::` stands for; false for a name that is no
+// class, namespace or enumeration.
+static bool place_of_qualifier(const a_symbol* symbol, a_name_place* place) {
+  if (symbol->kind == symk_namespace) {
+    *place = {npk_namespace, nullptr, symbol->variant.namespace_entry};
+    return true;
+  }
+  if (symbol->kind != symk_type && !is_tag_symbol_kind(symbol->kind))
+    return false;
+  a_type* type = skip_typerefs(symbol->variant.type);
+  if (is_class_struct_union_type(type)) {
+    *place = {npk_class, type, nullptr};
+    return true;
+  }
+  if (!is_enum_type(type) || !enum_qualifiers_enabled)
+    return false;
+  *place = {npk_enum, type, nullptr};
+  return true;
+}
+
+// Marks the locator of the last component with the place it was looked up in.
+static void set_qualifier_of_locator(a_symbol_locator* locator, const a_name_place& place) {
+  locator->is_qualified = 1;
+  locator->is_generalized = 1;
+  locator->is_global_qualified = place.kind == npk_global;
+  locator->is_class_qualified = place.kind == npk_class;
+  locator->is_enum_qualified = place.kind == npk_enum;
+  if (place.kind == npk_namespace)
+    locator->qualifier.namespace_entry = place.namespace_entry;
+  else
+    locator->qualifier.class_type = place.type;
+}
+
+static void report_bad_qualifier(const a_name_place& place, a_symbol_locator* locator) {
+  if (look_up_in_place(place, locator, ilo_none) == nullptr)
+    reference_to_invalid_name(locator);
+  else
+    pos_error(ec_id_must_be_class_or_namespace_name, &pos_curr_token);
+}
+
+static void skip_qualifier() {
+  get_token();
+  get_token();
+}
+
+// At a name before `::`: advances to behind the `::`. False, after a message,
+// for a name that can't stand there.
+static bool scan_qualifier(a_name_place* place) {
+  a_symbol_locator locator = locator_for_curr_id;
+  a_symbol* symbol = look_up_in_place(*place, &locator, ilo_followed_by_colons);
+  bool is_known = symbol != nullptr && place_of_qualifier(symbol, place);
+  if (!is_known) {
+    locator = locator_for_curr_id;
+    report_bad_qualifier(*place, &locator);
+  }
+  skip_qualifier();
+  return is_known;
+}
+
+// -- Folding ------------------------------------------------------------------------------
+
+bool f_is_generalized_identifier_start() {
+  if (curr_token == tok_identifier)
+    return true;
+  return in_cplusplus_mode() && curr_token == tok_colon_colon && next_token() == tok_identifier;
+}
+
+// Whether more than the current token belongs to the name.
+static bool at_qualified_name() {
+  if (!in_cplusplus_mode() || !f_is_generalized_identifier_start() ||
+      (curr_token == tok_identifier && locator_for_curr_id.is_generalized))
+    return false;
+  return curr_token == tok_colon_colon || next_token() == tok_colon_colon;
+}
+
+a_symbol* coalesce_and_lookup_qualified_name(uint32_t options) {
+  if (!at_qualified_name())
+    return nullptr;
+  a_source_position start = pos_curr_token;
+  a_token_sequence_number number = curr_token_sequence_number;
+  a_name_place place = {npk_anywhere, nullptr, nullptr};
+  bool is_good = true;
+  if (loop_token(tok_colon_colon))
+    place.kind = npk_global;
+  while (curr_token == tok_identifier && next_token() == tok_colon_colon) {
+    if (is_good)
+      is_good = scan_qualifier(&place);
+    else
+      skip_qualifier();
+  }
+  if (curr_token != tok_identifier) {
+    pos_error(ec_exp_identifier, &pos_curr_token);
+    unget_token();
+    curr_token = tok_identifier;
+    clear_locator(&locator_for_curr_id, &start);
+    is_good = false;
+  }
+  pos_curr_token = error_position = start;
+  curr_token_sequence_number = number;
+  a_symbol* symbol = nullptr;
+  if (is_good)
+    symbol = look_up_in_place(place, &locator_for_curr_id, options);
+  else
+    set_to_error_locator(&locator_for_curr_id);
+  set_qualifier_of_locator(&locator_for_curr_id, place);
+  return symbol;
+}
+
+a_symbol* coalesce_and_lookup_generalized_identifier(uint32_t options) {
+  if (at_qualified_name())
+    return coalesce_and_lookup_qualified_name(options);
+  if (curr_token != tok_identifier || locator_for_curr_id.is_error_locator)
+    return nullptr;
+  if (locator_for_curr_id.is_generalized)
+    return locator_for_curr_id.symbol;
+  return normal_id_lookup(&locator_for_curr_id, options);
+}
+
+// -- Names as they were written -------------------------------------------------------------
+
+static a_name_qualifier* make_qualifier(const a_symbol_locator* locator) {
+  if (locator->qualifier.entry == nullptr)
+    return nullptr;
+  a_name_qualifier* qualifier = alloc_name_qualifier();
+  bool is_type = locator->is_class_qualified || locator->is_enum_qualified;
+  qualifier->kind = is_type ? iek_type : iek_namespace;
+  qualifier->variant.generic = locator->qualifier.entry;
+  qualifier->position = locator->position;
+  return qualifier;
+}
+
+a_name_reference* make_name_reference_from_locator(const a_symbol_locator* locator,
+                                                   const a_source_range* range) {
+  if (!locator->is_qualified && !locator->is_template_id)
+    return nullptr;
+  a_name_reference* reference = alloc_name_reference();
+  reference->qualifiers = make_qualifier(locator);
+  reference->template_args = locator->template_args;
+  reference->has_explicit_args = locator->is_template_id;
+  reference->has_template_keyword = locator->template_keyword_used;
+  reference->is_global = locator->is_global_qualified;
+  reference->range = *range;
+  return reference;
+}
+
+a_name_reference* make_name_reference() {
+  a_source_range range = {pos_curr_token, end_pos_curr_token};
+  return make_name_reference_from_locator(&locator_for_curr_id, &range);
+}
