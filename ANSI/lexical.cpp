@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "cfe.h"
 #include "error.h"
 #include "lexical_int.h"
 #include "macro_int.h"
@@ -251,10 +252,11 @@ static bool go_to_next_line() {
 
 // -- Comments ---------------------------------------------------------------------------
 
-// A comment is left out of the preprocessed output.
+// A comment is left out of the preprocessed output and the listing.
 static void replace_comment_by_blank(char* start, char* end) {
   static char blank_text[] = {' ', 0, mtm_end_of_text};
-  if (generate_pp_output && !keep_comments_in_pp_output && curr_text_modif == nullptr)
+  bool is_listed = generate_pp_output || f_raw_listing != nullptr;
+  if (is_listed && !keep_comments_in_pp_output && curr_text_modif == nullptr)
     add_text_modif(start, static_cast<size_t>(end - start), blank_text, blank_text + 1);
 }
 

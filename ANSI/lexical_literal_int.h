@@ -46,9 +46,10 @@ void append_char(std::string* bytes, uint32_t value, bool is_code_point,
 // Appends one element in the target's byte order.
 void append_element(std::string* bytes, uint64_t value, int size);
 
-// At a raw string literal's `R`: false, after a message, when its delimiter is
-// none and it is to be read as an ordinary literal. curr_char_loc moves behind
-// an accepted literal, which is taken back to the text as it was written.
+// At the quote of a raw string, `prefix_length` bytes behind the start of the
+// current token: false, after a message, when it has no delimiter and is to be
+// read as an ordinary literal. Otherwise curr_char_loc moves behind it, and the
+// line holds its text as it was written.
 bool scan_raw_string(size_t prefix_length, bool* is_closed);
 
 // The type that a constant of the kind is widened to in #if.

@@ -176,7 +176,14 @@ void flush_until_matching_token_full(bool warn) {
     if (curr_token == tok_end_of_source ||
         (curr_token == tok_newline && in_preprocessing_directive))
       break;
-    if (is_opening_token(curr_token)) {
+    bool in_angle_brackets = expected.back() == tok_gt;
+    if (in_angle_brackets && curr_token == tok_shift_right && expected.size() > 1 &&
+        expected[expected.size() - 2] == tok_gt) {
+      // It closes two lists of template arguments.
+      expected.pop_back();
+      curr_token = tok_gt;
+    }
+    if (is_opening_token(curr_token) || (in_angle_brackets && curr_token == tok_lt)) {
       expected.push_back(partner_of(curr_token));
     } else if (curr_token == expected.back()) {
       expected.pop_back();

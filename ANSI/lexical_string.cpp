@@ -25,75 +25,77 @@ bool is_raw_string_delimiter_char[256];
 
 static constexpr size_t max_raw_string_delimiter = 16;
 
-struct a_raw_string_delimiter {
-  char text[max_raw_string_delimiter];
-  size_t length;
-};
-
+// The text of the raw string being scanned as it was written, from behind the
+// opening quote on; newlines and NULs are markers, as in the line buffer.
+static std::string raw_text;
+// It differs from the text in the line buffer.
+static bool raw_text_is_changed;
 // The first change against the physical text behind the place of scanning, as
 // far as the line buffer is being scanned.
-static an_orig_line_modif* next_orig_modif;
+static const an_orig_line_modif* next_orig_modif;
 
-static void find_next_orig_modif() {
+static void start_raw_text() {
+  raw_text.clear();
+  raw_text_is_changed = false;
   next_orig_modif = curr_text_modif == nullptr ? orig_line_modif_list : nullptr;
   while (next_orig_modif != nullptr && next_orig_modif->location < curr_char_loc)
     next_orig_modif = next_orig_modif->next;
 }
 
-// A raw string has no splices and trigraphs: those at the place of scanning
-// become the text that was written.
-static void undo_modifs_at_curr_char() {
+// A raw string has no splices and trigraphs: those at the place of scanning go
+// to the text as they were written.
+static void take_orig_modifs() {
   while (next_orig_modif != nullptr && next_orig_modif->location <= curr_char_loc) {
-    an_orig_line_modif* modif = next_orig_modif;
+    const an_orig_line_modif* modif = next_orig_modif;
     next_orig_modif = modif->next;
-    if (modif->kind == olm_trigraph || modif->kind == olm_splice)
-      undo_orig_line_modif(modif);
+    if (modif->kind == olm_splice) {
+      const char splice[] = {'\\', '\0', lm_newline};
+      raw_text.append(splice, sizeof splice);
+    } else if (modif->kind == olm_trigraph) {
+      raw_text += "?\?";
+      raw_text += static_cast<char>(modif->extra);
+      ++curr_char_loc;
+    } else {
+      continue;
+    }
+    raw_text_is_changed = true;
   }
 }
 
-// Behind the quote; goes behind the parenthesis.
-static bool scan_raw_string_delimiter(a_raw_string_delimiter* delimiter) {
-  delimiter->length = 0;
-  for (;;) {
-    undo_modifs_at_curr_char();
-    char c = *curr_char_loc;
-    if (c == '(') {
-      ++curr_char_loc;
-      return true;
-    }
-    bool is_too_long = delimiter->length == max_raw_string_delimiter;
+// Takes a character, or what was written in its place. False at a NUL.
+static bool take_raw_char() {
+  size_t length = raw_text.size();
+  take_orig_modifs();
+  if (raw_text.size() != length)
+    return true;
+  if (*curr_char_loc == 0)
+    return false;
+  raw_text += *curr_char_loc++;
+  return true;
+}
+
+static constexpr size_t no_raw_string = SIZE_MAX;
+
+// Behind the quote: reads to behind the parenthesis. The length of the
+// delimiter; no_raw_string, after a message, where there's none.
+static size_t scan_raw_string_delimiter() {
+  for (size_t length = 0;; ++length) {
+    bool is_char = length < raw_text.size() || take_raw_char();
+    char c = is_char ? raw_text[length] : '\0';
+    if (c == '(')
+      return length;
+    bool is_too_long = length == max_raw_string_delimiter;
     if (is_too_long || !is_raw_string_delimiter_char[static_cast<unsigned char>(c)]) {
       report_token_error(is_too_long ? ec_missing_raw_string_delim_lparen
                                      : ec_bad_raw_string_delim_char,
-                         curr_char_loc);
-      return false;
+                         start_of_curr_token);
+      return no_raw_string;
     }
-    delimiter->text[delimiter->length++] = c;
-    ++curr_char_loc;
   }
 }
 
-// Behind a closing parenthesis: passes the delimiter and the quote if they
-// follow.
-static bool pass_raw_string_end(const a_raw_string_delimiter& delimiter) {
-  a_saved_line_loc behind_parenthesis(curr_char_loc);
-  size_t matched = 0;
-  undo_modifs_at_curr_char();
-  while (matched < delimiter.length && *curr_char_loc == delimiter.text[matched]) {
-    ++matched;
-    ++curr_char_loc;
-    undo_modifs_at_curr_char();
-  }
-  if (matched == delimiter.length && *curr_char_loc == '"') {
-    ++curr_char_loc;
-    return true;
-  }
-  curr_char_loc = behind_parenthesis.loc;
-  return false;
-}
-
-// At a NUL in a raw string: goes on behind it, in a further line if need be.
-static bool pass_nul_in_raw_string() {
+// At a NUL in a raw string: takes it, and goes on in a further line if need be.
+static bool take_nul_in_raw_string() {
   char marker = curr_char_loc[1];
   if (marker == lm_end_of_line && curr_text_modif == nullptr) {
     const an_orig_line_modif* last = end_orig_line_modif_list;
@@ -104,45 +106,69 @@ static bool pass_nul_in_raw_string() {
   } else if (marker != lm_newline && marker != lm_nul_character) {
     return false;
   }
+  raw_text.append(curr_char_loc, 2);
   curr_char_loc += 2;
   return true;
 }
 
-static bool find_raw_string_end(const a_raw_string_delimiter& delimiter) {
+// Whether a quote behind the text taken so far ends the string: the delimiter
+// holds no parenthesis, so the text before the quote decides.
+static bool ends_before_quote(size_t delimiter_length) {
+  size_t end_length = delimiter_length + 1;
+  if (raw_text.size() < 2 * end_length)
+    return false;
+  const char* end = raw_text.data() + raw_text.size() - end_length;
+  return *end == ')' && memcmp(end + 1, raw_text.data(), delimiter_length) == 0;
+}
+
+static bool find_raw_string_end(size_t delimiter_length) {
   for (;;) {
-    undo_modifs_at_curr_char();
+    take_orig_modifs();
     const char* limit = next_orig_modif != nullptr ? next_orig_modif->location : nullptr;
     char* p = curr_char_loc;
-    while (*p != ')' && *p != 0 && p != limit)
+    while (*p != '"' && *p != 0 && p != limit)
       ++p;
+    raw_text.append(curr_char_loc, static_cast<size_t>(p - curr_char_loc));
     curr_char_loc = p;
-    if (p == limit)
-      continue;
-    if (*p == ')') {
-      ++curr_char_loc;
-      if (pass_raw_string_end(delimiter))
+    if (*p == '"' && p != limit) {
+      if (ends_before_quote(delimiter_length))
         return true;
-    } else if (!pass_nul_in_raw_string()) {
+      raw_text += *curr_char_loc++;
+    } else if (*p == 0 && !take_nul_in_raw_string()) {
       return false;
     }
   }
 }
 
+// The line gets the text as it was written, so that arguments of macros,
+// replacement lists and the output get it too.
+static void put_raw_text_in_line(size_t offset) {
+  char* start = start_of_curr_token + offset;
+  size_t length = static_cast<size_t>(curr_char_loc - start);
+  replace_orig_line_text(start, length, raw_text.data(), raw_text.size());
+  curr_char_loc = start_of_curr_token + offset + raw_text.size();
+}
+
 bool scan_raw_string(size_t prefix_length, bool* is_closed) {
-  curr_char_loc = start_of_curr_token + prefix_length + 1;
-  find_next_orig_modif();
-  a_raw_string_delimiter delimiter;
-  if (!scan_raw_string_delimiter(&delimiter))
+  size_t offset = prefix_length + 1;
+  curr_char_loc = start_of_curr_token + offset;
+  start_raw_text();
+  size_t delimiter_length = scan_raw_string_delimiter();
+  if (delimiter_length == no_raw_string)
     return false;
+  *is_closed = find_raw_string_end(delimiter_length);
+  if (raw_text_is_changed)
+    put_raw_text_in_line(offset);
+  size_t taken = delimiter_length + 1;
   curr_literal.is_raw = true;
-  curr_literal.text_offset = static_cast<size_t>(curr_char_loc - start_of_curr_token);
-  *is_closed = find_raw_string_end(delimiter);
-  size_t length = static_cast<size_t>(curr_char_loc - start_of_curr_token);
-  if (*is_closed)
-    length -= delimiter.length + 2;
-  else
+  curr_literal.text_offset = offset + taken;
+  curr_literal.text_length = raw_text.size() - taken;
+  if (!*is_closed) {
     report_token_error(ec_missing_raw_string_delimiter, start_of_curr_token);
-  curr_literal.text_length = length - curr_literal.text_offset;
+    return true;
+  }
+  curr_literal.text_length -= taken;
+  ++curr_char_loc;
   return true;
 }
 

@@ -168,20 +168,16 @@ static void copy_text(const a_source_text& text, const char* p, const char* end)
   line_end += size;
 }
 
-void undo_orig_line_modif(an_orig_line_modif* modif) {
-  const char splice[] = {'\\', '\0', lm_newline};
-  const char trigraph[] = {'?', '?', static_cast<char>(modif->extra)};
-  bool is_splice = modif->kind == olm_splice;
-  size_t replaced = is_splice ? 0 : 1;
-  size_t distance = sizeof splice - replaced;
-  ensure_min_curr_source_line_length(line_length() + distance + marker_room);
-  char* p = modif->location;
-  memmove(p + sizeof splice, p + replaced,
-          static_cast<size_t>(after_end_of_curr_source_line - (p + replaced)));
-  memcpy(p, is_splice ? splice : trigraph, sizeof splice);
-  line_end += distance;
-  after_end_of_curr_source_line += distance;
-  retire_orig_line_modif(modif, distance);
+void replace_orig_line_text(char* location, size_t length, const char* text, size_t text_length) {
+  size_t offset = static_cast<size_t>(location - curr_source_line);
+  ensure_min_curr_source_line_length(line_length() - length + text_length + marker_room);
+  char* start = curr_source_line + offset;
+  char* end = start + length;
+  memmove(start + text_length, end, static_cast<size_t>(after_end_of_curr_source_line - end));
+  memcpy(start, text, text_length);
+  restore_orig_line_modifs(start, end, start + text_length);
+  line_end = line_end - length + text_length;
+  after_end_of_curr_source_line = line_end + 2;
 }
 
 static void count_physical_line() {

@@ -85,9 +85,10 @@ extern an_orig_line_modif* end_orig_line_modif_list;
 an_orig_line_modif* add_orig_line_modif(char* location, an_orig_line_modif_kind kind,
                                         uint32_t extra);
 
-// Brings a trigraph or a splice back as it was written, the newline of a splice
-// as a marker. What stands behind it in the line moves.
-void undo_orig_line_modif(an_orig_line_modif* modif);
+// Puts a text in the place of `length` bytes at `location`: those bytes as they
+// were written, with their trigraphs, splices and newlines. What stands behind
+// them in the line moves.
+void replace_orig_line_text(char* location, size_t length, const char* text, size_t text_length);
 
 // -- Replaced text ------------------------------------------------------------------------------
 

@@ -14,9 +14,9 @@ void free_source_line_modifs();
 void add_splice_modif(char* location, uint32_t next_seq);
 // Takes the record of a trigraph at the end of the line back.
 void remove_trigraph_modif_at(const char* location);
-// The text behind the place of a record moved by `distance`. The record of a
-// trigraph ends, that of a splice becomes that of a new line.
-void retire_orig_line_modif(an_orig_line_modif* modif, size_t distance);
+// The bytes from `start` to `end` were replaced by the text as it was written,
+// which now stands from `start` to `new_end`.
+void restore_orig_line_modifs(char* start, const char* end, char* new_end);
 // Adjusts the records to a moved buffer.
 void adjust_source_line_modifs(const a_moved_buffer& moved);
 // Forgets the free lists, whose records were in regions that are gone.

@@ -200,34 +200,57 @@ void add_splice_modif(char* location, uint32_t next_seq) {
   forget_positions();
 }
 
-static void remove_orig_line_modif(an_orig_line_modif* removed) {
-  an_orig_line_modif* before = nullptr;
-  for (auto* modif = orig_line_modif_list; modif != removed; modif = modif->next)
-    before = modif;
-  (before != nullptr ? before->next : orig_line_modif_list) = removed->next;
-  if (end_orig_line_modif_list == removed)
-    end_orig_line_modif_list = before;
-  removed->next = avail_orig_line_modifs;
-  avail_orig_line_modifs = removed;
-  forget_positions();
+static void free_orig_line_modif(an_orig_line_modif* modif) {
+  modif->next = avail_orig_line_modifs;
+  avail_orig_line_modifs = modif;
 }
 
 void remove_trigraph_modif_at(const char* location) {
-  if (ends_with_trigraph_at(location))
-    remove_orig_line_modif(end_orig_line_modif_list);
+  if (!ends_with_trigraph_at(location))
+    return;
+  an_orig_line_modif* trigraph = end_orig_line_modif_list;
+  an_orig_line_modif* before = nullptr;
+  for (auto* modif = orig_line_modif_list; modif != trigraph; modif = modif->next)
+    before = modif;
+  (before != nullptr ? before->next : orig_line_modif_list) = nullptr;
+  end_orig_line_modif_list = before;
+  free_orig_line_modif(trigraph);
+  forget_positions();
 }
 
-void retire_orig_line_modif(an_orig_line_modif* modif, size_t distance) {
-  for (auto* behind = modif->next; behind != nullptr; behind = behind->next)
-    behind->location += distance;
+// The next marker of a newline or NUL in a text.
+static char* next_marker(char* p) {
+  while (*p != '\0')
+    ++p;
+  return p;
+}
+
+void restore_orig_line_modifs(char* start, const char* end, char* new_end) {
+  an_orig_line_modif** link = &orig_line_modif_list;
+  an_orig_line_modif* before = nullptr;
+  ptrdiff_t distance = new_end - end;
+  char* p = start;
+  while (an_orig_line_modif* modif = *link) {
+    if (modif->location >= end) {
+      modif->location += distance;
+    } else if (modif->location >= start && modif->kind == olm_trigraph) {
+      *link = modif->next;
+      free_orig_line_modif(modif);
+      continue;
+    } else if (modif->location >= start) {
+      // Each of the others stands for one marker, in their order.
+      char* marker = next_marker(p);
+      p = marker + 2;
+      bool is_nul = modif->kind == olm_nul;
+      modif->kind = is_nul ? olm_nul : olm_newline;
+      modif->location = is_nul ? marker : p;
+    }
+    before = modif;
+    link = &modif->next;
+  }
+  end_orig_line_modif_list = before;
   logical_char_info.clear();
   logical_chars_known_to = 0;
-  if (modif->kind == olm_trigraph) {
-    remove_orig_line_modif(modif);
-    return;
-  }
-  modif->kind = olm_newline;
-  modif->location += distance;
   forget_positions();
 }
 

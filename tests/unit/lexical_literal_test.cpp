@@ -121,6 +121,9 @@ TEST_F(LiteralTest, RawStringsStandAsWritten) {
       {"R\"(x)\\\n\")\"", "x)\\\n\""},
       {"R\"()a\n)aa)\"", ")a\n)aa"},
       {"R\"1234567890123456(y)1234567890123456\"", "y"},
+      {"R\"a?\?(x)a?\?\"", "x"},
+      {"R\"(?\?)\"", "?\?"},
+      {"R\"(\\\n?\?=\\\n)\"", "\\\n?\?=\\\n"},
       {"R\"[#]<%>'(z)[#]<%>'\"", "z"},
       {"R\"(a)\" \"\\t\" R\"(\\t)\"", "a\t\\t"},
       {"u8R\"(\\)\"", "\\"},
@@ -130,6 +133,8 @@ TEST_F(LiteralTest, RawStringsStandAsWritten) {
     EXPECT_EQ(narrow(test.text), test.value);
     EXPECT_EQ(get_token(), tok_end_of_source);
   }
+  null_chars_allowed_in_source = 1;
+  EXPECT_EQ(narrow(std::string("R\"(a\0?\?=\n\0b)\"", 14)), std::string("a\0?\?=\n\0b", 8));
   EXPECT_EQ(bytes("uR\"(a\n)\""), std::string("a\0\n\0\0\0", 6));
   EXPECT_EQ(total_errors, 0u);
 }

@@ -347,6 +347,16 @@ TEST_F(LexicalTest, FlushingGoesToTheMatchingToken) {
   EXPECT_TRUE(curr_token_is_identifier_string("y"));
 }
 
+TEST_F(LexicalTest, FlushingCountsTemplateArguments) {
+  for (const char* text : {"< a < b > > x\n", "< a < b >> x\n", "< ( a < b ) [ > ] > x\n"}) {
+    SCOPED_TRACE(text);
+    open(text);
+    get_token();
+    flush_until_matching_token_full(false);
+    EXPECT_TRUE(curr_token_is_identifier_string("x"));
+  }
+}
+
 TEST_F(LexicalTest, InsertedTextStandsBeforeTheNextToken) {
   open("#define M 9\na b\n");
   get_token();
