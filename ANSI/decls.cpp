@@ -433,8 +433,11 @@ void translation_unit() {
   if (curr_token == tok_end_of_source && in_C_mode() && strict_ansi_mode)
     pos_diagnostic(strict_ansi_error_severity, ec_empty_translation_unit, &pos_curr_token);
   push_stop_token_stack();
-  while (curr_token != tok_end_of_source)
+  check_for_stdc_pragmas();
+  while (curr_token != tok_end_of_source) {
     declaration(true, false, true, false, nullptr, nullptr);
+    check_for_stdc_pragmas();
+  }
   pop_stop_token_stack();
   process_pragmas_at_end_of_source();
 }

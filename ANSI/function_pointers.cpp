@@ -36,4 +36,6 @@ const a_generic_function function_pointers[fpi_last + 1] = {
     generic(diag_pragma),
     generic(diag_push_pragma),
     generic(diag_pop_pragma),
+    generic(hdrstop_or_no_pch_pragma),
+    generic(stdc_pragma),
 };

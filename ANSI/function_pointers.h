@@ -17,7 +17,9 @@ enum a_function_pointer_index : uint8_t {
   fpi_diag_pragma = 20,
   fpi_diag_push_pragma = 21,
   fpi_diag_pop_pragma = 22,
-  fpi_last = 22
+  fpi_hdrstop_or_no_pch_pragma = 23,
+  fpi_stdc_pragma = 24,
+  fpi_last = 24
 };
 
 // To be cast to the type that the index stands for before the call.

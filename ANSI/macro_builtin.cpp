@@ -196,7 +196,8 @@ static std::string destringized_text() {
 }
 
 // Acts on the text as a #pragma line.
-static void run_pragma_text(std::string text, const a_source_position& position) {
+static a_pragma_kind_description* run_pragma_text(std::string text,
+                                                  const a_source_position& position) {
   text += '\0';
   text += static_cast<char>(mtm_newline);
   text += '\0';
@@ -205,17 +206,20 @@ static void run_pragma_text(std::string text, const a_source_position& position)
   uint32_t mark = sequence_id_for_source_line_modifs;
   in_preprocessing_directive = 1;
   fetch_unexpanded_pp_tokens();
+  a_pragma_kind_description* description;
   {
     a_text_scan scan(text.data(), text.data() + text.size() - 2, position);
     a_source_position name_position;
-    a_pragma_kind_description* description = look_up_pragma_id(&name_position);
-    if (description != nullptr && !pragma_allowed_in_operators(description))
+    description = look_up_pragma_id(&name_position);
+    if (description != nullptr && !do_preprocessing_only &&
+        !pragma_allowed_in_operators(description))
       pos_error(ec_invalid_pragma_operator, &position);
     else
       record_pragma(description, &position, &name_position, false);
     discard_text_modifs_since(mark);
   }
   in_preprocessing_directive = saved_in_directive;
+  return description;
 }
 
 // The tokens between balanced parentheses, as text.
@@ -267,20 +271,18 @@ static bool expand_pragma_operator(a_symbol* symbol, a_builtin_macro_kind kind,
   bool is_good = read_pragma_operand(kind, &text);
   pop_lexical_state_stack();
   in_macro_arg_list = 0;
-  if (is_good && do_preprocessing_only && generate_pp_output) {
-    static const char newline_marker[2] = {0, mtm_newline};
-    std::string line = std::string(newline_marker, 2) + "#pragma " + text;
-    line.append(newline_marker, 2);
-    replace_invocation_by_string(symbol, line.data(), line.size(), position);
-    return true;
-  }
+  std::string line;
   if (is_good) {
     a_saved_line_loc start(delete_source_from_loc);
     delete_source_from_loc = nullptr;
-    run_pragma_text(text, position);
+    const a_pragma_kind_description* description = run_pragma_text(text, position);
     delete_source_from_loc = start.loc;
+    if (do_preprocessing_only && generate_pp_output && !is_macro_stack_pragma(description)) {
+      static const char newline_marker[2] = {0, mtm_newline};
+      line.append(newline_marker, 2).append("#pragma " + text).append(newline_marker, 2);
+    }
   }
-  replace_invocation_by_string(symbol, "", 0, position);
+  replace_invocation_by_string(symbol, line.data(), line.size(), position);
   return true;
 }
 

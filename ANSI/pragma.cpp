@@ -3,10 +3,12 @@
 #include "pragma.h"
 
 #include <cstring>
+#include <iterator>
 #include <string>
 
 #include "error.h"
 #include "function_pointers.h"
+#include "il.h"
 #include "il_alloc.h"
 #include "lexical_int.h"
 #include "macro.h"
@@ -27,8 +29,8 @@ struct a_pragma_row {
   const char* name;
 };
 
-static a_pragma_row pragma_rows[] = {
-#define PRAGMA_KIND(kind, name, binding, action, flags, severity)                                  \
+static const a_pragma_row pragma_rows[] = {
+#define PRAGMA_KIND(kind, name, binding, action, flags, severity, exists)                          \
   {{nullptr, kind, binding, action, flags, severity}, name},
 #include "pragma_kinds.def"
 #undef PRAGMA_KIND
@@ -360,6 +362,93 @@ void once_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
   get_token();
 }
 
+// No precompiled header is made, so there's nothing to stop or to forbid.
+void hdrstop_or_no_pch_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
+  do
+    get_token();
+  while (curr_token != tok_newline && curr_token != tok_end_of_source);
+}
+
+// -- #pragma STDC ----------------------------------------------------------------------------
+
+namespace {
+struct a_stdc_pragma_row {
+  const char* name;
+  int32_t* state;
+};
+struct a_stdc_state_row {
+  const char* word;
+  int32_t value;
+};
+} // namespace
+
+static const a_stdc_pragma_row stdc_pragma_rows[] = {
+    {"FP_CONTRACT", &curr_fp_contract_state},
+    {"FENV_ACCESS", &curr_fenv_access_state},
+    {"CX_LIMITED_RANGE", &curr_cx_limited_range_state}};
+static const a_stdc_state_row stdc_state_rows[] = {{"OFF", 1}, {"ON", 2}, {"DEFAULT", 3}};
+
+// The variable that the current token names; null, after a message, for none.
+static int32_t* scan_stdc_pragma_name() {
+  for (const a_stdc_pragma_row& row : stdc_pragma_rows)
+    if (in_C_mode() && std_version >= 199901 && curr_token_is_identifier_string(row.name)) {
+      get_token();
+      return row.state;
+    }
+  pos_diagnostic(strict_ansi_error_severity, ec_unrecognized_stdc_pragma, &pos_curr_token);
+  return nullptr;
+}
+
+// The value of the word that is the current token; 0, after a message, for none.
+static int32_t scan_stdc_pragma_state() {
+  for (const a_stdc_state_row& row : stdc_state_rows)
+    if (curr_token_is_identifier_string(row.word)) {
+      get_token();
+      return row.value;
+    }
+  pos_diagnostic(strict_ansi_error_severity, ec_bad_stdc_pragma_arg, &pos_curr_token);
+  return 0;
+}
+
+static void obey_stdc_pragma(a_pending_pragma* pragma) {
+  begin_rescan_of_pragma_tokens(pragma);
+  int32_t* state = scan_stdc_pragma_name();
+  int32_t value = state != nullptr ? scan_stdc_pragma_state() : 0;
+  wrapup_rescan_of_pragma_tokens(value == 0);
+  // Only now: the scope of the rescanning has kept the states as they were.
+  if (value != 0)
+    *state = value;
+}
+
+// Takes the first STDC pragma that waits at the current token.
+static a_pending_pragma* take_stdc_pragma() {
+  for (a_pending_pragma** link = &curr_token_pragmas; *link != nullptr; link = &(*link)->next) {
+    a_pending_pragma* pragma = *link;
+    if (pragma->description->kind == pk_stdc) {
+      *link = pragma->next;
+      pragma->next = nullptr;
+      return pragma;
+    }
+  }
+  return nullptr;
+}
+
+void check_for_stdc_pragmas() {
+  while (a_pending_pragma* pragma = take_stdc_pragma()) {
+    obey_stdc_pragma(pragma);
+    free_pending_pragma(pragma);
+  }
+  update_initial_get_token_tests_needed();
+}
+
+// Runs for those that stood where they may not.
+void stdc_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  pos_diagnostic(strict_ansi_error_severity, ec_stdc_pragma_not_allowed_here,
+                 &pragma->directive_position);
+}
+
+// -- #pragma push_macro and pop_macro ----------------------------------------------------------
+
 // `("name")`; an empty name after a fault.
 static std::string scan_macro_name_operand() {
   if (get_token() != tok_lparen) {
@@ -416,6 +505,12 @@ void pragma_init() {
   pragma_kind_descriptions = nullptr;
   for (a_pragma_kind_description*& description : pragma_description_for_pragma_kind)
     description = nullptr;
-  for (const a_pragma_row& row : pragma_rows)
-    register_pragma_kind(row.description);
+  const bool pragma_exists[] = {
+#define PRAGMA_KIND(kind, name, binding, action, flags, severity, exists) exists,
+#include "pragma_kinds.def"
+#undef PRAGMA_KIND
+  };
+  for (size_t i = 0; i < std::size(pragma_rows); ++i)
+    if (pragma_exists[i])
+      register_pragma_kind(pragma_rows[i].description);
 }

@@ -13,6 +13,9 @@ enum a_pragma_kind_tag : uint8_t {
   pk_varargs = 4,
   pk_notreached = 5,
   pk_once = 11,
+  pk_hdrstop = 12,
+  pk_no_pch = 13,
+  pk_stdc = 15,
   pk_gcc = 17,
   pk_diag_suppress = 18,
   pk_diag_remark = 19,
@@ -96,6 +99,12 @@ inline bool pragma_allowed_in_operators(const a_pragma_kind_description* descrip
 // For a lint comment: a pending pragma of the kind at the current token.
 a_pending_pragma* add_curr_token_pseudo_pragma(a_pragma_kind_tag kind,
                                                const a_source_position* position);
+// Whether the pragma saves or restores a macro: it acts in every run, and never
+// stays in preprocessed output. The description may be null.
+inline bool is_macro_stack_pragma(const a_pragma_kind_description* description) {
+  return description != nullptr &&
+         (description->kind == pk_push_macro || description->kind == pk_pop_macro);
+}
 void free_pending_pragma(a_pending_pragma* pragma);
 void free_pending_pragma_list(a_pending_pragma* pragmas);
 a_pending_pragma* make_copy_of_pragma_list(const a_pending_pragma* pragmas);
@@ -104,11 +113,16 @@ a_pending_pragma* make_copy_of_pragma_list(const a_pending_pragma* pragmas);
 void process_immediate_pragmas();
 // At a token: the pragmas that wait there.
 void process_curr_token_pragmas();
+// Where `#pragma STDC` may stand (C99 6.10.6): between external declarations and
+// at the start of a block. Obeys those that wait at the current token.
+void check_for_stdc_pragmas();
 // Obeys or reports the pragmas that no construct took.
 void process_pragmas_at_end_of_source();
 
 // The actions, named by index in the kinds' descriptions.
 void once_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
+void hdrstop_or_no_pch_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
+void stdc_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void push_macro_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void pop_macro_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void gcc_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);

@@ -141,11 +141,6 @@ static bool is_system_header_pragma(const a_pragma_kind_description* description
   return curr_token_is_identifier_string("system_header");
 }
 
-static bool is_macro_stack_pragma(const a_pragma_kind_description* description) {
-  return description != nullptr &&
-         (description->kind == pk_push_macro || description->kind == pk_pop_macro);
-}
-
 static void proc_pragma(const a_source_position& directive_position) {
   a_source_position name_position;
   a_pragma_kind_description* description = look_up_pragma_id(&name_position);

@@ -10,6 +10,7 @@
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "stack_limit.h"
 #include "statements_int.h"
@@ -426,6 +427,7 @@ static void check_declaration_behind_statement(bool statement_seen) {
 
 static void block_items() {
   bool statement_seen = false;
+  check_for_stdc_pragmas();
   add_stop_token(tok_rbrace);
   add_stop_token(tok_semicolon);
   while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {

@@ -17,3 +17,12 @@ _Pragma "no parenthesis"
 // WARN: pragmas.c", line [[@LINE-1]]: error: expected a "("
 _Pragma(no literal)
 // WARN: pragmas.c", line [[@LINE-1]]: error: expected a string literal
+_Pragma("push_macro(\"MACRO\")")
+#undef MACRO
+#define MACRO other
+inner MACRO
+// CHECK: inner other
+_Pragma("pop_macro(\"MACRO\")")
+outer MACRO
+// CHECK-NOT: _macro
+// CHECK: outer replaced
