@@ -372,6 +372,10 @@ void check_class_linkage() {
   // The old C++ modes alone give classes a linkage.
 }
 
+void generate_required_virtual_destructor_bodies(a_scope*) {
+  // No class has virtual functions while only C defines classes.
+}
+
 void class_decl_one_time_init() {
   // No variable of this module is kept for each unit.
 }

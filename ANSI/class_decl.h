@@ -12,6 +12,10 @@ a_type* class_specifier(a_decl_parse_state* state);
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();
 
+// At the end of a body in C++: builds the virtual destructors that the classes
+// declared in it need. `scope` is null for a block without declarations.
+void generate_required_virtual_destructor_bodies(a_scope* scope);
+
 void class_decl_one_time_init();
 void class_decl_init();
 void class_decl_trans_unit_init();

@@ -406,6 +406,13 @@ static bool symbol_has_linkage(const a_symbol* symbol) {
           symbol->kind == symk_extern_variable || symbol->kind == symk_extern_routine);
 }
 
+bool is_hidden_by_local(const a_symbol_locator* locator) {
+  a_symbol_locator own = *locator;
+  own.symbol = nullptr;
+  a_symbol* symbol = normal_id_lookup(&own, ilo_none);
+  return symbol && symbol->scope_number != file_scope_number && !symbol_has_linkage(symbol);
+}
+
 // C99 6.2.2 p4: a declaration with linkage names the entity that an outer
 // declaration of that name with linkage does, visible or not.
 a_symbol* find_linked_declaration(a_symbol_locator* locator, bool has_linkage) {

@@ -39,14 +39,16 @@ static void reconcile_routine_types(a_routine* routine, a_type* new_type, bool i
     routine->type = composite_type(new_type, old_type);
 }
 
+// C99 6.2.2 p5: a function is declared as with `extern`, which takes the
+// linkage of a visible declaration only.
 static void reconcile_storage(a_routine* routine, a_decl_parse_state* state,
-                              const a_source_position* position) {
+                              const a_symbol_locator* locator) {
   bool was_static = routine->source_corresp.linkage == idl_internal;
   bool wants_static = state->storage_class == sc_static;
-  if (was_static || !wants_static)
+  if (was_static ? wants_static || !is_hidden_by_local(locator) : !wants_static)
     return;
   pos_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_warning, ec_linkage_conflict,
-                 position);
+                 &locator->position);
 }
 
 static void redeclare_routine(a_symbol* match, a_symbol_locator* locator, a_decl_parse_state* state,
@@ -59,7 +61,7 @@ static void redeclare_routine(a_symbol* match, a_symbol_locator* locator, a_decl
     if (is_definition)
       routine->type = state->declared_type;
   }
-  reconcile_storage(routine, state, &locator->position);
+  reconcile_storage(routine, state, locator);
   if (state->modifiers.inline_seen && routine->called && !routine->is_inline)
     pos_sy_remark(ec_called_function_redeclared_inline, &locator->position, match);
 }
@@ -110,6 +112,9 @@ static a_symbol* symbol_in_this_scope(a_symbol* match, a_symbol_locator* locator
 void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_info_block*,
                   unsigned flags) {
   bool is_definition = (flags & drf_definition) != 0;
+  // C99 6.8.5 p3: a function is `extern`, whatever its declaration says.
+  if (state->parse_flags.is_for_init && in_C_mode() && state->storage_class == sc_none)
+    pos_error(ec_invalid_storage_class_in_for_init, &locator->position);
   a_symbol* match = usable_match(find_linked_declaration(locator, true), locator, is_definition);
   a_symbol* symbol = symbol_in_this_scope(match, locator);
   if (scope_stack[decl_scope_level].kind == sk_function_prototype)

@@ -95,16 +95,18 @@ static void reconcile_types(a_variable_declaration* decl, a_variable* variable) 
   decl->state->declared_type = error_type();
 }
 
-// C99 6.2.2 p7.
+// C99 6.2.2 p7. An `extern` takes the linkage of an earlier declaration, but
+// of a visible one only (p4).
 static void reconcile_linkage(a_variable_declaration* decl, a_variable* variable) {
   bool was_static = variable->source_corresp.linkage == idl_internal;
   bool wants_static = decl->linkage == idl_internal;
-  if (was_static == wants_static || (was_static && decl->storage == sc_extern))
+  if (was_static == wants_static ||
+      (was_static && decl->storage == sc_extern && !is_hidden_by_local(decl->locator)))
     return;
   pos_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_warning, ec_linkage_conflict,
                  &decl->locator->position);
   // `extern int x; static int x;` ends static, `int x; static int x;` external.
-  if (variable->storage_kind == sc_extern && wants_static) {
+  if (variable->storage_kind != sc_none && decl->storage != sc_none) {
     variable->source_corresp.linkage = idl_internal;
     variable->storage_kind = sc_static;
   } else {

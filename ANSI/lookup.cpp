@@ -1,4 +1,4 @@
-#include "lookup.h"
+#include "lookup_int.h"
 
 #include "error.h"
 #include "il.h"
@@ -8,8 +8,18 @@
 
 // ---- What a lookup accepts ----
 
-static a_name_space name_space_for_options(uint32_t options) {
-  return in_C_mode() && (options & ilo_tag) ? ns_tag : ns_ordinary;
+static uint32_t name_spaces_for_options(uint32_t options) {
+  if (in_cplusplus_mode())
+    return 1u << ns_ordinary;
+  if (options & ilo_tag)
+    return 1u << ns_tag;
+  return nrg_standalone_iar ? 1u << ns_ordinary | 1u << ns_member : 1u << ns_ordinary;
+}
+
+static a_lookup make_lookup(const a_symbol_header* header, uint32_t options) {
+  const bool is_limited = depth_innermost_instantiation_scope >= 0;
+  return {header, options, name_spaces_for_options(options),
+          is_limited ? f_get_effective_decl_seq() : UINT32_MAX, false};
 }
 
 static bool is_typedef_for_tag(const a_symbol* symbol) {
@@ -60,37 +70,49 @@ static bool passes_filters(const a_symbol* symbol, uint32_t options) {
   return true;
 }
 
-static bool is_hidden_member(const a_symbol* symbol) {
-  return symbol->is_hidden_union_member || symbol->is_synthesized_namespace;
+bool is_tag_like_symbol(const a_symbol* symbol) {
+  return is_tag_symbol_kind(symbol->kind) || is_typedef_for_tag(symbol);
+}
+
+static bool is_hidden(const a_lookup* lookup, const a_symbol* symbol) {
+  if (symbol->is_friend_only)
+    return !(lookup->options & ilo_friend_declaration);
+  return symbol->is_hidden_union_member || symbol->is_synthesized_namespace ||
+         symbol->decl_seq >= lookup->decl_seq_limit;
+}
+
+bool is_acceptable(const a_lookup* lookup, const a_symbol* symbol) {
+  return (lookup->name_spaces >> name_space_for_symbol_kind[symbol->kind] & 1) &&
+         !is_hidden(lookup, symbol) &&
+         (lookup->options == ilo_none ||
+          passes_filters(fundamental_symbol_of(const_cast<a_symbol*>(symbol)), lookup->options));
 }
 
 // ---- The table of one scope ----
 
-// The symbols of the name in a scope's own table, oldest first. A tag is held
-// back until a name that hides it has been ruled out (C++ 3.3.10).
-static a_symbol* table_lookup(a_scope_pointers_block* block, const a_symbol_header* header,
-                              uint32_t options, a_name_space name_space) {
+static bool is_remembered_projection(const a_symbol* symbol) {
+  return symbol->kind == symk_projection && !symbol->variant.projection->is_using_decl;
+}
+
+// A tag is held back until a name that hides it has been ruled out (C++11
+// 3.3.10); so is the projection of one, which gives way to a tag declared here.
+// What an earlier lookup found in a base class is no declaration of the scope.
+a_symbol* table_lookup(a_scope_pointers_block* block, const a_lookup* lookup) {
   if (block == nullptr || block->symbols == nullptr)
     return nullptr;
-  a_hash_table_entry* entry = hash_find(block->symbols, header, false);
+  a_hash_table_entry* entry = hash_find(block->symbols, lookup->header, false);
   if (entry == nullptr)
     return nullptr;
   a_symbol* tag = nullptr;
-  a_symbol* projection = nullptr;
   for (a_symbol* symbol = entry->first; symbol != nullptr; symbol = symbol->next_in_table_list) {
-    if (name_space_for_symbol_kind[symbol->kind] != name_space || is_hidden_member(symbol))
+    if (!is_acceptable(lookup, symbol) || is_remembered_projection(symbol))
       continue;
-    const a_symbol* real = fundamental_symbol_of(symbol);
-    if (!passes_filters(real, options))
-      continue;
-    if (symbol->kind == symk_namespace_projection)
-      projection = symbol; // gives way to a name declared here
-    else if (is_tag_symbol_kind(real->kind) || is_typedef_for_tag(real))
-      tag = symbol;
-    else
+    if (!is_tag_like_symbol(fundamental_symbol_of(symbol)))
       return symbol;
+    if (tag == nullptr || tag->kind == symk_namespace_projection)
+      tag = symbol;
   }
-  return tag != nullptr ? tag : projection;
+  return tag;
 }
 
 // ---- Lookups ----
@@ -112,32 +134,51 @@ static a_symbol* settle(a_symbol_locator* locator, a_symbol* found) {
   return found == nullptr ? nullptr : fundamental_symbol_of(found);
 }
 
-static bool is_wanted_in_scope(const a_symbol* symbol, uint32_t options, a_name_space name_space) {
-  if (name_space_for_symbol_kind[symbol->kind] != name_space)
+static a_symbol* settle_lookup(a_symbol_locator* locator, const a_lookup* lookup, a_symbol* found) {
+  locator->is_ambiguous = found != nullptr && lookup->is_ambiguous;
+  return settle(locator, found);
+}
+
+static bool is_wanted_in_scope(const a_lookup* lookup, const a_symbol* symbol) {
+  if (!(lookup->name_spaces >> name_space_for_symbol_kind[symbol->kind] & 1))
     return false;
   // A name that was used undefined is free for a declaration.
   if (symbol->kind == symk_undefined)
     return false;
-  if (symbol->kind == symk_projection && !(options & ilo_accept_projections))
+  if (symbol->kind == symk_projection && !(lookup->options & ilo_accept_projections))
     return false;
-  if ((options & ilo_tag) && !is_tag_symbol_kind(symbol->kind) && !is_typedef_for_tag(symbol))
-    return false;
-  return true;
+  return !(lookup->options & ilo_tag) ||
+         is_tag_like_symbol(fundamental_symbol_of(const_cast<a_symbol*>(symbol)));
+}
+
+// In a scope that is open for the second time, names joined the table only.
+static a_symbol* reopened_scope_lookup(a_scope_stack_entry* entry, const a_lookup* lookup) {
+  switch (entry->kind) {
+  case sk_file:
+  case sk_namespace_extension:
+  case sk_namespace_reactivation:
+  case sk_class_reactivation:
+    break;
+  default:
+    return nullptr;
+  }
+  a_symbol* found = table_lookup(pointers_block_of_entry(entry), lookup);
+  if (found != nullptr && found->kind == symk_projection &&
+      !(lookup->options & ilo_accept_projections))
+    return nullptr;
+  return found;
 }
 
 static a_symbol* lookup_in_open_scope(const a_symbol_header* header, int depth, uint32_t options) {
-  const a_name_space name_space = name_space_for_options(options);
+  a_lookup lookup = make_lookup(header, options);
+  if (in_C_mode())
+    lookup.name_spaces &= ~(1u << ns_member);
   a_scope_stack_entry* entry = &scope_stack[depth];
   for (a_symbol* symbol = header->first_symbol; symbol != nullptr; symbol = symbol->next_homonym) {
-    if (symbol->scope_number == entry->number && is_wanted_in_scope(symbol, options, name_space))
+    if (symbol->scope_number == entry->number && is_wanted_in_scope(&lookup, symbol))
       return symbol;
   }
-  if (entry->kind != sk_file && entry->kind != sk_namespace_extension)
-    return nullptr;
-  a_symbol* found = table_lookup(pointers_block_of_entry(entry), header, options, name_space);
-  if (found != nullptr && found->kind == symk_projection && !(options & ilo_accept_projections))
-    return nullptr;
-  return found;
+  return reopened_scope_lookup(entry, &lookup);
 }
 
 a_symbol* curr_scope_id_lookup(a_symbol_locator* locator, uint32_t options) {
@@ -147,47 +188,80 @@ a_symbol* curr_scope_id_lookup(a_symbol_locator* locator, uint32_t options) {
   return settle(locator, lookup_in_open_scope(locator->header, decl_scope_level, options));
 }
 
+// A typedef is kept in a tag lookup until its scope is seen to have no tag.
+static bool may_give_way_to_tag(const a_lookup* lookup, const a_symbol* symbol) {
+  return (lookup->options & ilo_tag) && in_cplusplus_mode() && symbol->kind == symk_type &&
+         !symbol->extra.typedef_stands_for_tag;
+}
+
 // The first symbol of the name chain that is wanted; the chain is in the order
 // of the scope stack.
-static a_symbol* name_chain_lookup(const a_symbol_header* header, uint32_t options,
-                                   a_name_space name_space) {
-  for (a_symbol* symbol = header->first_symbol; symbol != nullptr; symbol = symbol->next_homonym) {
-    if (name_space_for_symbol_kind[symbol->kind] != name_space || is_hidden_member(symbol))
+static a_symbol* name_chain_lookup(const a_lookup* lookup) {
+  a_symbol* kept = nullptr;
+  for (a_symbol* symbol = lookup->header->first_symbol; symbol != nullptr;
+       symbol = symbol->next_homonym) {
+    if (kept != nullptr && symbol->scope_number != kept->scope_number)
+      break;
+    if (!is_acceptable(lookup, symbol))
       continue;
-    if (passes_filters(fundamental_symbol_of(symbol), options))
+    if (!may_give_way_to_tag(lookup, symbol))
+      return symbol;
+    if (kept == nullptr)
+      kept = symbol;
+  }
+  return kept;
+}
+
+// A block, function or parameter scope: its symbols are on the name chain only.
+static a_symbol* listed_scope_lookup(const a_scope_stack_entry* entry, const a_lookup* lookup) {
+  for (a_symbol* symbol = lookup->header->first_symbol; symbol != nullptr;
+       symbol = symbol->next_homonym) {
+    if (symbol->scope_number == entry->number && is_acceptable(lookup, symbol))
       return symbol;
   }
   return nullptr;
 }
 
-static bool scope_has_table(a_scope_kind kind) {
-  return kind == sk_file || (kind >= sk_namespace && kind <= sk_class_reactivation);
+static bool is_passed_by(const a_scope_stack_entry* entry, uint32_t options) {
+  switch (entry->kind) {
+  case sk_template_declaration:
+    return (options & (ilo_skip_template_declaration_scopes | ilo_skip_template_params)) != 0;
+  case sk_template_instantiation:
+    return (options & (ilo_ignore_instantiation_scopes | ilo_skip_template_params)) != 0;
+  case sk_block:
+  case sk_condition:
+    return (options & ilo_exclude_block_scopes) != 0;
+  default:
+    return false;
+  }
 }
 
 // From scope to scope by the lexical parents, for C++ scopes whose symbols may
-// be off the name chain.
-static a_symbol* scope_walk_lookup(const a_symbol_header* header, uint32_t options,
-                                   a_name_space name_space) {
+// be off the name chain (C++11 3.4.1).
+static a_symbol* scope_walk_lookup(a_lookup* lookup) {
   for (int64_t depth = depth_of_initial_lookup_scope; depth >= 0;
        depth = scope_stack[depth].parent_depth) {
     a_scope_stack_entry* entry = &scope_stack[depth];
-    if (entry->kind == sk_template_declaration && (options & ilo_skip_template_declaration_scopes))
+    if (is_passed_by(entry, lookup->options))
       continue;
-    if (entry->kind == sk_block && (options & ilo_exclude_block_scopes))
-      continue;
-    if (scope_has_table(entry->kind)) {
-      a_symbol* found = table_lookup(pointers_block_of_entry(entry), header, options, name_space);
-      if (found != nullptr)
-        return found;
-      continue;
+    a_symbol* found;
+    switch (entry->kind) {
+    case sk_file:
+    case sk_namespace:
+    case sk_namespace_extension:
+    case sk_namespace_reactivation:
+      found = open_namespace_lookup(entry, lookup);
+      break;
+    case sk_class:
+    case sk_class_reactivation:
+      found = find_projected_symbol(entry->assoc_type, lookup);
+      break;
+    default:
+      found = listed_scope_lookup(entry, lookup);
+      break;
     }
-    for (a_symbol* symbol = header->first_symbol; symbol != nullptr;
-         symbol = symbol->next_homonym) {
-      if (symbol->scope_number == entry->number &&
-          name_space_for_symbol_kind[symbol->kind] == name_space && !is_hidden_member(symbol) &&
-          passes_filters(fundamental_symbol_of(symbol), options))
-        return symbol;
-    }
+    if (found != nullptr)
+      return found;
   }
   return nullptr;
 }
@@ -209,14 +283,10 @@ a_symbol* normal_id_lookup(a_symbol_locator* locator, uint32_t options) {
     return result;
   if (locator->is_qualified)
     return nullptr;
-  const a_symbol_header* header = locator->header;
-  const a_name_space name_space = name_space_for_options(options);
-  a_symbol* found = must_walk_scopes(header, options)
-                        ? scope_walk_lookup(header, options, name_space)
-                        : name_chain_lookup(header, options, name_space);
-  if (found == nullptr && in_C_mode() && nrg_standalone_iar)
-    found = name_chain_lookup(header, options, ns_member);
-  return settle(locator, found);
+  a_lookup lookup = make_lookup(locator->header, options);
+  a_symbol* found = must_walk_scopes(locator->header, options) ? scope_walk_lookup(&lookup)
+                                                               : name_chain_lookup(&lookup);
+  return settle_lookup(locator, &lookup, found);
 }
 
 a_symbol* class_qualified_id_lookup(a_symbol_locator* locator, a_type* class_type,
@@ -227,18 +297,17 @@ a_symbol* class_qualified_id_lookup(a_symbol_locator* locator, a_type* class_typ
   const a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
   if (info == nullptr)
     return nullptr;
-  const a_name_space name_space = in_C_mode() ? ns_member : ns_ordinary;
-  return settle(locator, table_lookup(info->pointers_block, locator->header, options, name_space));
+  a_lookup lookup = make_lookup(locator->header, options);
+  if (in_C_mode()) {
+    lookup.name_spaces = 1u << ns_member;
+    return settle(locator, table_lookup(info->pointers_block, &lookup));
+  }
+  return settle_lookup(locator, &lookup, find_projected_symbol(class_type, &lookup));
 }
 
 a_symbol* namespace_qualified_id_lookup(a_symbol_locator* locator, a_namespace* namespace_entry,
                                         uint32_t options) {
-  a_symbol* result;
-  if (is_settled(locator, &result))
-    return result;
-  a_namespace* owner = f_skip_namespace_aliases(namespace_entry);
-  return settle(locator, table_lookup(owner->pointers_block, locator->header, options,
-                                      name_space_for_options(options)));
+  return file_scope_id_lookup(scope_of_namespace(namespace_entry), locator, options);
 }
 
 a_symbol* enum_qualified_id_lookup(a_symbol_locator* locator, a_type* enum_type) {
@@ -258,8 +327,8 @@ a_symbol* file_scope_id_lookup(a_scope* scope, a_symbol_locator* locator, uint32
   a_symbol* result;
   if (is_settled(locator, &result))
     return result;
-  return settle(locator, table_lookup(get_pointers_block_for_scope(scope), locator->header, options,
-                                      name_space_for_options(options)));
+  a_lookup lookup = make_lookup(locator->header, options);
+  return settle_lookup(locator, &lookup, qualified_namespace_lookup(scope, &lookup));
 }
 
 a_symbol* curr_tag_symbol(a_symbol_locator* locator, bool current_scope_only) {
@@ -303,6 +372,18 @@ void reference_to_invalid_name(a_symbol_locator* locator) {
   set_to_error_locator(locator);
 }
 
-void lookup_one_time_init() {}
+void report_ambiguous_name(a_symbol_locator* locator) {
+  if (locator->is_error_locator)
+    return;
+  pos_sy_error(ec_ambiguous_name, &locator->position, fundamental_symbol_of(locator->symbol));
+  set_to_error_locator(locator);
+}
 
-void lookup_init() {}
+void lookup_one_time_init() {
+  // No variable of this module is kept for each unit.
+}
+
+void lookup_init() {
+  access_init();
+  using_init();
+}

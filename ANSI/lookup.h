@@ -29,6 +29,8 @@ enum an_id_lookup_option : uint32_t {
 // Each stores what it finds in the locator and returns the real symbol, a
 // projection having been followed to what it stands for; null for none. An
 // error locator finds nothing. A locator that holds a symbol is taken as it is.
+// When declarations of different entities are found, the first is the result
+// and the locator's is_ambiguous is set; report_ambiguous_name says so.
 
 // The scope at decl_scope_level alone.
 a_symbol* curr_scope_id_lookup(a_symbol_locator* locator, uint32_t options);
@@ -50,9 +52,65 @@ a_symbol* find_keyword_symbol(const a_symbol_header* header);
 // The block-extern symbol of a name, which a later declaration must agree with.
 a_symbol* find_extern_symbol(const a_symbol_header* header);
 
-// Reports once a name that no declaration accounts for, and makes the locator
-// an error locator.
+// Reports once a name that no declaration accounts for, or more than one, and
+// makes the locator an error locator.
 void reference_to_invalid_name(a_symbol_locator* locator);
+void report_ambiguous_name(a_symbol_locator* locator);
+
+// ---- Base classes (C++11 10.2) ----
+
+// Makes the symbol that shows a member of a base class in a class: `member` as
+// the table of the base class has it, `derivation` the way to it.
+a_symbol* make_projection_symbol(a_symbol* member, a_type* class_type, a_base_class* base_class,
+                                 a_derivation_step* derivation);
+// Whether one class is a base of the other, directly or not.
+bool is_derived_class(const a_type* derived, const a_type* base);
+
+// ---- Access (C++11 11) ----
+
+// Whether the member, as a lookup in the class found it (a projection tells
+// the way), may be named at the current place. `object_class` is the class of
+// the object expression, null for none.
+bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class);
+// Reports a lack of access or, while checks are deferred, notes the use.
+void check_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class,
+                            const a_source_position* position);
+void record_access_error(a_symbol* symbol, a_type* naming_class, a_type* object_class,
+                         const a_source_position* position);
+// The names in a declaration have the access of what it declares, which is
+// known only behind them: failures are kept in the scope entry until then.
+void defer_access_checks(int depth);
+// Judges the failures kept in the entry again, from the current place, and
+// reports those that remain; or forgets them.
+void perform_deferred_access_checks_at_depth(int depth);
+void discard_deferred_access_checks_at_depth(int depth);
+
+// ---- Using-directives and using-declarations (C++11 7.3.3, 7.3.4) ----
+
+// Makes the names of a namespace visible from the scope at a depth on.
+void enter_using_directive(a_namespace* nominated, int depth, const a_source_position* position);
+// What a namespace that is opened again says itself.
+void activate_using_directives_of_scope(a_scope* scope, int depth);
+// Takes back the directives of the scope at the top of the stack.
+void deactivate_using_directives();
+// When the unit of the scopes up to the depth becomes current or another does:
+// the directives act or rest. Declarations after `decl_seq` are not seen; 0
+// for no limit.
+void set_active_using_list_scope_depths(int depth, bool unit_is_current, uint32_t decl_seq);
+// Declares in the scope at a depth what the locator names elsewhere: `named`,
+// as a lookup found it. Null when an entity of the scope is in its way.
+a_symbol* enter_using_declaration(a_symbol* named, a_symbol_locator* locator, int depth);
+
+// ---- Argument-dependent lookup (C++11 3.4.2) ----
+
+// The functions that a call of an unqualified name considers: those that
+// `symbol`, the result of ordinary lookup or null, stands for, and those in the
+// namespaces of the arguments. The result may be an overload set of its own.
+a_symbol* argument_dependent_lookup(a_symbol* symbol, a_symbol_locator* locator,
+                                    const std::vector<a_type*>& argument_types);
+// Settles, when a class is complete, in which namespaces operators and
+// functions for its objects are sought.
+void determine_operator_lookup_namespaces(a_type* class_type);
 
 void lookup_one_time_init();
 void lookup_init();

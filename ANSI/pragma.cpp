@@ -327,6 +327,18 @@ void process_pragmas_at_end_of_source() {
   process_curr_token_pragmas();
 }
 
+void process_c_pragma(a_pending_pragma* pragma) {
+  run_pragma_action(pragma, nullptr, nullptr);
+}
+
+void end_of_scope_pragma_processing(a_pending_pragma* pragmas) {
+  for (const a_pending_pragma* pragma = pragmas; pragma != nullptr; pragma = pragma->next)
+    if (pragma->description->misplaced_severity != es_suppressed)
+      pos_diagnostic(pragma->description->misplaced_severity, ec_pragma_may_not_be_used_here,
+                     &pragma->name_position);
+  free_pending_pragma_list(pragmas);
+}
+
 // -- Rescanning a pragma's tokens
 // ---------------------------------------------------------------------
 

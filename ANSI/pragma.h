@@ -119,6 +119,11 @@ void check_for_stdc_pragmas();
 // Obeys or reports the pragmas that no construct took.
 void process_pragmas_at_end_of_source();
 
+// At the end of a scope: a pragma that waited for it, and those that the last
+// construct of the scope left behind, which are reported.
+void process_c_pragma(a_pending_pragma* pragma);
+void end_of_scope_pragma_processing(a_pending_pragma* pragmas);
+
 // The actions, named by index in the kinds' descriptions.
 void once_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void hdrstop_or_no_pch_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);

@@ -7,6 +7,7 @@
 #include "il_alloc.h"
 #include "il_statements.h"
 #include "lexical.h"
+#include "lookup.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk_int.h"
@@ -15,6 +16,7 @@
 #include "types.h"
 
 #include <cstring>
+#include <vector>
 
 a_scope_stack_entry* scope_stack;
 int32_t size_scope_stack;
@@ -31,7 +33,7 @@ int32_t non_local_class_fixup_depth;
 int32_t depth_innermost_namespace_scope;
 int32_t depth_of_innermost_scope_that_affects_access_control;
 int32_t num_classes_on_scope_stack;
-a_pack_entry* pack_expansion_stack;
+a_pack_expansion_context* pack_expansion_stack;
 
 namespace {
 
@@ -171,11 +173,20 @@ static a_scope* il_scope_at_depth(int64_t depth) {
   return depth < 0 ? nullptr : scope_stack[depth].il_scope;
 }
 
+// The prototypes of a parameter's declarator stand behind that of the function.
+static void add_behind_prototype(a_scope* scope, a_scope* outer) {
+  while (outer->next != nullptr)
+    outer = outer->next;
+  outer->next = scope;
+}
+
 static void make_prototype_scope(a_scope_stack_entry* entry) {
   a_scope* parent = il_scope_at_depth(entry->parent_depth);
   a_scope* scope =
       make_scope_in_region(sk_function_prototype, entry->number, file_scope_region_number);
   set_parent_of_scope(scope, parent);
+  if (parent != nullptr && parent->kind == sk_function_prototype)
+    add_behind_prototype(scope, parent);
   entry->il_scope = scope;
   if (entry->assoc_type == nullptr)
     return;
@@ -459,7 +470,6 @@ static bool leaves_functions(const a_scope_stack_entry* entry,
 
 static void set_depths(a_scope_stack_entry* entry, int32_t depth,
                        const a_push_scope_context* context) {
-  entry->parent_depth = depth - 1;
   if (context->flags & psf_fresh_start) {
     entry->parent_depth = 0;
     depth_innermost_instantiation_scope = -1;
@@ -536,6 +546,12 @@ static void set_entry_flags(a_scope_stack_entry* entry, const a_push_scope_conte
     entry->use_scope_lookup = scope_stack[depth_scope_stack].use_scope_lookup;
 }
 
+// Only a scope with a history has directives already.
+static bool is_opened_again(const a_scope_stack_entry* entry) {
+  return in_cplusplus_mode() && entry->il_scope != nullptr &&
+         entry->il_scope->using_decls != nullptr;
+}
+
 void push_scope_full(a_scope_kind kind, int32_t number, a_type* assoc_type, a_routine* routine,
                      const a_push_scope_context* context) {
   make_room_for_entry();
@@ -553,7 +569,8 @@ void push_scope_full(a_scope_kind kind, int32_t number, a_type* assoc_type, a_ro
   entry->template_params = context->template_params;
   save_context(entry);
   set_entry_flags(entry, context);
-  entry->parent_depth = depth - 1;
+  entry->parent_depth = context->flags & psf_parent_given ? context->parent_depth : depth - 1;
+  entry->decl_seq_limit = context->decl_seq_limit;
   open_il_scope(entry, context);
   entry->pointers_block_override =
       context->pointers_block != nullptr ? context->pointers_block : lasting_block_for_entry(entry);
@@ -563,6 +580,8 @@ void push_scope_full(a_scope_kind kind, int32_t number, a_type* assoc_type, a_ro
     entry->il_scope->scope_stack_depth = depth;
   set_depths(entry, depth, context);
   push_lifetime(entry, context);
+  if (is_opened_again(entry))
+    activate_using_directives_of_scope(entry->il_scope, depth);
 }
 
 // ---- The pushes ----
@@ -653,6 +672,101 @@ void push_class_scope(a_type* class_type) {
   push_scope(sk_class, -1, class_type, nullptr);
 }
 
+// ---- Opening classes again ----
+
+static a_scope* scope_around_class(a_type* class_type) {
+  a_scope* scope = f_get_parent_scope_of(&class_type->source_corresp, iek_type);
+  return scope != nullptr ? scope : il_header.primary_scope;
+}
+
+// The depth at which the scope is open around the current place, or -1.
+static int32_t open_depth_of_scope(const a_scope* scope) {
+  int64_t depth = depth_scope_stack;
+  while (depth >= 0 && scope_stack[depth].il_scope != scope)
+    depth = scope_stack[depth].parent_depth;
+  return static_cast<int32_t>(depth);
+}
+
+static void push_template_params_of_class(a_type* class_type, int32_t* parent_depth) {
+  const a_template* templ = class_supplement_of(class_type)->assoc_template;
+  if (templ == nullptr || !class_type->variant.class_struct_union.is_prototype_instantiation)
+    return;
+  for (const a_template_decl* decl = templ->decl; decl != nullptr; decl = decl->next) {
+    a_push_scope_context context = {};
+    context.template_params = decl->params;
+    context.flags = psf_parent_given | psf_no_template_scope;
+    context.parent_depth = *parent_depth;
+    push_scope_full(sk_template_declaration, -1, nullptr, nullptr, &context);
+    scope_stack[depth_scope_stack].pushed_for_inner_scope = true;
+    *parent_depth = depth_scope_stack;
+    for (const a_template_param* param = decl->params; param != nullptr; param = param->next)
+      if (param->symbol != nullptr)
+        reenter_symbol(param->symbol, depth_scope_stack, true);
+  }
+}
+
+static void reactivate_class(a_type* class_type, const a_push_scope_context* own_context,
+                             int32_t* parent_depth) {
+  push_template_params_of_class(class_type, parent_depth);
+  a_push_scope_context context = *own_context;
+  context.flags |= psf_parent_given;
+  context.parent_depth = *parent_depth;
+  push_scope_full(sk_class_reactivation, -1, class_type, nullptr, &context);
+  *parent_depth = depth_scope_stack;
+}
+
+// The scopes around one that aren't open, innermost first.
+static std::vector<a_scope*> closed_scopes_around(a_scope* scope) {
+  std::vector<a_scope*> closed;
+  while (scope != nullptr && scope->kind != sk_file && open_depth_of_scope(scope) < 0) {
+    closed.push_back(scope);
+    scope = scope->kind == sk_class ? scope_around_class(scope->assoc.type) : scope->parent;
+  }
+  return closed;
+}
+
+static int32_t depth_around(const std::vector<a_scope*>& closed, a_scope* innermost) {
+  a_scope* open = innermost;
+  if (!closed.empty()) {
+    a_scope* outermost = closed.back();
+    open =
+        outermost->kind == sk_class ? scope_around_class(outermost->assoc.type) : outermost->parent;
+  }
+  const int32_t depth = open == nullptr ? 0 : open_depth_of_scope(open);
+  return depth < 0 ? 0 : depth;
+}
+
+void push_class_and_template_reactivation_scope_full(a_type* class_type,
+                                                     const a_push_scope_context* context) {
+  class_type = skip_typerefs(class_type);
+  a_scope* around = scope_around_class(class_type);
+  const std::vector<a_scope*> closed = closed_scopes_around(around);
+  int32_t parent_depth = depth_around(closed, around);
+  const a_push_scope_context no_context = {};
+  for (size_t i = closed.size(); i-- > 0;) {
+    a_scope* scope = closed[i];
+    if (scope->kind == sk_class) {
+      reactivate_class(scope->assoc.type, &no_context, &parent_depth);
+    } else if (scope->kind == sk_namespace) {
+      a_push_scope_context namespace_context = {};
+      namespace_context.namespace_entry = f_skip_namespace_aliases(scope->assoc.namespace_entry);
+      namespace_context.flags = psf_parent_given;
+      namespace_context.parent_depth = parent_depth;
+      push_scope_full(sk_namespace_reactivation, -1, nullptr, nullptr, &namespace_context);
+      parent_depth = depth_scope_stack;
+    } else {
+      continue;
+    }
+    scope_stack[depth_scope_stack].pushed_for_inner_scope = true;
+  }
+  reactivate_class(class_type, context, &parent_depth);
+}
+
+void push_class_and_template_reactivation_scope(a_type* class_type) {
+  const a_push_scope_context context = {};
+  push_class_and_template_reactivation_scope_full(class_type, &context);
+}
+
 // ---- Initialisation ----
 
 template <typename T> static void register_per_unit(T& variable) {
@@ -679,6 +793,7 @@ void scope_stk_one_time_init() {
 }
 
 void scope_stk_init() {
+  clear_unexpanded_packs();
   clear_hidden_names();
   clear_c99_inline_uses();
   clear_name_linkages();

@@ -42,6 +42,17 @@ struct a_hidden_name {
   a_symbol* outer_symbol; // what the name means outside
 };
 
+// A parameter pack that was named outside any expansion.
+struct an_unexpanded_pack {
+  an_unexpanded_pack* next;
+  const a_symbol* symbol;
+  a_source_position position;
+};
+
+struct a_pack_expansion_context;
+struct an_active_using_directive;
+struct an_access_check;
+
 struct a_scope_stack_entry {
   int32_t number;
   a_scope_kind kind;
@@ -71,7 +82,10 @@ struct a_scope_stack_entry {
   uint64_t cx_limited_range_state : 2;
   // The scope walk of lookups is needed here.
   uint64_t use_scope_lookup : 1;
-  uint64_t unused_flags : 37;
+  uint64_t pragmas_not_bound : 1;      // constructs take no pragmas here
+  uint64_t no_il_generation : 1;       // pragmas leave no entry
+  uint64_t pushed_for_inner_scope : 1; // to be popped together with the next entry
+  uint64_t unused_flags : 34;
 
   a_scope_pointers_block* pointers_block_override; // null: the embedded block
   a_scope_pointers_block pointers;
@@ -97,7 +111,8 @@ struct a_scope_stack_entry {
   a_template_param* template_params;
   a_source_position saved_pos_curr_token;
   int32_t saved_depth_innermost_function_scope;
-  a_pending_pragma* pending_pragmas; // run at the pop
+  a_pending_pragma* pending_pragmas;   // run at the pop
+  a_pending_pragma* construct_pragmas; // of the construct that starts
   int32_t saved_depth_affecting_access_control;
   int32_t saved_curr_deferred_access_scope;
   an_expr_stack_entry* saved_expr_stack;
@@ -105,15 +120,17 @@ struct a_scope_stack_entry {
   an_object_lifetime* saved_curr_object_lifetime;
   an_object_lifetime* free_lifetimes; // of a function: records to use again
   int32_t saved_depth_innermost_namespace_scope;
-  a_using_decl* active_using_directives;
-  a_using_decl* lookup_using_list;
+  an_active_using_directive* active_using_directives; // those that stand here
+  an_active_using_directive* lookup_using_list;       // whose names appear here
   int64_t parent_depth; // of the lexically enclosing entry; -1 for the outermost
   int32_t saved_depth_of_initial_lookup_scope;
-  a_pack_entry* saved_curr_pack_expansion_stack;
+  a_pack_expansion_context* saved_curr_pack_expansion_stack;
   int32_t diagnostic_mapping_mark;
   a_hidden_name* hidden_names;
   a_hidden_name* for_scope_names;
-  a_pack_entry* unexpanded_packs;
+  an_unexpanded_pack* unexpanded_packs;
+  an_access_check* deferred_access_checks;
+  uint32_t decl_seq_limit; // of an instantiation: what was declared later is not seen
 };
 
 // ---- Per-unit state ----
@@ -135,7 +152,7 @@ extern int32_t non_local_class_fixup_depth;
 extern int32_t depth_innermost_namespace_scope;
 extern int32_t depth_of_innermost_scope_that_affects_access_control;
 extern int32_t num_classes_on_scope_stack;
-extern a_pack_entry* pack_expansion_stack;
+extern a_pack_expansion_context* pack_expansion_stack;
 
 // ---- Pushes ----
 //
@@ -150,6 +167,7 @@ enum a_push_scope_flag : unsigned {
   psf_for_init = 16,
   psf_template_declaration = 32,
   psf_dependent = 64,
+  psf_parent_given = 128,
   psf_no_template_scope = 0x200 // template declaration: without an IL scope
 };
 
@@ -164,6 +182,9 @@ struct a_push_scope_context {
   a_template_arg* template_args;
   a_template_param* template_params;
   unsigned flags;
+  uint32_t decl_seq_limit;
+  // With psf_parent_given, the depth of the lexically enclosing entry.
+  int32_t parent_depth;
 };
 
 // A number of -1 asks for a fresh one where the kind needs one.
@@ -185,6 +206,12 @@ void f_push_namespace_reactivation_scope(a_namespace* namespace_entry);
 // A declaration's own context, from the file scope up.
 void push_new_top_level_declaration();
 void push_class_scope(a_type* class_type);
+// Opens a class again in the scopes around it: those namespaces, classes and
+// template parameters that aren't open around the current place are opened
+// first. The second form takes the further context of the class's own entry.
+void push_class_and_template_reactivation_scope(a_type* class_type);
+void push_class_and_template_reactivation_scope_full(a_type* class_type,
+                                                     const a_push_scope_context* context);
 
 // ---- Pops ----
 
@@ -192,6 +219,11 @@ void pop_scope();
 // With `keep_symbols` the symbols stay on the entry's lists for a reactivation.
 void pop_block_scope(bool keep_symbols);
 void pop_namespace_scope();
+// Pops all that the push of the class opened.
+void pop_class_reactivation_scope();
+// Notes a pack that nothing has expanded; the end of the template reports it.
+void record_unexpanded_pack(const a_symbol* symbol, const a_source_position* position);
+void forget_unexpanded_packs();
 // End-of-scope processing of the symbols of a scope: diagnostics of what was
 // not used or not completed, and their removal from the name chains.
 void wrapup_scope(a_scope* scope, a_scope_kind kind, a_scope_pointers_block* block, int depth);

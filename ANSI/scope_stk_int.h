@@ -11,6 +11,7 @@ void clear_c99_inline_uses();
 // Records on the entry now at the top which names of the for-loop
 // initialisation just closed mean something else outside it.
 void record_for_init_names(const a_scope_pointers_block* block);
+void clear_unexpanded_packs();
 void clear_hidden_names();
 void clear_name_linkages();
 

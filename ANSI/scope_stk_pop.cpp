@@ -1,5 +1,7 @@
 // Popping scopes: what is due at the end of each kind of scope.
 
+#include "cfe.h"
+#include "class_decl.h"
 #include "error.h"
 #include "expr.h"
 #include "host_envir.h"
@@ -10,6 +12,7 @@
 #include "lower_il.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk_int.h"
 #include "source_file.h"
 #include "statements.h"
@@ -40,6 +43,7 @@ a_c99_inline_use* last_c99_inline_use;
 a_hidden_name* avail_hidden_names;
 a_saved_name_linkage* name_linkage_stack;
 a_saved_name_linkage* avail_name_linkages;
+an_unexpanded_pack* avail_unexpanded_packs;
 
 bool is_file_or_namespace(a_scope_kind kind) {
   return kind == sk_file || (kind >= sk_namespace && kind <= sk_namespace_reactivation);
@@ -339,7 +343,69 @@ void routine_defined(a_routine* routine, a_scope* function_scope) {
   set_routine_defined(routine);
 }
 
+// ---- Unexpanded packs ----
+
+void clear_unexpanded_packs() {
+  avail_unexpanded_packs = nullptr;
+}
+
+void record_unexpanded_pack(const a_symbol* symbol, const a_source_position* position) {
+  an_unexpanded_pack* pack = avail_unexpanded_packs;
+  if (pack != nullptr)
+    avail_unexpanded_packs = pack->next;
+  else
+    pack = alloc_front_end_record<an_unexpanded_pack>();
+  *pack = {nullptr, symbol, *position};
+  an_unexpanded_pack** link = &scope_stack[depth_scope_stack].unexpanded_packs;
+  while (*link != nullptr)
+    link = &(*link)->next;
+  *link = pack;
+}
+
+static void free_unexpanded_packs(an_unexpanded_pack** list) {
+  while (*list != nullptr) {
+    an_unexpanded_pack* pack = *list;
+    *list = pack->next;
+    pack->next = avail_unexpanded_packs;
+    avail_unexpanded_packs = pack;
+  }
+}
+
+void forget_unexpanded_packs() {
+  free_unexpanded_packs(&scope_stack[depth_scope_stack].unexpanded_packs);
+}
+
+static void report_unexpanded_packs(a_scope_stack_entry* entry) {
+  for (const an_unexpanded_pack* pack = entry->unexpanded_packs; pack != nullptr; pack = pack->next)
+    pos_st_error(ec_pack_not_expanded, &pack->position, pack->symbol->header->identifier);
+  free_unexpanded_packs(&entry->unexpanded_packs);
+}
+
 // ---- The steps of a pop ----
+
+static void run_pending_pragmas(a_scope_stack_entry* entry) {
+  a_pending_pragma* pragmas = entry->pending_pragmas;
+  entry->pending_pragmas = nullptr;
+  for (a_pending_pragma* pragma = pragmas; pragma != nullptr; pragma = pragma->next) {
+    if (pragma->description->binding == pragma_runs_at_end_of_scope)
+      process_c_pragma(pragma);
+    else
+      fputs("INTERNAL ERROR!  Cannot process pragma!\n", f_error);
+  }
+  free_pending_pragma_list(pragmas);
+}
+
+static void end_constructs_of_scope(a_scope_stack_entry* entry) {
+  a_pending_pragma* pragmas = entry->construct_pragmas;
+  entry->construct_pragmas = nullptr;
+  const bool is_body = entry->kind == sk_function || entry->kind == sk_block;
+  if (in_cplusplus_mode() && is_body) {
+    generate_required_virtual_destructor_bodies(entry->il_scope);
+    end_of_scope_pragma_processing(pragmas);
+  } else {
+    free_pending_pragma_list(pragmas);
+  }
+}
 
 // The symbols without a scope go when the file scope goes.
 static void retire_symbols_with_no_scope() {
@@ -394,7 +460,6 @@ static bool region_is_in_use_below(int32_t region, int depth) {
 static void finish_function(a_scope_stack_entry* entry, int depth) {
   a_scope* scope = entry->il_scope;
   const int32_t region = entry->region_number;
-  wrapup_control_flow_processing(scope);
   if (!entry->routine->is_prototype_instantiation)
     routine_defined(entry->routine, scope);
   scope->scope_stack_depth = -1;
@@ -414,7 +479,8 @@ static void restore_context(const a_scope_stack_entry* entry) {
       entry->saved_depth_affecting_access_control;
   curr_deferred_access_scope = entry->saved_curr_deferred_access_scope;
   expr_stack = entry->saved_expr_stack;
-  pack_expansion_stack = entry->saved_curr_pack_expansion_stack;
+  if (entry->kind == sk_template_declaration || entry->kind == sk_template_instantiation)
+    pack_expansion_stack = entry->saved_curr_pack_expansion_stack;
   if (entry->kind == sk_class || entry->kind == sk_class_reactivation)
     --num_classes_on_scope_stack;
   innermost_function_scope = depth_innermost_function_scope < 0
@@ -425,34 +491,58 @@ static void restore_context(const a_scope_stack_entry* entry) {
     switch_il_region(entry->region_at_push);
 }
 
-static void pop_top_scope(bool keep_symbols) {
-  const int depth = depth_scope_stack;
-  a_scope_stack_entry* entry = &scope_stack[depth];
-  a_scope_pointers_block* block = pointers_block_of_entry(entry);
+// A scope that was opened again may still be open further down.
+static void reset_depth_of_il_scope(const a_scope_stack_entry* entry, int depth) {
+  a_scope* scope = entry->il_scope;
+  if (scope == nullptr || scope->scope_stack_depth != depth)
+    return;
+  scope->scope_stack_depth = -1;
+  if (!can_be_reopened(entry->kind))
+    return;
+  while (--depth >= 0 && scope_stack[depth].il_scope != scope)
+    continue;
+  scope->scope_stack_depth = depth;
+}
+
+// The symbols go, and what the scope's end makes due is done.
+static void close_names(a_scope_stack_entry* entry, int depth) {
+  run_pending_pragmas(entry);
   if (entry->kind == sk_file)
     retire_symbols_with_no_scope();
-  entry->unwanted_diagnostics |= keep_symbols;
-  wrapup_scope(entry->il_scope, entry->kind, block, depth);
+  wrapup_scope(entry->il_scope, entry->kind, pointers_block_of_entry(entry), depth);
   if (entry->kind == sk_file)
     judge_c99_inline_definitions();
+  end_constructs_of_scope(entry);
+  deactivate_using_directives();
+}
+
+static void pop_top_scope(bool keep_symbols) {
+  const int depth = depth_scope_stack;
+  scope_stack[depth].unwanted_diagnostics |= keep_symbols;
+  close_names(&scope_stack[depth], depth);
+  // A pragma's action may have pushed scopes and so moved the stack.
+  a_scope_stack_entry* entry = &scope_stack[depth];
+  const bool ends_function = entry->kind == sk_function && !entry->is_reactivation;
   restore_lifetime(entry);
+  if (ends_function && !entry->routine->is_prototype_instantiation)
+    wrapup_control_flow_processing(entry->il_scope);
   if (entry->kind == sk_file || entry->kind == sk_namespace ||
       entry->kind == sk_namespace_extension)
-    block->closed_once = true;
+    pointers_block_of_entry(entry)->closed_once = true;
   restore_pragma_states(entry);
-  if (entry->kind == sk_function && !entry->is_reactivation)
+  if (ends_function)
     finish_function(entry, depth);
-  // Lowering may have pushed scopes and so moved the stack.
+  // So may lowering.
   entry = &scope_stack[depth];
-  block = pointers_block_of_entry(entry);
-  if (entry->il_scope != nullptr && entry->il_scope->scope_stack_depth == depth)
-    entry->il_scope->scope_stack_depth = -1;
+  reset_depth_of_il_scope(entry, depth);
+  report_unexpanded_packs(entry);
+  discard_deferred_access_checks_at_depth(depth);
   free_hidden_names(&entry->for_scope_names);
   --depth_scope_stack;
   restore_context(entry);
   // The popped entry keeps its fields until the next push.
   if (entry->in_for_init)
-    record_for_init_names(block);
+    record_for_init_names(pointers_block_of_entry(entry));
   if (function_body_processing_delayed_on_some_func_in_primary_il &&
       depth_innermost_function_scope < 0 && get_module_id() != nullptr)
     lower_functions_waiting_for_module_id();
@@ -468,4 +558,10 @@ void pop_block_scope(bool keep_symbols) {
 
 void pop_namespace_scope() {
   pop_top_scope(false);
+}
+
+void pop_class_reactivation_scope() {
+  pop_top_scope(false);
+  while (depth_scope_stack > 0 && scope_stack[depth_scope_stack].pushed_for_inner_scope)
+    pop_top_scope(false);
 }

@@ -313,6 +313,14 @@ a_class_symbol_supplement* class_symbol_supplement_of(const a_type* class_type) 
   return is_class ? symbol->supplement.class_info : nullptr;
 }
 
+void add_symbol_to_table_of_class(a_symbol* symbol, a_type* class_type) {
+  a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
+  if (info == nullptr || info->pointers_block == nullptr)
+    return;
+  symbol->scope_number = info->scope_number;
+  add_to_scope_table(symbol, info->pointers_block, sk_class);
+}
+
 an_enum_symbol_supplement* enum_symbol_supplement_of(const a_type* enum_type) {
   const a_symbol* symbol = skip_typerefs(enum_type)->source_corresp.symbol;
   return symbol != nullptr && symbol->kind == symk_enum ? symbol->supplement.enum_info : nullptr;
@@ -395,6 +403,10 @@ static bool is_number_of_inner_scope(int32_t scope_number, int depth) {
   return false;
 }
 
+static bool is_tag(const a_symbol* symbol) {
+  return is_tag_symbol_kind(fundamental_symbol_of(const_cast<a_symbol*>(symbol))->kind);
+}
+
 // Whether `other`, already on the chain, stands before a new symbol of the
 // scope at `depth`: keywords and macros lead the chain, inner scopes follow
 // and, in C++, a tag stands behind the other names of its own scope.
@@ -403,8 +415,8 @@ static bool stands_in_front(const a_symbol* other, const a_symbol* symbol, int d
     return true;
   if (depth < depth_scope_stack && is_number_of_inner_scope(other->scope_number, depth))
     return true;
-  return in_cplusplus_mode() && other->scope_number == symbol->scope_number &&
-         is_tag_symbol_kind(symbol->kind) && !is_tag_symbol_kind(other->kind);
+  return in_cplusplus_mode() && other->scope_number == symbol->scope_number && is_tag(symbol) &&
+         !is_tag(other);
 }
 
 static void insert_on_chain(a_symbol* symbol, a_symbol** chain, int depth) {
@@ -775,6 +787,25 @@ void remove_symbol_from_overload_set(a_symbol* symbol, a_symbol* set) {
   }
 }
 
+a_symbol* make_overload_set_of(const std::vector<a_symbol*>& functions) {
+  a_symbol* first = functions.front();
+  a_symbol* set = alloc_symbol(symk_overloaded_function, first->header, &first->position);
+  set->decl_seq = first->decl_seq;
+  set->not_in_lookup = true;
+  a_symbol** link = &set->variant.overload_list;
+  for (a_symbol* function : functions) {
+    a_symbol* projection =
+        alloc_symbol(symk_namespace_projection, function->header, &function->position);
+    projection->variant.projected_symbol = function;
+    projection->supplement.overload_set = set;
+    projection->decl_seq = function->decl_seq;
+    projection->not_in_lookup = true;
+    *link = projection;
+    link = &projection->next_homonym;
+  }
+  return set;
+}
+
 bool overload_set_contains_template(const a_symbol* set) {
   for (const a_symbol* s = set->variant.overload_list; s != nullptr; s = s->next_homonym) {
     if (fundamental_symbol_of(const_cast<a_symbol*>(s))->kind == symk_function_template)
@@ -976,6 +1007,11 @@ bool symbol_is_from_trans_unit(const a_symbol* symbol, const a_translation_unit*
 }
 
 uint32_t f_get_effective_decl_seq() {
+  if (depth_innermost_instantiation_scope >= 0) {
+    const uint32_t limit = scope_stack[depth_innermost_instantiation_scope].decl_seq_limit;
+    if (limit != 0)
+      return limit;
+  }
   return decl_seq_counter;
 }
 

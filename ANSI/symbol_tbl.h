@@ -9,6 +9,8 @@
 #include "function_pointers.h"
 #include "il_entities.h"
 
+#include <vector>
+
 // ---- Records ----
 
 enum a_symbol_kind : uint8_t {
@@ -76,12 +78,21 @@ struct a_symbol_header {
   uint16_t builtin_index; // row of the builtin function when is_builtin_name
 };
 
-// A member's way into a derived class, or a name's into another namespace.
+// How a member of a base class is seen in a class: as the result of a lookup,
+// kept for the next one, or by a using-declaration.
 struct a_projection_descr {
-  a_symbol* fundamental_symbol;
-  a_symbol* member_symbol;
-  a_base_class* base_class;
-  a_derivation_step* derivation;
+  a_symbol* fundamental_symbol;  // the member itself
+  a_symbol* member_symbol;       // as the base class has it: may be a projection
+  a_base_class* base_class;      // the last step: the class that has the member
+  a_derivation_step* derivation; // from a direct base on
+  uint8_t is_using_decl : 1;
+  uint8_t is_ambiguous : 1; // other members were found too
+  uint8_t access : 2;       // an_access_specifier of a using-declaration
+};
+
+struct a_namespace_list_entry {
+  a_namespace_list_entry* next;
+  a_namespace* namespace_entry; // null: the file scope
 };
 
 struct a_class_symbol_supplement {
@@ -95,6 +106,9 @@ struct a_class_symbol_supplement {
   a_scope* scope;
   int32_t scope_number;
   uint32_t instantiation_sequence_number;
+  // The namespaces that a call with an argument of the class looks in, once the
+  // class is complete; null before.
+  a_namespace_list_entry* operator_lookup_namespaces;
 };
 
 struct an_enum_symbol_supplement {
@@ -123,9 +137,9 @@ struct a_symbol {
   uint32_t is_hidden_union_member : 1; // of an anonymous union, hidden by another member
   uint32_t is_anonymous_union_member : 1;
   uint32_t is_class_member : 1;
-  uint32_t is_namespace_member : 1;
   // An error or placeholder: entered in no chain.
   uint32_t not_in_lookup : 1;
+  uint32_t is_namespace_member : 1;
   uint32_t hidden_from_ordinary_entry : 1; // on the pending chain
   uint32_t is_synthesized_namespace : 1;
   uint32_t visible_in_instantiations_only : 1;
@@ -346,11 +360,21 @@ a_symbol* enter_overloaded_symbol(a_symbol_kind kind, a_symbol* old_symbol,
 // returns the symbol of the set.
 a_symbol* add_symbol_to_overload_list(a_symbol* old_symbol, a_symbol* new_symbol);
 void remove_symbol_from_overload_set(a_symbol* symbol, a_symbol* set);
+// A set in no scope, for a lookup that found the functions in several: each
+// stands in it through a projection.
+a_symbol* make_overload_set_of(const std::vector<a_symbol*>& functions);
+inline bool is_function_symbol_kind(a_symbol_kind kind) {
+  return kind == symk_routine || kind == symk_member_function || kind == symk_function_template ||
+         kind == symk_overloaded_function;
+}
 bool overload_set_contains_template(const a_symbol* set);
 // Puts symbols back on the name chains when their scope is opened again.
 void reenter_symbol(a_symbol* symbol, int depth, bool on_scope_list);
 void reenter_block_scope_symbol(a_symbol* symbol);
 a_symbol* enter_copy_of_symbol(const a_symbol* symbol, int depth);
+
+// Makes a result of lookups findable in the table of a class alone.
+void add_symbol_to_table_of_class(a_symbol* symbol, a_type* class_type);
 
 // Takes a symbol off its header's chain.
 void unlink_symbol_from_symbol_table(a_symbol* symbol);
@@ -384,6 +408,8 @@ int32_t take_next_scope_number();
 a_translation_unit* trans_unit_for_symbol(const a_symbol* symbol);
 bool symbol_is_from_trans_unit(const a_symbol* symbol, const a_translation_unit* unit);
 void set_trans_unit_for_scope(int32_t scope_number, a_translation_unit* unit);
+// The sequence number up to which declarations are seen: inside the
+// instantiation of a template that of the place that it is for.
 uint32_t f_get_effective_decl_seq();
 
 // ---- Hash tables ----

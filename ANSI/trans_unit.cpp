@@ -2,6 +2,7 @@
 
 #include "il.h"
 #include "il_alloc.h"
+#include "lookup.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -62,8 +63,18 @@ void load_il_header_words(const a_translation_unit* unit) {
       static_cast<an_il_entity_list_entry*>(unit->saved_il_header_words[3]);
 }
 
-// A scope knows its depth on the stack only while its unit is current.
+// An instantiation sees no directive that stands behind what it is for.
+uint32_t limit_of_using_directives() {
+  return dependent_name_processing_enabled && depth_innermost_instantiation_scope >= 0
+             ? f_get_effective_decl_seq()
+             : 0;
+}
+
+// A scope knows its depth on the stack only while its unit is current, and its
+// directives act only then.
 void set_depths_of_open_scopes(bool unit_is_current) {
+  set_active_using_list_scope_depths(depth_scope_stack, unit_is_current,
+                                     unit_is_current ? limit_of_using_directives() : 0);
   for (int depth = depth_scope_stack; depth >= 0; depth--)
     if (a_scope* scope = scope_stack[depth].il_scope)
       scope->scope_stack_depth = unit_is_current ? depth : -1;

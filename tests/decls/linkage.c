@@ -56,6 +56,27 @@ void block_extern(void) {
 int late_variable;
 int late_function(int a) { return a; }
 
+// An extern declaration behind a local name doesn't see the static one.
+static int hidden_static;
+static int hidden_function(void) { return hidden_static; }
+int uses_hidden(int hidden_function_result) {
+  int hidden_static = hidden_function() + hidden_function_result, hidden_function = 1;
+  {
+    // CHECK: line [[#@LINE+1]]: warning #174-D: external/internal linkage conflict
+    extern int hidden_static;
+    // CHECK: line [[#@LINE+1]]: warning #174-D: external/internal linkage conflict
+    extern int hidden_function(void);
+    return hidden_static + hidden_function();
+  }
+}
+int sees_static(void) {
+  extern int hidden_static, hidden_function(void);
+  {
+    extern int hidden_static;
+    return hidden_static + hidden_function();
+  }
+}
+
 // A tag of the parameter list is known in the body.
 int local_tag(struct local { int a; } *p) { struct local copy = *p; return copy.a; }
 

@@ -85,7 +85,8 @@ std::string sample_bytes() {
   sample.node(ifop_COMMA, types.void_type);
   sample.node(ifop_COMMA, types.void_type);
   sample.name(param);
-  sample.text_node(ifop_SCON, types.mk_ptr(types.mk_int(TYPE::ikind_signed_char, false)), "x\0y", 4);
+  sample.text_node(ifop_SCON, types.mk_ptr(types.mk_int(TYPE::ikind_signed_char, false)), "x\0y",
+                   4);
   sample.node(ifop_LCON, types.integers[TYPE::ikind_unsigned_long_long], UINT64_MAX);
   out->if_write_end_func(&position);
 

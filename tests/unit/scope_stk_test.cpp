@@ -1,4 +1,5 @@
 #include "front_end_fixture.h"
+#include "pragma.h"
 #include "symbol_ref.h"
 
 namespace {
@@ -246,6 +247,108 @@ TEST_F(ScopeStack, LocalClassSharesTheRegionOfItsFunction) {
   pop_scope();
   EXPECT_EQ(num_classes_on_scope_stack, 0);
   EXPECT_EQ(innermost_function_scope, function_scope);
+  pop_scope();
+}
+
+TEST_F(ScopeStack, ClassesAreOpenedAgainInTheirScopes) {
+  restart_in_cplusplus();
+  a_symbol* space = enter(symk_namespace, "n");
+  a_namespace* n = alloc_namespace();
+  space->variant.namespace_entry = n;
+  set_source_corresp(&n->source_corresp, space);
+  push_namespace_scope(n);
+  a_symbol* in_namespace = enter(symk_class_or_struct, "in_namespace");
+  a_type* types[2];
+  for (a_type*& type : types) {
+    a_symbol* tag = enter(symk_class_or_struct, &type == types ? "Outer" : "Inner");
+    type = alloc_type(tk_class);
+    tag->variant.type = type;
+    set_source_corresp(&type->source_corresp, tag);
+    if (&type == types)
+      set_namespace_membership(tag, &type->source_corresp, n);
+    else
+      set_class_membership(tag, &type->source_corresp, types[0]);
+    push_class_scope(type);
+  }
+  a_symbol* member = enter(symk_class_or_struct, "member");
+  pop_scope();
+  pop_scope();
+  const int32_t number = scope_of_namespace(n)->scope_number;
+  pop_namespace_scope();
+
+  // From a function, whose names are out of sight.
+  open_function("f");
+  enter_variable("local", sc_auto, depth_scope_stack)->referenced = true;
+  push_class_and_template_reactivation_scope(types[1]);
+  EXPECT_EQ(depth_scope_stack, 4);
+  EXPECT_EQ(num_classes_on_scope_stack, 2);
+  EXPECT_EQ(depth_innermost_function_scope, -1);
+  EXPECT_EQ(scope_of_namespace(n)->scope_stack_depth, 2);
+  EXPECT_EQ(scope_stack[2].number, number);
+  EXPECT_EQ(look_up("member"), member);
+  EXPECT_EQ(look_up_here("member"), member);
+  EXPECT_EQ(look_up("in_namespace"), in_namespace);
+  // Inside, only what isn't open is opened; the namespace stays open behind it.
+  push_class_and_template_reactivation_scope(types[1]);
+  EXPECT_EQ(depth_scope_stack, 5);
+  pop_class_reactivation_scope();
+  EXPECT_EQ(depth_scope_stack, 4);
+  EXPECT_EQ(class_supplement_of(types[1])->scope->scope_stack_depth, 4);
+  pop_class_reactivation_scope();
+  EXPECT_EQ(depth_scope_stack, 1);
+  EXPECT_EQ(innermost_function_scope, function_scope);
+  EXPECT_EQ(look_up("member"), nullptr);
+  pop_scope();
+}
+
+TEST_F(ScopeStack, TemplateScopesReportUnexpandedPacks) {
+  restart_in_cplusplus();
+  push_scope(sk_template_declaration, -1, nullptr, nullptr);
+  a_symbol* pack = enter(symk_type, "Types", depth_scope_stack);
+  const a_source_position position = {1, 9, 0};
+  record_unexpanded_pack(pack, &position);
+  forget_unexpanded_packs();
+  record_unexpanded_pack(pack, &position);
+  pop_scope();
+  EXPECT_EQ(total_errors, 1u);
+  EXPECT_NE(messages().find("parameter pack \"Types\" was referenced but not expanded"),
+            std::string::npos);
+}
+
+TEST_F(ScopeStack, PragmasEndWithTheirScope) {
+  restart_in_cplusplus();
+  pragma_init();
+  a_pragma_kind_description of_construct = {};
+  of_construct.binding = pragma_binds_to_construct;
+  of_construct.misplaced_severity = es_warning;
+  a_pragma_kind_description of_scope = {};
+  of_scope.binding = pragma_runs_at_end_of_scope;
+  open_function("f");
+  push_block_scope(nullptr);
+  a_scope_stack_entry* entry = &scope_stack[depth_scope_stack];
+  entry->construct_pragmas = alloc_pending_pragma(&of_construct);
+  entry->pending_pragmas = alloc_pending_pragma(&of_scope);
+  pop_scope();
+  EXPECT_EQ(total_warnings, 1u);
+  EXPECT_NE(messages().find("may not be used here"), std::string::npos);
+  EXPECT_EQ(messages().find("INTERNAL ERROR"), std::string::npos);
+  scope_stack[depth_scope_stack].pending_pragmas = alloc_pending_pragma(&of_construct);
+  pop_scope();
+  EXPECT_NE(messages().find("INTERNAL ERROR!  Cannot process pragma!\n"), std::string::npos);
+}
+
+TEST_F(ScopeStack, PrototypesOfParametersFollowTheFunctions) {
+  a_type* outer_type = make_routine_type(integer_type(ik_int));
+  a_type* inner_type = make_routine_type(integer_type(ik_int));
+  push_scope(sk_function_prototype, -1, outer_type, nullptr);
+  push_scope(sk_function_prototype, -1, inner_type, nullptr);
+  a_scope* inner = ensure_il_scope_exists(&scope_stack[depth_scope_stack]);
+  a_scope* outer = outer_type->variant.routine.routine_supplement->prototype_scope;
+  ASSERT_NE(outer, nullptr);
+  EXPECT_EQ(outer->next, inner);
+  EXPECT_EQ(inner->parent, outer);
+  EXPECT_EQ(outer->parent, il_header.primary_scope);
+  pop_scope();
   pop_scope();
 }
 

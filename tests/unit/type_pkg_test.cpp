@@ -91,7 +91,8 @@ TEST(TypePkg, BasicTypesHaveFixedIds) {
 TEST(TypePkg, NormalTypesFollowTheSizes) {
   TYPE_PKG types;
   EXPECT_EQ(types.integers[TYPE::ikind_long]->normal, int_of(types));
-  EXPECT_EQ(types.integers[TYPE::ikind_unsigned_long]->normal, types.integers[TYPE::ikind_unsigned]);
+  EXPECT_EQ(types.integers[TYPE::ikind_unsigned_long]->normal,
+            types.integers[TYPE::ikind_unsigned]);
   EXPECT_EQ(types.integers[TYPE::ikind_long_long]->normal, types.integers[TYPE::ikind_long_long]);
   EXPECT_EQ(types.floats[TYPE::fkind_long_double]->normal, types.floats[TYPE::fkind_double]);
   types.integers[TYPE::ikind_int]->size = 16;

@@ -1,0 +1,268 @@
+// Access to class members (C++11 11): what may be named where, and the checks
+// that wait until a declaration's name is known.
+
+#include "error.h"
+#include "il.h"
+#include "lookup_int.h"
+#include "mem_manage.h"
+#include "types.h"
+
+#include <algorithm>
+
+// A use that had no access where it stood.
+struct an_access_check {
+  an_access_check* next;
+  a_symbol* symbol;
+  a_type* naming_class;
+  a_type* object_class;
+  a_source_position position;
+};
+
+namespace {
+
+// The classes and functions whose members and friends the current place is in.
+struct an_access_context {
+  std::vector<a_type*> classes; // innermost first
+  std::vector<a_routine*> routines;
+};
+
+// The access of a member as a member of a derived class: one that is private
+// in a base is no member for the purposes of access.
+constexpr int as_none = as_private + 1;
+
+an_access_check* avail_access_checks;
+
+} // namespace
+
+// ---- Where the name stands ----
+
+static void add_class_and_those_around(a_type* class_type, std::vector<a_type*>* classes) {
+  while (class_type != nullptr) {
+    class_type = f_skip_typerefs(class_type);
+    if (std::find(classes->begin(), classes->end(), class_type) != classes->end())
+      return;
+    classes->push_back(class_type);
+    class_type = class_of_member(&class_type->source_corresp);
+  }
+}
+
+// A member of a nested class has the access of the class around it (C++11
+// 11.7), a local class that of its function (11.8).
+static an_access_context current_access_context() {
+  an_access_context context;
+  for (int64_t depth = depth_scope_stack; depth >= 0; depth = scope_stack[depth].parent_depth) {
+    const a_scope_stack_entry* entry = &scope_stack[depth];
+    if (entry->kind == sk_class || entry->kind == sk_class_reactivation) {
+      add_class_and_those_around(entry->assoc_type, &context.classes);
+    } else if (entry->kind == sk_function && entry->routine != nullptr) {
+      context.routines.push_back(entry->routine);
+      add_class_and_those_around(class_of_member(&entry->routine->source_corresp),
+                                 &context.classes);
+    }
+  }
+  return context;
+}
+
+static bool is_friend_class(const a_class_type_supplement* supplement, const a_type* class_type) {
+  for (const a_class_list_entry* f = supplement->friends; f != nullptr; f = f->next)
+    if (f_skip_typerefs(f->class_type) == class_type)
+      return true;
+  return false;
+}
+
+static bool is_friend_routine(const a_class_type_supplement* supplement, const a_routine* routine) {
+  for (const a_routine_list_entry* f = supplement->friend_routines; f != nullptr; f = f->next)
+    if (f->routine == routine)
+      return true;
+  return false;
+}
+
+static bool is_member_or_friend(const an_access_context& context, const a_type* class_type) {
+  const a_class_type_supplement* supplement = class_supplement_of(class_type);
+  for (const a_type* c : context.classes)
+    if (c == class_type || is_friend_class(supplement, c))
+      return true;
+  for (const a_routine* routine : context.routines)
+    if (is_friend_routine(supplement, routine))
+      return true;
+  return false;
+}
+
+// The classes of which the place is in a member or friend function.
+static std::vector<const a_type*> classes_with_access(const an_access_context& context) {
+  std::vector<const a_type*> classes(context.classes.begin(), context.classes.end());
+  for (const a_routine* routine : context.routines)
+    for (const a_class_list_entry* c = routine->friend_classes; c != nullptr; c = c->next)
+      classes.push_back(f_skip_typerefs(c->class_type));
+  return classes;
+}
+
+// A protected member of a class is accessible in a derived one; one that needs
+// an object only in an object of that derived class (C++11 11.4).
+static bool has_protected_access(const an_access_context& context, const a_type* class_type,
+                                 const a_type* object_class) {
+  for (const a_type* derived : classes_with_access(context)) {
+    if (derived != class_type && !is_derived_class(derived, class_type))
+      continue;
+    if (object_class == nullptr || derived == class_type || object_class == derived ||
+        is_derived_class(object_class, derived))
+      return true;
+  }
+  return false;
+}
+
+static bool has_access(const an_access_context& context, int access, const a_type* class_type,
+                       const a_type* object_class) {
+  switch (access) {
+  case as_public:
+    return true;
+  case as_protected:
+    return is_member_or_friend(context, class_type) ||
+           has_protected_access(context, class_type, object_class);
+  case as_private:
+    return is_member_or_friend(context, class_type);
+  default:
+    return false;
+  }
+}
+
+// ---- What is named ----
+
+static int declared_access(const a_symbol* symbol) {
+  if (symbol->kind == symk_projection)
+    return symbol->variant.projection->access;
+  const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
+  return corresp == nullptr ? int{as_public} : static_cast<int>(corresp->access);
+}
+
+static bool is_remembered(const a_symbol* symbol) {
+  return symbol->kind == symk_projection && !symbol->variant.projection->is_using_decl;
+}
+
+// The bases on the way to the member, the direct one first.
+static std::vector<const a_base_class*> way_to_member(const a_symbol* symbol) {
+  std::vector<const a_base_class*> way;
+  if (is_remembered(symbol))
+    for (const a_derivation_step* s = symbol->variant.projection->derivation; s != nullptr;
+         s = s->next)
+      way.push_back(s->base_class);
+  return way;
+}
+
+// The access of the member as a member of each class on the way, the naming
+// class first, the class that declares it last.
+static std::vector<int> access_on_way(const std::vector<const a_base_class*>& way, int declared) {
+  std::vector<int> access(way.size() + 1);
+  access[way.size()] = declared;
+  for (size_t i = way.size(); i-- > 0;)
+    access[i] = access[i + 1] >= as_private
+                    ? as_none
+                    : std::max<int>(access[i + 1], static_cast<int>(way[i]->access));
+  return access;
+}
+
+static bool needs_object(const a_symbol* member) {
+  const a_symbol* real = fundamental_symbol_of(const_cast<a_symbol*>(member));
+  if (real->kind == symk_field)
+    return true;
+  return (real->kind == symk_member_function || real->kind == symk_routine) &&
+         real->variant.routine != nullptr && !real->variant.routine->is_static_member;
+}
+
+// C++11 11.2 p5: the member is accessible as a member of the naming class or,
+// that class's base being accessible, as a member of the base.
+bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class) {
+  const a_symbol* member =
+      is_remembered(symbol) ? symbol->variant.projection->member_symbol : symbol;
+  // The functions of a set are judged when one has been chosen.
+  if (!symbol->is_class_member || fundamental_symbol_of(symbol)->kind == symk_overloaded_function)
+    return true;
+  const std::vector<const a_base_class*> way = way_to_member(symbol);
+  const std::vector<int> access = access_on_way(way, declared_access(member));
+  if (access[0] == as_public)
+    return true;
+  const an_access_context context = current_access_context();
+  const a_type* object =
+      object_class != nullptr && needs_object(member) ? f_skip_typerefs(object_class) : nullptr;
+  const a_type* class_type = f_skip_typerefs(naming_class);
+  for (size_t i = 0;; ++i) {
+    if (has_access(context, access[i], class_type, object))
+      return true;
+    if (i == way.size() || !has_access(context, way[i]->access, class_type, nullptr))
+      return false;
+    class_type = f_skip_typerefs(way[i]->type);
+  }
+}
+
+// ---- Reports, at once or later ----
+
+static an_access_check* alloc_access_check() {
+  an_access_check* check = avail_access_checks;
+  if (check == nullptr)
+    return alloc_front_end_record<an_access_check>();
+  avail_access_checks = check->next;
+  return check;
+}
+
+void record_access_error(a_symbol* symbol, a_type* naming_class, a_type* object_class,
+                         const a_source_position* position) {
+  if (curr_deferred_access_scope < 0) {
+    pos_sy_error(ec_no_access_to_name, position, fundamental_symbol_of(symbol));
+    return;
+  }
+  an_access_check* check = alloc_access_check();
+  *check = {nullptr, symbol, naming_class, object_class, *position};
+  an_access_check** link = &scope_stack[curr_deferred_access_scope].deferred_access_checks;
+  while (*link != nullptr)
+    link = &(*link)->next;
+  *link = check;
+}
+
+void check_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class,
+                            const a_source_position* position) {
+  if (!have_access_to_symbol(symbol, naming_class, object_class))
+    record_access_error(symbol, naming_class, object_class, position);
+}
+
+void defer_access_checks(int depth) {
+  curr_deferred_access_scope = depth;
+}
+
+// Takes the checks off the entry; from then on failures go where they went
+// before, in the scopes opened since too.
+static an_access_check* end_deferring(int depth) {
+  an_access_check* checks = scope_stack[depth].deferred_access_checks;
+  scope_stack[depth].deferred_access_checks = nullptr;
+  const int32_t outer = scope_stack[depth].saved_curr_deferred_access_scope;
+  if (curr_deferred_access_scope == depth)
+    curr_deferred_access_scope = outer;
+  for (int d = depth + 1; d <= depth_scope_stack; ++d)
+    if (scope_stack[d].saved_curr_deferred_access_scope == depth)
+      scope_stack[d].saved_curr_deferred_access_scope = outer;
+  return checks;
+}
+
+static void free_access_checks(an_access_check* checks) {
+  while (checks != nullptr) {
+    an_access_check* next = checks->next;
+    checks->next = avail_access_checks;
+    avail_access_checks = checks;
+    checks = next;
+  }
+}
+
+void perform_deferred_access_checks_at_depth(int depth) {
+  an_access_check* checks = end_deferring(depth);
+  for (an_access_check* check = checks; check != nullptr; check = check->next)
+    check_access_to_symbol(check->symbol, check->naming_class, check->object_class,
+                           &check->position);
+  free_access_checks(checks);
+}
+
+void discard_deferred_access_checks_at_depth(int depth) {
+  free_access_checks(end_deferring(depth));
+}
+
+void access_init() {
+  avail_access_checks = nullptr;
+}
