@@ -113,7 +113,8 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
                   unsigned flags) {
   bool is_definition = (flags & drf_definition) != 0;
   // C99 6.8.5 p3: a function is `extern`, whatever its declaration says.
-  if (state->parse_flags.is_for_init && in_C_mode() && state->storage_class == sc_none)
+  if (state->parse_flags.is_for_init && in_C_mode() && state->storage_class == sc_none &&
+      !state->decl_flags.specifier_error)
     pos_error(ec_invalid_storage_class_in_for_init, &locator->position);
   a_symbol* match = usable_match(find_linked_declaration(locator, true), locator, is_definition);
   a_symbol* symbol = symbol_in_this_scope(match, locator);
