@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <iterator>
 #include <new>
 
 a_def_undef* defs_from_cmd_line;
@@ -32,8 +33,9 @@ constexpr an_error_code ec_matching_option = 978;
 
 constexpr int pch_event_option = 1;
 
-#define SETS(word_name) &(word_name), nullptr
-#define DOES(name) nullptr, do_##name
+#define SETS(word_name) &(word_name), nullptr, nullptr
+#define NAMES(word_name) nullptr, &(word_name), nullptr
+#define DOES(name) nullptr, nullptr, do_##name
 #define OPTION(code, name, short_name, takes, value, enabled, pch, effect)                         \
   {code, name, short_name, value, takes, enabled, sizeof(name) - 1, pch, effect},
 const an_option options[] = {
@@ -41,14 +43,23 @@ const an_option options[] = {
 };
 #undef OPTION
 #undef SETS
+#undef NAMES
 #undef DOES
+
+// The table is the interface of the tool: no row comes or goes unnoticed.
+static_assert(std::size(options) == number_of_options);
 
 a_def_undef* last_def_undef;
 bool dialect_was_set;
 
 // Where the words come from: the command file while it is open, then the
 // argument vector.
-int next_arg_index;
+struct a_word_source {
+  int count;
+  const char* const* words;
+  int next_arg_index;
+};
+a_word_source argument_vector;
 FILE* command_file;
 std::deque<std::string> words_of_command_files; // settings point into them
 
@@ -114,6 +125,8 @@ void obey(const an_option& option, const char* argument) {
     add_command_line_pch_event(pch_event_option, option.code, option.value, argument);
   if (option.word != nullptr)
     *option.word = option.value;
+  else if (option.file_name != nullptr)
+    *option.file_name = file_name_in_internal_encoding(argument);
   else
     option.action(option, argument);
 }
@@ -154,18 +167,7 @@ void process_short_options(const char* word) {
   }
 }
 
-// Everything up to the name of the source file; what follows isn't read.
-void process_options() {
-  while (const char* word = next_word()) {
-    if (word[0] != '-' || strcmp(word, "-") == 0) {
-      primary_source_file_name = file_name_in_internal_encoding(word);
-      break;
-    }
-    if (word[1] == '-')
-      process_long_option(word);
-    else
-      process_short_options(word);
-  }
+void close_command_file() {
   if (command_file != nullptr)
     fclose(command_file);
   command_file = nullptr;
@@ -196,7 +198,52 @@ const char* take_plain_word() {
   if (command_file != nullptr)
     if (const char* word = next_word_of_command_file())
       return word;
-  return next_arg_index < sys_argc ? sys_argv[next_arg_index++] : nullptr;
+  a_word_source& source = argument_vector;
+  return source.next_arg_index < source.count ? source.words[source.next_arg_index++] : nullptr;
+}
+
+void process_options(bool finish) {
+  while (const char* word = next_word()) {
+    bool is_source_file = word[0] != '-' || word[1] == '\0';
+    if (is_source_file) {
+      primary_source_file_name = file_name_in_internal_encoding(word);
+      break;
+    }
+    if (word[1] == '-')
+      process_long_option(word);
+    else
+      process_short_options(word);
+  }
+  close_command_file();
+  if (finish)
+    derive_settings();
+}
+
+void process_option_word(const char* word) {
+  a_word_source outer = argument_vector;
+  argument_vector = {1, &word, 0};
+  process_options(false);
+  argument_vector = outer;
+}
+
+void refuse_argument(const an_option& option, const char* argument) {
+  std::string word = std::string("--") + option.name + "=" + argument;
+  str_command_line_error(ec_cl_invalid_option, word.c_str());
+}
+
+void refuse_run(const char* text) {
+  constexpr an_error_code ec_plain_command_line_text = 3016;
+  str_command_line_error(ec_plain_command_line_text, text);
+}
+
+const char* get_src_file_name() {
+  if (primary_source_file_name == nullptr)
+    command_line_error(ec_cl_missing_source_file_name);
+  return primary_source_file_name;
+}
+
+bool cmd_line_option_inhibits_gnu_cpp11_extension_warning(an_error_code code) {
+  return code == ec_delegating_constructor_is_cpp11 && option_seen[oc_delegating_constructors];
 }
 
 void push_command_file(const char* name) {
@@ -245,16 +292,22 @@ void add_to_def_undef_list(const char* text, bool is_undefine) {
 
 void cmd_line_early_init() {
   reset_mode_words();
-  next_arg_index = 1;
+  memset(option_seen, 0, sizeof option_seen);
+  dialect_was_set = false;
+  defs_from_cmd_line = last_def_undef = nullptr;
+  raw_listing_file_name = xref_file_name = error_output_file_name = nullptr;
+  opt_overrides.clear();
+  for (auto* words : {&shell_opts, &ansi_opts, &opt_opts, &cg_opts})
+    words->clear();
 }
 
 void proc_command_line(int argc, char** argv) {
   sys_argc = argc;
   sys_argv = argv;
+  argument_vector = {argc, argv, 1};
   set_start_severities();
   strict_ansi_mode = 0;
   strict_ansi_error_severity = es_warning;
   strict_ansi_discretionary_severity = es_warning;
-  process_options();
-  derive_settings();
+  process_options(true);
 }

@@ -5,13 +5,14 @@
 #include "cfe.h"
 #include "error.h"
 #include "host_envir.h"
+#include "il_hooks.h"
+#include "misra.h"
+#include "nrg.h"
 #include "source_file.h"
 #include "target.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -45,25 +46,21 @@ void choose_standard(a_C_dialect dialect, int standard) {
   std_version = standard;
 }
 
-[[noreturn]] void refuse_argument(const an_option& option, const char* argument) {
-  std::string word = std::string("--") + option.name + "=" + argument;
-  str_command_line_error(ec_cl_invalid_option, word.c_str());
+bool is_decimal(const char* text) {
+  return *text != '\0' && text[strspn(text, "0123456789")] == '\0';
 }
 
 // A version such as 40800 for 4.8.0.
 int version_argument(const char* argument) {
-  char* end;
-  errno = 0;
-  long version = strtol(argument, &end, 10);
-  if (errno != 0 || end == argument || *end != '\0' || version < 0 || version > 999999)
+  constexpr size_t max_version_digits = 6;
+  if (!is_decimal(argument) || strlen(argument) > max_version_digits)
     str_command_line_error(ec_cl_invalid_gnu_version, argument);
-  return static_cast<int>(version);
+  return static_cast<int>(option_number(argument, INT_MAX));
 }
 
 // A power of two that doesn't exceed the greatest packing alignment, or 0.
 int alignment_argument(const char* argument) {
-  unsigned long value =
-      strspn(argument, "0123456789") == strlen(argument) ? option_number(argument, INT_MAX) : 0;
+  unsigned long value = option_number(argument, INT_MAX);
   bool is_power_of_two = value != 0 && (value & (value - 1)) == 0;
   return is_power_of_two && value <= static_cast<unsigned long>(targ_maximum_pack_alignment)
              ? static_cast<int>(value)
@@ -126,6 +123,8 @@ void do_strict(const an_option& option, const char*) {
 void do_dialect_old_c(const an_option&, const char*) {
   choose_dialect(cd_k_and_r);
   strict_ansi_mode = 0;
+  strict_ansi_error_severity = es_warning;
+  strict_ansi_discretionary_severity = es_warning;
 }
 
 void do_dialect_c(const an_option&, const char*) {
@@ -155,6 +154,16 @@ void do_standard_cplusplus03(const an_option&, const char*) {
 void do_anachronisms(const an_option& option, const char*) {
   allow_anachronisms = option.value;
   anachronism_error_severity = option.value ? es_warning : es_error;
+}
+
+void do_cfront_2_1(const an_option&, const char*) {
+  cfront_2_1_mode = 1;
+  cfront_3_0_mode = 0;
+}
+
+void do_cfront_3_0(const an_option&, const char*) {
+  cfront_2_1_mode = 0;
+  cfront_3_0_mode = 1;
 }
 
 void do_gcc(const an_option& option, const char*) {
@@ -301,30 +310,83 @@ void do_buffer_diagnostics(const an_option&, const char*) {
   setvbuf(stderr, buffer, _IOLBF, sizeof buffer);
 }
 
-void do_list_file(const an_option&, const char* argument) {
-  raw_listing_file_name = file_name_in_internal_encoding(argument);
+// -- Rule checks ---------------------------------------------------------------------------
+
+void do_check_misra(const an_option& option, const char* argument) {
+  a_boolean is_bad = 0;
+  process_check_misra(argument, nullptr, &is_bad, true, false);
+  if (is_bad)
+    str_command_line_error(ec_misra_invalid_rules, option.name);
 }
 
-void do_xref_file(const an_option&, const char* argument) {
-  xref_file_name = file_name_in_internal_encoding(argument);
+void do_misra_severity(const an_option& option, const char* argument) {
+  process_misra_severity(static_cast<a_misra_rule_kind>(option.value), argument, nullptr);
 }
 
-void do_error_output_file(const an_option&, const char* argument) {
-  error_output_file_name = file_name_in_internal_encoding(argument);
+void do_advice_power(const an_option& option, const char* argument) {
+  a_boolean is_bad = 0;
+  process_check_nrg(argument, &is_bad, nullptr, true, false);
+  if (is_bad)
+    str_command_line_error(ec_nrg_invalid_rules, option.name);
+  if (error_threshold >= es_warning)
+    error_threshold = es_lower_remark;
 }
 
-// -- Output names ------------------------------------------------------------------------
-
-void do_i_output_file(const an_option&, const char* argument) {
-  i_file_name = file_name_in_internal_encoding(argument);
+void do_advice_power_severity(const an_option&, const char* argument) {
+  process_nrg_severity(argument, nullptr);
 }
 
-void do_pp_output_file(const an_option&, const char* argument) {
-  pp_file_name = file_name_in_internal_encoding(argument);
+void do_nrg_standalone_mode(const an_option&, const char* argument) {
+  process_nrg_standalone_mode(argument);
 }
 
-void do_object_file(const an_option&, const char* argument) {
-  object_file_name = file_name_in_internal_encoding(argument);
+void do_advice_performance(const an_option&, const char* argument) {
+  advice_performance = argument;
+}
+
+// -- Precompiled headers -------------------------------------------------------------------
+
+void do_create_pch(const an_option&, const char* argument) {
+  create_precompiled_header = 1;
+  precompiled_header_processing_required = 1;
+  pch_output_file_name = file_name_in_internal_encoding(argument);
+}
+
+void do_use_pch(const an_option&, const char* argument) {
+  use_precompiled_header = 1;
+  precompiled_header_processing_required = 1;
+  pch_input_file_name = file_name_in_internal_encoding(argument);
+}
+
+void do_automatic_pch(const an_option&, const char*) {
+  automatic_pch_processing = 1;
+  precompiled_header_processing_required = 1;
+}
+
+void do_pch_dir(const an_option&, const char* argument) {
+  pch_dir_name = file_name_in_internal_encoding(argument);
+  if (!is_directory(pch_dir_name))
+    str_command_line_error(ec_cl_invalid_pch_directory, argument);
+}
+
+// -- Other outputs -------------------------------------------------------------------------
+
+void do_asmheaders(const an_option&, const char*) {
+  asm_header_mode = 1;
+  remove_unneeded_entities = 0;
+}
+
+namespace {
+// The codes of the two hooks by the value of their options.
+const unsigned short hook_codes[] = {exit_hook_code, entry_hook_code};
+} // namespace
+
+void do_hook(const an_option& option, const char* argument) {
+  enable_hook(hook_codes[option.value], argument, nullptr);
+}
+
+void do_hook_parm(const an_option& option, const char* argument) {
+  enable_hook(hook_codes[option.value], nullptr, argument);
 }
 
 // -- The processor --------------------------------------------------------------------------
@@ -336,7 +398,7 @@ void do_pack_alignment(const an_option&, const char* argument) {
 }
 
 void do_align_structs(const an_option&, const char* argument) {
-  int alignment = alignment_argument(argument);
+  int alignment = is_decimal(argument) ? alignment_argument(argument) : 0;
   if (alignment == 0)
     str_command_line_error(ec_cl_invalid_align_structs, argument);
   targ_minimum_struct_alignment = alignment;
@@ -382,11 +444,22 @@ void do_abi(const an_option& option, const char* argument) {
   if (strcmp(argument, "eabi") != 0)
     refuse_argument(option, argument);
   is_eabi = 1;
+  TYPE_PKG_abi = 1;
+  targ_max_bit_field_size = targ_char_bit * targ_sizeof_long_long;
+  targ_supports_non_int_bit_field = 1;
+  targ_unnamed_bit_field_affects_struct_alignment = 1;
+}
+
+// Bit fields take the smallest container that holds them.
+void do_small_container_bitfield_layout(const an_option&, const char*) {
+  small_container_bitfield_layout = 1;
+  targ_bit_field_container_size = 0;
 }
 
 void do_processor_version(const an_option&, const char* argument) {
   option_number(argument, INT_MAX);
   targ_cpu_version = TRG_parse_versions(argument);
+  TYPE_PKG_cpu_version = targ_cpu_version;
 }
 
 void do_visibility(const an_option& option, const char* argument) {
@@ -419,7 +492,8 @@ void do_number(const an_option& option, const char* argument) {
                         &targ_top_aryaln,
                         &import_undef,
                         &unaligned_access_supported,
-                        &keep_unneeded_types};
+                        &keep_unneeded_types,
+                        &targ_precisionof_long};
   *words[option.value] = static_cast<int>(option_number(argument, INT_MAX));
 }
 
@@ -445,58 +519,12 @@ void do_command_file(const an_option&, const char* argument) {
 
 void do_pass_words(const an_option& option, const char* argument) {
   std::vector<std::string>* const lists[] = {&shell_opts, &ansi_opts, &opt_opts, &cg_opts};
+  if (lists[option.value] == &shell_opts && !shell_opts.empty())
+    command_line_error(ec_cl_duplicate_shell_opts_list);
   for (unsigned long n = option_number(argument, INT_MAX); n > 0; n--) {
     const char* word = take_plain_word();
     if (word == nullptr)
       refuse_argument(option, argument);
     lists[option.value]->push_back(word);
   }
-}
-
-// -- Options that print ---------------------------------------------------------------------------
-
-namespace {
-const char* const tool_name = "KRT EABI C/C++ Parser";
-const char* const tool_version = "v2.3.2";
-constexpr int build_number = 1;
-} // namespace
-
-void print_banner(FILE* stream) {
-  fprintf(stream, "%s %s\n", tool_name, tool_version);
-}
-
-void do_zntversion(const an_option&, const char*) {
-  fprintf(f_error, "Zanthe Systems C/C++ Front End, version %s (%s)\n", tool_version + 1, __DATE__);
-}
-
-void do_toolversion(const an_option&, const char*) {
-  print_banner(stdout);
-  printf("Build Number %d\n", build_number);
-  exit(0);
-}
-
-void do_help(const an_option&, const char*) {
-  printf("Usage: %s [-options] filename\n\n", sys_argv[0]);
-  puts("This tool is designed to be invoked by the compiler.");
-  exit(0);
-}
-
-void do_dump_configuration(const an_option&, const char*) {
-  std::vector<std::string> lines;
-#define MODE_WORD(name, start)                                                                     \
-  lines.push_back(std::string("DEFAULT_" #name " ") + std::to_string(static_cast<long>(start)));
-#include "mode_words.def"
-#undef MODE_WORD
-  for (std::string& line : lines)
-    std::transform(line.begin(), line.end(), line.begin(),
-                   [](unsigned char c) { return static_cast<char>(toupper(c)); });
-  std::sort(lines.begin(), lines.end());
-  fprintf(f_error, "/* Configuration data for Zanthe Systems C/C++ Front End */\n");
-  fprintf(f_error, "/* Version %s, built on %s */\n", tool_version + 1, __DATE__);
-  for (const std::string& line : lines)
-    fprintf(f_error, "#define %s\n", line.c_str());
-}
-
-void do_dump_legacy_as_target(const an_option&, const char* argument) {
-  dump_legacy_config_as_target_config(argument);
 }

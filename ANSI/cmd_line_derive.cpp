@@ -5,6 +5,7 @@
 #include "cfe.h"
 #include "error.h"
 #include "host_envir.h"
+#include "il_hooks.h"
 #include "macro.h"
 #include "source_file.h"
 #include "target.h"
@@ -14,9 +15,8 @@
 
 namespace {
 
-constexpr an_error_code ec_plain_command_line_text = 3016;
-
-// Options that one language alone has, and what is said in the other.
+// Options that one language alone has, and what is said in the other. The
+// negative forms count too. --rtti isn't among them: C takes it without effect.
 enum a_language_of_option : uint8_t { cplusplus_only, c_only };
 const struct {
   an_option_code code;
@@ -28,7 +28,6 @@ const struct {
     {oc_instantiate, cplusplus_only, ec_cl_instantiation_option_only_in_cplusplus},
     {oc_auto_instantiation, cplusplus_only, ec_cl_auto_instantiation_option_only_in_cplusplus},
     {oc_exceptions, cplusplus_only, ec_cl_exceptions_option_only_in_cplusplus},
-    {oc_rtti, cplusplus_only, ec_cl_rtti_option_only_in_cplusplus},
     {oc_array_new_and_delete, cplusplus_only, ec_cl_array_new_and_delete_option_only_in_cplusplus},
     {oc_explicit, cplusplus_only, ec_cl_explicit_option_only_in_cplusplus},
     {oc_namespaces, cplusplus_only, ec_cl_namespaces_option_only_in_cplusplus},
@@ -60,7 +59,6 @@ const struct {
     {oc_tiebreaker, cplusplus_only, ec_cl_late_tiebreaker_option_only_in_cplusplus},
     {oc_pending_instantiations, cplusplus_only,
      ec_cl_pending_instantiations_option_only_in_cplusplus},
-    {oc_type_traits_helpers, cplusplus_only, ec_cl_type_traits_helpers_option_only_in_cplusplus},
     {oc_auto_type, cplusplus_only, ec_cl_auto_type_option_only_in_cplusplus},
     {oc_auto_storage, cplusplus_only, ec_cl_auto_storage_option_only_in_cplusplus},
     {oc_max_depth_constexpr_call, cplusplus_only, ec_cl_max_constexpr_option_only_in_cplusplus},
@@ -81,18 +79,24 @@ struct a_default {
   an_option_code code; // oc_count: no option speaks for it
 };
 
+bool option_spoke(const a_default& row) {
+  return row.code != oc_count && option_seen[row.code];
+}
+
 template <size_t count> void apply(const a_default (&defaults)[count]) {
   for (const a_default& row : defaults)
-    if (row.code == oc_count || !option_seen[row.code])
+    if (!option_spoke(row))
       *row.word = row.value;
 }
 
-template <size_t count> void switch_off(const a_default (&defaults)[count]) {
-  for (const a_default& row : defaults)
-    *row.word = 0;
+// The features of a standard: on where it holds, off where an older one does.
+template <size_t count> void set_features(const a_default (&features)[count], bool standard_holds) {
+  for (const a_default& row : features)
+    if (!option_spoke(row))
+      *row.word = standard_holds;
 }
 
-const a_default c99_defaults[] = {
+const a_default c99_features[] = {
     {&vla_enabled, 1, oc_vla},
     {&allow_decl_after_stmt, 1, oc_count},
     {&restrict_keyword_enabled, 1, oc_restrict},
@@ -114,7 +118,7 @@ const a_default c99_defaults[] = {
     {&c99_bool_is_keyword, 1, oc_count},
 };
 
-const a_default c11_defaults[] = {
+const a_default c11_features[] = {
     {&static_assert_enabled, 1, oc_count},
     {&allow_c11_anonymous_unions, 1, oc_count},
     {&alignas_enabled, 1, oc_count},
@@ -123,7 +127,8 @@ const a_default c11_defaults[] = {
     {&uliterals_enabled, 1, oc_uliterals},
 };
 
-// The settings of C++ that C has no use for.
+// The settings of C++ that are off in C. Most of their options are refused
+// there.
 const a_default cplusplus_words[] = {
     {&exceptions_enabled, 0, oc_count},
     {&rtti_enabled, 0, oc_count},
@@ -139,14 +144,14 @@ const a_default cplusplus_words[] = {
     {&arg_dependent_lookup_enabled, 0, oc_count},
     {&class_name_injection_enabled, 0, oc_count},
     {&friend_class_injection_enabled, 0, oc_count},
-    {&string_literals_are_const, 0, oc_count},
+    {&string_literals_are_const, 0, oc_const_string_literals},
     {&extern_inline_allowed, 0, oc_count},
     {&operator_overloading_on_enums_enabled, 0, oc_count},
     {&auto_type_specifier_enabled, 0, oc_count},
     {&allow_anachronisms, 0, oc_count},
-    {&allow_nonconst_ref_anachronism, 0, oc_count},
-    {&type_traits_helpers_enabled, 0, oc_count},
-    {&user_defined_literals_enabled, 0, oc_count},
+    {&allow_nonconst_ref_anachronism, 0, oc_nonconst_ref_anachronism},
+    {&type_traits_helpers_enabled, 0, oc_type_traits_helpers},
+    {&user_defined_literals_enabled, 0, oc_user_defined_literals},
     {&raw_string_literals_enabled, 0, oc_count},
 };
 
@@ -178,7 +183,15 @@ const a_default cpp11_features[] = {
     {&unrestricted_unions_enabled, 1, oc_unrestricted_unions},
     {&implicit_noexcept_enabled, 1, oc_implicit_noexcept},
     {&variadic_macros_allowed, 1, oc_variadic_macros},
+    {&pragma_operator_allowed, 1, oc_count},
+    {&mixed_string_concat_enabled, 1, oc_count},
     {&long_long_is_standard, 1, oc_long_long},
+    {&long_long_promotion_allowed, 1, oc_count},
+};
+
+const a_default cpp14_features[] = {
+    {&digit_separators_enabled, 1, oc_digit_separators},
+    {&relaxed_constexpr_enabled, 1, oc_count},
 };
 
 // The cfront levels bring back what the language later dropped.
@@ -224,7 +237,9 @@ void choose_default_dialect() {
   for (an_option_code code : dialect_options)
     if (option_seen[code])
       return;
-  if (option_seen[oc_gcc] && gcc_mode)
+  if (option_seen[oc_gpp] && gpp_mode && !gcc_mode)
+    C_dialect = cd_cplusplus;
+  else if (option_seen[oc_gcc] && gcc_mode)
     C_dialect = cd_ansi_c;
   else if (primary_source_file_name != nullptr && has_suffix(primary_source_file_name, ".c"))
     C_dialect = cd_ansi_c;
@@ -236,6 +251,12 @@ void check_mode_combinations() {
     command_line_error(ec_cl_strict_mode_incompatible_with_pcc);
   if (strict_ansi_mode && (cfront_2_1_mode || cfront_3_0_mode))
     command_line_error(ec_cl_strict_mode_incompatible_with_cfront);
+  if (strict_ansi_mode && option_seen[oc_anachronisms] && allow_anachronisms)
+    command_line_error(ec_cl_strict_mode_incompatible_with_anachronisms);
+  if (strict_ansi_mode && long_preserving_rules)
+    command_line_error(ec_cl_strict_mode_incompatible_with_long_preserving);
+  if (strict_ansi_mode && ignore_std)
+    command_line_error(ec_cl_strict_mode_incompatible_with_ignore_std);
   if (SVR4_C_mode && C_dialect != cd_ansi_c)
     command_line_error(ec_cl_SVR4_C_option_only_in_ansi_C);
   if (SVR4_C_mode && strict_ansi_mode)
@@ -265,6 +286,14 @@ void settle_gnu_mode() {
     command_line_error(ec_cl_short_enums_requires_gcc_mode);
 }
 
+void check_instantiation_mode() {
+  if (instantiation_mode != im_local)
+    return;
+  if (option_seen[oc_auto_instantiation] && automatic_instantiation_mode)
+    command_line_error(ec_cl_tim_local_conflicts_with_auto_instantiation);
+  automatic_instantiation_mode = 0;
+}
+
 void choose_default_standard() {
   constexpr int gnu_version_of_c11 = 50000;
   constexpr int gnu_version_of_cpp14 = 60000;
@@ -285,28 +314,30 @@ void check_options_of_other_language() {
 }
 
 void derive_c_settings() {
-  switch_off(cplusplus_words);
-  universal_character_names_allowed = 0;
-  if (std_version >= 199901)
-    apply(c99_defaults);
-  if (std_version >= 201112)
-    apply(c11_defaults);
-  // C90 6.1.9 has no `//`; the scanner says so when it meets one.
-  if (strict_ansi_mode && std_version < 199901)
-    end_of_line_comments_allowed = 0;
+  apply(cplusplus_words);
+  set_features(c99_features, std_version >= 199901);
+  set_features(c11_features, std_version >= 201112);
+}
+
+void set_cpp11_features(bool standard_holds) {
+  set_features(cpp11_features, standard_holds);
 }
 
 void derive_cplusplus_settings() {
-  if (cfront_2_1_mode || cfront_3_0_mode)
+  if (cfront_2_1_mode || cfront_3_0_mode) {
     apply(cfront_defaults);
-  if (std_version >= 201103)
-    apply(cpp11_features);
+    anachronism_error_severity = allow_anachronisms ? es_warning : es_error;
+  }
+  set_cpp11_features(std_version >= 201103);
+  set_features(cpp14_features, std_version >= 201402);
+  if (relaxed_constexpr)
+    relaxed_constexpr_enabled = 1;
+  if (!option_seen[oc_restrict])
+    restrict_keyword_enabled = 0;
   if (implicit_noexcept_enabled && !noexcept_enabled)
     command_line_error(ec_cl_implicit_noexcept_requires_noexcept_support);
-  bool will_only_preprocess = do_preprocessing_only && !option_seen[oc_no_preproc_only];
-  if (!will_only_preprocess)
-    str_command_line_error(ec_plain_command_line_text,
-                           "C++ is not accepted by this version; use --c for a C source");
+  if (!auto_type_specifier_enabled && !auto_storage_class_specifier_enabled)
+    command_line_error(ec_cl_auto_cannot_be_disabled);
 }
 
 void set_gnu_mode_defaults() {
@@ -338,8 +369,28 @@ void derive_preprocessing_modes() {
   suppress_back_end = 1;
   suppress_il_file_write = 1;
   // Warnings would mix with the list.
-  if (!generate_pp_output && error_threshold == es_warning && !option_seen[oc_no_warnings])
+  bool is_list = list_makefile_dependencies || list_included_files;
+  if (is_list && error_threshold == es_warning)
     error_threshold = es_discretionary_error;
+}
+
+// A run that was asked for what no module makes stops before it leaves a file
+// that isn't what it seems.
+void refuse_what_is_not_made() {
+  if (create_precompiled_header && (use_precompiled_header || automatic_pch_processing))
+    refuse_run("--create_pch is incompatible with --use_pch and --pch");
+  if (do_preprocessing_only)
+    return;
+  if (in_cplusplus_mode())
+    refuse_run("C++ is not accepted by this version; use --c for a C source");
+  if (create_precompiled_header)
+    refuse_run("this version makes no precompiled headers");
+  if (suppress_back_end)
+    return;
+  if (asm_header_mode)
+    refuse_run("this version writes no assembly headers");
+  if (entry_hook_descriptor != nullptr || exit_hook_descriptor != nullptr)
+    refuse_run("this version inserts no calls of entry and exit hooks");
 }
 
 FILE* open_listing(const char* name, an_error_code kind) {
@@ -378,10 +429,9 @@ void derive_settings() {
   choose_default_dialect();
   check_mode_combinations();
   settle_gnu_mode();
+  check_instantiation_mode();
   choose_default_standard();
   check_options_of_other_language();
-  if (primary_source_file_name == nullptr)
-    command_line_error(ec_cl_missing_source_file_name);
   if (in_C_mode())
     derive_c_settings();
   else
@@ -389,11 +439,14 @@ void derive_settings() {
   if (gnu_mode)
     set_gnu_mode_defaults();
   add_default_include_search_path();
-  if (gcc_mode && gnu_version >= gnu_version_of_unique_directories)
+  remove_duplicate_include_dirs = gcc_mode && gnu_version >= gnu_version_of_unique_directories;
+  if (remove_duplicate_include_dirs)
     remove_duplicate_include_directories();
+  const char* source = get_src_file_name();
   if (put_dir_of_each_opened_source_file_on_incl_search_path)
-    put_current_directory_slot_on_incl_search_path(f_directory_of(primary_source_file_name, true));
+    put_current_directory_slot_on_incl_search_path(f_directory_of(source, true));
   derive_preprocessing_modes();
+  refuse_what_is_not_made();
   open_listing_files();
   set_predef_macro_modes();
   TRG_check_cmd_options();

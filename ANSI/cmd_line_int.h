@@ -256,10 +256,13 @@ struct an_option {
   uint8_t takes_argument;
   uint8_t enabled;
   size_t name_length;
-  int pch_event;   // must agree with a precompiled header
-  a_boolean* word; // gets the value, if not null
+  int pch_event;          // must agree with a precompiled header
+  a_boolean* word;        // gets the value, if not null
+  const char** file_name; // gets the argument as a file name, if not null
   an_option_action* action;
 };
+
+inline constexpr size_t number_of_options = 318;
 
 // By code: an option was given, so that no default overwrites it.
 extern bool option_seen[oc_count];
@@ -277,12 +280,27 @@ void push_command_file(const char* name);
 // asked for before is error 1081.
 void choose_dialect(a_C_dialect dialect);
 
+// Obeys the words up to the name of the source file. With `finish` the settings
+// that follow from the options are derived.
+void process_options(bool finish);
+
+// Obeys `word` alone, without deriving anything.
+void process_option_word(const char* word);
+
+// Command-line error 573 for an argument that the option doesn't know.
+[[noreturn]] void refuse_argument(const an_option& option, const char* argument);
+
+// Ends the run with a text of its own.
+[[noreturn]] void refuse_run(const char* text);
+
 #define SETS(word_name)
+#define NAMES(word_name)
 #define DOES(name) an_option_action do_##name;
 #define OPTION(code, name, short_name, takes, value, enabled, pch, effect) effect
 #include "cmd_line_options.def"
 #undef OPTION
 #undef SETS
+#undef NAMES
 #undef DOES
 
 // The names of the files that are opened when all options are known.

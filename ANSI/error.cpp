@@ -8,6 +8,7 @@
 #include <cstring>
 #include <vector>
 
+#include "cmd_line.h"
 #include "error_int.h"
 #include "mode_words.h"
 
@@ -22,7 +23,6 @@ a_boolean display_error_number;
 a_boolean display_error_context_on_catastrophe;
 a_boolean display_template_typedefs_in_diagnostics;
 a_boolean warning_as_error_mode;
-a_boolean cmd_line_option_inhibits_gnu_cpp11_extension_warning;
 
 an_error_severity strict_ansi_error_severity;
 an_error_severity strict_ansi_discretionary_severity;
@@ -284,7 +284,7 @@ bool pop_severities(const a_source_position* position) {
 
 void f_report_gnu_cpp11_extensions_if_needed(const a_source_position* position,
                                              an_error_code code) {
-  if (!cmd_line_option_inhibits_gnu_cpp11_extension_warning && !error_issued_flag[code] &&
+  if (!cmd_line_option_inhibits_gnu_cpp11_extension_warning(code) && !error_issued_flag[code] &&
       is_effective_diagnostic(code, es_warning, position)) {
     pos_warning(code, position);
   }
@@ -301,7 +301,6 @@ void error_early_init() {
   display_error_context_on_catastrophe = true;
   display_template_typedefs_in_diagnostics = false;
   warning_as_error_mode = false;
-  cmd_line_option_inhibits_gnu_cpp11_extension_warning = false;
   strict_ansi_error_severity = es_warning;
   strict_ansi_discretionary_severity = es_warning;
   anachronism_error_severity = es_error;

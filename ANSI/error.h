@@ -39,7 +39,6 @@ extern a_boolean display_error_number;
 extern a_boolean display_error_context_on_catastrophe;
 extern a_boolean display_template_typedefs_in_diagnostics;
 extern a_boolean warning_as_error_mode;
-extern a_boolean cmd_line_option_inhibits_gnu_cpp11_extension_warning;
 
 // The severities of whole classes of diagnostics, set by options.
 extern an_error_severity strict_ansi_error_severity;

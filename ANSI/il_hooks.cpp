@@ -1,6 +1,11 @@
 #include "il_hooks.h"
 
 #include "error.h"
+#include "mem_manage.h"
+
+#include <cctype>
+#include <cstring>
+#include <new>
 
 void IL_HOOKS::expression(an_expr_node*) {}
 
@@ -78,4 +83,41 @@ IL_HOOKS_CONTAINER* IL_HOOKS_FACTORY::instantiate_il_hooks() {
     if (IL_HOOKS* hook = factory->instantiate())
       container->push_back(hook);
   return container;
+}
+
+HOOK_DESCRIPTOR* entry_hook_descriptor;
+HOOK_DESCRIPTOR* exit_hook_descriptor;
+
+static bool is_hook_name(const char* name) {
+  if (*name == '\0' || isdigit(static_cast<unsigned char>(*name)))
+    return false;
+  for (; *name != '\0'; name++)
+    if (!isalnum(static_cast<unsigned char>(*name)) && *name != '_' && *name != '$')
+      return false;
+  return true;
+}
+
+static void set_hook_parameter(HOOK_DESCRIPTOR* hook, const char* parameter) {
+  if (strcmp(parameter, "name") == 0)
+    hook->pass_name = 1;
+  else if (strcmp(parameter, "address") == 0)
+    hook->pass_address = 1;
+  else if (strcmp(parameter, "none") != 0)
+    str_command_line_error(ec_cl_invalid_hook_parm, parameter);
+}
+
+void enable_hook(unsigned short code, const char* name, const char* parameter) {
+  bool is_entry = code == entry_hook_code;
+  HOOK_DESCRIPTOR*& hook = is_entry ? entry_hook_descriptor : exit_hook_descriptor;
+  if (hook == nullptr)
+    hook = new (alloc_general(sizeof(HOOK_DESCRIPTOR))) HOOK_DESCRIPTOR{};
+  if (name != nullptr) {
+    if (!is_hook_name(name))
+      str_command_line_error(ec_cl_invalid_hook_name, name);
+    hook->name = name;
+  } else if (hook->name == nullptr) {
+    hook->name = is_entry ? "__entry_hook" : "__exit_hook";
+  }
+  if (parameter != nullptr)
+    set_hook_parameter(hook, parameter);
 }

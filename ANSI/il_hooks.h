@@ -80,4 +80,26 @@ private:
   static std::vector<IL_HOOKS_FACTORY*>* factories;
 };
 
+// A function that every function calls when it is entered or left.
+struct HOOK_DESCRIPTOR {
+  const char* name;
+  a_routine* routine;
+  uint8_t pass_name;    // its argument is the name of the calling function
+  uint8_t pass_address; // its argument is the address of the calling function
+  a_type* parameter_type;
+};
+
+// Null: no hook.
+extern HOOK_DESCRIPTOR* entry_hook_descriptor;
+extern HOOK_DESCRIPTOR* exit_hook_descriptor;
+
+// The codes of the hooks among the predeclared routines.
+inline constexpr unsigned short entry_hook_code = 3869;
+inline constexpr unsigned short exit_hook_code = 3870;
+
+// Asks for a hook, as options do: by its name, error 1364 for a name that is no
+// identifier, or by what is passed to it: "name", "address" or "none", error
+// 1365 for another text. Either may be null.
+void enable_hook(unsigned short code, const char* name, const char* parameter);
+
 #endif

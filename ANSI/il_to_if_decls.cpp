@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cmd_line.h"
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -281,6 +282,8 @@ void gen_function(a_routine* routine) {
   if (!routine->source_corresp.needed || routine->region_number == 0 || !routine->defined ||
       scope == nullptr)
     return;
+  std::unique_ptr<OPTION_STATE> options_before =
+      process_opt_override(routine->source_corresp.name, &routine->source_corresp.position);
   a_scope* outer_scope = gen_scope;
   gen_function_scope = gen_scope = scope;
   gen_position = nullptr;
@@ -301,6 +304,8 @@ void gen_function(a_routine* routine) {
   gen_function_scope = nullptr;
   gen_level = 0;
   gen_file->if_write_end_func(gen_position);
+  if (options_before != nullptr)
+    options_before->restore_state();
 }
 
 // ---- Assembly ----

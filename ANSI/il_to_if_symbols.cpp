@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 
+#include "cmd_line.h"
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -314,6 +315,14 @@ static void set_symbol_position(SYMTAB* symbol, const a_source_correspondence& e
     symbol->set_psn(psn_of(entity.position));
 }
 
+// The words of the command line that hold for the entity alone.
+static void set_option_set(SYMTAB* symbol, const a_source_correspondence& entity) {
+  if (entity.name == nullptr)
+    return;
+  if (const OPT_OVERRIDE* entry = get_opt_override(entity.name, &entity.position))
+    symbol->option_set = entry->set_id;
+}
+
 // ---- Routines ----
 
 bool routine_is_interrupt(const a_routine* routine) {
@@ -429,6 +438,7 @@ SYMTAB* routine_symbol(a_routine* routine) {
   TYPE* return_type = tp_type(return_type_of(f_skip_typerefs(routine->type)), tpm_lowered);
   symbol->cpp_type = routine->type->source_file_type;
   set_symbol_position(symbol, routine->source_corresp);
+  set_option_set(symbol, routine->source_corresp);
   symbol->storage_class = class_of_routine(routine->storage_kind);
   symbol->cqual = routine_qualifiers(routine);
   symbol->name = routine_name(routine);
@@ -600,6 +610,7 @@ SYMTAB* variable_symbol(a_variable* variable, unsigned index) {
     return variable->file_symbol;
   SYMTAB* symbol = variable->file_symbol = new_symbol();
   set_symbol_position(symbol, variable->source_corresp);
+  set_option_set(symbol, variable->source_corresp);
   symbol->type = tp_type(variable->type, tpm_lowered);
   symbol->cpp_type = variable->type->source_file_type;
   symbol->align = variable_alignment(variable, symbol->type);

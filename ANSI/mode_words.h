@@ -23,6 +23,15 @@ extern const char* il_file_name;
 extern const char* i_file_name;
 extern const char* pp_file_name;
 extern const char* ah_file_name;
+extern const char* pch_output_file_name;
+extern const char* pch_input_file_name;
+extern const char* pch_dir_name;
+extern const char* ii_file_name;
+extern const char* template_info_file_name;
+extern const char* definition_list_file_name;
+
+// What --advice:performance asked for, null without it.
+extern const char* advice_performance;
 
 // The suffixes tried for an included name that has none, each behind a colon.
 extern const char* include_file_suffixes;

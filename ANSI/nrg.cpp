@@ -1,5 +1,13 @@
 #include "nrg.h"
 
+#include "error.h"
+#include "mode_words.h"
+#include "rule_list.h"
+
+#include <cstring>
+
+an_error_severity nrg_severity = es_lower_remark;
+
 namespace {
 
 struct a_rule_row {
@@ -35,19 +43,87 @@ const a_rule_row rule_rows[] = {
     {15, 1, 1546, 0, false},    // bit-fields assigned in a row
 };
 
-} // namespace
+an_error_severity severity_of_row(const a_rule_row& row) {
+  return row.severity_set_by_option ? nrg_severity : es_suppressed;
+}
 
-an_error_severity nrg_severity = es_suppressed;
+struct a_rule_change {
+  const a_source_position* position;
+  bool from_command_line;
+  bool is_reset;
+};
+
+void set_row_severity(const a_rule_row& row, an_error_severity severity,
+                      const a_source_position* position, bool from_command_line) {
+  set_severity_for_error_number(row.code, severity, position, from_command_line);
+  if (row.variant_code != 0)
+    set_severity_for_error_number(row.variant_code, severity, position, from_command_line);
+}
+
+bool item_holds(const a_rule_item& item, const a_rule_row& row) {
+  if (item.kind != rik_numbers)
+    return true;
+  return row.rule >= item.first_rule && row.rule <= item.last_rule &&
+         (!item.has_subrules ||
+          (row.subrule >= item.first_subrule && row.subrule <= item.last_subrule));
+}
+
+bool obey_item(const a_rule_item& item, void* data) {
+  const auto& change = *static_cast<const a_rule_change*>(data);
+  if (item.kind == rik_required || item.kind == rik_advisory)
+    return false;
+  if (change.is_reset && (item.is_negated || item.kind == rik_none))
+    return false;
+  bool enable = (item.kind == rik_none) == item.is_negated;
+  for (const a_rule_row& row : rule_rows) {
+    if (!item_holds(item, row))
+      continue;
+    an_error_severity severity = es_suppressed;
+    if (enable)
+      severity = change.is_reset ? es_none : severity_of_row(row);
+    set_row_severity(row, severity, change.position, change.from_command_line);
+  }
+  return true;
+}
+
+} // namespace
 
 an_error_code nrg_offset_to_error_code(int rule, int subrule, an_error_severity* severity,
                                        bool variant) {
   for (const a_rule_row& row : rule_rows) {
     if (row.rule != rule || row.subrule != subrule)
       continue;
-    *severity = row.severity_set_by_option ? nrg_severity : es_suppressed;
+    *severity = severity_of_row(row);
     return variant ? row.variant_code : row.code;
   }
   return 0;
+}
+
+void process_check_nrg(const char* list, a_boolean* is_bad, const a_source_position* position,
+                       bool from_command_line, bool is_reset) {
+  check_nrg = 1;
+  a_rule_change change = {position, from_command_line, is_reset};
+  if (!obey_rule_list(list, obey_item, &change))
+    *is_bad = 1;
+}
+
+void process_nrg_severity(const char* text, const a_source_position* position) {
+  nrg_severity = es_suppressed;
+  if (strcmp(text, "error") == 0)
+    nrg_severity = es_discretionary_error;
+  else if (strcmp(text, "warning") == 0)
+    nrg_severity = es_warning;
+  else if (strcmp(text, "remark") == 0)
+    nrg_severity = es_lower_remark;
+  for (const a_rule_row& row : rule_rows)
+    if (!treat_as_none(row.code))
+      set_row_severity(row, nrg_severity, position, true);
+}
+
+void process_nrg_standalone_mode(const char* text) {
+  nrg_standalone = 1;
+  nrg_standalone_iar = strcmp(text, "iar") == 0;
+  nrg_standalone_gcc = strcmp(text, "gcc") == 0;
 }
 
 void nrg_wrapup() {

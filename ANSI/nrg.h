@@ -17,6 +17,18 @@ inline constexpr int nrg_last_subrule = 4;
 // The severity of the rules whose severity an option sets.
 extern an_error_severity nrg_severity;
 
+// Switches advice on, and the rules that the list names on or off; as
+// process_check_misra.
+void process_check_nrg(const char* list, a_boolean* is_bad, const a_source_position* position,
+                       bool from_command_line, bool is_reset);
+
+// Gives all rules that are on a severity: "error", "warning", "remark", or none
+// for any other text.
+void process_nrg_severity(const char* text, const a_source_position* position);
+
+// Advice for a tool chain of its own: "iar", "gcc" or another.
+void process_nrg_standalone_mode(const char* text);
+
 // Reports what only the whole unit can show.
 void nrg_wrapup();
 

@@ -13,7 +13,7 @@ union {
 } anonymous;
 struct opaque *handle;
 list_t *head;
-int *restricted(int *restrict p);
+int *restricted(int *__restrict p);
 int (*old)();
 void *f(void) { return handle ? restricted(0) : 0; }
 
