@@ -342,9 +342,9 @@ static void skip_block_comment() {
     } else if (*p == '/') {
       if (p[1] == '*')
         nested_comment(p);
-    } else if (p[1] == lm_end_of_line) {
+    } else if (p[1] == lm_end_of_line || p[1] == mtm_end_of_text) {
       curr_char_loc = p;
-      if (read_logical_source_line(false, true)) {
+      if (curr_text_modif != nullptr || read_logical_source_line(false, true)) {
         pos_error(ec_comment_unclosed_at_eof, &start_position);
         break;
       }
@@ -385,8 +385,7 @@ static bool skip_comment() {
     skip_end_of_line_comment();
   else
     return false;
-  kind_of_white_space_skipped |=
-      pcc_preprocessing_mode && curr_text_modif != nullptr ? ws_old_style_comment : ws_real;
+  kind_of_white_space_skipped |= pcc_preprocessing_mode ? ws_old_style_comment : ws_real;
   return true;
 }
 

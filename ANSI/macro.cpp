@@ -66,6 +66,11 @@ public:
   }
   // The last element, when it is a parameter's expansion, is taken as spelled.
   void make_last_param_raw();
+  // Text that follows is an element of its own, so that it stays apart from
+  // the last one.
+  void end_element() {
+    element_is_open = false;
+  }
   // The bytes with their end, in the region of lasting data.
   uint8_t* store() const;
   const std::vector<uint8_t>& coded() const {
@@ -77,12 +82,14 @@ private:
   static constexpr size_t max_text = (1u << 24) - 1;
   std::vector<uint8_t> bytes;
   size_t last_element = 0;
+  bool element_is_open = false; // text extends the last element
 };
 
 } // namespace
 
 void a_body_builder::put_header(a_macro_body_code code, uint32_t value) {
   last_element = bytes.size();
+  element_is_open = code == mbc_text;
   bytes.push_back(code);
   bytes.push_back(static_cast<uint8_t>(value));
   bytes.push_back(static_cast<uint8_t>(value >> 8));
@@ -95,11 +102,8 @@ void a_body_builder::add(a_macro_body_code code, uint32_t value) {
 
 void a_body_builder::add_text(const char* text, size_t length) {
   while (length != 0) {
-    bool extends = !bytes.empty() && bytes[last_element] == mbc_text;
-    size_t old_length = 0;
-    if (extends)
-      old_length = bytes.size() - last_element - 4;
-    if (!extends || old_length == max_text) {
+    size_t old_length = element_is_open ? bytes.size() - last_element - 4 : 0;
+    if (!element_is_open || old_length == max_text) {
       put_header(mbc_text, 0);
       old_length = 0;
     }
@@ -183,10 +187,11 @@ static bool scan_macro_name_of_definition(a_definition* definition) {
   return true;
 }
 
-static a_macro_param* find_param(const a_macro_def& def, uint32_t* number) {
+static a_macro_param* find_param(const a_macro_def& def, const char* name, size_t length,
+                                 uint32_t* number) {
   *number = 1;
   for (a_macro_param* param = def.params; param != nullptr; param = param->next, ++*number)
-    if (curr_token_has_spelling(param->name, param->length))
+    if (param->length == length && memcmp(param->name, name, length) == 0)
       return param;
   return nullptr;
 }
@@ -212,7 +217,7 @@ static bool scan_param(a_definition* definition) {
     definition_error(ec_VA_ARGS_not_allowed);
     return false;
   }
-  if (find_param(definition->def, &number) != nullptr) {
+  if (find_param(definition->def, start_of_curr_token, len_of_curr_token, &number) != nullptr) {
     definition_error(ec_duplicate_macro_param_name);
     return false;
   }
@@ -262,6 +267,12 @@ static bool scan_param_list(a_definition* definition) {
   return true;
 }
 
+static bool curr_token_is_param(const a_macro_def& def) {
+  uint32_t number;
+  return curr_token == tok_identifier &&
+         find_param(def, start_of_curr_token, len_of_curr_token, &number) != nullptr;
+}
+
 // Behind `#` in a function-like macro: a parameter has to follow.
 static bool scan_stringized_param(a_definition* definition, bool has_blank) {
   a_macro_body_code code = mbc_stringize;
@@ -270,77 +281,117 @@ static bool scan_stringized_param(a_definition* definition, bool has_blank) {
     ++curr_char_loc;
   }
   get_token();
+  misra_check_macro_token(true);
   uint32_t number;
-  a_macro_param* param =
-      curr_token == tok_identifier ? find_param(definition->def, &number) : nullptr;
-  if (param == nullptr) {
+  if (curr_token != tok_identifier ||
+      find_param(definition->def, start_of_curr_token, len_of_curr_token, &number) == nullptr) {
     definition_error(ec_exp_macro_param);
     return false;
   }
   if (has_blank)
     definition->body.add_text(" ", 1);
-  param->is_referenced_raw = 1;
   definition->body.add(code, number);
   definition->text += code == mbc_charize ? "#@" : "#";
   definition->text.append(start_of_curr_token, len_of_curr_token);
   return true;
 }
 
-static void add_param_element(a_definition* definition, a_macro_param* param, uint32_t number,
-                              bool is_pasted) {
-  if (is_pasted || pcc_preprocessing_mode)
-    param->is_referenced_raw = 1;
+// In old-style mode a parameter's name also counts inside a literal.
+static void add_old_style_literal(a_definition* definition) {
+  const char* end = start_of_curr_token + len_of_curr_token;
+  for (const char* p = start_of_curr_token; p < end;) {
+    const char* start = p++;
+    bool is_name = is_id_char[static_cast<unsigned char>(*start)];
+    while (is_name && p < end && is_id_char[static_cast<unsigned char>(*p)])
+      ++p;
+    size_t length = static_cast<size_t>(p - start);
+    uint32_t number;
+    if (is_name && find_param(definition->def, start, length, &number) != nullptr)
+      definition->body.add(mbc_raw_param, number);
+    else
+      definition->body.add_text(start, length);
+  }
+}
+
+// The current token as an element of the list.
+static void add_token_to_body(a_definition* definition, bool is_pasted) {
+  uint32_t number;
+  if (curr_token == tok_identifier &&
+      find_param(definition->def, start_of_curr_token, len_of_curr_token, &number) != nullptr)
+    definition->body.add(is_pasted || pcc_preprocessing_mode ? mbc_raw_param : mbc_expanded_param,
+                         number);
+  else if (pcc_preprocessing_mode && (*start_of_curr_token == '"' || *start_of_curr_token == '\''))
+    add_old_style_literal(definition);
   else
-    param->is_referenced_expanded = 1;
-  definition->body.add(is_pasted || pcc_preprocessing_mode ? mbc_raw_param : mbc_expanded_param,
-                       number);
+    definition->body.add_text(start_of_curr_token, len_of_curr_token);
+  // What follows the right operand of ## isn't part of the pasted token.
+  if (is_pasted)
+    definition->body.end_element();
+}
+
+// The traditional spelling of ##: an empty comment between two tokens.
+static bool skip_pasting_comment() {
+  if (!SVR4_C_mode || strncmp(curr_char_loc, "/**/", 4) != 0)
+    return false;
+  char next = curr_char_loc[4];
+  if (next == '\0' || next == ' ' || next == '\t')
+    return false;
+  pos_warning(ec_svr4_token_pasting_comment, &pos_curr_token);
+  curr_char_loc += 4;
+  return true;
+}
+
+// Puts ## behind the last element; false when there is none.
+static bool add_paste_operator(a_definition* definition, bool is_pasted) {
+  if (definition->body.empty()) {
+    definition_error(ec_paste_cannot_be_first);
+    return false;
+  }
+  if (definition->text.back() != ' ')
+    definition->text += ' ';
+  definition->text += "##";
+  definition->body.make_last_param_raw();
+  if (!is_pasted)
+    definition->body.add(mbc_paste, 0);
+  return true;
+}
+
+// A token other than ##; false after a fault.
+static bool scan_replacement_token(a_definition* definition, bool has_blank, bool is_pasted) {
+  if (curr_token == tok_sharp && !definition->def.is_object_like)
+    return scan_stringized_param(definition, has_blank);
+  if (curr_token_is_va_args() && !definition->def.is_variadic) {
+    definition_error(ec_VA_ARGS_not_allowed);
+    return false;
+  }
+  if (curr_token == tok_error && err_code_for_error_token != 0)
+    pos_remark(err_code_for_error_token, &pos_curr_token);
+  if (has_blank)
+    definition->body.add_text(" ", 1);
+  add_token_to_body(definition, is_pasted);
+  definition->text.append(start_of_curr_token, len_of_curr_token);
+  return true;
 }
 
 // The tokens up to the end of the line, as a coded list; false after a fault.
 static bool scan_replacement_list(a_definition* definition) {
-  a_body_builder& body = definition->body;
   bool is_pasted = false; // ## precedes
   while (curr_token != tok_newline && curr_token != tok_end_of_source) {
-    bool white_space = kind_of_white_space_skipped != ws_none;
-    if (white_space)
-      definition->text += ' ';
+    // In old-style mode a comment alone joins its neighbours.
+    bool white_space = (kind_of_white_space_skipped & ws_real) != 0;
+    misra_check_macro_token(curr_token_is_param(definition->def));
     if (curr_token == tok_sharp_sharp) {
-      if (body.empty()) {
-        definition_error(ec_paste_cannot_be_first);
+      if (!add_paste_operator(definition, is_pasted))
         return false;
-      }
-      definition->text += "##";
-      body.make_last_param_raw();
-      if (!is_pasted)
-        body.add(mbc_paste, 0);
       is_pasted = true;
-      get_token();
-      continue;
-    }
-    bool has_blank = white_space && !body.empty() && !is_pasted;
-    uint32_t number;
-    a_macro_param* param = nullptr;
-    if (curr_token == tok_identifier)
-      param = find_param(definition->def, &number);
-    if (curr_token == tok_sharp && !definition->def.is_object_like) {
-      if (!scan_stringized_param(definition, has_blank))
-        return false;
     } else {
-      if (curr_token_is_va_args() && !definition->def.is_variadic) {
-        definition_error(ec_VA_ARGS_not_allowed);
+      if ((white_space || is_pasted) && definition->text.back() != ' ')
+        definition->text += ' ';
+      bool has_blank = white_space && !definition->body.empty() && !is_pasted;
+      if (!scan_replacement_token(definition, has_blank, is_pasted))
         return false;
-      }
-      if (curr_token == tok_error && err_code_for_error_token != 0)
-        pos_remark(err_code_for_error_token, &pos_curr_token);
-      if (has_blank)
-        body.add_text(" ", 1);
-      if (param != nullptr)
-        add_param_element(definition, param, number, is_pasted);
-      else
-        body.add_text(start_of_curr_token, len_of_curr_token);
-      definition->text.append(start_of_curr_token, len_of_curr_token);
+      is_pasted = skip_pasting_comment() && add_paste_operator(definition, false);
     }
-    is_pasted = false;
     get_token();
   }
   if (is_pasted) {
@@ -449,11 +500,9 @@ static void enter_definition(a_definition* definition) {
 // line: white space, or an equals sign. False after an error.
 static bool scan_command_line_separator(const a_definition& definition) {
   if (gnu_mode) {
-    if (*curr_char_loc == '=') {
+    if (*curr_char_loc != ' ' && *curr_char_loc != '\t')
       str_command_line_warning(ec_equals_assumed_in_cmd_line_macro_def,
                                definition.header->identifier);
-      ++curr_char_loc;
-    }
     return true;
   }
   if (*curr_char_loc == '=') {
@@ -484,8 +533,10 @@ void proc_define() {
   get_token();
   if (curr_token != tok_newline)
     kind_of_white_space_skipped = ws_none;
+  misra_begin_macro();
   if (!scan_replacement_list(&definition))
     return;
+  misra_check_macro_definition(&definition.def, definition.position);
   if (definition.text.size() == head_length)
     definition.text.pop_back();
   set_param_reference_flags(&definition);
@@ -540,7 +591,7 @@ void pop_macro_definition(const char* name, size_t length) {
 }
 
 // -- The command line
-// ---------------------------------------------------------------------------------
+// --------------------------------------------------------------------------------
 
 // Scans a text as the operand of #define.
 void define_macro_from_text(const std::string& text, const a_source_position& position) {
@@ -589,17 +640,17 @@ static void undefine_macro_from_command_line(const char* name) {
     remove_macro_symbol(symbol);
 }
 
+// In the order of the options, so that the last word counts.
 void process_command_line_macros() {
   for (a_def_undef* entry = defs_from_cmd_line; entry != nullptr; entry = entry->next)
     if (entry->is_undefine)
       undefine_macro_from_command_line(entry->text);
-  for (a_def_undef* entry = defs_from_cmd_line; entry != nullptr; entry = entry->next)
-    if (!entry->is_undefine)
+    else
       define_macro_from_command_line(entry->text);
 }
 
 // -- Initialisation
-// ---------------------------------------------------------------------------------------
+// ----------------------------------------------------------------------------------
 
 void macro_init() {
   num_macro_invocations_in_process = 0;

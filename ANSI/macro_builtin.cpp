@@ -27,9 +27,25 @@ static uint32_t macro_counter;
 
 // -- Places -------------------------------------------------------------------------
 
+// The line in which the outermost invocation begins: of a spliced line the
+// first, but behind a comment or an invocation over several lines the one in
+// which that ends.
+static uint32_t seq_of_line() {
+  a_source_position position;
+  position_of_loc(start_of_curr_token, &position);
+  if (position.seq != 0 && position.seq < curr_seq_number)
+    return position.seq;
+  uint32_t seq = curr_seq_number;
+  for (const an_orig_line_modif* modif = orig_line_modif_list; modif != nullptr;
+       modif = modif->next)
+    if (modif->kind == olm_newline && modif->extra <= position.seq)
+      seq = modif->extra;
+  return seq;
+}
+
 static std::string line_text() {
   uint32_t line = 0;
-  conv_seq_to_file_and_line(curr_seq_number, nullptr, nullptr, &line, nullptr);
+  conv_seq_to_file_and_line(seq_of_line(), nullptr, nullptr, &line, nullptr);
   return std::to_string(line);
 }
 
@@ -178,7 +194,7 @@ static bool feature_is_enabled(const std::string& name) {
 }
 
 // -- Pragma operators
-// ------------------------------------------------------------------------------
+// --------------------------------------------------------------------------------
 
 // The text of a string literal as the pragma's text (C99 6.10.9).
 static std::string destringized_text() {
@@ -196,7 +212,7 @@ static std::string destringized_text() {
 }
 
 // Acts on the text as a #pragma line.
-static a_pragma_kind_description* run_pragma_text(std::string text,
+static a_pragma_kind_description* run_pragma_text(std::string text, a_builtin_macro_kind kind,
                                                   const a_source_position& position) {
   text += '\0';
   text += static_cast<char>(mtm_newline);
@@ -213,7 +229,9 @@ static a_pragma_kind_description* run_pragma_text(std::string text,
     description = look_up_pragma_id(&name_position);
     if (description != nullptr && !do_preprocessing_only &&
         !pragma_allowed_in_operators(description))
-      pos_error(ec_invalid_pragma_operator, &position);
+      pos_error(kind == bmk_pragma_operator ? ec_invalid_pragma_operator
+                                            : ec_invalid_microsoft_pragma_operator,
+                &position);
     else
       record_pragma(description, &position, &name_position, false);
     discard_text_modifs_since(mark);
@@ -275,7 +293,7 @@ static bool expand_pragma_operator(a_symbol* symbol, a_builtin_macro_kind kind,
   if (is_good) {
     a_saved_line_loc start(delete_source_from_loc);
     delete_source_from_loc = nullptr;
-    const a_pragma_kind_description* description = run_pragma_text(text, position);
+    const a_pragma_kind_description* description = run_pragma_text(text, kind, position);
     delete_source_from_loc = start.loc;
     if (do_preprocessing_only && generate_pp_output && !is_macro_stack_pragma(description)) {
       static const char newline_marker[2] = {0, mtm_newline};
@@ -287,7 +305,7 @@ static bool expand_pragma_operator(a_symbol* symbol, a_builtin_macro_kind kind,
 }
 
 // -- Invocations
-// --------------------------------------------------------------------------------------
+// -------------------------------------------------------------------------------------
 
 static bool is_feature_test(a_builtin_macro_kind kind) {
   return kind >= bmk_has_include;
@@ -379,7 +397,7 @@ a_token_kind builtin_macro_invocation(a_symbol* symbol, a_boolean* go_on) {
 }
 
 // -- Initialisation
-// ----------------------------------------------------------------------------------------
+// ----------------------------------------------------------------------------------
 
 struct a_builtin_macro {
   a_builtin_macro_kind kind;

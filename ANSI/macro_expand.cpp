@@ -27,7 +27,11 @@ char* delete_source_from_loc;
 // Generated text never moves: the buffer grows by further chunks, and is given
 // back as a whole when the next line begins.
 static constexpr size_t first_text_chunk_size = 4000;
-static constexpr size_t max_macro_text = size_t{1} << 30;
+static constexpr size_t max_macro_text = size_t{1} << 28;
+// What one logical line may cost: the memory that its expansions hold, records
+// and text, and all expansions that were made on the way.
+static constexpr size_t max_expansion_memory = size_t{1} << 28;
+static constexpr uint32_t max_expansions = uint32_t{1} << 25;
 
 struct a_text_chunk {
   char* data;
@@ -37,6 +41,8 @@ static std::vector<a_text_chunk> text_chunks;
 static size_t curr_text_chunk;
 static size_t used_in_text_chunk;
 static size_t total_text_size;
+static size_t used_expansion_memory;
+static uint32_t num_expansions;
 
 static a_text_chunk new_text_chunk(size_t size) {
   if (size > max_macro_text - total_text_size)
@@ -69,15 +75,26 @@ char* alloc_macro_text(size_t length) {
 void reset_macro_text_buffer() {
   curr_text_chunk = 0;
   used_in_text_chunk = 0;
+  used_expansion_memory = 0;
+  num_expansions = 0;
 }
 
 a_macro_text_mark mark_macro_text() {
-  return {curr_text_chunk, used_in_text_chunk};
+  return {curr_text_chunk, used_in_text_chunk, used_expansion_memory};
 }
 
 void release_macro_text(const a_macro_text_mark& mark) {
   curr_text_chunk = mark.chunk;
   used_in_text_chunk = mark.used;
+  used_expansion_memory = mark.expansion_memory;
+}
+
+// Macros that name one another several times expand without end in effect:
+// neither memory nor patience is to run out.
+static void count_expansion(size_t text_length) {
+  used_expansion_memory += text_length + sizeof(a_source_line_modif);
+  if (++num_expansions > max_expansions || used_expansion_memory > max_expansion_memory)
+    catastrophe(ec_requested_size_too_large);
 }
 
 // -- Scanner state ---------------------------------------------------------------------------
@@ -114,9 +131,14 @@ void fetch_unexpanded_pp_tokens() {
 }
 
 bool macro_is_being_expanded(const a_symbol* symbol) {
-  for (const a_source_line_modif* text = curr_text_modif; text != nullptr; text = text->parent)
-    if (text->macro == symbol)
+  bool found = false;
+  int num_levels = 0;
+  for (const a_source_line_modif* text = curr_text_modif; text != nullptr; text = text->parent) {
+    ++num_levels;
+    found = found || text->macro == symbol;
+    if (found && (!pcc_preprocessing_mode || num_levels >= max_old_style_levels))
       return true;
+  }
   return false;
 }
 
@@ -225,14 +247,29 @@ a_macro_arg* an_arg_list::at(uint32_t number) const {
   return arg;
 }
 
+// Characters that are always a token of their own.
+static constexpr struct a_lone_char_table {
+  constexpr a_lone_char_table() : is_lone() {
+    for (char c : {' ', '(', ')', ',', ';', '[', ']', '{', '}'})
+      is_lone[static_cast<unsigned char>(c)] = true;
+  }
+  bool is_lone[256];
+} lone_chars;
+
+bool may_join(char last, char next) {
+  return !lone_chars.is_lone[static_cast<unsigned char>(last)] &&
+         !lone_chars.is_lone[static_cast<unsigned char>(next)];
+}
+
 // Appends the current token's spelling: behind a blank where white space stood,
 // behind a separator where it doesn't adjoin the token before, and with its
 // mark if it is inert for good.
 static void append_curr_token(a_growing_text* text, const char** end_of_previous) {
   if (text->length != 0) {
-    if (kind_of_white_space_skipped != ws_none)
+    if ((kind_of_white_space_skipped & ws_real) != 0)
       append_to_text(text, " ", 1);
-    else if (start_of_curr_token != *end_of_previous)
+    else if (start_of_curr_token != *end_of_previous && !pcc_preprocessing_mode &&
+             may_join(text->start[text->length - 1], *start_of_curr_token))
       append_marker(text, mtm_separator);
   }
   if (curr_token_is_inert_macro)
@@ -253,7 +290,7 @@ static void remark_on_error_token() {
 }
 
 // -- Looking for the argument list
-// -----------------------------------------------------------------
+// -------------------------------------------------------------------
 
 // The name is no invocation after all, and further lines were read to find out:
 // it becomes the text at the start of the line that was read last.
@@ -379,6 +416,11 @@ static void check_number_of_args(a_symbol* symbol, const a_macro_def* def,
         pos_warning(ec_empty_macro_argument, &position);
         break;
       }
+  for (a_macro_arg* arg = args->first; arg != nullptr && check_misra_c_2004; arg = arg->next)
+    if (arg->raw.length == 0 || count < def->num_params) {
+      misra_check_missing_macro_argument(position);
+      break;
+    }
   bool no_variadic_arg =
       def->is_variadic && (count < def->num_params ||
                            (def->num_params == 1 && count == 1 && args->first->raw.length == 0));
@@ -423,7 +465,7 @@ static void expand_args_that_need_it(const a_macro_def* def, an_arg_list* args,
 }
 
 // -- The replacement text
-// ------------------------------------------------------------------------------
+// ----------------------------------------------------------------------------
 
 // Where two pasted operands meet in a text.
 struct a_concatenation_record {
@@ -477,12 +519,13 @@ static a_body_element body_element(const uint8_t* p) {
   return element;
 }
 
-// An upper bound of the length of the expansion.
+// An upper bound of the length of the expansion. Each element may bring two
+// separators.
 static size_t measure_replacement(const a_macro_def* def, const an_arg_list& args) {
   size_t length = 8;
   for (a_body_element element = body_element(def->body); element.code != mbc_end;
        element = body_element(element.next)) {
-    length += 2; // a separator
+    length += 4;
     switch (element.code) {
     case mbc_text:
       length += element.value;
@@ -509,24 +552,30 @@ struct a_replacement {
   char* start;
   char* end;
   a_concatenation_record* concatenations;
+  // What follows begins another token.
+  bool separator_is_due;
 };
-
-static void put_text(a_replacement* out, const char* text, size_t length) {
-  if (length == 0)
-    return;
-  memcpy(out->end, text, length);
-  out->end += length;
-}
 
 static void put_separator(a_replacement* out) {
   *out->end++ = 0;
   *out->end++ = mtm_separator;
 }
 
+// Puts text behind what is there, and keeps the two apart where that is due.
+static void put_text(a_replacement* out, const char* text, size_t length) {
+  if (length == 0)
+    return;
+  if (out->separator_is_due && may_join(out->end[-1], *text))
+    put_separator(out);
+  out->separator_is_due = false;
+  memcpy(out->end, text, length);
+  out->end += length;
+}
+
 // The # operator (C99 6.10.3.2): markers go, and quotes and backslashes inside
 // literals get a backslash.
 static void put_stringized(a_replacement* out, const a_growing_text& text, char quote) {
-  *out->end++ = quote;
+  put_text(out, &quote, 1);
   char in_literal = 0;
   const char* end = text.start + text.length;
   for (const char* p = text.start; p < end; ++p) {
@@ -566,14 +615,26 @@ static void drop_inert_mark_of_last_name(a_replacement* out) {
   out->end -= 2;
 }
 
-static void put_argument(a_replacement* out, const a_growing_text& text, bool is_right_operand) {
-  const char* start = text.start;
-  size_t length = text.length;
-  if (is_right_operand && length >= 2 && start[0] == 0 && start[1] == mtm_inert) {
-    start += 2;
+// The right operand of ##. The pasting takes its first token only: where a
+// number would swallow a sign behind that, the two are kept apart.
+static void put_right_operand(a_replacement* out, const char* text, size_t length) {
+  if (length >= 2 && text[0] == 0 && text[1] == mtm_inert) {
+    text += 2;
     length -= 2;
   }
-  put_text(out, start, length);
+  size_t token_length = 0;
+  while (token_length < length && is_id_char[static_cast<unsigned char>(text[token_length])])
+    ++token_length;
+  bool sign_follows = token_length != 0 && token_length < length &&
+                      (text[token_length] == '+' || text[token_length] == '-') &&
+                      strchr("eEpP", text[token_length - 1]) != nullptr;
+  if (!sign_follows || (*text >= '0' && *text <= '9')) {
+    put_text(out, text, length);
+    return;
+  }
+  put_text(out, text, token_length);
+  put_separator(out);
+  put_text(out, text + token_length, length - token_length);
 }
 
 // Whether the ## before an element joins a comma to a variadic argument
@@ -591,25 +652,69 @@ static void remove_variadic_comma(a_replacement* out) {
     --out->end;
 }
 
+// In old-style mode an argument may land inside a literal, where marks have no
+// place.
+static void put_old_style_argument(a_replacement* out, const a_growing_text& text) {
+  const char* end = text.start + text.length;
+  for (const char* p = text.start; p < end; ++p)
+    if (*p == 0 && p[1] != mtm_nul_character)
+      ++p;
+    else
+      *out->end++ = *p;
+}
+
 static void put_element(a_replacement* out, const a_body_element& element, const an_arg_list& args,
                         bool is_right_operand) {
-  switch (element.code) {
-  case mbc_text:
+  if (element.code == mbc_text) {
     put_text(out, element.text, element.value);
-    break;
+    return;
+  }
+  const a_macro_arg* arg = args.at(element.value);
+  switch (element.code) {
   case mbc_raw_param:
-    put_argument(out, args.at(element.value)->raw, is_right_operand);
+    if (pcc_preprocessing_mode)
+      put_old_style_argument(out, arg->raw);
+    else if (is_right_operand)
+      put_right_operand(out, arg->raw.start, arg->raw.length);
+    else
+      put_text(out, arg->raw.start, arg->raw.length);
     break;
   case mbc_stringize:
-    put_stringized(out, args.at(element.value)->raw, '"');
+    put_stringized(out, arg->raw, '"');
     break;
   case mbc_charize:
-    put_stringized(out, args.at(element.value)->raw, '\'');
+    put_stringized(out, arg->raw, '\'');
     break;
   default:
-    put_argument(out, expanded_text_of(args.at(element.value)), false);
+    put_text(out, expanded_text_of(arg).start, expanded_text_of(arg).length);
     break;
   }
+}
+
+// No pasting makes the start of a comment.
+static bool pasting_makes_comment(const a_replacement& out, const char* seam) {
+  return seam != out.start && seam != out.end && seam[-1] == '/' && (*seam == '/' || *seam == '*');
+}
+
+static void separate_at(a_replacement* out, char* seam) {
+  memmove(seam + 2, seam, static_cast<size_t>(out->end - seam));
+  out->end += 2;
+  seam[0] = 0;
+  seam[1] = mtm_separator;
+}
+
+static void put_pasted_element(a_replacement* out, const a_body_element& element,
+                               const an_arg_list& args) {
+  // An empty left operand leaves what stands before it alone.
+  bool left_is_empty = out->separator_is_due;
+  if (!left_is_empty)
+    drop_inert_mark_of_last_name(out);
+  char* seam = out->end;
+  put_element(out, element, args, true);
+  if (check_concatenations && !left_is_empty && seam != out->start && seam != out->end)
+    add_concatenation_record(&out->concatenations, seam);
+  if (pasting_makes_comment(*out, seam))
+    separate_at(out, seam);
 }
 
 static void end_replacement(a_replacement* out) {
@@ -619,7 +724,7 @@ static void end_replacement(a_replacement* out) {
 
 static a_replacement build_replacement(const a_macro_def* def, const an_arg_list& args) {
   char* text = alloc_macro_text(measure_replacement(def, args));
-  a_replacement out = {text, text, nullptr};
+  a_replacement out = {text, text, nullptr, false};
   bool is_pasted = false;
   for (a_body_element element = body_element(def->body); element.code != mbc_end;
        element = body_element(element.next)) {
@@ -632,14 +737,12 @@ static a_replacement build_replacement(const a_macro_def* def, const an_arg_list
         remove_variadic_comma(&out);
       is_pasted = false;
     }
-    if (is_pasted)
-      drop_inert_mark_of_last_name(&out);
-    else if (out.end != out.start)
-      put_separator(&out);
-    char* seam = out.end;
-    put_element(&out, element, args, is_pasted);
-    if (is_pasted && check_concatenations && seam != out.start && seam != out.end)
-      add_concatenation_record(&out.concatenations, seam);
+    if (is_pasted) {
+      put_pasted_element(&out, element, args);
+    } else {
+      out.separator_is_due = out.end != out.start && !pcc_preprocessing_mode;
+      put_element(&out, element, args, false);
+    }
     is_pasted = false;
   }
   end_replacement(&out);
@@ -651,7 +754,7 @@ static a_replacement copy_plain_body(const a_macro_def* def) {
   a_body_element element = body_element(def->body);
   size_t length = element.code == mbc_text ? element.value : 0;
   char* text = alloc_macro_text(length + 2);
-  a_replacement out = {text, text, nullptr};
+  a_replacement out = {text, text, nullptr, false};
   put_text(&out, element.text, length);
   end_replacement(&out);
   return out;
@@ -663,7 +766,7 @@ static bool is_plain_body(const a_macro_def* def) {
 }
 
 // -- Invocations
-// --------------------------------------------------------------------------------------------
+// -------------------------------------------------------------------------------------
 
 a_source_line_modif* replace_invocation(a_symbol* symbol, char* text, char* text_end,
                                         const a_source_position& position) {
@@ -672,6 +775,7 @@ a_source_line_modif* replace_invocation(a_symbol* symbol, char* text, char* text
   modif->is_macro_expansion = 1;
   modif->macro = symbol;
   modif->position = position;
+  count_expansion(static_cast<size_t>(text_end - text));
   curr_text_modif = modif;
   curr_char_loc = text;
   return modif;
@@ -717,13 +821,12 @@ static a_replacement expand_function_like(a_symbol* symbol, const a_macro_def* d
 
 static a_token_kind expand_user_macro(a_symbol* symbol, a_boolean* go_on) {
   const a_macro_def* def = symbol->variant.macro;
-  if (macro_is_being_expanded(symbol)) {
-    curr_token_is_inert_macro = 1;
-    return tok_identifier;
-  }
   a_source_position position;
   position_of_loc(start_of_curr_token, &position);
-  if (is_too_deep(position)) {
+  bool is_recursive = macro_is_being_expanded(symbol);
+  if (is_recursive && pcc_preprocessing_mode)
+    pos_error(ec_macro_recursion, &position);
+  if (is_recursive || is_too_deep(position)) {
     curr_token_is_inert_macro = 1;
     return tok_identifier;
   }

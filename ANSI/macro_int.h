@@ -10,6 +10,8 @@
 
 // How deep expansions may nest in one another's arguments.
 inline constexpr int max_macro_depth = 800;
+// In old-style mode a macro may expand in its own expansion, this deep.
+inline constexpr int max_old_style_levels = 299;
 
 // The scanner's state around an invocation: saved at its start, and restored at
 // its end, when scanning goes on in the expansion.
@@ -55,9 +57,21 @@ void report_failed_concatenation(a_source_line_modif* modif, const char* locatio
 struct a_macro_text_mark {
   size_t chunk;
   size_t used;
+  size_t expansion_memory;
 };
 a_macro_text_mark mark_macro_text();
 void release_macro_text(const a_macro_text_mark& mark);
+
+// The MISRA-C:2004 rules about macros: the start of a replacement list, each of
+// its tokens, and its end; and an argument that is missing.
+void misra_begin_macro();
+void misra_check_macro_token(bool is_param);
+void misra_check_macro_definition(const a_macro_def* def, const a_source_position& position);
+void misra_check_missing_macro_argument(const a_source_position& position);
+
+// Whether two tokens could run together where a text ends with `last` and the
+// next begins with `next`; true when in doubt.
+bool may_join(char last, char next);
 
 void enter_builtin_macros();
 void process_command_line_macros();
