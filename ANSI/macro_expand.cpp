@@ -27,11 +27,13 @@ char* delete_source_from_loc;
 // Generated text never moves: the buffer grows by further chunks, and is given
 // back as a whole when the next line begins.
 static constexpr size_t first_text_chunk_size = 4000;
-static constexpr size_t max_macro_text = size_t{1} << 28;
-// What one logical line may cost: the memory that its expansions hold, records
-// and text, and all expansions that were made on the way.
-static constexpr size_t max_expansion_memory = size_t{1} << 28;
-static constexpr uint32_t max_expansions = uint32_t{1} << 25;
+static constexpr size_t max_macro_text = size_t{1} << 27;
+// What one logical line may cost, in bytes: the memory that its expansions hold,
+// records and text, and all text made on the way, with a share for each
+// expansion.
+static constexpr size_t max_expansion_memory = size_t{1} << 27;
+static constexpr size_t max_expansion_work = size_t{1} << 31;
+static constexpr size_t work_of_expansion = 64;
 
 struct a_text_chunk {
   char* data;
@@ -42,7 +44,7 @@ static size_t curr_text_chunk;
 static size_t used_in_text_chunk;
 static size_t total_text_size;
 static size_t used_expansion_memory;
-static uint32_t num_expansions;
+static size_t expansion_work;
 
 static a_text_chunk new_text_chunk(size_t size) {
   if (size > max_macro_text - total_text_size)
@@ -76,7 +78,7 @@ void reset_macro_text_buffer() {
   curr_text_chunk = 0;
   used_in_text_chunk = 0;
   used_expansion_memory = 0;
-  num_expansions = 0;
+  expansion_work = 0;
 }
 
 a_macro_text_mark mark_macro_text() {
@@ -93,7 +95,8 @@ void release_macro_text(const a_macro_text_mark& mark) {
 // neither memory nor patience is to run out.
 static void count_expansion(size_t text_length) {
   used_expansion_memory += text_length + sizeof(a_source_line_modif);
-  if (++num_expansions > max_expansions || used_expansion_memory > max_expansion_memory)
+  expansion_work += text_length + work_of_expansion;
+  if (expansion_work > max_expansion_work || used_expansion_memory > max_expansion_memory)
     catastrophe(ec_requested_size_too_large);
 }
 
@@ -692,8 +695,8 @@ static void put_element(a_replacement* out, const a_body_element& element, const
 }
 
 // No pasting makes the start of a comment.
-static bool pasting_makes_comment(const a_replacement& out, const char* seam) {
-  return seam != out.start && seam != out.end && seam[-1] == '/' && (*seam == '/' || *seam == '*');
+static bool pasting_makes_comment(const char* seam) {
+  return seam[-1] == '/' && (*seam == '/' || *seam == '*');
 }
 
 static void separate_at(a_replacement* out, char* seam) {
@@ -703,17 +706,21 @@ static void separate_at(a_replacement* out, char* seam) {
   seam[1] = mtm_separator;
 }
 
+// Without text on one side, what stands on the other stays as it is.
 static void put_pasted_element(a_replacement* out, const a_body_element& element,
                                const an_arg_list& args) {
-  // An empty left operand leaves what stands before it alone.
-  bool left_is_empty = out->separator_is_due;
-  if (!left_is_empty)
-    drop_inert_mark_of_last_name(out);
+  bool left_is_empty = out->separator_is_due || out->end == out->start;
+  bool right_is_empty = element.code == mbc_raw_param && args.at(element.value)->raw.length == 0;
+  if (left_is_empty || right_is_empty) {
+    put_element(out, element, args, false);
+    return;
+  }
+  drop_inert_mark_of_last_name(out);
   char* seam = out->end;
   put_element(out, element, args, true);
-  if (check_concatenations && !left_is_empty && seam != out->start && seam != out->end)
+  if (check_concatenations)
     add_concatenation_record(&out->concatenations, seam);
-  if (pasting_makes_comment(*out, seam))
+  if (pasting_makes_comment(seam))
     separate_at(out, seam);
 }
 

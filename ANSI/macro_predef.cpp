@@ -29,6 +29,12 @@ static std::string int_kind_text(int kind) {
   return int_kind_name(kind);
 }
 
+// Of a number such as 40800, as a string literal: "4.8.0".
+static std::string quoted_version(int version) {
+  return '"' + decimal(version / 10000) + '.' + decimal(version / 100 % 100) + '.' +
+         decimal(version % 100) + '"';
+}
+
 static std::string c_standard_version() {
   if (std_version >= 201112)
     return "201112L";

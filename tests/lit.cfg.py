@@ -1,4 +1,5 @@
 import os
+import shutil
 import lit.formats
 
 config.name = "krtparse"
@@ -17,3 +18,8 @@ config.substitutions.append(("%ifdump", os.path.join(config.krt_bin, "ifdump")))
 config.substitutions.append(("%ifrun", os.path.join(config.krt_bin, "ifrun")))
 config.substitutions.append(("%FileCheck", config.krt_filecheck))
 config.substitutions.append(("%root", config.krt_source))
+# What a test may ask for with REQUIRES.
+if os.path.exists("/usr/include/boost/preprocessor.hpp"):
+    config.available_features.add("boost-preprocessor")
+if shutil.which("clang"):
+    config.available_features.add("clang")
