@@ -1,5 +1,4 @@
 import os
-import shutil
 import lit.formats
 
 config.name = "krtparse"
@@ -21,5 +20,3 @@ config.substitutions.append(("%root", config.krt_source))
 # What a test may ask for with REQUIRES.
 if os.path.exists("/usr/include/boost/preprocessor.hpp"):
     config.available_features.add("boost-preprocessor")
-if shutil.which("clang"):
-    config.available_features.add("clang")

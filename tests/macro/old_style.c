@@ -13,8 +13,11 @@ CAT(x, y) APART(1)
 #define CAT(a, b) a/**/b
 #define A a
 CTRL(G) SHOW(A, A) CAT(foo, A)
-/* OLD: ('G' & 037) "A is A" a 'A' foo{{ ?}}A */
 #define again again
 again;
-/* OLD: line [[@LINE-1]]: error: macro recursion */
+#endif
+#if 0
+OLD: line 17: error: macro recursion
+OLD: {{^}}('G' & 037) "A is A" a 'A' fooA
+OLD: {{^}}again;
 #endif
