@@ -1,41 +1,217 @@
 #include "float_pt.h"
 
-#include <cmath>
-#include <cstdlib>
+#include <cstdio>
+#include <cstring>
+#include <string>
 
+#include "const_ints.h"
+#include "fpsconv.h"
+#include "fpsmath.h"
+#include "fpstarg.h"
 #include "il_types.h"
+#include "types.h"
 
-// A fraction below 1 and at least one half, as words of 16 bits.
-static void set_mantissa(a_float_value* result, double fraction) {
-  for (uint16_t& word : result->mantissa) {
-    fraction = ldexp(fraction, 16);
-    double whole = floor(fraction);
-    word = static_cast<uint16_t>(whole);
-    fraction -= whole;
+static bool is_double_kind(int kind) {
+  return kind != fk_float;
+}
+
+// The way through the target's format that ends every operation.
+static void round_through_target(int kind, a_float_value* value, bool* failed) {
+  trg_fval image;
+  fp_error = 0;
+  f_cvt_stot(value, &image, is_double_kind(kind));
+  if ((fp_error & (fpe_overflow | fpe_underflow)) != 0)
+    *failed = true;
+  f_cvt_ttos(&image, value, is_double_kind(kind));
+}
+
+using a_binary_operation = int(const simul_fval*, const simul_fval*, simul_fval*);
+
+static void operate(a_binary_operation* operation, int kind, const a_float_value* a,
+                    const a_float_value* b, a_float_value* result, bool* failed, bool* inexact) {
+  *failed = *inexact = false;
+  fp_error = 0;
+  if (operation(a, b, result) != 0 || fp_error != 0)
+    *failed = true;
+  else
+    round_through_target(kind, result, failed);
+}
+
+void fp_add(int kind, const a_float_value* a, const a_float_value* b, a_float_value* result,
+            bool* failed, bool* inexact) {
+  operate(f_add, kind, a, b, result, failed, inexact);
+}
+
+void fp_subtract(int kind, const a_float_value* a, const a_float_value* b, a_float_value* result,
+                 bool* failed, bool* inexact) {
+  operate(f_sub, kind, a, b, result, failed, inexact);
+}
+
+void fp_multiply(int kind, const a_float_value* a, const a_float_value* b, a_float_value* result,
+                 bool* failed, bool* inexact) {
+  operate(f_mul, kind, a, b, result, failed, inexact);
+}
+
+void fp_divide(int kind, const a_float_value* a, const a_float_value* b, a_float_value* result,
+               bool* failed, bool* inexact) {
+  operate(f_div, kind, a, b, result, failed, inexact);
+}
+
+void fp_negate(int kind, const a_float_value* value, a_float_value* result, bool* failed) {
+  *failed = false;
+  f_neg(value, result);
+  round_through_target(kind, result, failed);
+}
+
+int fp_compare(int, const a_float_value* a, const a_float_value* b, bool* unordered) {
+  *unordered = f_is_nan(a) || f_is_nan(b);
+  return f_gt(a, b) ? 1 : f_lt(a, b) ? -1 : 0;
+}
+
+bool fp_is_negative(const a_float_value* value) {
+  return value->sign != 0;
+}
+
+bool fp_is_zero_constant(const a_constant* constant) {
+  return f_is_zero(&constant->value.float_value);
+}
+
+bool fp_is_nan(const a_float_value* value) {
+  return f_is_nan(value);
+}
+
+bool fp_is_infinity(const a_float_value* value) {
+  return f_is_infinity(value);
+}
+
+bool fp_is_normalized(int kind, const a_float_value* value) {
+  if (is_double_kind(kind)) {
+    const an_ieee_parts parts = get_ieee_dbl_fmt(ieee_cvt_stod(value));
+    return parts.exponent != 0 && parts.exponent != 0x7ff;
   }
+  const an_ieee_parts parts = get_ieee_flt_fmt(ieee_cvt_stof(value));
+  return parts.exponent != 0 && parts.exponent != 0xff;
 }
 
-static void convert(int float_kind, const char* text, a_float_value* result, bool* out_of_range) {
-  double value = float_kind == fk_float ? double{strtof(text, nullptr)} : strtod(text, nullptr);
-  *out_of_range = std::isinf(value);
-  *result = {};
-  if (*out_of_range || value == 0)
-    return;
-  int exponent;
-  set_mantissa(result, frexp(value, &exponent));
-  result->exponent = exponent;
+void fp_change_kind(const a_float_value* from, int, a_float_value* to, int to_kind, bool* overflow,
+                    bool* underflow) {
+  bool failed = false;
+  *to = *from;
+  round_through_target(to_kind, to, &failed);
+  *overflow = (fp_error & fpe_overflow) != 0;
+  *underflow = (fp_error & fpe_underflow) != 0;
 }
 
-void fp_string_to_float(int float_kind, const char* text, a_float_value* result,
-                        bool* out_of_range) {
-  convert(float_kind, text, result, out_of_range);
+void fp_string_to_float(int kind, const char* text, a_float_value* result, bool* failed) {
+  *failed = false;
+  fp_error = 0;
+  if (f_atof(text, result) != 0)
+    *failed = true;
+  else
+    round_through_target(kind, result, failed);
 }
 
-void fp_hex_string_to_float(int float_kind, const char* text, a_float_value* result,
-                            bool* out_of_range) {
-  convert(float_kind, text, result, out_of_range);
+void fp_hex_string_to_float(int kind, const char* text, a_float_value* result, bool* failed) {
+  fp_string_to_float(kind, text, result, failed);
+}
+
+static bool reads_back(int kind, const char* text, const a_float_value* value) {
+  a_float_value back;
+  bool failed;
+  fp_string_to_float(kind, text, &back, &failed);
+  return f_bit_eq(&back, value);
+}
+
+// The text of a value may have a sign, 17 digits, a point and an exponent.
+static char number_buffer[64];
+
+static const char* in_buffer(const std::string& text) {
+  snprintf(number_buffer, sizeof number_buffer, "%s", text.c_str());
+  return number_buffer;
+}
+
+const char* fp_to_string(int kind, const a_float_value* value) {
+  const int most_digits = is_double_kind(kind) ? 17 : 9;
+  for (int digits = 1; digits < most_digits; digits++)
+    if (reads_back(kind, in_buffer(f_f2ascii(value, 'g', digits)), value))
+      return number_buffer;
+  return in_buffer(f_f2ascii(value, 'g', most_digits));
+}
+
+const char* fp_to_hex_string(int, const a_float_value* value) {
+  return in_buffer(f_f2ascii(value, 'a', 0));
+}
+
+void fp_host_large_integer_to_float(int kind, int64_t value, a_float_value* result, bool* failed) {
+  *failed = false;
+  f_itof(value, result);
+  round_through_target(kind, result, failed);
+}
+
+void fp_host_large_unsigned_to_float(int kind, uint64_t value, a_float_value* result,
+                                     bool* failed) {
+  *failed = false;
+  f_utof(value, result);
+  round_through_target(kind, result, failed);
+}
+
+int64_t fp_to_host_large_integer(const a_float_value* value, bool* failed) {
+  int64_t result;
+  *failed = f_ftoi(value, &result) != 0;
+  return result;
+}
+
+uint64_t fp_to_host_large_unsigned(const a_float_value* value, bool* failed) {
+  uint64_t result;
+  *failed = f_ftou(value, &result) != 0;
+  return result;
+}
+
+uint64_t make_saturated_integer_for_float(const a_float_value* value, int int_kind) {
+  const uint64_t least = min_integer_value_of_kind[int_kind];
+  const uint64_t most = max_integer_value_of_kind[int_kind];
+  bool failed;
+  if (!int_kind_is_signed(int_kind)) {
+    const uint64_t word = fp_to_host_large_unsigned(value, &failed);
+    return word > most ? most : word;
+  }
+  const int64_t word = fp_to_host_large_integer(value, &failed);
+  if (word < static_cast<int64_t>(least))
+    return least;
+  return word > static_cast<int64_t>(most) ? most : static_cast<uint64_t>(word);
+}
+
+void make_fp_nan(a_float_value* result) {
+  *result = a_nan;
+}
+
+void make_fp_infinity(bool negative, a_float_value* result) {
+  *result = negative ? neg_infin : pos_infin;
+}
+
+void make_huge_fp_val(int kind, a_float_value* result) {
+  if (is_double_kind(kind))
+    ieee_cvt_dtos(0x7fefffffffffffff, result);
+  else
+    ieee_cvt_ftos(0x7f7fffff, result);
+}
+
+bool fp_same_representation(const a_float_value* a, const a_float_value* b) {
+  return f_bit_eq(a, b);
+}
+
+uint32_t fp_hash(const a_float_value* value) {
+  const uint8_t* byte = reinterpret_cast<const uint8_t*>(value);
+  uint32_t sum = 0;
+  for (size_t i = 0; i < sizeof *value; i++)
+    sum += byte[i];
+  return sum;
+}
+
+double fetch_host_fp_value(const a_float_value* value) {
+  return f_ftoh(value);
 }
 
 void float_pt_init() {
-  // Computes the limits of the float kinds.
+  fp_error = 0;
 }

@@ -24,7 +24,6 @@ constexpr uint32_t file_table_size = 2039;
 constexpr uint32_t function_table_size = 31;
 
 // The exponent of a zero in the format of the simulated arithmetic.
-constexpr int32_t zero_exponent = -32767;
 
 constexpr a_float_value positive_zero = {{}, zero_exponent, 0, {}};
 

@@ -6,6 +6,7 @@
 #define IL_CONSTANTS_H
 
 #include "basics.h"
+#include "fpsmath.h"
 #include "il_entities.h"
 #include "il_types.h"
 
@@ -63,15 +64,8 @@ enum a_string_char_kind : uint8_t {
   sck_char32 = 3
 };
 
-// A value in the format of the simulated arithmetic: 0.mantissa times two to
-// the exponent, the mantissa's most significant word first.
-struct a_float_value {
-  uint16_t mantissa[6];
-  int32_t exponent;
-  uint8_t sign; // 1 for negative
-  uint8_t unused[3];
-};
-static_assert(sizeof(a_float_value) == 20);
+// A value in the format of the simulated arithmetic.
+using a_float_value = simul_fval;
 
 struct a_complex_value {
   a_float_value real;
