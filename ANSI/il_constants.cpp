@@ -23,8 +23,6 @@ namespace {
 constexpr uint32_t file_table_size = 2039;
 constexpr uint32_t function_table_size = 31;
 
-// The exponent of a zero in the format of the simulated arithmetic.
-
 constexpr a_float_value positive_zero = {{}, zero_exponent, 0, {}};
 
 // The shared constants of file scope, chained through `next` in each bucket.

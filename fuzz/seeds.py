@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Writes the sources of the black-box tests into a folder, as seeds for the fuzzer.
 
-Each source becomes one seed for every set of options that only preprocesses:
-the first byte of a seed chooses the set."""
+The first byte of a seed chooses the options; the seeds take turns among the
+sets that only preprocess."""
 
 import pathlib
 import sys
