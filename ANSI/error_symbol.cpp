@@ -101,11 +101,32 @@ bool is_routine_symbol(const a_symbol* symbol) {
          symbol->kind == symk_extern_routine;
 }
 
+// The parameters of a class, function or variable template; null for none.
+const a_template_param* template_params_of(const a_symbol* symbol) {
+  if (symbol->is_template_param) {
+    return nullptr;
+  }
+  switch (symbol->kind) {
+  case symk_class_template:
+  case symk_function_template:
+  case symk_variable_template: {
+    const auto* entry = static_cast<const a_template*>(symbol->extra.il_entry);
+    return entry && entry->decl ? entry->decl->params : nullptr;
+  }
+  default:
+    return nullptr;
+  }
+}
+
 // The name as it stands between the quotes.
 std::string quoted_name(const a_symbol* symbol, const a_diag_argument_format& format) {
   an_il_to_str_control control;
   start_type_text(&control);
+  control.fully_qualified = format.fully_qualified;
   form_symbol_name(symbol, &control);
+  if (const a_template_param* params = template_params_of(symbol)) {
+    form_template_params(params, &control);
+  }
   std::string name = type_text();
   bool with_type = format.with_signature || format.type_only;
   const a_routine* routine = symbol->variant.routine;
@@ -117,6 +138,15 @@ std::string quoted_name(const a_symbol* symbol, const a_diag_argument_format& fo
   return type_text();
 }
 
+// Whether the list holds more than one argument; what begins a pack is none.
+bool has_several_arguments(const a_template_arg* args) {
+  int count = 0;
+  for (; args; args = args->next) {
+    count += args->kind != tak_start_of_pack;
+  }
+  return count > 1;
+}
+
 // The template arguments on which the instantiation at a scope depth rests.
 void add_template_arguments(int scope_index, std::string& text) {
   const a_template_arg* args = scope_stack[scope_index].template_args;
@@ -124,7 +154,7 @@ void add_template_arguments(int scope_index, std::string& text) {
     return;
   }
   text += ' ';
-  text += error_text(args->next ? vc_based_on_arguments : vc_based_on_argument);
+  text += error_text(has_several_arguments(args) ? vc_based_on_arguments : vc_based_on_argument);
   text += ' ';
   an_il_to_str_control control;
   start_type_text(&control);

@@ -137,6 +137,8 @@ void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code co
     report_doubtful_conversion(&descr, operand, type, code, position);
     check_enum_mix(operand, type, position);
   }
+  if (descr.is_lossy)
+    expr_pos_warning(descr.error_code, position);
   cast_operand_full(type, operand, position, true);
 }
 

@@ -235,6 +235,7 @@ void il_one_time_init() {
   source_corresp_template.name_hash_index = -1;
   default_routine_name_linkage = in_cplusplus_mode() ? nlk_cplusplus : nlk_c;
   il_alloc_one_time_init();
+  types_one_time_init();
   il_constants_one_time_init();
 }
 

@@ -20,6 +20,8 @@ struct an_il_to_str_control {
   bool look_through_typedefs;
   // Prefer names of the written source to lowered names.
   bool use_source_names;
+  // Inline namespaces are named too.
+  bool fully_qualified;
 };
 
 // Sets up the control block from the language mode.
@@ -39,6 +41,9 @@ void form_type_qualifiers(a_type_qualifier_set qualifiers, an_il_to_str_control*
 // angle brackets.
 void form_entity_name(const a_source_correspondence* source_corresp, an_il_entry_kind kind,
                       an_il_to_str_control* control);
+// The lists in angle brackets; a parameter shows as its name, a pack with an
+// ellipsis.
+void form_template_params(const a_template_param* params, an_il_to_str_control* control);
 void form_template_args(const a_template_arg* args, an_il_to_str_control* control);
 
 // The value, as the source language writes it; enumerators by their names.

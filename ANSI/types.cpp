@@ -2,10 +2,13 @@
 
 #include "il.h"
 #include "il_constants.h"
+#include "il_expr.h"
 #include "mode_words.h"
+#include "stack_limit.h"
 #include "target.h"
 
 #include <cstring>
+#include <unordered_set>
 
 // --- Skipping typerefs.
 
@@ -400,11 +403,13 @@ a_type* skip_array_types(const a_type* type) {
 }
 
 a_type* pm_member_type(const a_type* ptr_to_member) {
-  return f_skip_typerefs(ptr_to_member)->variant.ptr_to_member.member_type;
+  const a_type* type = f_skip_typerefs(ptr_to_member);
+  return type->kind == tk_ptr_to_member ? type->variant.ptr_to_member.member_type : error_type();
 }
 
 a_type* pm_class_type(const a_type* ptr_to_member) {
-  return f_skip_typerefs(ptr_to_member)->variant.ptr_to_member.class_type;
+  const a_type* type = f_skip_typerefs(ptr_to_member);
+  return type->kind == tk_ptr_to_member ? type->variant.ptr_to_member.class_type : error_type();
 }
 
 a_type* return_type_of(const a_type* routine_type) {
@@ -608,9 +613,50 @@ uint64_t size_of_pointer_to(const a_type* type, uint32_t* alignment) {
 
 namespace {
 
+// One walk. Several ways may lead to a routine type or a class, and the
+// template arguments of a base class may name the derived class; the set keeps
+// each from being entered twice.
 struct a_type_traversal {
   bool (*callback)(a_type* type);
   unsigned flags;
+  std::unordered_set<const a_type*> entered;
+
+  // Expressions name types of their own: of casts, of the operands of sizeof.
+  bool visit_types_of_expr(an_expr_node* expr) {
+    an_expr_or_stmt_traversal_block block;
+    clear_expr_or_stmt_traversal_block(&block);
+    block.data = this;
+    block.process_expr = [](an_expr_node* node, an_expr_or_stmt_traversal_block* state) {
+      bool has_type_operand = (node->kind == expr_sizeof_like || node->kind == expr_alignof_like) &&
+                              node->variant.sizeof_like.is_type;
+      auto* traversal = static_cast<a_type_traversal*>(state->data);
+      state->found = traversal->visit(node->type) ||
+                     (has_type_operand && traversal->visit(node->variant.sizeof_like.operand.type));
+      state->terminate = state->found;
+    };
+    block.process_constant = [](a_constant* constant, an_expr_or_stmt_traversal_block* state) {
+      state->found = static_cast<a_type_traversal*>(state->data)->visit_constant(constant);
+      state->terminate = state->found;
+    };
+    traverse_expr(expr, &block);
+    return block.found;
+  }
+
+  bool visit_constant(const a_constant* constant) {
+    if (constant->type != nullptr && visit(constant->type))
+      return true;
+    if (constant->kind != con_template_param)
+      return false;
+    const a_template_param_value& value = constant->value.template_param;
+    return value.is_type && value.param_data.type != nullptr && visit(value.param_data.type);
+  }
+
+  bool visit_bound(const an_array_type_variant& array) {
+    if (array.bound_is_constant)
+      return visit_constant(array.bound.dependent_constant);
+    return array.bound_is_expr && !array.is_vla && array.bound.expr != nullptr &&
+           visit_types_of_expr(array.bound.expr);
+  }
 
   bool visit_params(a_type* routine_type) {
     for (a_param_type* param = param_types_of(routine_type); param != nullptr; param = param->next)
@@ -628,6 +674,8 @@ struct a_type_traversal {
 
   bool visit_class(a_type* type) {
     const a_class_type_supplement* supplement = class_supplement_of(type);
+    if (!(flags & (ttf_template_args | ttf_base_classes)) || !entered.insert(type).second)
+      return false;
     if ((flags & ttf_template_args) && visit_template_args(supplement->template_args))
       return true;
     if (flags & ttf_base_classes)
@@ -637,41 +685,41 @@ struct a_type_traversal {
     return false;
   }
 
-  bool visit_parts(a_type* type) {
+  // The parts beside the type on which the type is built.
+  bool visit_side_parts(a_type* type) {
     switch (type->kind) {
     case tk_routine:
-      if ((flags & ttf_param_types) && visit_params(type))
-        return true;
-      break;
+      return (flags & ttf_param_types) && entered.insert(type).second && visit_params(type);
+    case tk_array:
+      return (flags & ttf_array_bounds) && visit_bound(type->variant.array);
     case tk_ptr_to_member:
-      if (visit(type->variant.ptr_to_member.class_type))
-        return true;
-      break;
+      return visit(type->variant.ptr_to_member.class_type);
     case tk_class:
     case tk_struct:
     case tk_union:
       return visit_class(type);
     default:
-      break;
+      return false;
     }
-    a_type* underlying = f_underlying_type_of_derived_type(type);
-    return underlying != nullptr && visit(underlying);
   }
 
   bool visit(a_type* type) {
-    while (type->kind == tk_typeref) {
-      if ((flags & ttf_through_typerefs) && callback(type))
+    check_stack_limit();
+    for (; type != nullptr; type = f_underlying_type_of_derived_type(type)) {
+      for (; type->kind == tk_typeref; type = type->variant.typeref.referenced_type)
+        if ((flags & ttf_through_typerefs) && callback(type))
+          return true;
+      if (callback(type) || visit_side_parts(type))
         return true;
-      type = type->variant.typeref.referenced_type;
     }
-    return callback(type) || visit_parts(type);
+    return false;
   }
 };
 
 } // namespace
 
 bool traverse_type_tree(a_type* type, bool (*callback)(a_type* type), unsigned flags) {
-  a_type_traversal traversal = {callback, flags};
+  a_type_traversal traversal = {callback, flags, {}};
   return traversal.visit(type);
 }
 
@@ -694,13 +742,13 @@ bool is_template_dependent_type(a_type* type) {
           return false;
         }
       },
-      ttf_param_types | ttf_template_args | ttf_through_typerefs);
+      ttf_array_bounds | ttf_param_types | ttf_template_args | ttf_through_typerefs);
 }
 
 bool is_or_contains_error_type(a_type* type) {
   return traverse_type_tree(
       type, [](a_type* component) { return component->kind == tk_error; },
-      ttf_param_types | ttf_template_args);
+      ttf_array_bounds | ttf_param_types | ttf_template_args);
 }
 
 bool is_or_contains_local_type(a_type* type) {
@@ -716,7 +764,7 @@ bool is_or_contains_local_type(a_type* type) {
 bool is_or_contains_template_param(a_type* type) {
   return traverse_type_tree(
       type, [](a_type* component) { return component->kind == tk_template_param; },
-      ttf_param_types | ttf_template_args);
+      ttf_array_bounds | ttf_param_types | ttf_template_args);
 }
 
 bool is_or_contains_unnamed_namespace_type(a_type* type) {

@@ -280,6 +280,9 @@ a_param_type* add_param_type(a_type* routine_type, a_type* type);
 a_type* copy_type(const a_type* type);
 a_type* copy_routine_type_with_param_types(const a_type* routine_type);
 a_param_type* copy_param_type_list(const a_param_type* list);
+// A class that must go through a copy constructor; C has none.
+bool type_returned_by_cctor(const a_type* type);
+// For a class that is still incomplete, these two wait for its completion.
 void set_arg_transfer_method_flag(a_param_type* param);
 void set_routine_calling_method_flag(a_type* routine_type);
 a_type* make_auto_type(const a_source_position* position, bool is_decltype_auto);
@@ -331,15 +334,19 @@ enum a_type_comparison_flags : unsigned {
   tcf_allow_unknown_bound = 4,
   tcf_ignore_linkage = 8,
   tcf_allow_c_cpp_conversion = 0x10,
-  tcf_classes_only = 0x40,
+  tcf_ignore_ptr_to_member_class = 0x40,
   tcf_distinct_enums = 0x100,
   tcf_template_aliases = 0x800,
   tcf_redeclaration = 0x1000,
   tcf_record_convention = 0x4000,
   tcf_ignore_this_class = 0x8000,
   tcf_placeholder_return = 0x20000,
-  tcf_enable_if = 0x40000
+  tcf_enable_if = 0x40000,
+  tcf_inexact_this_class = 0x80000000 // a derived class passes, if the mode allows it
 };
+
+// In the GNU modes the default convention matches every other one.
+inline constexpr uint16_t default_calling_convention = 0;
 
 // Differences that a comparison found but let pass.
 struct a_type_difference_list {
@@ -358,23 +365,42 @@ inline bool f_types_are_compatible(a_type* a, a_type* b, unsigned flags) {
 inline bool types_are_compatible(a_type* a, a_type* b) {
   return f_types_are_compatible(a, b, tcf_none);
 }
+// Equal kinds; class and struct are one.
+bool type_kinds_match(a_type_kind a, a_type_kind b);
 // The parameter lists of two routine types.
 bool param_types_are_compatible_full(a_type* a, a_type* b, unsigned flags,
                                      a_type_difference_list* differences);
+// One class, be it by two records: of two units, or instances of one template
+// with the same arguments.
 bool equiv_class_types(a_type* a, a_type* b);
 bool cast_identical_types(a_type* a, a_type* b);
 bool integral_types_the_same_except_for_signedness(a_type* a, a_type* b);
 bool interchangeable_types(a_type* a, a_type* b);
 bool routine_linkages_are_compatible(a_type* a, a_type* b, unsigned flags);
 bool calling_conventions_are_compatible(a_type* a, a_type* b);
+// The same set of exceptions, in any order; a missing specification allows all.
+// Specifications aren't part of a type's identity.
 bool same_exception_spec(const an_exception_specification* a, const an_exception_specification* b);
+// Whether `a` lets something through that `b` doesn't (C++ 15.4 p5).
 bool exception_spec_is_less_restrictive(const an_exception_specification* a,
                                         const an_exception_specification* b);
 // The type of an entity declared with both (C99 6.2.7 p3); the error type when
 // they are incompatible.
 a_type* composite_type(a_type* a, a_type* b);
 
+// The GNU properties of a routine or array type are given to a record that
+// nothing shares yet.
+void copy_gnu_type_properties(a_type* to, const a_type* from);
+
 // --- Conversions.
+
+// The record by which a class is a base of another, at any distance; null for
+// none.
+a_base_class* find_base_class_of(const a_type* derived, const a_type* base);
+// Whether the pointers point to a class and a base of it, `derived_first` telling
+// which is which.
+bool f_related_class_pointers(const a_type* a, const a_type* b, a_base_class** base_class,
+                              bool* derived_first);
 
 enum a_std_conversion_kind : uint8_t {
   stdc_none = 0,
@@ -439,13 +465,15 @@ bool is_or_might_be_null_pointer_constant(const a_constant* constant);
 
 // --- Walking a type.
 
+// What a walk enters beside the chain of derived types.
 enum a_type_tree_flags : unsigned {
   ttf_none = 0,
+  ttf_array_bounds = 1, // the types that the bound's value or expression names
   ttf_param_types = 2,
   ttf_template_args = 4,
   ttf_base_classes = 8,
   ttf_through_typerefs = 16, // visit typerefs as types of their own
-  ttf_all = 30
+  ttf_all = 31
 };
 // Calls back for the type and its component types until a call gives true,
 // which is then the result.
@@ -457,6 +485,7 @@ bool is_or_contains_template_param(a_type* type);
 bool is_or_contains_unnamed_namespace_type(a_type* type);
 
 void types_early_init();
+void types_one_time_init();
 // Resets the caches of canonical types.
 void types_trans_unit_init();
 

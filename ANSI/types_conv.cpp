@@ -6,6 +6,7 @@
 #include "il.h"
 #include "il_constants.h"
 #include "mode_words.h"
+#include "stack_limit.h"
 #include "target.h"
 
 void clear_std_conv_descr(a_std_conv_descr* descr) {
@@ -50,9 +51,14 @@ bool same_types_below_qualifiers(a_type* a, a_type* b) {
                      : f_identical_types(a, b, tcf_ignore_top_qualifiers);
 }
 
-// Qualifiers that matter to a conversion.
+// Qualifiers that a conversion may add. An atomic type is a type of its own,
+// no qualified version of another (C11 6.2.5 p27).
 a_type_qualifier_set conversion_qualifiers(const a_type* type) {
-  return get_type_qualifiers(type) & ~tq_nullability;
+  return get_type_qualifiers(type) & ~(tq_nullability | tq_atomic);
+}
+
+bool are_equally_atomic(const a_type* a, const a_type* b) {
+  return ((get_type_qualifiers(a) ^ get_type_qualifiers(b)) & tq_atomic) == 0;
 }
 
 } // namespace
@@ -68,7 +74,7 @@ bool qualification_conversion_possible_full(a_type* source, a_type* target, bool
   while (step_through_pointers(&source, &target)) {
     a_type_qualifier_set source_qualifiers = conversion_qualifiers(source);
     a_type_qualifier_set target_qualifiers = conversion_qualifiers(target);
-    if (source_qualifiers & ~target_qualifiers)
+    if ((source_qualifiers & ~target_qualifiers) || !are_equally_atomic(source, target))
       return false;
     if (source_qualifiers != target_qualifiers) {
       if (!all_const_so_far && !allow_unsafe)
@@ -85,8 +91,8 @@ bool qualification_conversion_possible_full(a_type* source, a_type* target, bool
 }
 
 bool same_type_with_added_qualifiers(a_type* source, a_type* target) {
-  return (get_type_qualifiers(source) & ~get_type_qualifiers(target)) == 0 &&
-         same_types_below_qualifiers(source, target);
+  return (conversion_qualifiers(source) & ~conversion_qualifiers(target)) == 0 &&
+         are_equally_atomic(source, target) && same_types_below_qualifiers(source, target);
 }
 
 bool cast_removes_qualifiers(a_type* source, a_type* target) {
@@ -103,6 +109,7 @@ a_type* make_cv_combined_type_if_possible(a_type* a, a_type* b) {
 }
 
 a_type* multilevel_composite_pointer_type(a_type* a, a_type* b) {
+  check_stack_limit();
   if (!is_pointer_type(a) || !is_pointer_type(b))
     return make_cv_combined_type_if_possible(a, b);
   a_type* pointee_a = type_pointed_to(a);
@@ -120,6 +127,31 @@ a_type* multilevel_composite_pointer_type(a_type* a, a_type* b) {
 }
 
 // --- Pointers.
+
+a_base_class* find_base_class_of(const a_type* derived, const a_type* base) {
+  derived = f_skip_typerefs(derived);
+  base = f_skip_typerefs(base);
+  if (!is_class_struct_union_kind(derived->kind) || !is_class_struct_union_kind(base->kind))
+    return nullptr;
+  for (a_base_class* entry = class_supplement_of(derived)->base_classes; entry != nullptr;
+       entry = entry->next)
+    if (equiv_class_types(entry->type, const_cast<a_type*>(base)))
+      return entry;
+  return nullptr;
+}
+
+bool f_related_class_pointers(const a_type* a, const a_type* b, a_base_class** base_class,
+                              bool* derived_first) {
+  if (!is_pointer_type(a) || !is_pointer_type(b))
+    return false;
+  *derived_first = true;
+  *base_class = find_base_class_of(type_pointed_to(a), type_pointed_to(b));
+  if (*base_class != nullptr)
+    return true;
+  *derived_first = false;
+  *base_class = find_base_class_of(type_pointed_to(b), type_pointed_to(a));
+  return *base_class != nullptr;
+}
 
 namespace {
 
@@ -157,36 +189,23 @@ bool void_pointer_conversion(a_type* source_pointee, a_type* target_pointee,
   return true;
 }
 
-// The base class record by which the target's class is a base of the source's.
-a_base_class* find_base_class_of(const a_type* derived, const a_type* base) {
-  derived = f_skip_typerefs(derived);
-  base = f_skip_typerefs(base);
-  if (!is_class_struct_union_kind(derived->kind) || !is_class_struct_union_kind(base->kind))
-    return nullptr;
-  for (a_base_class* entry = class_supplement_of(derived)->base_classes; entry != nullptr;
-       entry = entry->next)
-    if (f_skip_typerefs(entry->type) == base)
-      return entry;
-  return nullptr;
-}
-
-bool derived_to_base_conversion(a_type* source_pointee, a_type* target_pointee,
-                                a_std_conv_descr* descr) {
-  if (in_C_mode())
-    return false;
-  a_base_class* base_class = find_base_class_of(source_pointee, target_pointee);
-  if (base_class == nullptr || base_class->is_ambiguous)
+bool derived_to_base_conversion(a_type* source, a_type* target, a_std_conv_descr* descr) {
+  a_base_class* base_class;
+  bool derived_first;
+  if (in_C_mode() || !f_related_class_pointers(source, target, &base_class, &derived_first) ||
+      !derived_first || base_class->is_ambiguous)
     return false;
   descr->is_derived_to_base = 1;
   descr->base_class = base_class;
-  note_dropped_qualifiers(source_pointee, target_pointee, descr);
+  note_dropped_qualifiers(type_pointed_to(source), type_pointed_to(target), descr);
   return !descr->drops_qualifiers;
 }
 
 // What C accepts with a message: pointers to types that don't fit.
 void note_mixed_pointers(a_type* source_pointee, a_type* target_pointee, a_std_conv_descr* descr) {
   note_dropped_qualifiers(source_pointee, target_pointee, descr);
-  if (f_types_are_compatible(source_pointee, target_pointee, tcf_ignore_top_qualifiers))
+  if (f_types_are_compatible(source_pointee, target_pointee, tcf_ignore_top_qualifiers) &&
+      are_equally_atomic(source_pointee, target_pointee))
     return;
   descr->is_mixed_pointer = 1;
   descr->signedness_differs =
@@ -217,7 +236,7 @@ bool impl_pointer_conversion(a_type* source, const a_constant* constant, a_type*
   if (void_pointer_conversion(source_pointee, target_pointee, allow_mixed_pointers, descr,
                               &possible))
     return possible;
-  if (derived_to_base_conversion(source_pointee, target_pointee, descr))
+  if (derived_to_base_conversion(source, target, descr))
     return true;
   note_mixed_pointers(source_pointee, target_pointee, descr);
   return allow_mixed_pointers;
@@ -243,9 +262,8 @@ bool impl_ptr_to_member_conversion(a_type* source, const a_constant* constant, a
   if (base_class == nullptr || base_class->is_virtual || base_class->is_ambiguous)
     return false;
   descr->base_class = base_class;
-  return f_types_are_compatible(pm_member_type(source), pm_member_type(target),
-                                tcf_ignore_this_class) ||
-         same_type_with_added_qualifiers(pm_member_type(source), pm_member_type(target));
+  a_type* member_type = related_member_type(pm_member_type(source), pm_class_type(target));
+  return same_type_with_added_qualifiers(member_type, pm_member_type(target));
 }
 
 // --- Implicit conversion.
@@ -291,8 +309,11 @@ bool conversion_to_arithmetic(a_type* source, const a_constant* constant, a_type
   }
   if (!is_arithmetic_or_enum_type(source))
     return false;
-  descr->is_lossy =
-      constant == nullptr && width_of_arithmetic_type(source) > width_of_arithmetic_type(target);
+  if (lossy_conversion_warning && constant == nullptr &&
+      width_of_arithmetic_type(source) > width_of_arithmetic_type(target)) {
+    descr->is_lossy = 1;
+    descr->error_code = ec_lossy_conversion;
+  }
   return true;
 }
 
@@ -342,6 +363,9 @@ bool impl_conversion_possible(a_type* source, bool, const a_constant* constant, 
 // --- Explicit conversion.
 
 bool reinterpret_cast_conversion_possible(a_type* source, a_type* target) {
+  // Of an lvalue, whatever it refers to (C++ 5.2.10 p11).
+  if (is_reference_type(target))
+    return !is_void_type(source);
   bool source_is_pointer = is_pointer_type(source);
   bool target_is_pointer = is_pointer_type(target);
   if (source_is_pointer && target_is_pointer)
@@ -349,30 +373,64 @@ bool reinterpret_cast_conversion_possible(a_type* source, a_type* target) {
   if (target_is_pointer)
     return is_integral_or_enum_type(source);
   if (is_integral_or_enum_type(target))
-    return source_is_pointer || is_nullptr_type(source);
+    return source_is_pointer || is_nullptr_type(source) || cast_identical_types(source, target);
   return is_ptr_to_member_type(source) && is_ptr_to_member_type(target) &&
          is_function_type(pm_member_type(source)) == is_function_type(pm_member_type(target));
 }
 
-bool static_cast_conversion_possible(a_type* source, a_type* target, const a_constant* constant) {
-  if (is_void_type(target))
-    return true;
-  a_std_conv_descr descr;
-  if (impl_conversion_possible(source, false, constant, target, &descr))
-    return true;
-  if (is_arithmetic_or_enum_type(source) && is_arithmetic_or_enum_type(target))
-    return true;
-  if (!is_pointer_type(source) || !is_pointer_type(target))
-    return false;
-  // The reverse of an implicit conversion: from void, and down a hierarchy.
+namespace {
+
+bool is_unique_nonvirtual_base(const a_base_class* base_class) {
+  return base_class != nullptr && !base_class->is_virtual && !base_class->is_ambiguous;
+}
+
+// The reverse of an implicit conversion: from void, and down a hierarchy.
+bool static_cast_of_pointer_possible(a_type* source, a_type* target) {
   a_type* source_pointee = type_pointed_to(source);
   a_type* target_pointee = type_pointed_to(target);
   if (conversion_qualifiers(source_pointee) & ~conversion_qualifiers(target_pointee))
     return false;
   if (is_void_type(source_pointee))
     return is_void_or_object(target_pointee);
-  a_base_class* base_class = find_base_class_of(target_pointee, source_pointee);
-  return base_class != nullptr && !base_class->is_virtual && !base_class->is_ambiguous;
+  return is_unique_nonvirtual_base(find_base_class_of(target_pointee, source_pointee));
+}
+
+bool static_cast_of_ptr_to_member_possible(a_type* source, a_type* target) {
+  a_type* base = pm_class_type(target);
+  return is_unique_nonvirtual_base(find_base_class_of(pm_class_type(source), base)) &&
+         same_type_with_added_qualifiers(related_member_type(pm_member_type(source), base),
+                                         pm_member_type(target));
+}
+
+// To a reference: the object's own type, a base or a derived class of it.
+bool static_cast_to_reference_possible(a_type* source, a_type* target) {
+  a_type* referenced = type_pointed_to(target);
+  if (is_reference_type(source))
+    source = type_pointed_to(source);
+  if (conversion_qualifiers(source) & ~conversion_qualifiers(referenced))
+    return false;
+  const a_base_class* base_class = find_base_class_of(source, referenced);
+  return cast_identical_types(source, referenced) ||
+         (base_class != nullptr && !base_class->is_ambiguous) ||
+         is_unique_nonvirtual_base(find_base_class_of(referenced, source));
+}
+
+} // namespace
+
+bool static_cast_conversion_possible(a_type* source, a_type* target, const a_constant* constant) {
+  if (is_void_type(target))
+    return true;
+  if (is_reference_type(target))
+    return static_cast_to_reference_possible(source, target);
+  a_std_conv_descr descr;
+  if (impl_conversion_possible(source, false, constant, target, &descr))
+    return true;
+  if (is_arithmetic_or_enum_type(source) && is_arithmetic_or_enum_type(target))
+    return true;
+  if (is_pointer_type(source) && is_pointer_type(target))
+    return static_cast_of_pointer_possible(source, target);
+  return is_ptr_to_member_type(source) && is_ptr_to_member_type(target) &&
+         static_cast_of_ptr_to_member_possible(source, target);
 }
 
 bool expl_conversion_possible(a_type* source, const a_constant* constant, a_type* target,
@@ -422,6 +480,21 @@ bool all_values_fit(const a_type* source, const a_type* target) {
   return !source_is_signed && source_precision < target_precision;
 }
 
+int max_exponent_of_float_kind(int kind) {
+  switch (kind) {
+  case fk_float:
+    return targ_flt_max_exp;
+  case fk_double:
+    return targ_dbl_max_exp;
+  case fk_float80:
+    return targ_flt80_max_exp;
+  case fk_float128:
+    return targ_flt128_max_exp;
+  default:
+    return targ_ldbl_max_exp;
+  }
+}
+
 bool narrows_to_integer(const a_type* source, const a_constant* constant, const a_type* target) {
   if (is_floating_type(source))
     return true;
@@ -433,13 +506,17 @@ bool narrows_to_integer(const a_type* source, const a_constant* constant, const 
 }
 
 bool narrows_to_float(const a_type* source, const a_constant* constant, const a_type* target) {
-  int target_digits = mantissa_digits_of_float_kind(f_skip_typerefs(target)->variant.float_kind);
+  int target_kind = f_skip_typerefs(target)->variant.float_kind;
+  int target_digits = mantissa_digits_of_float_kind(target_kind);
   if (is_integral_or_enum_type(source))
     return constant == nullptr || constant->kind != con_integer ||
            !integer_is_exact_in_float(constant, target_digits);
-  // A constant narrows only by its range, which the folding of the conversion
-  // judges.
-  return constant == nullptr && is_floating_type(source) &&
+  if (!is_floating_type(source))
+    return false;
+  // A constant narrows by its range only, not by its precision.
+  if (constant != nullptr && constant->kind == con_float)
+    return constant->value.float_value.exponent > max_exponent_of_float_kind(target_kind);
+  return constant == nullptr &&
          mantissa_digits_of_float_kind(f_skip_typerefs(source)->variant.float_kind) > target_digits;
 }
 

@@ -8,10 +8,14 @@
 #include "il_alloc.h"
 #include "il_constants.h"
 #include "mode_words.h"
+#include "pch.h"
+#include "stack_limit.h"
+#include "symbol_tbl.h"
 #include "target.h"
 #include "trans_unit.h"
 #include "types_int.h"
 
+#include <cstring>
 #include <initializer_list>
 
 // --- Canonical types.
@@ -21,57 +25,83 @@ namespace {
 constexpr int num_char_kinds = 4;
 constexpr uint64_t num_cached_literal_lengths = 81; // lengths 0 to 80
 
-struct a_canonical_type_table {
-  a_type* integer[num_integer_kinds];
-  a_type* explicitly_signed[num_integer_kinds];
-  a_type* real[num_float_kinds];
-  a_type* imaginary[num_float_kinds];
-  a_type* complex[num_float_kinds];
-  a_type* wchar_t_;
-  a_type* char16_t_;
-  a_type* char32_t_;
-  a_type* bool_;
-  a_type* void_;
-  a_type* error;
-  a_type* unknown;
-  a_type* standard_nullptr;
-  a_type* managed_nullptr;
+// Where a canonical type stands in the tables.
+enum a_canonical_type_index : int {
+  cti_integer = 0,
+  cti_explicitly_signed = cti_integer + num_integer_kinds,
+  cti_float = cti_explicitly_signed + num_integer_kinds,
+  cti_imaginary = cti_float + num_float_kinds,
+  cti_complex = cti_imaginary + num_float_kinds,
+  cti_wchar_t = cti_complex + num_float_kinds,
+  cti_char16_t,
+  cti_char32_t,
+  cti_bool,
+  cti_void,
+  cti_error,
+  cti_unknown,
+  cti_standard_nullptr,
+  cti_managed_nullptr,
+  num_canonical_types
 };
 
-// Of the current translation unit; all units share the primary unit's types.
-a_canonical_type_table canonical;
+// Of the current translation unit; null until the first use there.
+a_type* canonical_types[num_canonical_types];
+// The records themselves, which all units share.
+a_type* recorded_builtin_types[num_canonical_types];
 
 // Types of string literals by kind of character and length, in region 0; null
-// until the first literal.
+// until the first literal of the unit.
 a_type** string_literal_types;
 
-// Makes the type at its first use. It is a file-scope entry of the primary
-// unit, because secondary units use it too.
-template <class INIT> a_type* canonical_type(a_type** slot, a_type_kind kind, INIT init) {
-  if (*slot != nullptr)
-    return *slot;
+// A type with list members that do_based_type_fixup removes; in region 0.
+struct a_based_type_owner {
+  a_based_type_owner* next;
+  a_type* type;
+};
+a_based_type_owner* types_with_members_to_remove;
+
+const a_pch_saved_variable pch_saved_variables[] = {
+    {canonical_types, sizeof canonical_types, false},
+    {recorded_builtin_types, sizeof recorded_builtin_types, false},
+    {&string_literal_types, sizeof string_literal_types, false},
+    {&types_with_members_to_remove, sizeof types_with_members_to_remove, false},
+    {nullptr, 0, false}};
+
+// Makes the type that all units will use: a file-scope entry of the primary
+// unit.
+template <class INIT>
+a_type* record_builtin_type(a_canonical_type_index index, a_type_kind kind, INIT init) {
   int32_t saved_region = file_scope_region_number;
   a_boolean saved_is_primary = is_primary_translation_unit;
   file_scope_region_number = 1;
   is_primary_translation_unit = 1;
   compute_il_prefix_size();
   a_type* type = alloc_type(kind);
+  type->is_builtin = 1;
+  init(type);
+  recorded_builtin_types[index] = type;
+  set_type_size(type);
   is_primary_translation_unit = saved_is_primary;
   file_scope_region_number = saved_region;
   compute_il_prefix_size();
-  type->is_builtin = 1;
-  init(type);
-  *slot = type;
-  set_type_size(type);
   return type;
 }
 
-a_type* canonical_type(a_type** slot, a_type_kind kind) {
-  return canonical_type(slot, kind, [](a_type*) {});
+template <class INIT> a_type* canonical_type(int index, a_type_kind kind, INIT init) {
+  a_type*& type = canonical_types[index];
+  if (type == nullptr)
+    type = recorded_builtin_types[index];
+  if (type == nullptr)
+    type = record_builtin_type(static_cast<a_canonical_type_index>(index), kind, init);
+  return type;
 }
 
-a_type* canonical_float(a_type** slot, a_type_kind kind, int float_kind) {
-  return canonical_type(slot, kind, [float_kind](a_type* type) {
+a_type* canonical_type(a_canonical_type_index index, a_type_kind kind) {
+  return canonical_type(index, kind, [](a_type*) {});
+}
+
+a_type* canonical_float(int index, a_type_kind kind, int float_kind) {
+  return canonical_type(index, kind, [float_kind](a_type* type) {
     type->variant.float_kind = static_cast<a_float_kind>(float_kind);
   });
 }
@@ -79,17 +109,16 @@ a_type* canonical_float(a_type** slot, a_type_kind kind, int float_kind) {
 } // namespace
 
 a_type* integer_type(int int_kind) {
-  return canonical_type(&canonical.integer[int_kind], tk_integer, [int_kind](a_type* type) {
+  return canonical_type(cti_integer + int_kind, tk_integer, [int_kind](a_type* type) {
     type->variant.integer.int_kind = static_cast<an_integer_kind>(int_kind);
   });
 }
 
 a_type* signed_integer_type(int int_kind) {
-  return canonical_type(&canonical.explicitly_signed[int_kind], tk_integer,
-                        [int_kind](a_type* type) {
-                          type->variant.integer.int_kind = static_cast<an_integer_kind>(int_kind);
-                          type->variant.integer.explicitly_signed = 1;
-                        });
+  return canonical_type(cti_explicitly_signed + int_kind, tk_integer, [int_kind](a_type* type) {
+    type->variant.integer.int_kind = static_cast<an_integer_kind>(int_kind);
+    type->variant.integer.explicitly_signed = 1;
+  });
 }
 
 a_type* other_signedness_integer_type(const a_type* type) {
@@ -99,21 +128,21 @@ a_type* other_signedness_integer_type(const a_type* type) {
 }
 
 a_type* wchar_t_type() {
-  return canonical_type(&canonical.wchar_t_, tk_integer, [](a_type* type) {
+  return canonical_type(cti_wchar_t, tk_integer, [](a_type* type) {
     type->variant.integer.int_kind = static_cast<an_integer_kind>(targ_wchar_t_int_kind);
     type->variant.integer.is_wchar_t = 1;
   });
 }
 
 a_type* char16_t_type() {
-  return canonical_type(&canonical.char16_t_, tk_integer, [](a_type* type) {
+  return canonical_type(cti_char16_t, tk_integer, [](a_type* type) {
     type->variant.integer.int_kind = static_cast<an_integer_kind>(targ_char16_t_int_kind);
     type->variant.integer.is_char16_t = 1;
   });
 }
 
 a_type* char32_t_type() {
-  return canonical_type(&canonical.char32_t_, tk_integer, [](a_type* type) {
+  return canonical_type(cti_char32_t, tk_integer, [](a_type* type) {
     type->variant.integer.int_kind = static_cast<an_integer_kind>(targ_char32_t_int_kind);
     type->variant.integer.is_char32_t = 1;
   });
@@ -132,7 +161,7 @@ a_type* eff_char32_t_type() {
 }
 
 a_type* bool_type() {
-  return canonical_type(&canonical.bool_, tk_integer, [](a_type* type) {
+  return canonical_type(cti_bool, tk_integer, [](a_type* type) {
     int int_kind = in_cplusplus_mode() ? targ_bool_int_kind : targ_c_bool_int_kind;
     type->variant.integer.int_kind = static_cast<an_integer_kind>(int_kind);
     type->variant.integer.is_bool = 1;
@@ -140,35 +169,35 @@ a_type* bool_type() {
 }
 
 a_type* float_type(int float_kind) {
-  return canonical_float(&canonical.real[float_kind], tk_float, float_kind);
+  return canonical_float(cti_float + float_kind, tk_float, float_kind);
 }
 
 a_type* imaginary_type(int float_kind) {
-  return canonical_float(&canonical.imaginary[float_kind], tk_imaginary, float_kind);
+  return canonical_float(cti_imaginary + float_kind, tk_imaginary, float_kind);
 }
 
 a_type* complex_type(int float_kind) {
-  return canonical_float(&canonical.complex[float_kind], tk_complex, float_kind);
+  return canonical_float(cti_complex + float_kind, tk_complex, float_kind);
 }
 
 a_type* void_type() {
-  return canonical_type(&canonical.void_, tk_void);
+  return canonical_type(cti_void, tk_void);
 }
 
 a_type* error_type() {
-  return canonical_type(&canonical.error, tk_error);
+  return canonical_type(cti_error, tk_error);
 }
 
 a_type* unknown_type() {
-  return canonical_type(&canonical.unknown, tk_unknown);
+  return canonical_type(cti_unknown, tk_unknown);
 }
 
 a_type* standard_nullptr_type() {
-  return canonical_type(&canonical.standard_nullptr, tk_nullptr);
+  return canonical_type(cti_standard_nullptr, tk_nullptr);
 }
 
 a_type* managed_nullptr_type() {
-  return canonical_type(&canonical.managed_nullptr, tk_nullptr,
+  return canonical_type(cti_managed_nullptr, tk_nullptr,
                         [](a_type* type) { type->variant.nullptr_is_managed = 1; });
 }
 
@@ -330,31 +359,52 @@ a_type_qualifier_set qualifiers_to_add(const a_type* type, a_type_qualifier_set 
   a_type_qualifier_set added = wanted & ~present;
   if (is_reference_type(type))
     added &= tq_restrict;
-  if (present & tq_nullability)
-    added &= ~tq_nullability;
+  a_type_qualifier_set nullability = added & tq_nullability;
+  added &= ~tq_nullability;
+  // They exclude each other: the first one stays.
+  if (!(present & tq_nullability))
+    added |= nullability & -nullability;
   return added;
 }
 
-a_type* make_qualified_array_type(a_type* array, a_type_qualifier_set qualifiers) {
+// The array with another form of its elements, shared by all who ask for it.
+a_type* array_of_requalified_elements(const a_type* array, a_type* element) {
   a_type* bare = f_skip_typerefs(array);
-  a_type* element = f_make_qualified_type(bare->variant.array.element_type, qualifiers);
-  if (element == bare->variant.array.element_type)
-    return array;
-  a_type* result = find_based_type(bare, btk_qualified_array, [element](a_type* candidate) {
-    return candidate->variant.array.element_type == element;
+  uint32_t alignment = explicit_alignment_of_type(array);
+  a_type* result = find_based_type(bare, btk_qualified_array, [=](a_type* candidate) {
+    // The size may have been unknown when the sharing began.
+    return candidate->variant.array.element_type == element &&
+           candidate->is_incomplete == bare->is_incomplete && candidate->size == bare->size &&
+           explicit_alignment_of_type(candidate) == alignment;
   });
-  // The size may have been unknown when the sharing began.
-  if (result != nullptr && result->is_incomplete == bare->is_incomplete &&
-      result->size == bare->size)
+  if (result != nullptr)
     return result;
   result = copy_array_type_replacing_element_type(bare, element);
+  if (alignment != 0) {
+    result->has_explicit_alignment = 1;
+    result->alignment = alignment;
+  }
   add_based_type(bare, btk_qualified_array, result);
   return result;
+}
+
+a_type* make_qualified_array_type(a_type* array, a_type_qualifier_set qualifiers) {
+  a_type* old_element = array_element_type(array);
+  a_type* element = f_make_qualified_type(old_element, qualifiers);
+  return element == old_element ? array : array_of_requalified_elements(array, element);
+}
+
+// A typeref that says nothing but which qualifiers the type has.
+bool is_mere_qualification(const a_type* type) {
+  return type->kind == tk_typeref && !typeref_is_typedef(type) && !type->has_explicit_alignment &&
+         type->source_corresp.attributes == nullptr &&
+         (type->variant.typeref.typeref_qualifiers & ~tq_all_qualifiers) == 0;
 }
 
 } // namespace
 
 a_type* f_make_qualified_type(a_type* type, a_type_qualifier_set qualifiers) {
+  check_stack_limit();
   if (is_error_type(type))
     return type;
   a_type_qualifier_set added = qualifiers_to_add(type, qualifiers);
@@ -363,8 +413,7 @@ a_type* f_make_qualified_type(a_type* type, a_type_qualifier_set qualifiers) {
   if (is_array_type(type))
     return make_qualified_array_type(type, added);
   a_type* base = type;
-  while (base->kind == tk_typeref && !typeref_is_typedef(base) &&
-         (base->variant.typeref.typeref_qualifiers & ~tq_all_qualifiers) == 0) {
+  while (is_mere_qualification(base)) {
     added |= base->variant.typeref.typeref_qualifiers;
     base = base->variant.typeref.referenced_type;
   }
@@ -379,15 +428,11 @@ a_type* f_make_qualified_type(a_type* type, a_type_qualifier_set qualifiers) {
 }
 
 a_type* make_unqualified_type(a_type* type) {
+  check_stack_limit();
   if (get_type_qualifiers(type) == tq_none)
     return type;
-  if (is_array_type(type)) {
-    a_type* bare = f_skip_typerefs(type);
-    a_type* element = make_unqualified_type(bare->variant.array.element_type);
-    return element == bare->variant.array.element_type
-               ? bare
-               : copy_array_type_replacing_element_type(bare, element);
-  }
+  if (is_array_type(type))
+    return array_of_requalified_elements(type, make_unqualified_type(array_element_type(type)));
   while (get_type_qualifiers(type) != tq_none)
     type = type->variant.typeref.referenced_type;
   return type;
@@ -400,13 +445,6 @@ a_type* type_plus_qualifiers_from_second_type(a_type* type, const a_type* second
 // --- Pointers to members.
 
 namespace {
-
-// A type with list members that do_based_type_fixup removes; in region 0.
-struct a_based_type_owner {
-  a_based_type_owner* next;
-  a_type* type;
-};
-a_based_type_owner* types_with_members_to_remove;
 
 a_based_type_owner* alloc_based_type_owner(a_type* type) {
   auto* owner = static_cast<a_based_type_owner*>(
@@ -443,7 +481,7 @@ a_type* ptr_to_member_type_full(a_type* member_type, a_type* class_type, unsigne
   result = make_partial_ptr_to_member_type(bare_class);
   update_ptr_to_member_type(result, member_type);
   add_based_type(member_type, btk_ptr_to_member, result);
-  if (is_template_dependent_type(bare_class)) {
+  if (is_template_dependent_type(bare_class) || is_template_dependent_type(member_type)) {
     member_type->based_types->remove_at_fixup = 1;
     types_with_members_to_remove = alloc_based_type_owner(member_type);
   }
@@ -628,14 +666,13 @@ a_type* copy_routine_type_with_param_types(const a_type* routine_type) {
   return copy;
 }
 
-namespace {
-
-// A class that must go through a copy constructor; C has none.
-bool needs_copy_constructor(const a_type* type) {
+bool type_returned_by_cctor(const a_type* type) {
   return in_cplusplus_mode() && is_class_struct_union_type(type) &&
          !class_supplement_of(type)->has_implicit_copy &&
          !class_supplement_of(type)->is_trivially_copyable;
 }
+
+namespace {
 
 bool is_incomplete_class(const a_type* type) {
   return is_class_struct_union_type(type) && is_incomplete_type(type);
@@ -649,7 +686,7 @@ void set_arg_transfer_method_flag(a_param_type* param) {
   if (is_incomplete_class(param->type))
     add_to_dependent_type_fixup_list(f_skip_typerefs(param->type), dtfk_arg_transfer_method, param);
   else
-    param->passed_via_copy_constructor = needs_copy_constructor(param->type);
+    param->passed_via_copy_constructor = type_returned_by_cctor(param->type);
 }
 
 void set_routine_calling_method_flag(a_type* routine_type) {
@@ -661,12 +698,16 @@ void set_routine_calling_method_flag(a_type* routine_type) {
                                      routine_type);
   else
     routine_type->variant.routine.routine_supplement->returns_via_copy_constructor =
-        needs_copy_constructor(return_type);
+        type_returned_by_cctor(return_type);
 }
 
 a_type* make_auto_type(const a_source_position* position, bool is_decltype_auto) {
   a_type* type = alloc_type(tk_template_param);
-  type->source_corresp.position = *position;
+  a_symbol_locator locator;
+  make_unnamed_locator(&locator, position);
+  a_symbol* symbol = make_symbol(symk_type, &locator);
+  symbol->variant.type = type;
+  set_source_corresp(&type->source_corresp, symbol);
   type->source_corresp.is_unnamed = 1;
   a_template_param_type_variant& variant = type->variant.template_param;
   variant.template_param_kind = tptk_type;
@@ -679,14 +720,28 @@ a_type* make_auto_type(const a_source_position* position, bool is_decltype_auto)
 // --- Life cycle.
 
 void types_early_init() {
-  canonical = {};
+  memset(canonical_types, 0, sizeof canonical_types);
+  memset(recorded_builtin_types, 0, sizeof recorded_builtin_types);
   string_literal_types = nullptr;
   types_with_members_to_remove = nullptr;
-  reset_dependent_type_fixups();
+  reset_dependent_type_fixups(true);
+}
+
+void types_one_time_init() {
+  f_register_trans_unit_variable(canonical_types, sizeof canonical_types, 0);
+  f_register_trans_unit_variable(&string_literal_types, sizeof string_literal_types, 0);
+  f_register_trans_unit_variable(&types_with_members_to_remove, sizeof types_with_members_to_remove,
+                                 0);
+  register_pch_saved_variables(pch_saved_variables);
+  register_dependent_type_fixups();
 }
 
 void types_trans_unit_init() {
-  if (!is_primary_translation_unit)
-    return;
-  types_early_init();
+  memset(canonical_types, 0, sizeof canonical_types);
+  string_literal_types = nullptr;
+  types_with_members_to_remove = nullptr;
+  // A run's memory begins with the primary unit.
+  if (is_primary_translation_unit)
+    memset(recorded_builtin_types, 0, sizeof recorded_builtin_types);
+  reset_dependent_type_fixups(is_primary_translation_unit);
 }

@@ -7,10 +7,14 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "mode_words.h"
+#include "pch.h"
+#include "stack_limit.h"
 #include "target.h"
+#include "trans_unit.h"
 #include "types_int.h"
 
 #include <algorithm>
+#include <cstring>
 
 // --- Sizes.
 
@@ -27,7 +31,7 @@ uint32_t f_alignment_of_type(const a_type* type) {
   for (;;) {
     if (type->kind == tk_typeref && !type->has_explicit_alignment)
       type = type->variant.typeref.referenced_type;
-    else if (type->kind == tk_array && !type->has_explicit_alignment)
+    else if (type->kind == tk_array && type->is_incomplete && !type->has_explicit_alignment)
       type = type->variant.array.element_type;
     else
       return type->alignment;
@@ -110,18 +114,32 @@ bool array_has_no_bound(const a_type* array) {
   return is_incomplete_array_type(array);
 }
 
+namespace {
+
+// Below all array levels, but a level whose size is known ends the walk: then
+// the levels below are complete.
+a_type* incomplete_bottom_of_array(const a_type* array) {
+  a_type* element = f_skip_typerefs(array->variant.array.element_type);
+  while (element->kind == tk_array && element->is_incomplete)
+    element = f_skip_typerefs(element->variant.array.element_type);
+  return element;
+}
+
+} // namespace
+
 void set_array_type_size(a_type* type, bool quiet) {
   an_array_type_variant& array = type->variant.array;
-  a_type* bottom = f_skip_typerefs(underlying_array_element_type(type));
+  a_type* bottom = incomplete_bottom_of_array(type);
+  uint32_t explicit_alignment = type->has_explicit_alignment ? type->alignment : 1;
   if (bottom->is_incomplete && (is_class_struct_union_kind(bottom->kind) || is_enum_type(bottom))) {
     add_to_dependent_type_fixup_list(bottom, dtfk_array_size, type);
     type->is_incomplete = 1;
     type->size = 0;
-    type->alignment = 1;
+    type->alignment = explicit_alignment;
     return;
   }
   a_type* element = f_skip_typerefs(array.element_type);
-  if (element->size == 0)
+  if (element->kind != tk_array) // the size of an array was set when it was made
     set_type_size(element);
   bool has_number = !array.bound_is_constant && !array.bound_is_expr && !array.is_vla;
   uint64_t bound = has_number ? array.bound.number_of_elements : 1;
@@ -136,7 +154,7 @@ void set_array_type_size(a_type* type, bool quiet) {
     return;
   }
   type->size = bound * element->size;
-  type->alignment = element_alignment;
+  type->alignment = std::max(element_alignment, explicit_alignment);
 }
 
 // --- Work that waits for the completion of a type.
@@ -155,21 +173,44 @@ struct a_dependent_type_fixup {
 };
 
 // In the order in which the work came: an array's elements before the array.
-// The records lie in region 0.
-a_dependent_type_fixup* first_fixup;
-a_dependent_type_fixup* last_fixup;
+struct a_fixup_list {
+  a_dependent_type_fixup* first;
+  a_dependent_type_fixup* last;
+};
+
+// The lists by a hash of the incomplete type's address, which a precompiled
+// header keeps. The records lie in region 0.
+constexpr size_t num_fixup_lists = 256;
+a_fixup_list fixup_lists[num_fixup_lists];
 a_dependent_type_fixup* avail_fixups;
+
+const a_pch_saved_variable pch_saved_variables[] = {{fixup_lists, sizeof fixup_lists, false},
+                                                    {&avail_fixups, sizeof avail_fixups, false},
+                                                    {nullptr, 0, false}};
+
+a_fixup_list* fixup_list_of(const a_type* incomplete_type) {
+  uintptr_t address = reinterpret_cast<uintptr_t>(incomplete_type);
+  return &fixup_lists[(address / alignof(a_type) * 2654435761U >> 12) % num_fixup_lists];
+}
+
+void append_fixup(a_fixup_list* list, a_dependent_type_fixup* fixup) {
+  fixup->next = nullptr;
+  (list->first == nullptr ? list->first : list->last->next) = fixup;
+  list->last = fixup;
+}
 
 void do_fixup(const a_dependent_type_fixup& fixup) {
   switch (fixup.kind) {
   case dtfk_array_size:
-    set_array_type_size(fixup.entity.type, false);
+    if (fixup.entity.type->kind == tk_array) // an error may have come between
+      set_array_type_size(fixup.entity.type, false);
     break;
   case dtfk_arg_transfer_method:
     set_arg_transfer_method_flag(fixup.entity.param);
     break;
   case dtfk_calling_method:
-    set_routine_calling_method_flag(fixup.entity.type);
+    if (fixup.entity.type->kind == tk_routine)
+      set_routine_calling_method_flag(fixup.entity.type);
     break;
   }
 }
@@ -184,39 +225,42 @@ void add_to_dependent_type_fixup_list(a_type* incomplete_type, a_dependent_type_
   else
     fixup = static_cast<a_dependent_type_fixup*>(
         alloc_in_region(front_end_region, sizeof(a_dependent_type_fixup)));
-  fixup->next = nullptr;
   fixup->incomplete_type = incomplete_type;
   fixup->kind = kind;
   fixup->entity.generic = entity;
-  (first_fixup == nullptr ? first_fixup : last_fixup->next) = fixup;
-  last_fixup = fixup;
+  append_fixup(fixup_list_of(incomplete_type), fixup);
 }
 
 void process_dependent_type_fixups(a_type* type) {
-  // A fixup may add others, for another type, to the end of the list.
-  a_dependent_type_fixup* previous = nullptr;
-  for (a_dependent_type_fixup* fixup = first_fixup; fixup != nullptr;) {
+  // The work is taken off the list first: doing it may add more, for this type
+  // too when it is still incomplete.
+  a_fixup_list* list = fixup_list_of(type);
+  a_fixup_list ready = {};
+  a_dependent_type_fixup* fixup = list->first;
+  *list = {};
+  while (fixup != nullptr) {
     a_dependent_type_fixup* next = fixup->next;
-    if (fixup->incomplete_type != type) {
-      previous = fixup;
-      fixup = next;
-      continue;
-    }
+    append_fixup(fixup->incomplete_type == type ? &ready : list, fixup);
+    fixup = next;
+  }
+  while (ready.first != nullptr) {
+    fixup = ready.first;
+    ready.first = fixup->next;
     do_fixup(*fixup);
-    next = fixup->next;
-    (previous == nullptr ? first_fixup : previous->next) = next;
-    if (last_fixup == fixup)
-      last_fixup = previous;
     fixup->next = avail_fixups;
     avail_fixups = fixup;
-    fixup = next;
   }
 }
 
-void reset_dependent_type_fixups() {
-  first_fixup = nullptr;
-  last_fixup = nullptr;
-  avail_fixups = nullptr;
+void reset_dependent_type_fixups(bool also_free_list) {
+  memset(fixup_lists, 0, sizeof fixup_lists);
+  if (also_free_list)
+    avail_fixups = nullptr;
+}
+
+void register_dependent_type_fixups() {
+  f_register_trans_unit_variable(fixup_lists, sizeof fixup_lists, 0);
+  register_pch_saved_variables(pch_saved_variables);
 }
 
 // --- Promotion.

@@ -1,56 +1,6 @@
-#include "front_end_fixture.h"
-#include "il_constants.h"
+#include "types_fixture.h"
 
 namespace {
-
-class TYPES_TEST : public FrontEnd {
-protected:
-  static a_type* named(a_type* type, const char* name) {
-    type->source_corresp.name = name;
-    return type;
-  }
-
-  static a_type* make_struct(const char* name) {
-    return named(alloc_type(tk_struct), name);
-  }
-
-  static a_type* make_enum(const char* name, an_integer_kind int_kind) {
-    a_type* type = named(alloc_type(tk_integer), name);
-    type->variant.integer.int_kind = int_kind;
-    type->variant.integer.is_enum = 1;
-    set_type_size(type);
-    return type;
-  }
-
-  static a_type* old_style_routine(a_type* return_type) {
-    return make_routine_type(return_type);
-  }
-
-  static a_type* with_ellipsis(a_type* routine_type) {
-    routine_type->variant.routine.routine_supplement->has_ellipsis = 1;
-    return routine_type;
-  }
-
-  static a_type* int_() {
-    return integer_type(ik_int);
-  }
-  static a_type* char_() {
-    return integer_type(ik_char);
-  }
-  static a_type* const_int() {
-    return make_qualified_type(int_(), tq_const);
-  }
-
-  static std::string text(const a_type* type) {
-    return type_as_string(type);
-  }
-
-  static void complete(a_type* type, uint64_t size) {
-    type->size = size;
-    type->is_incomplete = 0;
-    process_dependent_type_fixups(type);
-  }
-};
 
 // --- Making types.
 
@@ -85,6 +35,12 @@ TEST_F(TYPES_TEST, QualifiersOfAnArrayAreThoseOfItsElements) {
   EXPECT_EQ(underlying_array_element_type(qualified), const_int());
   EXPECT_EQ(text(qualified), "const int [2][3]");
   EXPECT_EQ(text(make_unqualified_type(qualified)), "int [2][3]");
+}
+
+TEST_F(TYPES_TEST, OfSeveralNullabilitiesOneIsTaken) {
+  a_type* pointer = make_pointer_type(int_());
+  EXPECT_EQ(get_type_qualifiers(make_qualified_type(pointer, tq_nullable | tq_nonnull)),
+            tq_nullable);
 }
 
 TEST_F(TYPES_TEST, SomeQualifiersAreDropped) {
@@ -166,6 +122,59 @@ TEST_F(TYPES_TEST, ATooLargeArrayBecomesTheErrorType) {
   too_large->variant.array.bound.number_of_elements = 0x40000000;
   set_array_type_size(too_large, true);
   EXPECT_TRUE(is_error_type(too_large));
+}
+
+TEST_F(TYPES_TEST, AnAlignmentGivenToAnArrayStays) {
+  a_type* aligned = named(make_typedef_type(make_array_type(int_(), 3)), "a");
+  aligned->has_explicit_alignment = 1;
+  aligned->alignment = 16;
+  a_type* qualified = make_qualified_type(aligned, tq_const);
+  EXPECT_EQ(f_alignment_of_type(qualified), 16u);
+  EXPECT_EQ(make_qualified_type(aligned, tq_const), qualified);
+  EXPECT_NE(make_qualified_type(f_skip_typerefs(aligned), tq_const), qualified);
+  // A typeref that carries an alignment isn't looked through.
+  a_type* unnamed = make_typeref_with_qualifiers(int_(), tq_none);
+  unnamed->has_explicit_alignment = 1;
+  unnamed->alignment = 8;
+  EXPECT_EQ(f_alignment_of_type(make_qualified_type(unnamed, tq_const)), 8u);
+}
+
+TEST_F(TYPES_TEST, AnArrayThatBecameAnErrorIsLeftAlone) {
+  a_type* tag = make_struct("s");
+  a_type* array = make_array_type(tag, 3);
+  set_type_kind(array, tk_error);
+  complete(tag, 5);
+  EXPECT_TRUE(is_error_type(array));
+  EXPECT_EQ(array->size, 1u);
+}
+
+TEST_F(TYPES_TEST, InitialStates) {
+  struct {
+    a_type_kind kind;
+    bool is_incomplete;
+    uint64_t size;
+  } cases[] = {{tk_error, false, 1},   {tk_void, true, 0},           {tk_integer, false, 0},
+               {tk_float, false, 0},   {tk_imaginary, false, 0},     {tk_complex, false, 0},
+               {tk_pointer, false, 0}, {tk_routine, false, 0},       {tk_array, true, 0},
+               {tk_class, true, 0},    {tk_struct, true, 0},         {tk_union, true, 0},
+               {tk_typeref, false, 0}, {tk_ptr_to_member, false, 0}, {tk_template_param, false, 0},
+               {tk_nullptr, false, 0}, {tk_unknown, false, 0}};
+  for (const auto& c : cases) {
+    a_type* type = alloc_type(c.kind);
+    EXPECT_EQ(type->is_incomplete, c.is_incomplete) << int(c.kind);
+    EXPECT_EQ(type->size, c.size) << int(c.kind);
+    EXPECT_EQ(type->alignment, 1u) << int(c.kind);
+  }
+  const auto& routine = *alloc_type(tk_routine)->variant.routine.routine_supplement;
+  EXPECT_EQ(routine.param_count_info, 65535);
+  EXPECT_EQ(routine.name_linkage, default_routine_name_linkage);
+  const auto& class_info = *alloc_type(tk_union)->variant.class_struct_union.class_supplement;
+  EXPECT_EQ(class_info.nonvirtual_alignment, 1);
+  EXPECT_EQ(class_info.pack_alignment, 0);
+  EXPECT_EQ(class_info.max_member_alignment, 65535);
+  EXPECT_EQ(class_info.virtual_function_info_offset, -3);
+  EXPECT_EQ(alloc_type(tk_typeref)->variant.typeref.typeref_supplement->index, -1);
+  EXPECT_EQ(alloc_type(tk_integer)->variant.integer.int_kind, ik_int);
 }
 
 // --- Queries.
@@ -319,6 +328,10 @@ TEST_F(TYPES_TEST, ArrayBounds) {
   vla->variant.array.is_vla = 1;
   vla_enabled = 1;
   EXPECT_TRUE(types_are_compatible(vla, three));
+  // A number says more than a variable bound, which says more than none.
+  EXPECT_EQ(composite_type(vla, three), three);
+  EXPECT_EQ(composite_type(three, vla), three);
+  EXPECT_EQ(composite_type(unknown, vla), vla);
   EXPECT_TRUE(is_error_type(composite_type(three, make_array_type(int_(), 4))));
 }
 
@@ -371,6 +384,58 @@ TEST_F(TYPES_TEST, CompositeOfParameterTypesKeepsTheFirst) {
   EXPECT_EQ(text(first), "void (int (*)[], int (*)[3])");
   EXPECT_TRUE(is_error_type(composite_type(first, error_type())));
   EXPECT_TRUE(is_error_type(composite_type(int_(), make_pointer_type(int_()))));
+}
+
+TEST_F(TYPES_TEST, CompositesMergeDefaultsAndGnuProperties) {
+  a_type* first = make_routine_type_full(void_type(), int_(), int_());
+  a_type* second = make_routine_type_full(void_type(), int_(), int_());
+  a_param_type* with_default = param_types_of(second)->next;
+  with_default->default_arg_expr = alloc_expr_node(expr_constant);
+  a_type* composite = composite_type(first, second);
+  EXPECT_EQ(param_types_of(composite)->next->default_arg_expr, with_default->default_arg_expr);
+  EXPECT_EQ(param_types_of(first)->next->default_arg_expr, nullptr);
+  // Qualifiers of a parameter itself don't travel.
+  remove_qualifiers_from_param_types = 0;
+  a_type* constant_param = make_routine_type_full(void_type(), const_int(), int_());
+  EXPECT_EQ(composite_type(first, constant_param), first);
+  second->variant.routine.routine_supplement->does_not_return = 1;
+  gnu_mode = 1;
+  composite = composite_type(first, second);
+  EXPECT_TRUE(composite->variant.routine.routine_supplement->does_not_return);
+  EXPECT_FALSE(first->variant.routine.routine_supplement->does_not_return);
+}
+
+// Routine types that use one another twice over, level upon level.
+TEST_F(TYPES_TEST, SharedPartsAreComparedOnce) {
+  auto tower = [](a_type* bottom) {
+    a_type* type = bottom;
+    for (int level = 0; level < 60; ++level)
+      type = make_pointer_type(make_routine_type_full(type, type, type));
+    return type;
+  };
+  a_type* a = tower(make_pointer_type(make_incomplete_array_type(int_())));
+  a_type* b = tower(make_pointer_type(make_array_type(int_(), 3)));
+  EXPECT_TRUE(types_are_compatible(a, b));
+  EXPECT_FALSE(types_are_compatible(a, tower(make_pointer_type(char_()))));
+  EXPECT_TRUE(identical_types(a, tower(make_pointer_type(make_incomplete_array_type(int_())))));
+  EXPECT_FALSE(identical_types(a, b));
+  EXPECT_TRUE(identical_types(composite_type(a, b), b));
+  EXPECT_FALSE(is_or_contains_error_type(a));
+  EXPECT_LT(text(a).size(), 1000000u);
+}
+
+TEST_F(TYPES_TEST, LongChainsOfPointersAreWalkedInALoop) {
+  auto chain = [](a_type* type) {
+    for (int level = 0; level < 200000; ++level)
+      type = make_pointer_type(type);
+    return type;
+  };
+  a_type* to_int = chain(make_array_type(int_(), 2));
+  EXPECT_TRUE(types_are_compatible(to_int, chain(make_array_type(int_(), 2))));
+  EXPECT_FALSE(types_are_compatible(to_int, chain(make_array_type(char_(), 2))));
+  EXPECT_FALSE(identical_types(to_int, chain(make_array_type(char_(), 2))));
+  EXPECT_FALSE(is_or_contains_error_type(to_int));
+  EXPECT_EQ(text(to_int).size(), strlen("int (") + 200000 + strlen(")[2]"));
 }
 
 TEST_F(TYPES_TEST, ExplicitAlignmentSeparatesTypesInGnuModes) {
@@ -448,6 +513,22 @@ TEST_F(CONVERSION_TEST, QualifiersBelowTheFirstLevel) {
   EXPECT_TRUE(cast_removes_qualifiers(safe, p));
 }
 
+TEST_F(CONVERSION_TEST, FarAndAtomicTypes) {
+  // A far pointer reaches what a near one does; an atomic type is another type.
+  a_type* near_pointer = make_pointer_type(int_());
+  a_type* far_pointer = make_pointer_type(make_qualified_type(int_(), tq_far));
+  a_type* to_atomic = make_pointer_type(make_qualified_type(int_(), tq_atomic));
+  EXPECT_TRUE(qualification_conversion_possible(near_pointer, far_pointer));
+  EXPECT_FALSE(qualification_conversion_possible(far_pointer, near_pointer));
+  EXPECT_TRUE(converts(far_pointer, near_pointer));
+  EXPECT_TRUE(descr.drops_qualifiers);
+  EXPECT_FALSE(qualification_conversion_possible(near_pointer, to_atomic));
+  EXPECT_TRUE(converts(near_pointer, to_atomic));
+  EXPECT_TRUE(descr.is_mixed_pointer);
+  EXPECT_TRUE(converts(near_pointer, make_pointer_type(make_qualified_type(int_(), tq_nonnull))));
+  EXPECT_FALSE(descr.is_mixed_pointer);
+}
+
 TEST_F(CONVERSION_TEST, StructsConvertOnlyToThemselves) {
   a_type* s = make_struct("s");
   complete(s, 4);
@@ -475,6 +556,11 @@ TEST_F(CONVERSION_TEST, Narrowing) {
   EXPECT_FALSE(narrows(int_(), integer(1 << 30, ik_int), float_type(fk_float)));
   EXPECT_TRUE(narrows(int_(), integer((1 << 30) + 1, ik_int), float_type(fk_float)));
   EXPECT_TRUE(narrows(float_type(fk_double), nullptr, int_()));
+  a_constant* big = fs_constant(con_float);
+  big->value.float_value.exponent = 129;
+  EXPECT_TRUE(narrows(float_type(fk_double), big, float_type(fk_float)));
+  big->value.float_value.exponent = 128;
+  EXPECT_FALSE(narrows(float_type(fk_double), big, float_type(fk_float)));
   EXPECT_FALSE(narrows(float_type(fk_float), nullptr, float_type(fk_double)));
 }
 
