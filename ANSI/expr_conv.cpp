@@ -189,8 +189,8 @@ void arg_default_promote_operand(an_operand* operand, bool) {
 a_type* determine_arithmetic_conversions(const an_operand* left, const an_operand* right) {
   if (is_error_operand(left) || is_error_operand(right))
     return error_type();
-  return usual_arithmetic_conversions_for_types(operand_type_after_integral_promotion(left),
-                                                operand_type_after_integral_promotion(right));
+  return usual_arithmetic_conversions(operand_type_after_integral_promotion(left),
+                                      operand_type_after_integral_promotion(right));
 }
 
 void change_binary_operand_types(a_type* type, an_operand* left, an_operand* right) {

@@ -236,7 +236,7 @@ a_type* compound_assignment_operation_type(an_expr_operator_kind op, an_expr_nod
     return left->type;
   if (op == eok_shift_left_assign || op == eok_shift_right_assign)
     return type_after_integral_promotion(left->type);
-  return usual_arithmetic_conversions_for_types(left->type, right->type);
+  return usual_arithmetic_conversions(left->type, right->type);
 }
 
 a_type_kind operation_type_kind(an_expr_operator_kind op, a_type* result_type,

@@ -323,7 +323,7 @@ a_type* type_after_array_to_pointer_transformation(a_type* type);
 // Arrays and functions as parameters are adjusted (C99 6.7.5.3 p7, p8).
 a_type* type_after_parameter_adjustment(a_type* type);
 // C99 6.3.1.8, for types that are arithmetic; integers are promoted.
-a_type* usual_arithmetic_conversions_for_types(a_type* type1, a_type* type2);
+a_type* usual_arithmetic_conversions(a_type* type1, a_type* type2);
 
 // --- Identity and compatibility.
 

@@ -413,7 +413,7 @@ int common_int_kind(int kind1, int kind2) {
 
 } // namespace
 
-a_type* usual_arithmetic_conversions_for_types(a_type* type1, a_type* type2) {
+a_type* usual_arithmetic_conversions(a_type* type1, a_type* type2) {
   if (is_error_type(type1) || is_error_type(type2))
     return error_type();
   if (is_floating_type(type1) || is_floating_type(type2))

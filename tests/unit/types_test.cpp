@@ -232,8 +232,7 @@ TEST_F(TYPES_TEST, OldCKeepsUnsignedness) {
   restart(cd_k_and_r);
   EXPECT_EQ(type_after_integral_promotion(integer_type(ik_unsigned_char)),
             integer_type(ik_unsigned_int));
-  EXPECT_EQ(usual_arithmetic_conversions_for_types(float_type(fk_float), int_()),
-            float_type(fk_double));
+  EXPECT_EQ(usual_arithmetic_conversions(float_type(fk_float), int_()), float_type(fk_double));
 }
 
 TEST_F(TYPES_TEST, BitFieldsPromoteByTheirWidth) {
@@ -254,22 +253,21 @@ TEST_F(TYPES_TEST, UsualArithmeticConversions) {
                {ik_long_long, ik_unsigned_long, ik_long_long},
                {ik_long_long, ik_unsigned_long_long, ik_unsigned_long_long}};
   for (const auto& c : cases) {
-    EXPECT_EQ(usual_arithmetic_conversions_for_types(integer_type(c.kind1), integer_type(c.kind2)),
+    EXPECT_EQ(usual_arithmetic_conversions(integer_type(c.kind1), integer_type(c.kind2)),
               integer_type(c.result));
-    EXPECT_EQ(usual_arithmetic_conversions_for_types(integer_type(c.kind2), integer_type(c.kind1)),
+    EXPECT_EQ(usual_arithmetic_conversions(integer_type(c.kind2), integer_type(c.kind1)),
               integer_type(c.result));
   }
   targ_precisionof_long = 64;
-  EXPECT_EQ(usual_arithmetic_conversions_for_types(integer_type(ik_unsigned_long),
-                                                   integer_type(ik_long_long)),
-            integer_type(ik_unsigned_long_long));
   EXPECT_EQ(
-      usual_arithmetic_conversions_for_types(integer_type(ik_long), integer_type(ik_unsigned_int)),
-      integer_type(ik_long));
+      usual_arithmetic_conversions(integer_type(ik_unsigned_long), integer_type(ik_long_long)),
+      integer_type(ik_unsigned_long_long));
+  EXPECT_EQ(usual_arithmetic_conversions(integer_type(ik_long), integer_type(ik_unsigned_int)),
+            integer_type(ik_long));
 }
 
 TEST_F(TYPES_TEST, FloatingConversions) {
-  auto common = usual_arithmetic_conversions_for_types;
+  auto common = usual_arithmetic_conversions;
   EXPECT_EQ(common(int_(), float_type(fk_float)), float_type(fk_float));
   // Equal mantissas: the higher kind wins.
   EXPECT_EQ(common(float_type(fk_double), float_type(fk_long_double)), float_type(fk_long_double));
