@@ -350,10 +350,6 @@ void form_type_qualifiers(a_type_qualifier_set qualifiers, an_il_to_str_control*
 
 void form_type_first_part(const a_type* type, an_il_to_str_control* control) {
   check_stack_limit();
-  if (is_full(control)) {
-    add(control, "...");
-    return;
-  }
   a_declarator declarator = analyse_declarator(type, control);
   if (declarator.specifier != nullptr) {
     form_type_qualifiers(declarator.specifier_qualifiers, control);
@@ -371,8 +367,6 @@ void form_type_first_part(const a_type* type, an_il_to_str_control* control) {
 }
 
 void form_type_second_part(const a_type* type, an_il_to_str_control* control) {
-  if (is_full(control))
-    return;
   a_declarator declarator = analyse_declarator(type, control);
   for (size_t i = 0; i < declarator.levels.size(); ++i) {
     const a_type* level = declarator.levels[i].type;
@@ -386,6 +380,10 @@ void form_type_second_part(const a_type* type, an_il_to_str_control* control) {
 }
 
 void form_type(const a_type* type, an_il_to_str_control* control) {
+  if (is_full(control)) {
+    add(control, "...");
+    return;
+  }
   form_type_first_part(type, control);
   a_type_qualifier_set ignored = tq_none;
   if (is_suffix(skip_invisible_typerefs(type, control, &ignored)))
