@@ -1,6 +1,6 @@
 // Which redeclarations and assignments the rules on compatible types let pass,
 // and the composite type of those that do.
-// RUN: not %krtparse --i_output_file=%t.if %s 2> %t.err
+// RUN: ! %krtparse --i_output_file=%t.if %s 2> %t.err
 // RUN: %FileCheck --implicit-check-not=error: --implicit-check-not=warning: %s < %t.err
 
 typedef int A3[3];
