@@ -533,6 +533,8 @@ TEST_F(CPLUSPLUS_TYPES, DeclaratorsAreWrittenAsInCplusplus) {
   a_constant* red = integer(1, e);
   red->source_corresp.name = "red";
   e->variant.integer.enum_data.first_enumerator = red;
+  a_constant* letter = integer('x', char_());
+  letter->is_character_literal = 1;
   auto chosen_by = [](a_constant* value) {
     return instance(alloc_template(), "t", constant_arg(value));
   };
@@ -549,7 +551,7 @@ TEST_F(CPLUSPLUS_TYPES, DeclaratorsAreWrittenAsInCplusplus) {
       {make_pointer_type(fixed), "arr<char, -3> *"},
       {pack, "void (Ts...)"},
       {chosen_by(integer(1, bool_type())), "t<true>"},
-      {chosen_by(integer('x', char_())), "t<'x'>"},
+      {chosen_by(letter), "t<'x'>"},
       {chosen_by(red), "t<red>"},
       {chosen_by(integer(7, e)), "t<(e)7>"},
       {chosen_by(integer(0, standard_nullptr_type())), "t<nullptr>"},
