@@ -607,7 +607,7 @@ bool same_exception_spec(const an_exception_specification* a, const an_exception
   const a_constant* condition_b = dependent_condition(b);
   if (condition_a != nullptr || condition_b != nullptr)
     return condition_a != nullptr && condition_b != nullptr &&
-           compare_constants(condition_a, condition_b, ccf_template_equiv);
+           eq_constants(condition_a, condition_b);
   if (allows_everything(a) || allows_everything(b))
     return allows_everything(a) && allows_everything(b);
   return spec_lists_all_of(a, b) && spec_lists_all_of(b, a);
