@@ -220,6 +220,7 @@ void fill_il_header() {
   il_header.prototype_instantiations_in_il = prototype_instantiations_in_il != 0;
   il_header.all_nonclass_prototypes_in_il = all_template_info_in_il != 0;
   il_header.is_cplusplus = in_cplusplus_mode();
+  il_header.target_configuration_index = target_configuration_index;
 }
 
 void open_pp_output_file() {
@@ -360,7 +361,6 @@ void fe_init_part_2() {
   if (is_primary_translation_unit) {
     il_header.il_version = il_format_version;
     il_header.compilation_time = copy_to_primary_file_scope_il(compilation_time_stamp);
-    il_header.target_configuration_index = target_configuration_index;
   }
   if (using_a_pch_file) {
     fixup_predefined_macros(compilation_time_stamp);

@@ -241,8 +241,11 @@ void il_one_time_init() {
 
 void il_init() {
   il_alloc_init();
+  il_header.source_files = nullptr;
   il_header.primary_scope = nullptr;
   il_header.main_routine = nullptr;
+  il_header.il_version = nullptr;
+  il_header.compilation_time = nullptr;
   il_header.macros = nullptr;
   il_header.scope_orphaned_lists = nullptr;
   il_header.secondary_entities = nullptr;

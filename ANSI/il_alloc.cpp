@@ -580,8 +580,7 @@ void il_alloc_one_time_init() {
 }
 
 void il_alloc_init() {
-  available_template_args = nullptr;
-  available_local_constants = nullptr;
+  il_alloc_trans_unit_init();
 }
 
 void il_alloc_trans_unit_init() {

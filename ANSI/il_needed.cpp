@@ -50,9 +50,9 @@ template <class T> void add_pending_list(T* head, an_il_entry_kind kind) {
     add_pending(head, kind);
 }
 
-// What a scope of a function body emits by itself. Its types, its static
-// variables and what it declares of other scopes are needed only where they
-// are used.
+// What a scope of a function body emits by itself: all of its own variables.
+// Its types and what it declares of other scopes are needed only where they are
+// used.
 void add_pending_parts_of_scope(a_scope* scope) {
   add_pending_list(scope->parameters, iek_variable);
   add_pending_list(scope->ctor_inits, iek_constructor_init);
@@ -67,7 +67,7 @@ void add_pending_parts_of_scope(a_scope* scope) {
   add_pending_list(scope->vla_dimensions, iek_vla_dimension);
   add_pending_list(scope->local_expr_refs, iek_local_expr_node_ref);
   for (a_variable* variable = scope->variables; variable != nullptr; variable = variable->next)
-    if (variable->source_corresp.needed || variable->is_used)
+    if (variable->storage_kind != sc_extern || variable->source_corresp.needed)
       add_pending(variable, iek_variable);
   add_pending_list(scope->first_nested, iek_scope);
 }
@@ -100,6 +100,8 @@ bool is_scope_of_function_body(const a_scope* scope) {
 
 // Marks the entry; true ends the visit of it.
 bool mark_filter(void* entry, an_il_entry_kind kind) {
+  if (kind == iek_il_entity_list_entry)
+    return true; // says what a declaration declares, which is no use of it
   a_source_correspondence* head = source_corresp_for_il_entry(entry, kind);
   bool was_needed = head == nullptr || !marking.sets_needed || head->needed;
   if (head != nullptr && marking.sets_needed)
@@ -458,6 +460,43 @@ bool keep_function_body_for_possible_inlining(const a_routine* routine) {
   return routine->body_may_be_needed;
 }
 
+namespace {
+
+void reset_body_flags(a_routine* routine) {
+  routine->defined = 0;
+  routine->has_body = 0;
+  routine->owns_region = 0;
+  routine->is_lowered = 0;
+  routine->body_lowering_waits = 0;
+  routine->has_local_statics = 0;
+  routine->has_local_class = 0;
+  routine->has_vla = 0;
+  routine->inline_candidate = 0;
+}
+
+// The routine's type leads neither to the body nor to a scope in its region.
+void forget_body_in_type(a_routine* routine) {
+  a_type* type = f_skip_typerefs(routine->type);
+  if (type->kind != tk_routine)
+    return;
+  a_routine_type_supplement* supplement = type->variant.routine.routine_supplement;
+  if (supplement->definition == routine)
+    supplement->definition = nullptr;
+  if (supplement->prototype_scope != nullptr && !is_file_scope_entry(supplement->prototype_scope))
+    supplement->prototype_scope = nullptr;
+}
+
+void unlink_function_scope(a_scope* scope, int32_t region) {
+  if (scope->prev != nullptr)
+    scope->prev->next = scope->next;
+  else
+    il_header.region_scope_table[region] = scope->next;
+  if (scope->next != nullptr)
+    scope->next->prev = scope->prev;
+}
+
+} // namespace
+
 void clear_function_body(a_scope* function_scope) {
   a_routine* routine = function_scope->assoc.routine;
   int32_t region = routine->region_number;
@@ -465,27 +504,9 @@ void clear_function_body(a_scope* function_scope) {
   il_header.function_def_table[routine->function_def_number] = {nullptr, 0};
   routine->function_def_number = 0;
   routine->region_number = 0;
-  routine->defined = 0;
-  routine->owns_region = 0;
-  routine->is_lowered = 0;
-  routine->has_local_statics = 0;
-  routine->has_local_class = 0;
-  routine->has_vla = 0;
-  routine->inline_candidate = 0;
-  a_type* type = f_skip_typerefs(routine->type);
-  if (type->kind == tk_routine) {
-    a_routine_type_supplement* supplement = type->variant.routine.routine_supplement;
-    if (supplement->definition == routine)
-      supplement->definition = nullptr;
-    if (supplement->prototype_scope != nullptr && !is_file_scope_entry(supplement->prototype_scope))
-      supplement->prototype_scope = nullptr;
-  }
-  if (function_scope->prev != nullptr)
-    function_scope->prev->next = function_scope->next;
-  else
-    il_header.region_scope_table[region] = function_scope->next;
-  if (function_scope->next != nullptr)
-    function_scope->next->prev = function_scope->prev;
+  reset_body_flags(routine);
+  forget_body_in_type(routine);
+  unlink_function_scope(function_scope, region);
   if (il_header.region_scope_table[region] == nullptr)
     free_memory_region(region);
 }

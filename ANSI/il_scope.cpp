@@ -412,11 +412,12 @@ void add_to_templates_list(a_template* templ, int depth) {
   append(&place.scope->templates, tail_of(place, &a_scope_pointers_block::last_template), templ);
 }
 
+// The list of macros may have thousands of entries: its last one is kept, with
+// the first one to tell whose list it ends.
+static a_macro* last_macro;
+static a_macro* first_macro;
+
 void add_to_macros_list(a_macro* macro) {
-  // The list may have thousands of entries; its last one is kept for the
-  // header whose list it ends.
-  static a_macro* last_macro;
-  static a_macro* first_macro;
   if (il_header.macros == nullptr || il_header.macros != first_macro)
     last_macro = nullptr;
   append(&il_header.macros, &last_macro, macro);

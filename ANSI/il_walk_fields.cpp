@@ -877,7 +877,20 @@ void visit(a_seq_number_lookup_entry& entry, FIELD_VISITOR& v) {
   v.sideways(entry.physical_file, iek_source_file);
 }
 
+an_il_entry_kind kind_of_owner(a_local_expr_ref_kind kind) {
+  switch (kind) {
+  case lek_constant_backing_expr:
+  case lek_constant_param_expr:
+    return iek_constant;
+  case lek_field:
+    return iek_field;
+  default:
+    return iek_type;
+  }
+}
+
 void visit(a_local_expr_node_ref& ref, FIELD_VISITOR& v) {
+  v.sideways_of_kind(ref.owner.entity, kind_of_owner(ref.kind));
   v.child(ref.expr, iek_expr_node);
 }
 

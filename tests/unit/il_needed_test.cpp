@@ -53,6 +53,47 @@ TEST_F(IL_NEEDED_TEST, AnEarlyMarkCoversWhatIsAddedLater) {
   EXPECT_TRUE(target->source_corresp.needed);
 }
 
+TEST_F(IL_NEEDED_TEST, ABodyEmitsItsOwnVariablesAndWhatItUses) {
+  a_routine* entry = function("entry", sc_none);
+  a_scope* body = scope_for_routine(entry);
+  auto block_variable = [&](const char* name, a_storage_kind storage_kind) {
+    a_variable* variable = alloc_variable(storage_kind);
+    variable->source_corresp.name = name;
+    variable->type = integer_type(ik_int);
+    append(&body->variables, variable);
+    return variable;
+  };
+  a_variable* target = file_variable("target", sc_static);
+  a_variable* local_static = block_variable("local_static", sc_static);
+  local_static->init_kind = initk_constant;
+  local_static->initializer.constant = fs_constant(con_address);
+  set_variable_address_constant(target, local_static->initializer.constant, true);
+  a_variable* used = block_variable("used", sc_extern);
+  use_in_body(entry, variable_use, used);
+  a_variable* declared = block_variable("declared", sc_extern);
+  a_routine* declared_routine = alloc_routine();
+  declared_routine->type = make_routine_type_full(void_type());
+  append(&il_header.primary_scope->routines, declared_routine);
+  a_type* declared_type = file_struct("declared_type");
+  // The declarations are statements of the body.
+  switch_il_region(entry->region_number);
+  a_statement* declarations = alloc_statement(stmk_decl);
+  for (a_variable* variable : {local_static, used, declared})
+    append(&declarations->variant.declarations, alloc_il_entity_list_entry(iek_variable, variable));
+  append(&declarations->variant.declarations,
+         alloc_il_entity_list_entry(iek_routine, declared_routine));
+  append(&declarations->variant.declarations, alloc_il_entity_list_entry(iek_type, declared_type));
+  append(&body->assoc_statement->variant.block.first_statement, declarations);
+  to_file_scope();
+  finish();
+  EXPECT_TRUE(local_static->source_corresp.needed);
+  EXPECT_TRUE(target->source_corresp.needed);
+  EXPECT_TRUE(used->source_corresp.needed);
+  EXPECT_FALSE(declared->source_corresp.needed);
+  EXPECT_FALSE(is_listed(il_header.primary_scope->routines, declared_routine));
+  EXPECT_FALSE(is_listed(il_header.primary_scope->types, declared_type));
+}
+
 TEST_F(IL_NEEDED_TEST, TypesStayOnlyWithTheirUsers) {
   a_type* used = file_struct("used");
   a_type* unused = file_struct("unused");
@@ -265,13 +306,14 @@ TEST_F(IL_NEEDED_TEST, AClearedBodyLeavesNoTrace) {
   supplement->definition = routine;
   int32_t number = routine->function_def_number;
   int32_t region = routine->region_number;
-  routine->has_local_statics = routine->is_lowered = 1;
+  routine->has_local_statics = routine->is_lowered = routine->has_body = 1;
   clear_function_body(scope_for_routine(routine));
   EXPECT_EQ(il_header.function_def_table[number].scope, nullptr);
   EXPECT_EQ(routine->function_def_number, 0);
   EXPECT_FALSE(routine->defined);
   EXPECT_FALSE(routine->has_local_statics);
   EXPECT_FALSE(routine->is_lowered);
+  EXPECT_FALSE(routine->has_body);
   EXPECT_FALSE(routine->owns_region);
   EXPECT_EQ(supplement->definition, nullptr);
   EXPECT_EQ(mem_region_table[region], nullptr);

@@ -165,6 +165,35 @@ TEST_F(IL_WALK_TEST, PointersCanBeMappedWhileTheyAreFollowed) {
   EXPECT_EQ(first->type, second->type); // moved once each
 }
 
+TEST_F(IL_WALK_TEST, ReferencesToLocalExpressionsAreMappedAtBothEnds) {
+  a_routine* routine = make_routine_with_body();
+  a_scope* scope = scope_for_routine(routine);
+  struct {
+    void* owner;
+    a_local_expr_ref_kind kind;
+    an_il_entry_kind owner_kind;
+  } cases[] = {{alloc_type(tk_array), lek_type_dimension, iek_type},
+               {alloc_type(tk_typeref), lek_type_typeref_expr, iek_type},
+               {fs_constant(con_template_param), lek_constant_param_expr, iek_constant},
+               {alloc_field(nullptr), lek_field, iek_field}};
+  static std::map<void*, an_il_entry_kind> kinds_of_pointers;
+  kinds_of_pointers.clear();
+  for (auto& c : cases)
+    make_local_expr_node_ref(c.owner, c.kind, alloc_expr_node(expr_error), scope);
+  auto note_kind = [](void* pointer, an_il_entry_kind kind) {
+    kinds_of_pointers[pointer] = kind;
+    return pointer;
+  };
+  walk_routine_scope_il(routine->region_number, {count_entry, nullptr, note_kind, nullptr, nullptr},
+                        false);
+  for (auto& c : cases) {
+    EXPECT_EQ(kinds_of_pointers[c.owner], c.owner_kind) << c.kind;
+    EXPECT_EQ(visited_entries.count(c.owner), 0u); // it only refers
+  }
+  for (auto* ref = scope->local_expr_refs; ref != nullptr; ref = ref->next)
+    EXPECT_EQ(visited_entries.count(ref->expr), 1u);
+}
+
 TEST_F(IL_WALK_TEST, FrontEndFieldsAreClearedOnRequest) {
   a_symbol* symbol = enter_variable("x", sc_none, 0);
   a_variable* variable = symbol->variant.variable;
