@@ -226,6 +226,7 @@ void il_one_time_init() {
   f_register_trans_unit_variable(orphaned_file_scope_il_entries,
                                  sizeof orphaned_file_scope_il_entries,
                                  offsetof(a_translation_unit, orphaned_entries));
+  f_register_trans_unit_variable(&curr_object_lifetime, sizeof curr_object_lifetime, 0);
   f_register_trans_unit_variable(&curr_fp_contract_state, sizeof curr_fp_contract_state, 0);
   f_register_trans_unit_variable(&curr_fenv_access_state, sizeof curr_fenv_access_state, 0);
   f_register_trans_unit_variable(&curr_cx_limited_range_state, sizeof curr_cx_limited_range_state,

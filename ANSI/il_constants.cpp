@@ -27,6 +27,8 @@ constexpr a_float_value positive_zero = {{}, zero_exponent, 0, {}};
 
 // The shared constants of file scope, chained through `next` in each bucket.
 a_constant** shareable_constants_table;
+// The last one given. No two literals of a run have the same, in whichever
+// units they are: units meet in one intermediate language.
 uint64_t string_literal_sequence_number;
 
 } // namespace
@@ -707,6 +709,31 @@ static bool same_part(const a_constant* a, const a_constant* b, unsigned flags) 
   return a == b || (a != nullptr && b != nullptr && compare_constants(a, b, flags));
 }
 
+static bool same_template_arg(const a_template_arg* a, const a_template_arg* b, unsigned flags) {
+  if (a->kind != b->kind || a->is_number != b->is_number)
+    return false;
+  switch (a->kind) {
+  case tak_type:
+    return same_type_or_null(a->value.type, b->value.type);
+  case tak_constant:
+    return a->is_number ? a->value.number == b->value.number
+                        : same_part(a->value.constant, b->value.constant, flags);
+  case tak_template:
+    return a->value.template_symbol == b->value.template_symbol;
+  case tak_start_of_pack:
+    return true;
+  }
+  return false;
+}
+
+static bool same_template_args(const a_template_arg* a, const a_template_arg* b, unsigned flags) {
+  for (; a != nullptr && b != nullptr; a = a->next, b = b->next) {
+    if (!same_template_arg(a, b, flags))
+      return false;
+  }
+  return a == b;
+}
+
 static bool same_template_param_value(const a_template_param_value& a,
                                       const a_template_param_value& b, unsigned flags) {
   if (a.param_kind != b.param_kind || a.is_type != b.is_type)
@@ -716,8 +743,10 @@ static bool same_template_param_value(const a_template_param_value& a,
     return compare_expressions(a.param_data.expr, b.param_data.expr, flags);
   case tpck_cast:
   case tpck_implicit_cast:
-  case tpck_unknown_function:
     return same_part(a.param_data.constant, b.param_data.constant, flags);
+  case tpck_unknown_function:
+    return same_part(a.param_data.constant, b.param_data.constant, flags) &&
+           same_template_args(a.param_expr.template_args, b.param_expr.template_args, flags);
   case tpck_proxy_nontype:
   case tpck_type:
     return same_type_or_null(a.param_data.type, b.param_data.type);
@@ -744,10 +773,20 @@ static bool same_designator_value(const a_designator_value& a, const a_designato
   return a.designated.field == b.designated.field;
 }
 
+// Each conversion makes its own record of the path.
+static bool same_derivation_path(const a_derivation_step* a, const a_derivation_step* b) {
+  for (; a != nullptr && b != nullptr; a = a->next, b = b->next) {
+    if (a->base_class != b->base_class)
+      return false;
+  }
+  return a == b;
+}
+
 static bool same_ptr_to_member_value(const a_ptr_to_member_value& a,
                                      const a_ptr_to_member_value& b) {
   return a.is_routine == b.is_routine && a.cast_to_base == b.cast_to_base &&
-         a.base_class_path == b.base_class_path && a.member.field == b.member.field;
+         a.member.field == b.member.field &&
+         same_derivation_path(a.base_class_path, b.base_class_path);
 }
 
 static bool same_value(const a_constant* a, const a_constant* b, unsigned flags) {
@@ -955,5 +994,4 @@ void il_constants_one_time_init() {
 
 void il_constants_trans_unit_init() {
   shareable_constants_table = nullptr;
-  string_literal_sequence_number = 0;
 }

@@ -199,6 +199,7 @@ static a_type_kind merged_kind(const a_type* type) {
 static a_type_kind kind_of_mixed_operation(an_expr_operator_kind op, a_type_kind kind1,
                                            a_type_kind kind2) {
   const auto either = [&](a_type_kind kind) { return kind1 == kind || kind2 == kind; };
+  const bool real_and_imaginary = either(tk_float) && either(tk_imaginary);
   if (either(tk_error))
     return tk_error;
   if (either(tk_template_param) || either(tk_unknown))
@@ -209,10 +210,8 @@ static a_type_kind kind_of_mixed_operation(an_expr_operator_kind op, a_type_kind
     return tk_ptr_to_member;
   if (either(tk_complex))
     return tk_complex;
-  if (either(tk_imaginary) && (op == eok_multiply || !either(tk_float)))
-    return tk_imaginary;
-  if (either(tk_float))
-    return tk_float;
+  if (real_and_imaginary)
+    return op == eok_multiply ? tk_imaginary : tk_float;
   return either(tk_nullptr) ? tk_nullptr : tk_unknown;
 }
 

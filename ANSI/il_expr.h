@@ -361,8 +361,8 @@ an_expr_node* make_operator_node(an_expr_operator_kind op, a_type* type,
 // The same, for a result that is an lvalue.
 an_expr_node* make_lvalue_operator_node(an_expr_operator_kind op, a_type* type,
                                         an_expr_node* first_operand);
-// Turns a node, which keeps its type, into an operation; the operation kind
-// is computed from the operands.
+// Turns a node, which keeps its positions and its place in a list, into an
+// operation; the operation kind is computed from the operands.
 void set_node_operator(an_expr_node* node, an_expr_operator_kind op, a_type* type, bool is_lvalue,
                        an_expr_node* first_operand);
 an_expr_node* make_comma_node(an_expr_node* left, an_expr_node* right);
@@ -391,9 +391,9 @@ an_expr_node* function_lvalue_expr(a_routine* routine);
 an_expr_node* function_rvalue_expr(a_routine* routine);
 an_expr_node* function_addr_expr(a_routine* routine);
 an_expr_node* type_only_expr(a_type* type);
-// The address of a glvalue; an explicit or implicit indirection is cancelled
-// rather than addressed, and the entity under the glvalue counts as
-// address-taken.
+// The address of a glvalue. An indirection that was not written, and any while
+// lowering, is cancelled rather than addressed; otherwise the entity under an
+// lvalue counts as address-taken.
 an_expr_node* add_address_of_to_node(an_expr_node* node);
 an_expr_node* add_indirection_to_node(an_expr_node* node);
 // The reference that binds to a glvalue.

@@ -151,6 +151,14 @@ static bool same_new_delete(const a_new_delete_supplement* a, const a_new_delete
          same_dynamic_init(a->delete_dynamic_init, b->delete_dynamic_init, flags);
 }
 
+static bool same_throw(const a_throw_supplement* a, const a_throw_supplement* b, unsigned flags) {
+  if (a == b)
+    return true;
+  return a != nullptr && b != nullptr && same_type_or_null(a->type, b->type) &&
+         a->destructor == b->destructor &&
+         same_dynamic_init(a->dynamic_init, b->dynamic_init, flags);
+}
+
 bool same_node(const an_expr_node* a, const an_expr_node* b, unsigned flags) {
   if (a->kind != b->kind || a->is_lvalue != b->is_lvalue || a->is_xvalue != b->is_xvalue)
     return false;
@@ -181,7 +189,7 @@ bool same_node(const an_expr_node* a, const an_expr_node* b, unsigned flags) {
   case expr_lambda:
     return a->variant.lambda.ptr == b->variant.lambda.ptr;
   case expr_throw:
-    return a->variant.throw_info == b->variant.throw_info;
+    return same_throw(a->variant.throw_info, b->variant.throw_info, flags);
   case expr_condition:
     return a->variant.condition->scope == b->variant.condition->scope;
   case expr_typed_expr:

@@ -6,7 +6,6 @@
 #include "il_statements.h"
 #include "mem_manage.h"
 #include "scope_stk.h"
-#include "trans_unit.h"
 
 #include <cstring>
 
@@ -192,6 +191,14 @@ static void replace_by_children(an_object_lifetime* lifetime) {
   redo_full_expr_flag(parent, lifetime->kind);
 }
 
+// The lifetime of all that is open in a function hangs from nothing: what is
+// in it has no other place. The lifetime of the function as a whole hangs from
+// it.
+static bool is_empty_function_lifetime(const an_object_lifetime* lifetime) {
+  return lifetime->assoc_kind == iek_scope && lifetime->assoc.scope != nullptr &&
+         lifetime->assoc.scope->first_lifetime == nullptr && lifetime->first_child == nullptr;
+}
+
 bool is_useless_object_lifetime(const an_object_lifetime* lifetime) {
   if (lifetime->destructions != nullptr || lifetime->useful_inner_function_lifetime)
     return false;
@@ -199,7 +206,7 @@ bool is_useless_object_lifetime(const an_object_lifetime* lifetime) {
   case olk_block:
   case olk_full_expr:
   case olk_other:
-    return lifetime->is_linked;
+    return lifetime->is_linked || is_empty_function_lifetime(lifetime);
   case olk_conditional:
     // Whether its children began depends on the condition: they need it.
     return lifetime->is_linked && lifetime->first_child == nullptr;
@@ -229,7 +236,8 @@ bool pop_object_lifetime_full(bool keep) {
   an_object_lifetime* parent = lifetime->parent;
   curr_object_lifetime = parent;
   if (!keep && is_useless_object_lifetime(lifetime)) {
-    replace_by_children(lifetime);
+    if (lifetime->is_linked)
+      replace_by_children(lifetime);
     unbind_object_lifetime(lifetime);
     free_object_lifetime(lifetime);
     return false;

@@ -336,8 +336,12 @@ void form_template_param(const a_constant* constant, an_il_to_str_control* contr
     form_constant(value.param_data.constant, control);
     break;
   case tpck_implicit_cast:
+    form_constant(value.param_data.constant, control);
+    break;
   case tpck_unknown_function:
     form_constant(value.param_data.constant, control);
+    if (value.param_expr.template_args != nullptr)
+      form_template_args(value.param_expr.template_args, control);
     break;
   case tpck_sizeof:
     form_operand_of_sizeof("sizeof", value, control);

@@ -533,9 +533,9 @@ static bool routine_type_might_throw(const a_type* type) {
     type = skip_typerefs(type_pointed_to(type));
   if (type->kind != tk_routine)
     return true;
-  const an_exception_specification* spec =
-      type->variant.routine.routine_supplement->exception_specification;
-  return spec == nullptr || !spec->is_noexcept;
+  static const an_exception_specification throws_nothing = {};
+  return exception_spec_is_less_restrictive(
+      type->variant.routine.routine_supplement->exception_specification, &throws_nothing);
 }
 
 static bool might_throw_itself(const an_expr_node* node) {

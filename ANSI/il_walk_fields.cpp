@@ -482,7 +482,7 @@ void visit(a_new_delete_supplement& supplement, FIELD_VISITOR& v) {
   v.list(supplement.arg_list, iek_expr_node);
   v.child(supplement.dynamic_init, iek_dynamic_init);
   v.child(supplement.delete_dynamic_init, iek_dynamic_init);
-  v.child(supplement.placement_expr, iek_expr_node);
+  v.list(supplement.placement_expr, iek_expr_node);
 }
 
 void visit(a_throw_supplement& supplement, FIELD_VISITOR& v) {

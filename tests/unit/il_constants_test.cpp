@@ -39,6 +39,37 @@ protected:
     return constant;
   }
 
+  // A pointer to the member, converted along the path; each has its own record
+  // of it.
+  a_constant member_through(a_field* member, std::initializer_list<a_base_class*> path) {
+    a_constant constant;
+    clear_constant(&constant, con_ptr_to_member);
+    constant.value.ptr_to_member.member.field = member;
+    a_derivation_step** link = &constant.value.ptr_to_member.base_class_path;
+    for (a_base_class* base : path) {
+      *link = alloc_derivation_step();
+      (*link)->base_class = base;
+      link = &(*link)->next;
+    }
+    return constant;
+  }
+
+  // A call of an unknown function with one template argument of its own.
+  a_constant unknown_function(a_template_arg_kind kind, a_type* type, int64_t value) {
+    a_constant constant;
+    clear_constant(&constant, con_template_param);
+    set_template_param_constant_kind(&constant, tpck_unknown_function);
+    a_template_arg* arg = alloc_template_arg(kind);
+    constant.value.template_param.param_expr.template_args = arg;
+    if (kind == tak_type) {
+      arg->value.type = type;
+    } else {
+      a_constant number = integer(value);
+      arg->value.constant = alloc_unshared_constant(&number);
+    }
+    return constant;
+  }
+
   // One aggregate in another, `depth` times, round a number.
   a_constant* nested_aggregate(int depth, int64_t value) {
     a_constant* constant = alloc_constant(con_integer);
@@ -146,6 +177,15 @@ TEST_F(IlConstants, NumberedStringsDropTheirExpression) {
   }
 }
 
+TEST_F(IlConstants, NumbersOfStringsAreUniqueInTheRun) {
+  a_constant first = string("text"), second = first;
+  f_assign_string_literal_sequence_number(&first);
+  il_constants_trans_unit_init(); // the next unit
+  f_assign_string_literal_sequence_number(&second);
+  EXPECT_NE(first.value.string.sequence_number, second.value.string.sequence_number);
+  EXPECT_FALSE(compare_constants(&first, &second, ccf_for_sharing));
+}
+
 TEST_F(IlConstants, NamesShareTheirOwnRecord) {
   a_constant* named = named_constant("red", 3);
   a_constant use;
@@ -192,6 +232,8 @@ TEST_F(IlConstants, EqualValuesHashAlike) {
   wide_string.string_char_kind = sck_wide;
   a_constant negative = floating(con_float, 0x8000, 1);
   negative.value.float_value.sign = 1;
+  a_field* member = field("m", int_type);
+  a_base_class bases[2] = {};
   struct {
     const char* what;
     a_constant a, b;
@@ -215,6 +257,21 @@ TEST_F(IlConstants, EqualValuesHashAlike) {
       {"aggregates", *nested_aggregate(3, 5), *nested_aggregate(3, 5), true},
       {"elements", *nested_aggregate(3, 5), *nested_aggregate(3, 6), false},
       {"depths", *nested_aggregate(3, 5), *nested_aggregate(4, 5), false},
+      {"paths", member_through(member, {bases, bases + 1}),
+       member_through(member, {bases, bases + 1}), true},
+      {"other paths", member_through(member, {bases}), member_through(member, {bases + 1}), false},
+      {"longer paths", member_through(member, {bases}), member_through(member, {bases, bases + 1}),
+       false},
+      {"type arguments", unknown_function(tak_type, int_type, 0),
+       unknown_function(tak_type, alias, 0), true},
+      {"other types", unknown_function(tak_type, int_type, 0),
+       unknown_function(tak_type, integer_type(ik_long), 0), false},
+      {"values", unknown_function(tak_constant, nullptr, 1),
+       unknown_function(tak_constant, nullptr, 1), true},
+      {"other values", unknown_function(tak_constant, nullptr, 1),
+       unknown_function(tak_constant, nullptr, 2), false},
+      {"kinds of arguments", unknown_function(tak_constant, nullptr, 1),
+       unknown_function(tak_type, int_type, 0), false},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(eq_constants(&c.a, &c.b), c.equal) << c.what;

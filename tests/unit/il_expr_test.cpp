@@ -1,4 +1,7 @@
 #include "il_expr_fixture.h"
+#include "mode_words.h"
+
+#include <map>
 
 namespace {
 
@@ -172,6 +175,33 @@ TEST_F(IlExpr, OperationKinds) {
   EXPECT_EQ(binary_operation_type_kind(eok_multiply, imaginary, imaginary), tk_imaginary);
   EXPECT_EQ(binary_operation_type_kind(eok_add, error_type(), int_type), tk_error);
 
+  // Operands of different kinds, in either order.
+  a_type* parameter = alloc_type(tk_template_param);
+  a_type* member = alloc_type(tk_ptr_to_member);
+  a_type* null = alloc_type(tk_nullptr);
+  struct {
+    an_expr_operator_kind op;
+    a_type* type1;
+    a_type* type2;
+    a_type_kind expected;
+  } mixed[] = {
+      {eok_add, parameter, void_star_type(), tk_template_param},
+      {eok_add, unknown_type(), int_type, tk_template_param},
+      {eok_eq, void_star_type(), null, tk_pointer},
+      {eok_eq, member, null, tk_ptr_to_member},
+      {eok_add, complex, imaginary, tk_complex},
+      {eok_add, double_type, imaginary, tk_float},
+      {eok_multiply, double_type, imaginary, tk_imaginary},
+      {eok_eq, null, int_type, tk_nullptr},
+      {eok_add, int_type, double_type, tk_unknown},
+      {eok_question, alloc_type(tk_union), int_type, tk_unknown},
+      {eok_question, alloc_type(tk_class), alloc_type(tk_union), tk_struct},
+  };
+  for (const auto& m : mixed) {
+    EXPECT_EQ(binary_operation_type_kind(m.op, m.type1, m.type2), m.expected);
+    EXPECT_EQ(binary_operation_type_kind(m.op, m.type2, m.type1), m.expected);
+  }
+
   a_variable* c = variable("c");
   c->type = integer_type(ik_char);
   a_variable* d = variable("d");
@@ -189,6 +219,34 @@ TEST_F(IlExpr, OperationKinds) {
   EXPECT_EQ(cast->variant.operation.operation_kind, tk_unknown);
   EXPECT_EQ(add_cast(number(1), integer_type(ik_long))->variant.operation.operation_kind,
             tk_integer);
+}
+
+// The kind of each operator on a double and an int, with a long as its result.
+TEST_F(IlExpr, KindsOfAllOperators) {
+  std::map<int, a_type_kind> expected;
+  const auto expect = [&](a_type_kind kind, std::initializer_list<int> ops) {
+    for (int op : ops)
+      expected[op] = kind;
+  };
+  expect(tk_pointer, {0, 1, 2, 3, 4, 10, 11, 12, 13, 18, 50, 51, 52, 83, 84, 91});
+  expect(tk_unknown, {5, 6, 7, 8, 58, 59, 60, 61, 62, 63});
+  expect(tk_struct, {9});
+  expect(tk_array, {21});
+  expect(tk_integer, {24, 86, 87});
+  expect(tk_imaginary, {44, 45});
+  expect(tk_complex, {46, 47, 48, 49});
+  expect(tk_float, {16, 17, 20, 29, 53, 54, 72});             // the first operand's
+  expect(tk_float, {73, 74, 75, 76, 77, 78, 79, 80, 81, 82}); // in which it computes
+  expect(tk_error, {117});
+  an_expr_node* first = var_rvalue_expr(variable("d", float_type(fk_double)));
+  first->next = number(1);
+  for (int op = 0; op < num_expr_operator_kinds; ++op) {
+    const a_type_kind kind = expected.count(op) != 0 ? expected[op] : tk_integer;
+    EXPECT_EQ(
+        operation_type_kind(static_cast<an_expr_operator_kind>(op), integer_type(ik_long), first),
+        kind)
+        << op;
+  }
 }
 
 TEST_F(IlExpr, AddressesAndIndirectionsCancel) {
@@ -355,6 +413,61 @@ TEST_F(IlExpr, SideEffectsAndInvariance) {
       make_operator_node(eok_call, integer_type(ik_int), function_rvalue_expr(enter_function("g")));
   EXPECT_TRUE(node_has_side_effects(call));
   EXPECT_TRUE(expr_contains_error(binary(eok_add, number(1), error_node())));
+}
+
+TEST_F(IlExpr, CallsMightThrowWhatTheirTypesAllow) {
+  a_boolean saved = exceptions_enabled;
+  exceptions_enabled = 1;
+  a_constant condition = integer(0);
+  an_exception_specification nothing = {}, noexcept_spec = {}, noexcept_false = {}, listing = {},
+                             anything = {};
+  an_exception_specification_type listed = {};
+  listed.type = integer_type(ik_int);
+  listing.types = &listed;
+  anything.is_any = true;
+  noexcept_spec.is_noexcept = noexcept_false.is_noexcept = true;
+  noexcept_false.noexcept_constant = &condition;
+  struct {
+    an_exception_specification* spec;
+    bool might_throw;
+  } cases[] = {{nullptr, true},         {&nothing, false}, {&noexcept_spec, false},
+               {&noexcept_false, true}, {&listing, true},  {&anything, true}};
+  for (const auto& c : cases) {
+    a_routine* routine = alloc_routine();
+    routine->type = make_routine_type(integer_type(ik_int));
+    routine->type->variant.routine.routine_supplement->exception_specification = c.spec;
+    an_expr_node* call =
+        make_operator_node(eok_call, integer_type(ik_int), function_rvalue_expr(routine));
+    EXPECT_EQ(expr_might_throw(binary(eok_add, number(1), call)), c.might_throw);
+    a_dynamic_init* init = alloc_dynamic_init(dik_none);
+    init->destructor = routine;
+    EXPECT_EQ(dynamic_init_might_throw(init), c.might_throw);
+  }
+  an_expr_node* rethrow = alloc_expr_node(expr_throw);
+  EXPECT_TRUE(expr_might_throw(rethrow));
+  exceptions_enabled = 0;
+  EXPECT_FALSE(expr_might_throw(rethrow));
+  exceptions_enabled = saved;
+}
+
+TEST_F(IlExpr, ThrownValuesAreCompared) {
+  const auto throw_of = [this](int64_t value, a_type* type) {
+    an_expr_node* node = alloc_expr_node(expr_throw);
+    node->type = void_type();
+    node->variant.throw_info = alloc_throw_supplement();
+    node->variant.throw_info->type = type;
+    node->variant.throw_info->dynamic_init = alloc_dynamic_init(dik_expr);
+    node->variant.throw_info->dynamic_init->variant.expr = number(value);
+    return node;
+  };
+  a_type* int_type = integer_type(ik_int);
+  an_expr_node* one = throw_of(1, int_type);
+  an_expr_node* rethrow = alloc_expr_node(expr_throw);
+  rethrow->type = void_type();
+  EXPECT_TRUE(compare_expressions(one, throw_of(1, int_type), 0));
+  EXPECT_FALSE(compare_expressions(one, throw_of(2, int_type), 0));
+  EXPECT_FALSE(compare_expressions(one, throw_of(1, integer_type(ik_long)), 0));
+  EXPECT_FALSE(compare_expressions(one, rethrow, 0));
 }
 
 TEST_F(IlExpr, TheTableOfOperators) {

@@ -561,6 +561,46 @@ TEST_F(Lifetimes, RecordsAreUsedAgainWithinAFunction) {
   pop_scope();
 }
 
+TEST_F(Lifetimes, FunctionsThatDestroyNothingLeaveNoneBehind) {
+  push_block_scope(nullptr);
+  an_object_lifetime* block = curr_object_lifetime;
+  for (bool destroys : {false, true}) {
+    a_routine* member = enter_function(destroys ? "second" : "first");
+    push_function_scope(member);
+    a_scope* scope = innermost_function_scope;
+    an_object_lifetime* lifetime = curr_object_lifetime;
+    an_object_lifetime* root = lifetime->parent;
+    EXPECT_NE(root, block);
+    if (destroys)
+      object();
+    pop_scope();
+    EXPECT_EQ(curr_object_lifetime, block);
+    EXPECT_EQ(scope->object_lifetime, destroys ? lifetime : nullptr);
+    EXPECT_EQ(root->useful_inner_function_lifetime, destroys);
+  }
+  pop_scope();
+  // What is destroyed at the end of the whole function hangs from its lifetime.
+  a_dynamic_init* init = alloc_dynamic_init(dik_zero);
+  init->destructor = destructor;
+  record_end_of_lifetime_destruction(init, true, false);
+  a_scope* scope = innermost_function_scope;
+  pop_scope();
+  ASSERT_NE(scope->object_lifetime, nullptr);
+  EXPECT_EQ(scope->first_lifetime->parent, scope->object_lifetime);
+}
+
+TEST_F(Lifetimes, EachUnitHasATreeOfItsOwn) {
+  trans_unit_init();
+  enter_translation_unit(alloc_translation_unit(nullptr));
+  a_translation_unit* primary = curr_translation_unit;
+  an_object_lifetime* lifetime = curr_object_lifetime;
+  save_curr_translation_unit();
+  enter_translation_unit(alloc_translation_unit(nullptr));
+  curr_object_lifetime = nullptr;
+  switch_translation_unit(primary);
+  EXPECT_EQ(curr_object_lifetime, lifetime);
+}
+
 TEST_F(Lifetimes, BlockScopeMadeLaterIsBound) {
   push_block_scope(nullptr);
   object();

@@ -326,12 +326,16 @@ TEST_F(ExprText, ValuesThatWaitForTemplateArguments) {
   struct {
     a_template_param_constant_kind kind;
     const char* expected;
-  } of_constant[] = {{tpck_cast, "(char)1"}, {tpck_implicit_cast, "1"}};
+  } of_constant[] = {
+      {tpck_cast, "(char)1"}, {tpck_implicit_cast, "1"}, {tpck_unknown_function, "1"}};
   for (const auto& c : of_constant) {
     set_template_param_constant_kind(&constant, c.kind);
     constant.value.template_param.param_data.constant = &operand;
     EXPECT_EQ(text(constant), c.expected);
   }
+  constant.value.template_param.param_expr.template_args = alloc_template_arg(tak_type);
+  constant.value.template_param.param_expr.template_args->value.type = integer_type(ik_int);
+  EXPECT_EQ(text(constant), "1<int>");
   struct {
     a_template_param_constant_kind kind;
     const char* of_type;

@@ -316,6 +316,19 @@ TEST_F(IL_WALK_TEST, WhatAScopeLeadsToIsNoOrphan) {
   }
 }
 
+TEST_F(IL_WALK_TEST, AllPlacementArgumentsAreReached) {
+  a_routine* routine = make_routine_with_body();
+  an_expr_node* allocation = alloc_expr_node(expr_new_delete);
+  an_expr_node* first = alloc_expr_node(expr_error);
+  an_expr_node* second = alloc_expr_node(expr_error);
+  first->next = second;
+  allocation->variant.new_delete->placement_expr = first;
+  scope_for_routine(routine)->assoc_statement = alloc_expr_statement(allocation);
+  walk_routine_scope_il(routine->region_number, count_all, false);
+  EXPECT_EQ(visited_entries.count(first), 1u);
+  EXPECT_EQ(visited_entries.count(second), 1u);
+}
+
 TEST_F(IL_WALK_TEST, EachUnitHasOrphansOfItsOwn) {
   trans_unit_init();
   enter_translation_unit(alloc_translation_unit(nullptr));
