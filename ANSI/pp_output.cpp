@@ -285,7 +285,15 @@ static void write_curr_line() {
 void gen_pp_output_for_curr_line() {
   if (!do_not_put_curr_line_in_pp_output || line_start_source_line_modif != nullptr)
     write_curr_line();
-  no_token_separators_in_this_line_of_pp_output = no_token_separators_in_pp_output;
+}
+
+void gen_pp_output_for_pragma_in_arguments(const std::string& operands) {
+  if (!generate_pp_output || f_pp_output == nullptr)
+    return;
+  fill_gap_in_pp_output();
+  std::string text = "#pragma" + operands;
+  write_pp_output(text.data(), text.size());
+  ++next_seq_in_pp_output;
 }
 
 static bool line_has_expansions() {
@@ -327,7 +335,7 @@ void finish_raw_listing_file() {
   int error_number;
   if (!close_output_file(file, &error_number))
     return;
-  file_write_error(fk_raw_listing, 0);
+  file_write_error(fk_raw_listing, error_number);
 }
 
 // Whether the record is that of a definition in force: it wasn't followed by

@@ -6,6 +6,8 @@
 
 #include "basics.h"
 
+#include <string>
+
 // Writes a directive that tells the line and file of the next line to be read,
 // or of the current one.
 void gen_pp_line_info(bool at_next_line);
@@ -15,6 +17,9 @@ void gen_rlisting_line_info(char mark);
 
 // Writes the current logical line as it stands after replacement.
 void gen_pp_output_for_curr_line();
+// Writes a pragma before the current line, in which it stands among the arguments
+// of a macro; what is behind the word "pragma" comes with its leading blank.
+void gen_pp_output_for_pragma_in_arguments(const std::string& operands);
 // Writes the current line's expanded form to the raw listing, if it differs.
 void gen_expanded_raw_listing_output_for_curr_line(bool has_modifs);
 

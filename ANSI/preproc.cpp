@@ -20,7 +20,6 @@
 a_boolean some_error_in_curr_directive;
 a_boolean no_token_separators_in_this_line_of_pp_output;
 uint32_t next_seq_in_pp_output;
-a_boolean prev_pp_output_line_was_complete;
 
 // -- The rest of a line ------------------------------------------------------------------
 
@@ -32,16 +31,25 @@ void skip_rest_of_directive() {
     get_token();
 }
 
+// What stands behind a complete directive is only reported when nothing was
+// wrong with the directive itself.
+static void report_extra_text(an_error_severity severity) {
+  if (curr_token != tok_newline && curr_token != tok_end_of_source && !some_error_in_curr_directive)
+    pos_diagnostic(severity, ec_extra_text_in_pp_directive, &pos_curr_token);
+}
+
 void check_for_end_of_directive() {
   fetch_pp_tokens = 1;
   expand_macros = 0;
   if (curr_token != tok_newline)
     get_token();
-  if (curr_token == tok_newline || curr_token == tok_end_of_source || pcc_preprocessing_mode)
-    return;
-  if (!some_error_in_curr_directive)
-    pos_diagnostic(strict_ansi_mode ? strict_ansi_discretionary_severity : es_warning,
-                   ec_extra_text_in_pp_directive, &pos_curr_token);
+  if (!pcc_preprocessing_mode)
+    report_extra_text(strict_ansi_mode ? strict_ansi_discretionary_severity : es_warning);
+  skip_rest_of_directive();
+}
+
+void end_directive_line() {
+  report_extra_text(es_discretionary_error);
   skip_rest_of_directive();
 }
 
@@ -58,7 +66,7 @@ static std::string rest_of_line() {
   return text;
 }
 
-// -- Directive names -----------------------------------------------------------------------
+// -- Directive names ---------------------------------------------------------------------
 
 struct a_directive_name {
   const char* name;
@@ -88,7 +96,12 @@ a_directive_kind classify_directive() {
   return dk_unknown;
 }
 
-// -- Simple directives -------------------------------------------------------------------------
+// -- Simple directives -------------------------------------------------------------------
+
+// Of the predefined macros the GNU modes keep but the operator of #if.
+static bool may_be_undefined(const a_macro_def* def) {
+  return !def->is_protected || (gnu_mode && def->builtin_kind != bmk_defined);
+}
 
 static void proc_undef() {
   scanning_macro_name = 1;
@@ -108,15 +121,11 @@ static void proc_undef() {
   if (check_misra_c_2004)
     pos_diagnostic(misra_required_severity, ec_misra_c_2004_19_6, &pos_curr_token);
   a_symbol* symbol = find_macro_symbol(header);
-  if (symbol != nullptr) {
-    const a_macro_def* def = macro_def_of(symbol);
-    bool is_builtin = def->builtin_kind != bmk_none;
-    if (def->is_protected && (!gnu_mode || is_builtin)) {
-      pos_diagnostic(es_discretionary_error, ec_cannot_undef_predef_macro, &pos_curr_token);
-      some_error_in_curr_directive = 1;
-    } else {
-      undefine_macro(symbol);
-    }
+  if (symbol != nullptr && may_be_undefined(macro_def_of(symbol))) {
+    undefine_macro(symbol);
+  } else if (symbol != nullptr) {
+    pos_diagnostic(es_discretionary_error, ec_cannot_undef_predef_macro, &pos_curr_token);
+    some_error_in_curr_directive = 1;
   }
   check_for_end_of_directive();
 }
@@ -141,10 +150,32 @@ static bool is_system_header_pragma(const a_pragma_kind_description* description
   return curr_token_is_identifier_string("system_header");
 }
 
+static bool acts_while_scanned(const a_pragma_kind_description* description) {
+  return description != nullptr && description->binding == pragma_runs_while_scanned;
+}
+
+// The text of a pragma from its name, the current token, to the end of the line.
+static std::string rest_of_pragma() {
+  std::string text;
+  for (; curr_token != tok_newline && curr_token != tok_end_of_source; get_token()) {
+    if (text.empty() || kind_of_white_space_skipped != ws_none)
+      text += ' ';
+    text.append(start_of_curr_token, len_of_curr_token);
+  }
+  return text;
+}
+
 static void proc_pragma(const a_source_position& directive_position) {
   a_source_position name_position;
   a_pragma_kind_description* description = look_up_pragma_id(&name_position);
-  do_not_put_curr_line_in_pp_output = is_macro_stack_pragma(description);
+  // The line of a macro's arguments keeps nothing of its directives, so that a
+  // pragma that passes goes out before it.
+  if (is_inside_argument_list() && do_preprocessing_only && !acts_while_scanned(description)) {
+    gen_pp_output_for_pragma_in_arguments(rest_of_pragma());
+    return;
+  }
+  if (!is_inside_argument_list())
+    do_not_put_curr_line_in_pp_output = is_macro_stack_pragma(description);
   if (do_preprocessing_only && is_system_header_pragma(description)) {
     do_not_put_curr_line_in_pp_output = 1;
     mark_current_file_as_system_header(name_position);
@@ -162,8 +193,7 @@ static void unknown_directive() {
   skip_rest_of_directive();
 }
 
-// -- The frame
-// -------------------------------------------------------------------------------------
+// -- The frame ---------------------------------------------------------------------------
 
 namespace {
 
@@ -261,18 +291,11 @@ static void act_on_directive(a_directive_kind kind, const a_source_position& pos
   }
 }
 
-// Nothing may stand behind a directive.
-static void end_directive_line() {
-  if (curr_token != tok_newline && curr_token != tok_end_of_source && !some_error_in_curr_directive)
-    pos_diagnostic(es_discretionary_error, ec_extra_text_in_pp_directive, &pos_curr_token);
-  skip_rest_of_directive();
-}
-
 void pp_directive() {
   a_source_position position = pos_curr_token;
   // A comment may stand before the directive, so that the line's start didn't
   // show it. In the arguments of a macro the line is more than the directive.
-  if (line_end_action != lea_append)
+  if (!is_inside_argument_list())
     do_not_put_curr_line_in_pp_output = 1;
   {
     a_directive_scan scan;
@@ -286,8 +309,7 @@ void pp_directive() {
     process_immediate_pragmas();
 }
 
-// -- Preprocessing alone
-// -------------------------------------------------------------------------------
+// -- Preprocessing alone -----------------------------------------------------------------
 
 void process_macro_preincludes() {
   a_boolean saved_output = generate_pp_output;
@@ -309,11 +331,10 @@ void cpp_driver() {
   flush_pp_output_of_curr_line();
 }
 
-// -- Initialisation
-// ----------------------------------------------------------------------------------------
+// -- Initialisation ----------------------------------------------------------------------
 
 void preproc_one_time_init() {
-  prev_pp_output_line_was_complete = 1;
+  // No variable of this module is kept for each unit.
 }
 
 void preproc_trans_unit_init() {

@@ -23,7 +23,6 @@ extern a_boolean some_error_in_curr_directive;
 extern a_boolean no_token_separators_in_this_line_of_pp_output;
 // The sequence number that the preprocessed output has reached.
 extern uint32_t next_seq_in_pp_output;
-extern a_boolean prev_pp_output_line_was_complete;
 
 enum a_directive_kind : uint8_t {
   dk_if = 0,
@@ -57,6 +56,9 @@ const char* extract_header_name(bool process_escapes, size_t* length);
 // A replacement for the header name just read; null in this configuration.
 const char* check_for_include_alias();
 
+// Whether a file may leave conditionals open and end those of the file that
+// included it, as in K&R C and where a rule of its own reports it.
+bool conditionals_may_span_files();
 // Reports the conditionals of the current file that are still open.
 void verify_that_all_pp_ifs_were_closed();
 void process_macro_preincludes();

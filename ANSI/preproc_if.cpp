@@ -26,6 +26,10 @@ static void pop_pp_if() {
   pp_if_stack.pop_back();
 }
 
+bool conditionals_may_span_files() {
+  return C_dialect == cd_k_and_r || check_misra_c_2004;
+}
+
 void verify_that_all_pp_ifs_were_closed() {
   while (pp_if_stack_depth > base_pp_if_stack_depth) {
     pos_error(ec_missing_endif, &pp_if_stack.back().position);
@@ -35,8 +39,10 @@ void verify_that_all_pp_ifs_were_closed() {
 
 // -- Include guards -------------------------------------------------------------------
 
-static bool at_guard_level() {
-  return pp_if_stack_depth == base_pp_if_stack_depth + 1;
+// Whether the innermost conditional lies inside of another one of the file, so
+// that it says nothing about the file's guard.
+static bool is_nested_in_file() {
+  return pp_if_stack_depth > base_pp_if_stack_depth + 1;
 }
 
 void leave_include_guard() {
@@ -47,13 +53,13 @@ void leave_include_guard() {
 
 // #else or #elif: the guard's text isn't the whole file.
 static void guard_has_alternative() {
-  if (at_guard_level() && get_ifg_state() == igs_inside)
+  if (!is_nested_in_file() && get_ifg_state() != igs_pragma_once)
     set_ifg_state(igs_unguarded);
 }
 
 static void end_guard() {
   an_include_guard_state state = get_ifg_state();
-  if (!at_guard_level() || state == igs_pragma_once)
+  if (is_nested_in_file() || state == igs_pragma_once)
     return;
   if (state == igs_inside) {
     set_ifg_state(igs_closed);
@@ -142,13 +148,6 @@ static bool eval_pp_condition() {
   return value.value.int_value != 0;
 }
 
-// Text behind the condition is reported, and the line passed.
-static void end_condition_line() {
-  if (curr_token != tok_newline && curr_token != tok_end_of_source && !some_error_in_curr_directive)
-    pos_diagnostic(es_discretionary_error, ec_extra_text_in_pp_directive, &pos_curr_token);
-  skip_rest_of_directive();
-}
-
 // A conditional is to end in the file in which it began.
 static void check_that_if_is_in_this_file() {
   if (!check_misra_c_2004)
@@ -179,9 +178,8 @@ static a_skip_result skipped_elif(bool may_take_else) {
     return else_already_seen(es_error);
   if (!may_take_else)
     return sr_go_on;
-  some_error_in_curr_directive = 0;
   bool truth = eval_pp_condition();
-  end_condition_line();
+  end_directive_line();
   return truth ? sr_group_found : sr_go_on;
 }
 
@@ -202,6 +200,7 @@ static a_skip_result skipped_else(bool may_take_else) {
 static a_skip_result proc_skipped_directive(int outer_depth, bool may_take_else) {
   a_source_position position = pos_curr_token;
   bool is_outer = pp_if_stack_depth == outer_depth;
+  some_error_in_curr_directive = 0;
   switch (classify_directive()) {
   case dk_if:
   case dk_ifdef:
@@ -230,8 +229,7 @@ static a_skip_result proc_skipped_directive(int outer_depth, bool may_take_else)
 static void skip_pp_group(bool may_take_else) {
   int outer_depth = pp_if_stack_depth;
   a_line_end_action saved_line_end_action = line_end_action;
-  // But in K&R C, whose conditionals span files, a skip ends with the file.
-  if (line_end_action == lea_read_next && C_dialect != cd_k_and_r && !check_misra_c_2004)
+  if (line_end_action == lea_read_next && !conditionals_may_span_files())
     line_end_action = lea_read_in_file;
   currently_in_pp_if_skip = 1;
   fetch_pp_tokens = 1;
@@ -258,7 +256,7 @@ static void skip_pp_group(bool may_take_else) {
 void proc_if(const a_source_position& position) {
   check_for_guard_condition();
   bool truth = eval_pp_condition();
-  end_condition_line();
+  end_directive_line();
   push_pp_if(position);
   if (!truth)
     skip_pp_group(true);
@@ -299,7 +297,7 @@ void proc_ifdef(bool is_ifndef, const a_source_position& position) {
 
 // Whether a conditional is open that this file may go on with.
 static bool has_open_conditional() {
-  if (pp_if_stack_depth > base_pp_if_stack_depth)
+  if (pp_if_stack_depth > (conditionals_may_span_files() ? -1 : base_pp_if_stack_depth))
     return true;
   pos_error(ec_missing_pp_if, &pos_curr_token);
   some_error_in_curr_directive = 1;
@@ -326,7 +324,6 @@ void proc_else() {
     else_already_seen(severity_of_repeated_else());
   pp_if_stack.back().else_seen = true;
   check_for_end_of_directive();
-  skip_rest_of_directive();
   skip_pp_group(false);
 }
 

@@ -10,6 +10,7 @@
 #include "misra.h"
 #include "mode_words.h"
 #include "pch.h"
+#include "pp_output.h"
 #include "preproc_int.h"
 #include "source_file.h"
 
@@ -92,12 +93,8 @@ const char* check_for_include_alias() {
 
 // -- #include ---------------------------------------------------------------------------------
 
-// An argument list that is being read can't go on in another file.
-static bool is_inside_argument_list() {
-  return line_end_action == lea_append;
-}
-
 void proc_include(bool from_next_directory) {
+  // An argument list that is being read can't go on in another file.
   if (is_inside_argument_list()) {
     pos_error(ec_bad_use_of_sharp, &pos_curr_token);
     some_error_in_curr_directive = 1;
@@ -121,7 +118,8 @@ void proc_include(bool from_next_directory) {
   request.is_angle_bracket = *start_of_curr_token == '<';
   request.from_next_directory = from_next_directory;
   size_t length;
-  std::string name = extract_header_name(false, &length);
+  const char* alias = check_for_include_alias();
+  std::string name = alias != nullptr ? alias : extract_header_name(false, &length);
   a_source_position name_position = pos_curr_token;
   check_for_end_of_directive();
   no_token_separators_in_this_line_of_pp_output = 1;
@@ -166,17 +164,24 @@ static a_line_flags scan_line_flags() {
   return flags;
 }
 
-// Makes the next line number `line` of the file.
-static void set_line_and_file(const char* name, uint32_t line, const a_line_flags& flags) {
-  bool is_same_file = strcmp(name, curr_ise->current_source_file->file_name) == 0;
-  if (flags.returns_to_file && pop_cloned_input_stack_entry(line))
-    return;
+// Makes the next line number `line` of the file; null for the name in use.
+static void change_line_and_file(const char* name, uint32_t line, const a_line_flags& flags) {
+  bool is_same_file =
+      name == nullptr || strcmp(name, curr_ise->current_source_file->file_name) == 0;
   if (flags.enters_file)
     push_cloned_input_stack_entry(name, line, flags.is_system);
   else if (is_same_file)
     renumber_current_input_file(line);
   else
     clone_current_input_file(name, line, flags.is_system);
+}
+
+static void set_line_and_file(const char* name, uint32_t line, const a_line_flags& flags) {
+  bool has_returned = flags.returns_to_file && pop_cloned_input_stack_entry(line);
+  if (!has_returned)
+    change_line_and_file(name, line, flags);
+  gen_pp_line_info(true);
+  gen_rlisting_line_info(' ');
 }
 
 void proc_line(bool has_token) {
@@ -197,9 +202,9 @@ void proc_line(bool has_token) {
     return;
   get_token();
   a_line_flags flags = {};
-  flags.is_system = curr_ise->is_system_directory;
+  flags.is_system = in_system_header != 0;
   if (curr_token == tok_newline) {
-    renumber_current_input_file(line);
+    set_line_and_file(nullptr, line, flags);
     return;
   }
   if (curr_token != tok_string || *start_of_curr_token != '"') {

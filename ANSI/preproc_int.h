@@ -9,8 +9,17 @@
 // Passes the rest of the directive's line.
 void skip_rest_of_directive();
 // Reports text that stands behind a complete directive, at the severity of the
-// directives that look for it themselves.
+// directives that look for it themselves, and passes it.
 void check_for_end_of_directive();
+// The same for all other directives, behind whose operands the first token has
+// been read.
+void end_directive_line();
+
+// Whether the directive stands in the arguments of a macro, whose line goes on
+// behind it.
+inline bool is_inside_argument_list() {
+  return line_end_action == lea_append;
+}
 
 // The conditional directives; the scanner stands behind the directive's name.
 void proc_if(const a_source_position& position);

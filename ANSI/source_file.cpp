@@ -263,8 +263,7 @@ static void settle_include_guard(const an_input_stack_entry* entry) {
 }
 
 static void check_conditionals_of_file(const an_input_stack_entry* entry) {
-  bool may_span_files = C_dialect == cd_k_and_r || check_misra_c_2004;
-  if (!entry->is_include_file || !may_span_files)
+  if (!entry->is_include_file || !conditionals_may_span_files())
     verify_that_all_pp_ifs_were_closed();
   base_pp_if_stack_depth = entry->pp_if_stack_depth;
 }
@@ -313,7 +312,6 @@ void renumber_current_input_file(uint32_t line) {
   record_resumption_of_source_file(curr_ise->current_source_file, line, curr_ise->source_file,
                                    next_physical_line_of_current_file());
   curr_ise->lines_read = line - 1;
-  write_line_info(' ');
 }
 
 // Makes a record for the lines that follow, in the place of the clone in force.
@@ -336,7 +334,6 @@ void clone_current_input_file(const char* name, uint32_t line, bool is_system) {
   if (curr_ise->current_source_file != curr_ise->source_file)
     record_end_of_source_file(curr_ise->current_source_file);
   start_clone(name, line, is_system, curr_ise->source_file);
-  write_line_info(' ');
 }
 
 void push_cloned_input_stack_entry(const char* name, uint32_t line, bool is_system) {
@@ -348,7 +345,6 @@ void push_cloned_input_stack_entry(const char* name, uint32_t line, bool is_syst
   curr_ise->text.storage = nullptr;
   set_top_of_input_stack(depth_input_stack + 1);
   start_clone(name, line, is_system, parent);
-  write_line_info('1');
 }
 
 bool pop_cloned_input_stack_entry(uint32_t line) {
@@ -366,7 +362,6 @@ bool pop_cloned_input_stack_entry(uint32_t line) {
   set_top_of_input_stack(depth_input_stack - 1);
   record_resumption_of_source_file(curr_ise->current_source_file, line, curr_ise->source_file,
                                    next_physical_line_of_current_file());
-  write_line_info('2');
   return true;
 }
 

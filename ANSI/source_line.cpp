@@ -9,6 +9,7 @@
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "pp_output.h"
+#include "preproc.h"
 #include "source_file.h"
 
 #include <cstring>
@@ -289,6 +290,7 @@ void flush_pp_output_of_curr_line() {
     gen_pp_output_for_curr_line();
   if (f_raw_listing != nullptr)
     gen_expanded_raw_listing_output_for_curr_line(source_line_modif_list != nullptr);
+  no_token_separators_in_this_line_of_pp_output = no_token_separators_in_pp_output;
 }
 
 bool curr_line_is_directive() {

@@ -26,6 +26,16 @@ f(
 1)
      //CHECK:2 2 2
 Y Y Y
+// Pragmas among arguments come before the line, or act and leave it whole.
+     //CHECK:#pragma passes (a) b
+     //CHECK-NEXT:# [[@LINE+2]] "{{.*}}"
+     //CHECK-NEXT:[1 2]
+f(1
+#pragma passes /* but for this */ (a)  b
+#pragma push_macro("Y")
+2
+#pragma pop_macro("Y")
+)
 #pragma push_macro("Y")
 #define OTHER 1
 #pragma pop_macro("Y")
