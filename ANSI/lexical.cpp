@@ -527,14 +527,13 @@ static a_token_kind unrecognized_token() {
 }
 
 // At # or %: of `length` bytes: a directive, an operator of a macro definition,
-// or a fault.
+// or a fault. What begins a line with ## is no directive.
 static a_token_kind scan_sharp(int length) {
   char* p = curr_char_loc;
-  if (in_preprocessing_directive) {
-    bool is_double = length == 1 ? p[1] == '#' : p[2] == '%' && p[3] == ':';
+  bool is_double = is_double_sharp(p);
+  if (in_preprocessing_directive)
     return is_double ? punctuator(tok_sharp_sharp, 2 * length) : punctuator(tok_sharp, length);
-  }
-  if (curr_text_modif == nullptr && !line_has_token) {
+  if (curr_text_modif == nullptr && !line_has_token && !is_double) {
     if (currently_in_pp_if_skip)
       return punctuator(tok_sharp, length);
     curr_char_loc += length;
@@ -543,7 +542,7 @@ static a_token_kind scan_sharp(int length) {
     return scan_again;
   }
   report_token_error(ec_bad_use_of_sharp, p);
-  return punctuator(tok_error, length);
+  return punctuator(tok_error, is_double ? 2 * length : length);
 }
 
 // At a digraph that `:` follows: whether its own colon belongs to a `::` instead

@@ -335,7 +335,7 @@ void finish_raw_listing_file() {
   int error_number;
   if (!close_output_file(file, &error_number))
     return;
-  file_write_error(fk_raw_listing, error_number);
+  file_write_error(fk_raw_listing, 0);
 }
 
 // Whether the record is that of a definition in force: it wasn't followed by

@@ -297,7 +297,8 @@ bool curr_line_is_directive() {
   const char* p = curr_source_line;
   while (is_white_space(*p))
     p++;
-  return *p == '#' || (*p == '%' && p[1] == ':' && alternative_tokens_allowed);
+  bool is_sharp = *p == '#' || (*p == '%' && p[1] == ':' && alternative_tokens_allowed);
+  return is_sharp && !is_double_sharp(p);
 }
 
 // -- Logical lines ----------------------------------------------------------------------

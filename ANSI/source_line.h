@@ -36,6 +36,10 @@ extern a_source_position pos_of_macro_invocation;
 // in a file whose entry says so, at the end of the file.
 bool read_logical_source_line(bool pop_at_eof, bool append);
 
+// Whether the text, which begins with # or %:, begins with ## or %:%:.
+inline bool is_double_sharp(const char* p) {
+  return *p == '#' ? p[1] == '#' : p[2] == '%' && p[3] == ':';
+}
 // Whether the physical line with which the current line begins is a directive.
 bool curr_line_is_directive();
 // Writes what the current line owes to the preprocessed output and the listing.

@@ -19,6 +19,15 @@ f
 #endif
      //CHECK:(3)
 (3)
+     //CHECK:## if 0
+## if 0
+     //CHECK:%:%: define g
+%:%: define g
+#if 0
+##else
+not_there
+#endif
+     //CHECK-NOT:not_there
      //CHECK:[1]
 f(
 #undef Y
