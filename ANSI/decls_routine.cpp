@@ -85,6 +85,20 @@ static void note_modifiers(a_routine* routine, const a_decl_parse_state* state) 
   }
 }
 
+// Which definitions of inline functions are external ones. One file-scope
+// declaration without `inline` or with `extern` makes it so (C99 6.7.4 p6); in
+// the older GNU meaning the definition alone tells, unless it is `extern inline`.
+static void note_inline_definition(a_routine* routine, const a_decl_parse_state* state,
+                                   unsigned flags) {
+  if ((flags & drf_implicit) || is_in_function())
+    return;
+  const bool says_inline = state->modifiers.inline_seen;
+  const bool says_extern = state->storage_class == sc_extern;
+  if (std_c99_inlining ? !says_inline || says_extern
+                       : (flags & drf_definition) && !(says_inline && says_extern))
+    routine->has_external_declaration = true;
+}
+
 // A name that means something else here, or a function defined twice: the
 // declaration goes its own way with a symbol that nobody finds.
 static a_symbol* usable_match(a_symbol* match, a_symbol_locator* locator, bool is_definition) {
@@ -131,6 +145,7 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
       enter_extern_symbol(symk_extern_routine, locator)->variant.routine = routine;
   }
   note_modifiers(routine, state);
+  note_inline_definition(routine, state, flags);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;
   state->symbol = symbol;
   if (is_definition) {

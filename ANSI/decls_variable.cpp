@@ -165,7 +165,7 @@ static void note_local_variable(a_variable_declaration* decl) {
   if (decl->storage == sc_static) {
     a_routine* routine = scope_stack[depth_innermost_function_scope].routine;
     routine->has_local_statics = true;
-    if (std_c99_inlining)
+    if (std_c99_inlining && !is_const_qualified_type(decl->state->declared_type))
       check_c99_inline_definition(routine, &decl->locator->position, true);
   }
   record_entity_in_decl_stmt_if_needed(symbol);

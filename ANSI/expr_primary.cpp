@@ -28,7 +28,7 @@ static void parameter_of_prototype(a_symbol* symbol, an_operand* result) {
 // A name of a function that the file inlines may matter to its definition
 // elsewhere (C99 6.7.4 p3).
 static void check_reference_from_inline(const a_source_correspondence* corresp) {
-  if (corresp->linkage != idl_internal || depth_innermost_function_scope < 0 ||
+  if (!std_c99_inlining || corresp->linkage != idl_internal || depth_innermost_function_scope < 0 ||
       !expr_stack->flags.references_count)
     return;
   a_routine* routine = scope_stack[depth_innermost_function_scope].routine;

@@ -469,7 +469,9 @@ struct a_routine {
   uint32_t has_body : 1;
   uint32_t is_ramfunc : 1;
   uint32_t exception_spec_is_implicit : 1;
-  uint32_t unused_flags : 18;
+  // Of an inline function in C: its definition is an external one.
+  uint32_t has_external_declaration : 1;
+  uint32_t unused_flags : 17;
   a_class_list_entry* friend_classes;
   a_template_arg* template_args;
   a_template* assoc_template;

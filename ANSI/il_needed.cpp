@@ -246,17 +246,11 @@ void set_routine_defined(a_routine* routine) {
 namespace {
 
 // A definition that another unit may refer to. An inline function is emitted
-// only where the language makes it an external definition (C99 6.7.4 p6; in
-// the older GNU meaning `extern` is what makes it none).
+// only where the language makes it an external definition.
 bool is_external_definition(const a_routine* routine) {
   if (!routine->defined || routine->source_corresp.linkage != idl_external)
     return false;
-  if (!routine->is_inline)
-    return true;
-  if (in_cplusplus_mode())
-    return false;
-  bool says_extern = routine->storage_kind == sc_extern;
-  return routine->is_gnu_inline ? !says_extern : says_extern;
+  return !routine->is_inline || (in_C_mode() && routine->has_external_declaration);
 }
 
 bool is_root(const a_routine* routine) {

@@ -96,7 +96,8 @@ static bool is_remembered_projection(const a_symbol* symbol) {
 
 // A tag is held back until a name that hides it has been ruled out (C++11
 // 3.3.10); so is the projection of one, which gives way to a tag declared here.
-// What an earlier lookup found in a base class is no declaration of the scope.
+// A name that was used undefined gives way to any declaration. What an earlier
+// lookup found in a base class is no declaration of the scope.
 a_symbol* table_lookup(a_scope_pointers_block* block, const a_lookup* lookup) {
   if (block == nullptr || block->symbols == nullptr)
     return nullptr;
@@ -104,15 +105,18 @@ a_symbol* table_lookup(a_scope_pointers_block* block, const a_lookup* lookup) {
   if (entry == nullptr)
     return nullptr;
   a_symbol* tag = nullptr;
+  a_symbol* undefined = nullptr;
   for (a_symbol* symbol = entry->first; symbol != nullptr; symbol = symbol->next_in_table_list) {
     if (!is_acceptable(lookup, symbol) || is_remembered_projection(symbol))
       continue;
-    if (!is_tag_like_symbol(fundamental_symbol_of(symbol)))
+    if (symbol->kind == symk_undefined)
+      undefined = symbol;
+    else if (!is_tag_like_symbol(fundamental_symbol_of(symbol)))
       return symbol;
-    if (tag == nullptr || tag->kind == symk_namespace_projection)
+    else if (tag == nullptr || tag->kind == symk_namespace_projection)
       tag = symbol;
   }
-  return tag;
+  return tag != nullptr ? tag : undefined;
 }
 
 // ---- Lookups ----
@@ -139,13 +143,17 @@ static a_symbol* settle_lookup(a_symbol_locator* locator, const a_lookup* lookup
   return settle(locator, found);
 }
 
-static bool is_wanted_in_scope(const a_lookup* lookup, const a_symbol* symbol) {
-  if (!(lookup->name_spaces >> name_space_for_symbol_kind[symbol->kind] & 1))
-    return false;
-  // A name that was used undefined is free for a declaration.
+// Whether the symbol is a declaration of its scope for these options. A name
+// that was used undefined is free for a declaration.
+static bool is_declared_for(const a_lookup* lookup, const a_symbol* symbol) {
   if (symbol->kind == symk_undefined)
     return false;
-  if (symbol->kind == symk_projection && !(lookup->options & ilo_accept_projections))
+  return symbol->kind != symk_projection || (lookup->options & ilo_accept_projections);
+}
+
+static bool is_wanted_in_scope(const a_lookup* lookup, const a_symbol* symbol) {
+  if (!(lookup->name_spaces >> name_space_for_symbol_kind[symbol->kind] & 1) ||
+      !is_declared_for(lookup, symbol))
     return false;
   return !(lookup->options & ilo_tag) ||
          is_tag_like_symbol(fundamental_symbol_of(const_cast<a_symbol*>(symbol)));
@@ -163,10 +171,7 @@ static a_symbol* reopened_scope_lookup(a_scope_stack_entry* entry, const a_looku
     return nullptr;
   }
   a_symbol* found = table_lookup(pointers_block_of_entry(entry), lookup);
-  if (found != nullptr && found->kind == symk_projection &&
-      !(lookup->options & ilo_accept_projections))
-    return nullptr;
-  return found;
+  return found != nullptr && is_declared_for(lookup, found) ? found : nullptr;
 }
 
 static a_symbol* lookup_in_open_scope(const a_symbol_header* header, int depth, uint32_t options) {

@@ -17,6 +17,7 @@
 #include "source_file.h"
 #include "statements.h"
 #include "symbol_tbl.h"
+#include "types.h"
 
 #include <cstring>
 
@@ -105,7 +106,22 @@ static void check_local_variable(a_symbol* symbol) {
     report_once(symbol, es_warning, ec_set_but_not_used);
 }
 
-// A variable of file scope: only one that no other unit can see is judged.
+// A tentative definition ends as a definition, for which the type must be
+// known by now; an array of unknown bound has one element (C99 6.9.2 p2, p5).
+static void finish_tentative_definition(a_symbol* symbol) {
+  a_variable* variable = symbol->variant.variable;
+  if (!in_C_mode() || variable == nullptr || !variable->is_tentative)
+    return;
+  a_type* type = variable->type;
+  if (is_incomplete_array_type(type))
+    variable->type =
+        type_plus_qualifiers_from_second_type(make_array_type(array_element_type(type), 1), type);
+  else if (is_incomplete_type(type) && !is_error_type(type))
+    report_once(symbol, es_error, ec_var_retained_incomp_type);
+}
+
+// Whether it is used, only this unit can tell of a variable with internal
+// linkage.
 static void check_static_variable(a_symbol* symbol) {
   const a_variable* variable = symbol->variant.variable;
   if (variable == nullptr || variable->source_corresp.linkage != idl_internal ||
@@ -154,10 +170,12 @@ static void check_symbol_at_end_of_scope(a_symbol* symbol, a_scope_kind kind) {
     check_label(symbol);
     break;
   case symk_variable:
-    if (is_local)
+    if (is_local) {
       check_local_variable(symbol);
-    else if (is_file_or_namespace(kind))
+    } else if (is_file_or_namespace(kind)) {
+      finish_tentative_definition(symbol);
       check_static_variable(symbol);
+    }
     break;
   case symk_routine:
     if (is_file_or_namespace(kind))
@@ -213,9 +231,11 @@ void check_c99_inline_definition(a_routine* routine, const a_source_position* po
   last_c99_inline_use = use;
 }
 
-static bool is_external_inline_definition(const a_routine* routine) {
+// Whether the definition is an inline one of a function with external linkage:
+// another unit has the external definition (C99 6.7.4 p6).
+static bool is_inline_definition(const a_routine* routine) {
   return routine->is_inline && routine->source_corresp.linkage == idl_external &&
-         routine->storage_kind != sc_extern;
+         !routine->has_external_declaration;
 }
 
 void clear_c99_inline_uses() {
@@ -227,7 +247,7 @@ void judge_c99_inline_definitions() {
   const an_error_severity severity =
       strict_ansi_mode ? strict_ansi_discretionary_severity : es_discretionary_error;
   for (const a_c99_inline_use* use = first_c99_inline_use; use != nullptr; use = use->next) {
-    if (is_external_inline_definition(use->routine))
+    if (is_inline_definition(use->routine))
       pos_diagnostic(severity,
                      use->defines_static ? ec_static_variable_in_inline_function
                                          : ec_bad_linkage_of_ref_within_inline_function,

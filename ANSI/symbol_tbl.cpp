@@ -409,14 +409,14 @@ static bool is_tag(const a_symbol* symbol) {
 
 // Whether `other`, already on the chain, stands before a new symbol of the
 // scope at `depth`: keywords and macros lead the chain, inner scopes follow
-// and, in C++, a tag stands behind the other names of its own scope.
+// and, in C++, a tag stands behind the other names declared in its own scope.
 static bool stands_in_front(const a_symbol* other, const a_symbol* symbol, int depth) {
   if (other->kind == symk_keyword || other->kind == symk_macro)
     return true;
   if (depth < depth_scope_stack && is_number_of_inner_scope(other->scope_number, depth))
     return true;
   return in_cplusplus_mode() && other->scope_number == symbol->scope_number && is_tag(symbol) &&
-         !is_tag(other);
+         !is_tag(other) && other->kind != symk_undefined;
 }
 
 static void insert_on_chain(a_symbol* symbol, a_symbol** chain, int depth) {
@@ -829,7 +829,24 @@ void remove_symbol_from_lookup_table(a_symbol* symbol, a_scope_pointers_block* b
   replace_in_table(symbol, nullptr, block);
 }
 
+static a_symbol* overload_set_of(const a_symbol* symbol) {
+  switch (symbol->kind) {
+  case symk_member_function:
+  case symk_routine:
+  case symk_function_template:
+  case symk_projection:
+  case symk_namespace_projection:
+    return symbol->supplement.overload_set;
+  default:
+    return nullptr;
+  }
+}
+
 void remove_symbol(a_symbol* symbol) {
+  if (a_symbol* set = overload_set_of(symbol)) {
+    remove_symbol_from_overload_set(symbol, set);
+    return;
+  }
   bool has_no_scope;
   a_scope_pointers_block* block = block_of_symbol(symbol, &has_no_scope);
   unlink_symbol_from_symbol_table(symbol);

@@ -380,7 +380,8 @@ void add_symbol_to_table_of_class(a_symbol* symbol, a_type* class_type);
 void unlink_symbol_from_symbol_table(a_symbol* symbol);
 void add_symbol_to_inactive_list(a_symbol* symbol);
 void remove_symbol_from_inactive_list(a_symbol* symbol);
-// Takes a symbol off its chain, its scope's list and its scope's table.
+// Takes a symbol off its chain, its scope's list and its scope's table, or off
+// the overload set that stands there for it.
 void remove_symbol(a_symbol* symbol);
 void remove_symbol_from_lookup_table(a_symbol* symbol, a_scope_pointers_block* block);
 

@@ -22,6 +22,8 @@ int h(void) { return missing; }
 int file_scope = nowhere;
 // CHECK-NEXT: line [[@LINE-1]]: error #20:
 int again = nowhere;
+int nowhere; // a declaration takes the name
+char checked[sizeof nowhere == sizeof(int) ? 1 : -1];
 void proto(int n, char a[sizeof n], char b[n]);
 // CHECK-NEXT: line [[@LINE-1]]: error #413:
 typedef int T;

@@ -173,7 +173,7 @@ TEST_F(ScopeStack, InlineDefinitionsAreJudgedAtTheEnd) {
   check_c99_inline_definition(inline_definition, &position, true);
   check_c99_inline_definition(made_extern, &position, false);
   // A later declaration makes it an external definition.
-  made_extern->storage_kind = sc_extern;
+  made_extern->has_external_declaration = true;
   pop_scope();
   EXPECT_EQ(total_errors, 1u);
   EXPECT_NE(messages().find("static storage duration"), std::string::npos);

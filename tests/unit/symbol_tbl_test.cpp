@@ -132,6 +132,22 @@ TEST_F(SymbolTable, UnknownNamesAreReportedOnce) {
   EXPECT_NE(messages().find("nowhere"), std::string::npos);
 }
 
+TEST_F(SymbolTable, UndefinedNamesGiveWayToDeclarations) {
+  restart_in_cplusplus();
+  for (a_symbol_kind kind : {symk_variable, symk_class_or_struct}) {
+    const char* name = symbol_kind_names[kind];
+    a_symbol* undefined = enter(symk_undefined, name);
+    EXPECT_EQ(look_up(name), undefined);
+    EXPECT_EQ(look_up_here(name), nullptr);
+    a_symbol* declared = enter(kind, name);
+    EXPECT_EQ(look_up(name), declared);
+    EXPECT_EQ(look_up_here(name), declared);
+    // The same by the table of the scope.
+    a_symbol_locator locator = locator_for(name);
+    EXPECT_EQ(normal_id_lookup(&locator, ilo_exclude_block_scopes), declared);
+  }
+}
+
 TEST_F(SymbolTable, KeywordsAndMacrosLeadTheChain) {
   enter_keyword(98, "restrict");
   enter_keyword(99, "restrict");
@@ -188,7 +204,7 @@ TEST_F(SymbolTable, OverloadSetTakesThePlaceOfItsFirstMember) {
   EXPECT_EQ(f2->next_homonym, f3);
   remove_symbol_from_overload_set(f1, set);
   EXPECT_EQ(look_up("f"), set);
-  remove_symbol_from_overload_set(f3, set);
+  remove_symbol(f3);
   EXPECT_EQ(look_up("f"), f2);
   EXPECT_EQ(look_up_here("f"), f2);
   EXPECT_EQ(f2->prev_in_scope, before);
