@@ -110,7 +110,7 @@ static void check_local_variable(a_symbol* symbol) {
 // known by now; an array of unknown bound has one element (C99 6.9.2 p2, p5).
 static void finish_tentative_definition(a_symbol* symbol) {
   a_variable* variable = symbol->variant.variable;
-  if (!in_C_mode() || variable == nullptr || !variable->is_tentative)
+  if (variable == nullptr || !variable->is_tentative)
     return;
   a_type* type = variable->type;
   if (is_incomplete_array_type(type))
@@ -170,12 +170,10 @@ static void check_symbol_at_end_of_scope(a_symbol* symbol, a_scope_kind kind) {
     check_label(symbol);
     break;
   case symk_variable:
-    if (is_local) {
+    if (is_local)
       check_local_variable(symbol);
-    } else if (is_file_or_namespace(kind)) {
-      finish_tentative_definition(symbol);
+    else if (is_file_or_namespace(kind))
       check_static_variable(symbol);
-    }
     break;
   case symk_routine:
     if (is_file_or_namespace(kind))
@@ -208,6 +206,8 @@ void wrapup_scope(a_scope*, a_scope_kind kind, a_scope_pointers_block* block, in
   const bool wants_checks =
       kind_has_checks(kind) && (depth < 0 || !scope_stack[depth].unwanted_diagnostics);
   for (a_symbol* symbol = block->first_symbol; symbol != nullptr; symbol = symbol->next_in_scope) {
+    if (kind == sk_file && symbol->kind == symk_variable && in_C_mode())
+      finish_tentative_definition(symbol);
     if (wants_checks)
       check_symbol_at_end_of_scope(symbol, kind);
     unlink_symbol_from_symbol_table(symbol);
