@@ -365,6 +365,9 @@ void move_to_end_of_types_list(a_type* type, int depth) {
   a_list_place place =
       depth == -1 ? place_of_scope(listing_scope_of(&type->source_corresp)) : place_at_depth(depth);
   a_type** tail = tail_of(place, &a_scope_pointers_block::last_type);
+  // Most types are declared and defined at once; spare them the walk.
+  if (tail != nullptr && *tail == type)
+    return;
   unlink(&place.scope->types, tail, type);
   append(&place.scope->types, tail, type);
 }
