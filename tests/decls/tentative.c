@@ -16,12 +16,12 @@ int read(void) { return first.b + unknown_bound[0] + typedef_bound[0] + elsewher
 // FILE-DAG: symbol unknown_bound class global type int[1] size 32
 // FILE-DAG: symbol typedef_bound class global type {{.*}}[1] size 32
 // FILE-DAG: symbol known_later class global type int[3] size 96
-// FILE-DAG: symbol elsewhere class external type int[] size 0
+// FILE-DAG: symbol elsewhere class extern type int[] size 0
 // FILE-DAG: symbol first class global type struct completed_later size 64
 
 #ifdef FAULTS
 extern struct never external_may_stay;
-// FAULT: line [[#@LINE+1]]: error #237: variable "never_completed"{{.*}} was declared with a type that was never completed
+// FAULT: line [[#@LINE+1]]: error #237: variable "never_completed" was declared with a type that was never completed
 struct never never_completed;
 // FAULT: 1 error detected
 #endif
