@@ -264,7 +264,7 @@ void do_include_directory(const an_option& option, const char* argument) {
     mark_start_of_sys_incl_search_path();
     return;
   }
-  add_to_incl_search_path(file_name_in_internal_encoding(argument), option.value != 0);
+  add_to_include_search_path(file_name_in_internal_encoding(argument), option.value != 0);
 }
 
 void do_preinclude(const an_option&, const char* argument) {

@@ -245,6 +245,10 @@ void choose_default_dialect() {
     C_dialect = cd_ansi_c;
 }
 
+bool mode_excludes_gnu() {
+  return strict_ansi_mode || C_dialect == cd_k_and_r || SVR4_C_mode;
+}
+
 void check_mode_combinations() {
   bool k_and_r = C_dialect == cd_k_and_r;
   if (strict_ansi_mode && (k_and_r || pcc_preprocessing_mode))
@@ -263,15 +267,14 @@ void check_mode_combinations() {
     command_line_error(ec_cl_strict_mode_incompatible_with_SVR4);
   bool gnu_option = gcc_mode || gpp_mode || clang_mode;
   bool wrong_language = (gcc_mode && in_cplusplus_mode()) || (gpp_mode && in_C_mode());
-  if (gnu_option && (strict_ansi_mode || k_and_r || wrong_language || (gcc_mode && gpp_mode)))
+  if (gnu_option && (mode_excludes_gnu() || wrong_language || (gcc_mode && gpp_mode)))
     command_line_error(ec_cl_incompatible_language_modes);
 }
 
 // GNU C and C++ are the default, except where a mode excludes them.
 void settle_gnu_mode() {
   bool settled = option_seen[in_C_mode() ? oc_gcc : oc_gpp];
-  bool excluded = strict_ansi_mode || C_dialect == cd_k_and_r || SVR4_C_mode;
-  gnu_mode = gcc_mode || gpp_mode || clang_mode || (!settled && !excluded);
+  gnu_mode = gcc_mode || gpp_mode || clang_mode || (!settled && !mode_excludes_gnu());
   if (gnu_mode) {
     gcc_mode = in_C_mode();
     gpp_mode = in_cplusplus_mode();
@@ -353,7 +356,7 @@ void add_default_include_search_path() {
     return;
   static std::string name; // the search path keeps a pointer into it
   name = combine_dir_and_file_name(znt_base_directory, "include", nullptr);
-  add_to_incl_search_path(name.c_str(), true);
+  add_to_include_search_path(name.c_str(), true);
 }
 
 void derive_preprocessing_modes() {

@@ -82,12 +82,12 @@ void do_embed_opts(const an_option&, const char* argument) {
   add_option_set(0, count);
 }
 
-void do_override_opts(const an_option& option, const char* argument) {
+void do_override_opts(const an_option&, const char* argument) {
   if (icode_optlist.empty())
     command_line_error(ec_missing_base_option_set);
   const char* count_word = take_plain_word();
   if (count_word == nullptr)
-    str_command_line_error(ec_cl_missing_argument, (std::string("--") + option.name).c_str());
+    command_line_error(ec_cl_missing_override_args);
   unsigned long count = option_number(count_word, max_words_of_option_set);
   uint32_t id = icode_optlist.back().id + 1;
   lookup_opt_override(argument, true)->set_id = id;

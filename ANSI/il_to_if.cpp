@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "cmd_line.h"
 #include "error.h"
 #include "host_envir.h"
 #include "if_write_util.h"
@@ -70,6 +71,17 @@ void start_generator() {
   update_gen_position(error_position);
   start_symbols();
   start_declarations();
+}
+
+// Tells that options of its own hold for the whole unit. The words for the other
+// passes stand in a set, so the second text is empty.
+void gen_override_of_unit() {
+  const OPT_OVERRIDE* entry = get_opt_override(nullptr, nullptr);
+  if (entry == nullptr)
+    return;
+  const char* word = entry->front_end_word == nullptr ? "" : entry->front_end_word;
+  PRAGMA pragma(ifpk_OPT_OVERRIDE, {word, ""});
+  gen_file->if_write_pragma(&pragma);
 }
 
 // ---- Routines ----
@@ -198,6 +210,7 @@ void back_end() {
   gen_file->if_write_comment(command_line_comment().c_str());
   for (const OPTION_SET& set : icode_optlist)
     gen_file->if_enter_option_set(set);
+  gen_override_of_unit();
   gen_pragmas(gen_scope->pragmas, nullptr, pragma_of_file);
   prepare_routines();
   enter_routines();

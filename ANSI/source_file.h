@@ -250,7 +250,7 @@ extern a_file_name_list_entry* macro_preinclude_file_list;
 void add_to_file_name_list(a_file_name_list_entry** list, const char* name);
 
 // Adds a directory at the end of the path.
-void add_to_incl_search_path(const char* name, bool is_system);
+void add_to_include_search_path(const char* name, bool is_system);
 // The marker `-I-`: entries added from here on are searched for <...>, those
 // before only for "...".
 void mark_start_of_sys_incl_search_path();

@@ -51,7 +51,7 @@ static a_directory_name_entry* new_directory_name_entry(const char* name, bool i
   return entry;
 }
 
-void add_to_incl_search_path(const char* name, bool is_system) {
+void add_to_include_search_path(const char* name, bool is_system) {
   a_directory_name_entry* entry = new_directory_name_entry(name, is_system);
   if (end_incl_search_path == nullptr)
     incl_search_path = entry;

@@ -318,8 +318,8 @@ TEST_F(SourceFiles, SearchPaths) {
   write("two/plain.hpp", "plain\n");
   std::filesystem::create_directories(directory + "one/only.h");
   std::string paths[] = {directory + "main/", directory + "one", directory + "two"};
-  add_to_incl_search_path(paths[1].c_str(), false);
-  add_to_incl_search_path(paths[2].c_str(), true);
+  add_to_include_search_path(paths[1].c_str(), false);
+  add_to_include_search_path(paths[2].c_str(), true);
   put_current_directory_slot_on_incl_search_path(paths[0].c_str());
   open("m\n");
   incl_search_path->name = paths[0].c_str();
@@ -352,10 +352,10 @@ TEST_F(SourceFiles, TheMarkerCutsUserDirectoriesOff) {
   write("one/a.h", "one\n");
   write("two/b.h", "two\n");
   std::string paths[] = {directory + "one", directory + "two"};
-  add_to_incl_search_path(paths[0].c_str(), false);
+  add_to_include_search_path(paths[0].c_str(), false);
   mark_start_of_sys_incl_search_path();
   EXPECT_FALSE(header_can_be_found("a.h", true, false));
-  add_to_incl_search_path(paths[1].c_str(), false);
+  add_to_include_search_path(paths[1].c_str(), false);
   EXPECT_FALSE(header_can_be_found("a.h", true, false));
   EXPECT_TRUE(header_can_be_found("b.h", true, false));
   EXPECT_TRUE(header_can_be_found("a.h", false, false));
@@ -363,9 +363,9 @@ TEST_F(SourceFiles, TheMarkerCutsUserDirectoriesOff) {
 
 TEST_F(SourceFiles, DuplicateDirectories) {
   for (const char* name : {"a", "b", "./a", "c"})
-    add_to_incl_search_path(name, false);
+    add_to_include_search_path(name, false);
   for (const char* name : {"c/", "d"})
-    add_to_incl_search_path(name, true);
+    add_to_include_search_path(name, true);
   remove_duplicate_include_directories();
   std::string names;
   for (auto* entry = incl_search_path; entry != nullptr; entry = entry->next)
