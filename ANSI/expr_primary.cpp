@@ -7,6 +7,7 @@
 #include "lookup.h"
 #include "mode_words.h"
 #include "scope_stk.h"
+#include "sys_predef.h"
 
 #include <cstring>
 
@@ -63,6 +64,8 @@ void scan_identifier(an_operand* result) {
     return;
   }
   a_symbol* symbol = normal_id_lookup(&locator, ilo_none);
+  if (!symbol)
+    symbol = load_builtin_function(locator.header);
   if (!symbol) {
     make_undefined_symbol_operand(&locator, result);
     get_token();

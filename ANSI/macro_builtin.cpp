@@ -89,19 +89,23 @@ static void operand_error(an_error_code code) {
   some_error_in_curr_directive = 1;
 }
 
-static bool scan_defined_operand() {
+static bool scan_defined_operand(const a_source_position& position) {
+  bool comes_from_macro = curr_text_modif != nullptr;
   get_token();
   bool has_paren = curr_token == tok_lparen;
   if (has_paren)
     get_token();
   if (curr_token != tok_identifier) {
+    misra_check_defined_operator(false, position);
     operand_error(ec_exp_identifier);
     return false;
   }
   a_symbol* symbol = find_defined_macro(header_of_curr_identifier());
   if (symbol != nullptr)
     record_symbol_reference(srk_reference, symbol, &pos_curr_token, true);
-  if (has_paren && get_token() != tok_rparen)
+  bool is_closed = !has_paren || get_token() == tok_rparen;
+  misra_check_defined_operator(is_closed && !comes_from_macro, position);
+  if (!is_closed)
     operand_error(ec_exp_rparen);
   return symbol != nullptr;
 }
@@ -359,7 +363,7 @@ static void expand_operator_of_if(a_symbol* symbol, a_builtin_macro_kind kind,
   fetch_unexpanded_pp_tokens();
   ++num_macro_invocations_in_process;
   push_lexical_state_stack();
-  bool value = kind == bmk_defined ? scan_defined_operand() : feature_test_value(kind);
+  bool value = kind == bmk_defined ? scan_defined_operand(position) : feature_test_value(kind);
   pop_lexical_state_stack();
   --num_macro_invocations_in_process;
   replace_invocation_by_string(symbol, value ? "1" : "0", 1, position);

@@ -29,11 +29,11 @@ char* delete_source_from_loc;
 static constexpr size_t first_text_chunk_size = 4000;
 static constexpr size_t max_macro_text = size_t{1} << 27;
 // What one logical line may cost, in bytes: the memory that its expansions hold,
-// records and text, and all text made on the way, with a share for each
-// expansion.
+// records, text and arguments, and all text read and made on the way, with a
+// share for each expansion.
 static constexpr size_t max_expansion_memory = size_t{1} << 27;
-static constexpr size_t max_expansion_work = size_t{1} << 31;
-static constexpr size_t work_of_expansion = 64;
+static constexpr size_t max_expansion_work = size_t{1} << 29;
+static constexpr size_t work_of_expansion = 256;
 
 struct a_text_chunk {
   char* data;
@@ -93,9 +93,9 @@ void release_macro_text(const a_macro_text_mark& mark) {
 
 // Macros that name one another several times expand without end in effect:
 // neither memory nor patience is to run out.
-static void count_expansion(size_t text_length) {
-  used_expansion_memory += text_length + sizeof(a_source_line_modif);
-  expansion_work += text_length + work_of_expansion;
+static void count_expansion(size_t memory, size_t work) {
+  used_expansion_memory += memory;
+  expansion_work += work;
   if (expansion_work > max_expansion_work || used_expansion_memory > max_expansion_memory)
     catastrophe(ec_requested_size_too_large);
 }
@@ -142,6 +142,7 @@ bool macro_is_being_expanded(const a_symbol* symbol) {
     if (found && (!pcc_preprocessing_mode || num_levels >= max_old_style_levels))
       return true;
   }
+  expansion_work += static_cast<size_t>(num_levels);
   return false;
 }
 
@@ -208,15 +209,18 @@ static a_macro_arg* alloc_macro_arg() {
 
 // The arguments of an invocation; the first ones are also at hand by number.
 struct an_arg_list {
-  an_arg_list() : first(nullptr), last(nullptr), count(0) {}
+  an_arg_list() : first(nullptr), last(nullptr), count(0), counted_memory(0) {}
   ~an_arg_list();
   an_arg_list(const an_arg_list&) = delete;
   an_arg_list& operator=(const an_arg_list&) = delete;
   a_macro_arg* append();
+  // Counts a finished text of an argument among what the line costs.
+  void count_text(const a_growing_text& text);
   a_macro_arg* at(uint32_t number) const; // from 1
   a_macro_arg* first;
   a_macro_arg* last;
   uint32_t count;
+  size_t counted_memory; // of their texts
   static constexpr uint32_t num_direct = 51;
   a_macro_arg* direct[num_direct];
 };
@@ -226,6 +230,12 @@ an_arg_list::~an_arg_list() {
     return;
   last->next = avail_macro_args;
   avail_macro_args = first;
+  used_expansion_memory -= counted_memory;
+}
+
+void an_arg_list::count_text(const a_growing_text& text) {
+  counted_memory += text.length;
+  count_expansion(text.length, text.length);
 }
 
 a_macro_arg* an_arg_list::append() {
@@ -375,6 +385,7 @@ static void collect_macro_args(const a_macro_def* def, const a_source_position& 
       --depth;
     } else if (curr_token == tok_comma && depth == 0 && comma_ends_argument(def, args->count)) {
       end_text(&arg->raw);
+      args->count_text(arg->raw);
       arg = args->append();
       continue;
     } else if (curr_token == tok_identifier) {
@@ -384,6 +395,7 @@ static void collect_macro_args(const a_macro_def* def, const a_source_position& 
     append_curr_token(&arg->raw, &end_of_previous);
   }
   end_text(&arg->raw);
+  args->count_text(arg->raw);
   comma_is_from_argument = 0;
   remove_stop_token(tok_rparen);
   remove_stop_token(tok_comma);
@@ -463,8 +475,10 @@ static void expand_args_that_need_it(const a_macro_def* def, an_arg_list* args,
   a_macro_param* param = def->params;
   for (a_macro_arg* arg = args->first; arg != nullptr && param != nullptr;
        arg = arg->next, param = param->next)
-    if (param->is_referenced_expanded && arg->has_identifier)
+    if (param->is_referenced_expanded && arg->has_identifier) {
       expand_macro_arg(arg, position);
+      args->count_text(arg->expanded);
+    }
 }
 
 // -- The replacement text
@@ -554,6 +568,7 @@ static size_t measure_replacement(const a_macro_def* def, const an_arg_list& arg
 struct a_replacement {
   char* start;
   char* end;
+  char* operand; // where the left operand of a ## behind it would begin
   a_concatenation_record* concatenations;
   // What follows begins another token.
   bool separator_is_due;
@@ -605,39 +620,14 @@ static void put_stringized(a_replacement* out, const a_growing_text& text, char 
   *out->end++ = quote;
 }
 
-// The name that ends the left operand of ## makes a new token, so it isn't inert
-// any more.
-static void drop_inert_mark_of_last_name(a_replacement* out) {
-  char* p = out->end;
-  while (p > out->start && is_id_char[static_cast<unsigned char>(p[-1])])
-    --p;
-  if (p == out->end || p - out->start < 2 || p[-2] != 0 ||
-      (p[-1] != mtm_inert && p[-1] != mtm_temporarily_inert))
-    return;
-  memmove(p - 2, p, static_cast<size_t>(out->end - p));
-  out->end -= 2;
+// A name that a pasting uses up makes a new token, which isn't inert.
+static bool is_inert_mark(const char* p) {
+  return p[0] == 0 && (p[1] == mtm_inert || p[1] == mtm_temporarily_inert);
 }
 
-// The right operand of ##. The pasting takes its first token only: where a
-// number would swallow a sign behind that, the two are kept apart.
-static void put_right_operand(a_replacement* out, const char* text, size_t length) {
-  if (length >= 2 && text[0] == 0 && text[1] == mtm_inert) {
-    text += 2;
-    length -= 2;
-  }
-  size_t token_length = 0;
-  while (token_length < length && is_id_char[static_cast<unsigned char>(text[token_length])])
-    ++token_length;
-  bool sign_follows = token_length != 0 && token_length < length &&
-                      (text[token_length] == '+' || text[token_length] == '-') &&
-                      strchr("eEpP", text[token_length - 1]) != nullptr;
-  if (!sign_follows || (*text >= '0' && *text <= '9')) {
-    put_text(out, text, length);
-    return;
-  }
-  put_text(out, text, token_length);
-  put_separator(out);
-  put_text(out, text + token_length, length - token_length);
+static void remove_mark(a_replacement* out, char* mark) {
+  memmove(mark, mark + 2, static_cast<size_t>(out->end - mark - 2));
+  out->end -= 2;
 }
 
 // Whether the ## before an element joins a comma to a variadic argument
@@ -666,8 +656,8 @@ static void put_old_style_argument(a_replacement* out, const a_growing_text& tex
       *out->end++ = *p;
 }
 
-static void put_element(a_replacement* out, const a_body_element& element, const an_arg_list& args,
-                        bool is_right_operand) {
+static void put_element(a_replacement* out, const a_body_element& element,
+                        const an_arg_list& args) {
   if (element.code == mbc_text) {
     put_text(out, element.text, element.value);
     return;
@@ -677,8 +667,6 @@ static void put_element(a_replacement* out, const a_body_element& element, const
   case mbc_raw_param:
     if (pcc_preprocessing_mode)
       put_old_style_argument(out, arg->raw);
-    else if (is_right_operand)
-      put_right_operand(out, arg->raw.start, arg->raw.length);
     else
       put_text(out, arg->raw.start, arg->raw.length);
     break;
@@ -694,11 +682,6 @@ static void put_element(a_replacement* out, const a_body_element& element, const
   }
 }
 
-// No pasting makes the start of a comment.
-static bool pasting_makes_comment(const char* seam) {
-  return seam[-1] == '/' && (*seam == '/' || *seam == '*');
-}
-
 static void separate_at(a_replacement* out, char* seam) {
   memmove(seam + 2, seam, static_cast<size_t>(out->end - seam));
   out->end += 2;
@@ -706,22 +689,57 @@ static void separate_at(a_replacement* out, char* seam) {
   seam[1] = mtm_separator;
 }
 
+// Where a word stands behind a word they are one, whatever they were.
+static bool join_words_at(a_replacement* out, char* seam) {
+  char* p = seam;
+  while (p < out->end && is_id_char[static_cast<unsigned char>(*p)])
+    ++p;
+  if (p != out->end || !is_id_char[static_cast<unsigned char>(seam[-1])])
+    return false;
+  p = seam;
+  while (p > out->start && is_id_char[static_cast<unsigned char>(p[-1])])
+    --p;
+  if (p - out->start >= 2 && is_inert_mark(p - 2))
+    remove_mark(out, p - 2);
+  return true;
+}
+
+// At the place where the operands of ## meet: what makes no token together stays
+// two tokens, and what does takes in nothing else.
+static void join_at(a_replacement* out, char* seam) {
+  char* left = out->operand + offset_of_last_pp_token(out->operand, seam);
+  char* right = is_inert_mark(seam) ? seam + 2 : seam;
+  a_pasting pasting = paste_tokens(left, seam, right, out->end);
+  char* behind_right = right + pasting.right_length;
+  bool takes_all = pasting.makes_token && behind_right == out->end;
+  if (pasting.makes_token) {
+    if (pasting.takes_more)
+      separate_at(out, behind_right);
+    if (right != seam)
+      remove_mark(out, seam);
+    if (left - out->start >= 2 && is_inert_mark(left - 2)) {
+      remove_mark(out, left - 2);
+      left -= 2;
+      seam -= 2;
+    }
+  } else if (pasting.splits_right && right == seam) {
+    separate_at(out, seam);
+  }
+  out->operand = takes_all ? left : seam;
+  if (check_concatenations)
+    add_concatenation_record(&out->concatenations, seam);
+}
+
 // Without text on one side, what stands on the other stays as it is.
 static void put_pasted_element(a_replacement* out, const a_body_element& element,
                                const an_arg_list& args) {
   bool left_is_empty = out->separator_is_due || out->end == out->start;
-  bool right_is_empty = element.code == mbc_raw_param && args.at(element.value)->raw.length == 0;
-  if (left_is_empty || right_is_empty) {
-    put_element(out, element, args, false);
-    return;
-  }
-  drop_inert_mark_of_last_name(out);
   char* seam = out->end;
-  put_element(out, element, args, true);
-  if (check_concatenations)
-    add_concatenation_record(&out->concatenations, seam);
-  if (pasting_makes_comment(seam))
-    separate_at(out, seam);
+  put_element(out, element, args);
+  if (left_is_empty)
+    out->operand = seam;
+  else if (out->end != seam && !pcc_preprocessing_mode && !join_words_at(out, seam))
+    join_at(out, seam);
 }
 
 static void end_replacement(a_replacement* out) {
@@ -731,7 +749,7 @@ static void end_replacement(a_replacement* out) {
 
 static a_replacement build_replacement(const a_macro_def* def, const an_arg_list& args) {
   char* text = alloc_macro_text(measure_replacement(def, args));
-  a_replacement out = {text, text, nullptr, false};
+  a_replacement out = {text, text, text, nullptr, false};
   bool is_pasted = false;
   for (a_body_element element = body_element(def->body); element.code != mbc_end;
        element = body_element(element.next)) {
@@ -748,7 +766,8 @@ static a_replacement build_replacement(const a_macro_def* def, const an_arg_list
       put_pasted_element(&out, element, args);
     } else {
       out.separator_is_due = out.end != out.start && !pcc_preprocessing_mode;
-      put_element(&out, element, args, false);
+      out.operand = out.end;
+      put_element(&out, element, args);
     }
     is_pasted = false;
   }
@@ -761,7 +780,7 @@ static a_replacement copy_plain_body(const a_macro_def* def) {
   a_body_element element = body_element(def->body);
   size_t length = element.code == mbc_text ? element.value : 0;
   char* text = alloc_macro_text(length + 2);
-  a_replacement out = {text, text, nullptr, false};
+  a_replacement out = {text, text, text, nullptr, false};
   put_text(&out, element.text, length);
   end_replacement(&out);
   return out;
@@ -782,7 +801,8 @@ a_source_line_modif* replace_invocation(a_symbol* symbol, char* text, char* text
   modif->is_macro_expansion = 1;
   modif->macro = symbol;
   modif->position = position;
-  count_expansion(static_cast<size_t>(text_end - text));
+  size_t text_length = static_cast<size_t>(text_end - text);
+  count_expansion(text_length + sizeof *modif, text_length + work_of_expansion);
   curr_text_modif = modif;
   curr_char_loc = text;
   return modif;

@@ -62,12 +62,30 @@ struct a_macro_text_mark {
 a_macro_text_mark mark_macro_text();
 void release_macro_text(const a_macro_text_mark& mark);
 
+// What becomes of two operands of ##.
+struct a_pasting {
+  size_t right_length; // of the first token of the right operand
+  bool makes_token;
+  // The token would take in what stands behind the right operand, too.
+  bool takes_more;
+  // It makes none, and the text would be read as other tokens than the two.
+  bool splits_right;
+};
+// Where the last token begins in the macro text from `start`, at which one does.
+size_t offset_of_last_pp_token(const char* start, const char* end);
+// Looks at the token between `left` and `seam` with the one at `right`, of a
+// text that reaches to `end`.
+a_pasting paste_tokens(const char* left, const char* seam, const char* right, const char* end);
+
 // The MISRA-C:2004 rules about macros: the start of a replacement list, each of
 // its tokens, and its end; and an argument that is missing.
 void misra_begin_macro();
 void misra_check_macro_token(bool is_param);
 void misra_check_macro_definition(const a_macro_def* def, const a_source_position& position);
 void misra_check_missing_macro_argument(const a_source_position& position);
+// A use of `defined`, which has a standard form unless its operand is none or a
+// macro brought the operator in.
+void misra_check_defined_operator(bool has_standard_form, const a_source_position& position);
 
 // Whether two tokens could run together where a text ends with `last` and the
 // next begins with `next`; true when in doubt.

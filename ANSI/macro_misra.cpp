@@ -1,5 +1,5 @@
 // What MISRA-C:2004 asks of macros: the form of a definition (rules 19.4, 19.5,
-// 19.7, 19.10, 19.12 and 19.13) and of an invocation (19.8).
+// 19.7, 19.10, 19.12 and 19.13), of an invocation (19.8) and of `defined` (19.14).
 
 #include <cstring>
 #include <string>
@@ -183,4 +183,9 @@ void misra_check_macro_definition(const a_macro_def* def, const a_source_positio
 void misra_check_missing_macro_argument(const a_source_position& position) {
   if (check_misra_c_2004)
     pos_diagnostic(misra_required_severity, ec_misra_c_2004_19_8, &position);
+}
+
+void misra_check_defined_operator(bool has_standard_form, const a_source_position& position) {
+  if (check_misra_c_2004 && !has_standard_form)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_19_14, &position);
 }

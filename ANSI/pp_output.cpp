@@ -119,14 +119,16 @@ static bool ends_with_literal_prefix(const std::string& text, char quote) {
 
 static bool tokens_join(const std::string& text, char next) {
   char last = text.back();
-  if (is_id_or_digit(last) || last == '.') {
+  bool is_sign = text.size() > 1 && is_sign_of_exponent(text[text.size() - 2], last);
+  if (is_id_or_digit(last) || last == '.' || is_sign) {
     bool is_number = ends_with_number(text);
     if (is_number && (next == '.' || next == '\'' || is_sign_of_exponent(last, next)))
       return next != '\'' || digit_separators_enabled;
     if (is_number || is_id_or_digit(last))
       return is_id_or_digit(next) || next == '\\' ||
              ((next == '"' || next == '\'') && ends_with_literal_prefix(text, next));
-    return is_digit(next) || operators_join(last, next);
+    if (last == '.' && is_digit(next))
+      return true;
   }
   if (last == '"' || last == '\'')
     return in_cplusplus_mode() && is_id_or_digit(next);

@@ -57,6 +57,13 @@ f(6
 grow(1) cat(2,E+3) cat(4E+,5) cat(6,e-x)
 //> - - - > - -- - - ->
 dash() dash(-)
+// What makes no token stays two, and what makes one takes in nothing else.
+#define arrow(x) -##x
+#define chain(a, b, c) a##b##c
+//> -> - -> - --> -= - = 1e+ 2 . . . ... < << >>= == = --- <<= a1 + x
+arrow(>) arrow(->) arrow(-->) arrow(=) arrow( ) = cat(1e,+2) cat(.,..) cat(..,.) cat(<,<<) cat(>>,=) cat(=,==) chain(-,-,-) chain(<,<,=) chain(a,1,+ x)
+//> - foo a
+id(arrow(foo))
 #define slashes(a, b) a##b
 #define comment /##/
 //> / / / * / / 0

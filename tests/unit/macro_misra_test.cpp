@@ -1,5 +1,5 @@
 // The MISRA-C:2004 rules about the definitions of macros: each row is a
-// definition and the rules that it breaks.
+// definition and the rules that it breaks. And the rule about `defined`.
 
 #include "scan_fixture.h"
 
@@ -13,10 +13,14 @@ protected:
   }
 
   std::string broken_rules(const std::string& definition) {
+    return rules_broken_by("#define " + definition + "\n");
+  }
+
+  std::string rules_broken_by(const std::string& source) {
     check_misra_c_2004 = 1;
     fclose(diagnostics);
     f_error = diagnostics = tmpfile();
-    expand("#define " + definition + "\n");
+    expand(source);
     std::string text = messages();
     std::string rules;
     for (size_t at = 0; (at = text.find("MISRA-C:2004 ", at)) != std::string::npos;) {
@@ -53,4 +57,11 @@ TEST_F(MacroMisraTest, ParametersAndOperators) {
   EXPECT_EQ(broken_rules("M(a) (#a)"), "19.7 19.13");
   EXPECT_EQ(broken_rules("M(a, b) (a ## b)"), "19.7 19.13");
   EXPECT_EQ(broken_rules("M(a, b) (a ## b ## 1)"), "19.7 19.12 19.13");
+}
+
+TEST_F(MacroMisraTest, FormsOfDefined) {
+  EXPECT_EQ(rules_broken_by("#if defined A || defined(B) || !defined ( C )\n#endif\n"), "");
+  EXPECT_EQ(rules_broken_by("#if defined\n#endif\n"), "19.14");
+  EXPECT_EQ(rules_broken_by("#if defined(A\n#endif\n"), "19.14");
+  EXPECT_EQ(rules_broken_by("#define HAS (defined A)\n#if HAS\n#endif\n"), "19.14");
 }
