@@ -145,8 +145,10 @@ a_pasting paste_tokens(const char* left, const char* seam, const char* right, co
   // An operator, or the sign of a number, may reach over what the pasting takes.
   joined.append(behind_right, std::min(static_cast<size_t>(end - behind_right), max_look_ahead));
   size_t token_length = length_of_first_token(joined);
-  bool makes_comment = left_length == 1 && *left == '/' && (*right == '/' || *right == '*');
+  // Comments aren't operators, and a third dot makes one of two.
+  bool is_special = left_length == 1 && ((*left == '/' && (*right == '/' || *right == '*')) ||
+                                         (*left == '.' && *right == '.'));
   return {static_cast<size_t>(behind_right - right), makes_token,
           makes_token && token_length > length,
-          !makes_token && (token_length > left_length || makes_comment)};
+          !makes_token && (token_length > left_length || is_special)};
 }

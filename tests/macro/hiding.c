@@ -60,9 +60,9 @@ dash() dash(-)
 // What makes no token stays two, and what makes one takes in nothing else.
 #define arrow(x) -##x
 #define chain(a, b, c) a##b##c
-//> -> - -> - --> -= - = 1e+ 2 . . . ... < << >>= == = --- <<= a1 + x
+//> -> - -> - --> -= - = 1e+ 2 . .. .. . < << >>= = == --- <<= a1+ x
 arrow(>) arrow(->) arrow(-->) arrow(=) arrow( ) = cat(1e,+2) cat(.,..) cat(..,.) cat(<,<<) cat(>>,=) cat(=,==) chain(-,-,-) chain(<,<,=) chain(a,1,+ x)
-//> - foo a
+//> -foo a
 id(arrow(foo))
 #define slashes(a, b) a##b
 #define comment /##/
