@@ -31,8 +31,8 @@ static constexpr size_t max_macro_text = size_t{1} << 27;
 // What one logical line may cost, in bytes: the memory that its expansions hold,
 // records, text and arguments, and all text read and made on the way, with a
 // share for each expansion.
-static constexpr size_t max_expansion_memory = size_t{1} << 27;
-static constexpr size_t max_expansion_work = size_t{1} << 29;
+static constexpr size_t max_expansion_memory = size_t{1} << 26;
+static constexpr size_t max_expansion_work = size_t{1} << 28;
 static constexpr size_t work_of_expansion = 256;
 
 struct a_text_chunk {
@@ -175,7 +175,7 @@ static void make_room(a_growing_text* text, size_t length) {
   size_t capacity = text->capacity;
   while (capacity - text->length < length)
     capacity *= 2;
-  if (capacity > max_macro_text)
+  if (capacity > max_expansion_memory)
     catastrophe(ec_requested_size_too_large);
   text->start = realloc_buffer(text->start, text->capacity, capacity);
   text->capacity = capacity;
