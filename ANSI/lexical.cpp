@@ -538,6 +538,8 @@ static a_token_kind scan_sharp(int length) {
       return punctuator(tok_sharp, length);
     curr_char_loc += length;
     set_curr_token_spelling_and_position();
+    if (check_misra_c_2004 && in_macro_arg_list)
+      pos_diagnostic(misra_required_severity, ec_misra_c_2004_19_9, &pos_curr_token);
     pp_directive();
     return scan_again;
   }

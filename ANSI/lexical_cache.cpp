@@ -8,6 +8,7 @@
 #include "error.h"
 #include "il_alloc.h"
 #include "lexical_int.h"
+#include "lookup.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "pragma.h"
@@ -630,7 +631,13 @@ static bool is_closing_token(a_token_kind kind) {
   return kind == tok_rparen || kind == tok_rbracket || kind == tok_rbrace;
 }
 
-bool cache_token_stream_until_matching_token(a_token_cache* cache, unsigned) {
+// A name that may be qualified becomes one token, when the caller wants that.
+static void fold_name(unsigned flags) {
+  if ((flags & ctsf_coalesce_identifiers) != 0 && f_is_generalized_identifier_start())
+    coalesce_and_lookup_generalized_identifier(ilo_none);
+}
+
+bool cache_token_stream_until_matching_token(a_token_cache* cache, unsigned flags) {
   // The closing tokens that are still to come, innermost last.
   std::vector<a_token_kind> expected;
   for (;;) {
@@ -649,19 +656,26 @@ bool cache_token_stream_until_matching_token(a_token_cache* cache, unsigned) {
       pos_error(missing_closing_token_code(expected.back()), &pos_curr_token);
       return false;
     }
+    fold_name(flags);
     cache_curr_token(cache);
     get_token_to_be_cached();
   }
+}
+
+// The same, the partner included; the token behind it becomes the current one.
+static bool cache_group(a_token_cache* cache, unsigned flags) {
+  if (!cache_token_stream_until_matching_token(cache, flags))
+    return false;
+  cache_curr_token(cache);
+  get_token_to_be_cached();
+  return true;
 }
 
 void cache_std_attribute(a_token_cache* cache, bool keep) {
   a_token_cache scratch;
   clear_token_cache(&scratch, false);
   a_token_cache* target = keep ? cache : &scratch;
-  if (cache_token_stream_until_matching_token(target, 0)) {
-    cache_curr_token(target);
-    get_token_to_be_cached();
-  }
+  cache_group(target, 0);
   discard_token_cache(&scratch);
 }
 
@@ -691,11 +705,13 @@ void cache_token_stream_full(a_token_cache* cache, const a_token_set_array* stop
         cache_std_attribute(cache, true);
         continue;
       }
-      if (!cache_token_stream_until_matching_token(cache, flags))
+      if (!cache_group(cache, flags))
         return;
-    } else if (is_closing_token(curr_token) && (flags & ctsf_stop_at_unbalanced) != 0) {
-      return;
+      continue;
     }
+    if (is_closing_token(curr_token) && (flags & ctsf_stop_at_unbalanced) != 0)
+      return;
+    fold_name(flags);
     cache_curr_token(cache);
     get_token_to_be_cached();
   }
@@ -710,7 +726,42 @@ void cache_token_stream_coalesce_identifiers(a_token_cache* cache,
   cache_token_stream_full(cache, stop_set, ctsf_coalesce_identifiers);
 }
 
-// Caches one brace-enclosed block with its closing brace.
+static bool cache_token_and_advance(a_token_cache* cache, a_token_kind kind) {
+  if (curr_token != kind)
+    return false;
+  cache_curr_token(cache);
+  get_token_to_be_cached();
+  return true;
+}
+
+// At the `:` before the initializers of a constructor, any of which may stand in
+// braces (C++11 12.6.2): the token behind the last becomes the current one.
+static bool cache_ctor_initializers(a_token_cache* cache) {
+  static const a_token_set_array at_value = [] {
+    a_token_set_array set = {};
+    set.member[tok_lparen] = set.member[tok_lbrace] = set.member[tok_semicolon] = true;
+    return set;
+  }();
+  do {
+    cache_curr_token(cache);
+    get_token_to_be_cached();
+    if (cache_token_and_advance(cache, tok_decltype) && curr_token == tok_lparen &&
+        !cache_group(cache, 0))
+      return false;
+    cache_token_stream_full(cache, &at_value, ctsf_template_argument);
+    if (curr_token != tok_lparen && curr_token != tok_lbrace) {
+      pos_error(ec_exp_lparen, &pos_curr_token);
+      return false;
+    }
+    if (!cache_group(cache, 0))
+      return false;
+    cache_token_and_advance(cache, tok_ellipsis);
+  } while (curr_token == tok_comma);
+  return true;
+}
+
+// At a `{`: caches the block but for its closing brace, which becomes the
+// current token.
 static bool cache_block(a_token_cache* cache) {
   if (curr_token != tok_lbrace) {
     pos_error(ec_exp_lbrace, &pos_curr_token);
@@ -719,23 +770,23 @@ static bool cache_block(a_token_cache* cache) {
   return cache_token_stream_until_matching_token(cache, 0);
 }
 
+// At the `catch` behind the closing brace that is the current token.
+static bool cache_handler(a_token_cache* cache) {
+  cache_curr_token(cache);
+  get_token_to_be_cached();
+  cache_token_and_advance(cache, tok_catch);
+  return curr_token != tok_lparen || cache_group(cache, 0);
+}
+
 bool cache_function_body(a_token_cache* cache) {
-  bool has_handlers = curr_token == tok_try;
-  static const a_token_set_array at_body = [] {
-    a_token_set_array set = {};
-    set.member[tok_lbrace] = set.member[tok_semicolon] = true;
-    return set;
-  }();
-  cache_token_stream(cache, &at_body);
+  bool has_handlers = cache_token_and_advance(cache, tok_try);
+  if (curr_token == tok_colon && !cache_ctor_initializers(cache))
+    return false;
   if (!cache_block(cache))
     return false;
-  while (has_handlers && next_token() == tok_catch) {
-    cache_curr_token(cache);
-    get_token_to_be_cached();
-    cache_token_stream(cache, &at_body);
-    if (!cache_block(cache))
+  while (has_handlers && next_token() == tok_catch)
+    if (!cache_handler(cache) || !cache_block(cache))
       return false;
-  }
   cache_curr_token(cache);
   return true;
 }

@@ -7,6 +7,7 @@
 #include "error.h"
 #include "host_envir.h"
 #include "lexical_literal_int.h"
+#include "misra.h"
 #include "mode_words.h"
 #include "target.h"
 #include "types.h"
@@ -45,6 +46,9 @@ a_token_kind scan_header_name(char* start, char closing_delimiter) {
     err_code_for_error_token = ec_exp_file_name;
     return tok_error;
   }
+  if (check_misra_c_2004)
+    misra_check_header_name(start + 1, static_cast<size_t>(curr_char_loc - start) - 2,
+                            closing_delimiter);
   return tok_header_name;
 }
 
@@ -99,21 +103,19 @@ static uint32_t scan_octal_escape(char** location, char* end) {
   return value;
 }
 
-// The digits behind \x; all ones when the value is too large for anything.
-static uint32_t scan_hex_escape(char** location, char* end) {
+// The digits behind \x; a value that is too large for any character keeps its
+// low bits, and one above them.
+static uint64_t scan_hex_escape(char** location, char* end) {
+  constexpr uint64_t too_large = uint64_t{1} << 32;
   uint64_t value = 0;
   char* start = *location;
   for (; *location < end && digit_value(**location) < 16; ++*location) {
-    value = value * 16 + static_cast<uint64_t>(digit_value(**location));
-    if (value > UINT32_MAX)
-      value = uint64_t{UINT32_MAX} + 1;
+    uint64_t wider = value << 4 | static_cast<uint64_t>(digit_value(**location));
+    value = wider % too_large | (wider >= too_large ? too_large : 0);
   }
   if (*location == start)
     report_token_error(ec_bad_hex_digit, start);
-  if (value <= UINT32_MAX)
-    return static_cast<uint32_t>(value);
-  report_token_diagnostic(es_discretionary_error, ec_bad_character_value, start);
-  return UINT32_MAX;
+  return value;
 }
 
 // The escapes of one letter: the letter, then its value.
@@ -141,9 +143,12 @@ static uint32_t scan_escape(char** location, char* end, a_string_char_kind char_
                             bool* is_code_point) {
   char* start = *location - 1;
   char c = **location;
-  uint32_t value;
+  uint32_t simple_value;
+  uint64_t value;
   if (c >= '0' && c <= '7') {
     value = scan_octal_escape(location, end);
+    if (check_misra_c_2004 && (c != '0' || *location != start + 2))
+      report_token_diagnostic(misra_required_severity, ec_misra_c_2004_7_1, start);
   } else if (c == 'x' && C_dialect != cd_k_and_r) {
     ++*location;
     value = scan_hex_escape(location, end);
@@ -151,22 +156,20 @@ static uint32_t scan_escape(char** location, char* end, a_string_char_kind char_
     *location = start;
     *is_code_point = true;
     return scan_universal_character(location, false, false, true);
-  } else if (find_simple_escape(c, &value)) {
+  } else if (find_simple_escape(c, &simple_value)) {
     ++*location;
-    return value;
+    return simple_value;
   } else if ((c == 'e' || c == 'E') && gnu_mode) {
     ++*location;
     return 27;
   } else {
+    // The character stands for itself, of however many bytes it is.
     report_unrecognized_escape(start);
-    ++*location;
-    return static_cast<unsigned char>(c);
+    return conv_single_char(location, end, char_kind, is_code_point);
   }
-  if (value > max_of_char_kind(char_kind)) {
+  if (value > max_of_char_kind(char_kind))
     report_token_diagnostic(es_discretionary_error, ec_bad_character_value, start);
-    value &= static_cast<uint32_t>(max_of_char_kind(char_kind));
-  }
-  return value;
+  return static_cast<uint32_t>(value & max_of_char_kind(char_kind));
 }
 
 uint32_t conv_single_char(char** location, char* end, a_string_char_kind char_kind,
@@ -262,7 +265,7 @@ static int int_kind_of_char_constant(a_string_char_kind char_kind, bool is_multi
 static void set_char_constant(uint64_t value, a_string_char_kind char_kind, bool is_multichar) {
   int kind = int_kind_of_char_constant(char_kind, is_multichar);
   if (in_pp_if_expression)
-    kind = widened_integer_kind(ik_int);
+    kind = widened_integer_kind(kind);
   if (char_kind == sck_ordinary && !is_multichar && plain_char_is_signed() && value > 0x7F)
     value |= ~uint64_t{0xFF};
   else if (is_multichar && targ_sizeof_int * targ_char_bit == 32)

@@ -47,15 +47,19 @@ static a_token_kind scan_digit_sequence(char* p) {
   return tok_digit_sequence;
 }
 
-// At an apostrophe behind a digit. True when it is part of the number; it is
-// passed then.
-static bool scan_digit_separator(char** location, int base) {
+// At an apostrophe where digits go on or begin. True when it is part of the
+// number; it is passed then.
+static bool scan_digit_separator(char** location, int base, bool follows_digit) {
   char* p = *location;
+  bool precedes_digit = digit_value(p[1]) < base;
   if (!digit_separators_enabled) {
-    report_token_diagnostic(es_warning, ec_digit_separators_not_enabled, p);
+    if (follows_digit)
+      report_token_diagnostic(es_warning, ec_digit_separators_not_enabled, p);
     return false;
   }
-  if (digit_value(p[1]) >= base)
+  if (!follows_digit && !precedes_digit)
+    return false;
+  if (!follows_digit || !precedes_digit)
     report_token_error(ec_bad_digit_separator_pos, p);
   ++*location;
   return true;
@@ -69,7 +73,7 @@ static char* scan_digits(char* p, int base) {
   for (;;) {
     if (digit_value(*p) < limit)
       ++p;
-    else if (*p != '\'' || p == start || !scan_digit_separator(&p, limit))
+    else if (*p != '\'' || !scan_digit_separator(&p, limit, p != start))
       return p;
   }
 }
@@ -98,9 +102,11 @@ static void scan_exponent(char** location, char letter, bool required, bool quie
   ++p;
   if (*p == '+' || *p == '-')
     ++p;
-  if (!is_digit(*p))
+  char* digits = p;
+  p = scan_digits(digits, 10);
+  if (p == digits)
     report_bad_float(p, quiet);
-  *location = scan_digits(p, 10);
+  *location = p;
 }
 
 // A hexadecimal floating constant in a dialect without them. True when it is an
@@ -116,13 +122,19 @@ static bool hex_float_is_refused(const char* location) {
   return true;
 }
 
+// Whether 0b or 0B stands at `p` as the prefix of a binary number.
+static bool is_binary_prefix(const char* p) {
+  if (*p != '0' || (p[1] | 0x20) != 'b' || !binary_literals_allowed)
+    return false;
+  return is_digit(p[2]) || (p[2] == '\'' && digit_separators_enabled && is_digit(p[3]));
+}
+
 // The value's part of a number, from its first byte to its suffix.
 static a_scanned_number scan_number_value(char* p) {
   a_scanned_number number = {10, false, p, p};
-  char letter = static_cast<char>(p[1] | 0x20);
-  if (*p == '0' && letter == 'x') {
+  if (*p == '0' && (p[1] | 0x20) == 'x') {
     number.base = 16;
-  } else if (*p == '0' && letter == 'b' && binary_literals_allowed && is_digit(p[2])) {
+  } else if (is_binary_prefix(p)) {
     number.base = 2;
   } else if (*p == '0') {
     number.base = 8;
@@ -181,15 +193,13 @@ static an_integer_suffix scan_integer_suffix(char** location) {
   return suffix;
 }
 
-// Letters and digits that don't belong to the number any more.
-static char* skip_extra_characters(char* p, bool is_integer) {
+// Letters and digits that don't belong to the number any more, which are a
+// fault of the given number.
+static char* skip_extra_characters(char* p, an_error_code code) {
   if (!is_plain_id_char(*p))
     return p;
-  char letter = static_cast<char>(*p | 0x20);
-  bool looks_like_suffix = letter == 'u' || letter == 'l';
   if (err_code_for_error_token == 0)
-    report_token_error(is_integer && looks_like_suffix ? ec_bad_suffix : ec_extra_chars_on_number,
-                       p);
+    report_token_error(code, p);
   while (is_plain_id_char(*p))
     ++p;
   return p;
@@ -223,7 +233,8 @@ static char* scan_suffix_of_integer(char* p) {
     report_token_diagnostic(es_discretionary_error, ec_complex_integral_type, p);
     ++p;
   }
-  return skip_extra_characters(p, true);
+  // What goes on behind a good beginning is a bad suffix.
+  return skip_extra_characters(p, p != digits_end ? ec_bad_suffix : ec_extra_chars_on_number);
 }
 
 static char* scan_suffix_of_float(char* p) {
@@ -235,7 +246,7 @@ static char* scan_suffix_of_float(char* p) {
     return end;
   if (gnu_mode && is_imaginary_letter(*p) && !is_plain_id_char(p[1]))
     ++p;
-  return skip_extra_characters(p, false);
+  return skip_extra_characters(p, ec_extra_chars_on_number);
 }
 
 // The number as written, without what only separates its digits.
@@ -302,7 +313,8 @@ static bool has_intmax() {
 }
 
 static bool is_unsigned_kind(int kind) {
-  return kind == ik_unsigned_int || kind == ik_unsigned_long || kind == ik_unsigned_long_long;
+  return kind == ik_unsigned_short || kind == ik_unsigned_int || kind == ik_unsigned_long ||
+         kind == ik_unsigned_long_long;
 }
 
 int widened_integer_kind(int kind) {
@@ -345,8 +357,9 @@ void conv_integer_literal(bool is_pp, an_error_code* error, char** error_locatio
       continue;
     uint64_t digit = static_cast<uint64_t>(digit_value(*p));
     if (digit >= base && digit < 10) {
+      if (*error == 0)
+        *error_location = p;
       *error = base == 8 ? ec_bad_octal_digit : ec_bad_binary_digit;
-      *error_location = p;
       digit = 0;
     } else if (digit >= base) {
       break;
@@ -355,6 +368,8 @@ void conv_integer_literal(bool is_pp, an_error_code* error, char** error_locatio
       overflow = true;
     value = value * base + digit;
   }
+  if (check_misra_c_2004 && base == 8 && p > start_of_curr_token + 1)
+    report_token_diagnostic(misra_required_severity, ec_misra_c_2004_7_1, start_of_curr_token);
   an_integer_suffix suffix = scan_integer_suffix(&p);
   if (*error != 0)
     value = 0;

@@ -205,26 +205,6 @@ void flush_until_matching_token() {
 
 // -- Generated text --------------------------------------------------------------------------
 
-// The text as the scanner wants it: ended by a marker, and with its names made
-// inert when they aren't to be expanded.
-static std::string text_to_be_scanned(const char* text, size_t length, bool expand) {
-  std::string result;
-  bool in_name = false;
-  for (size_t i = 0; i < length; ++i) {
-    bool is_name_char = is_id_char[static_cast<unsigned char>(text[i])];
-    bool begins_name = is_name_char && !in_name && !(text[i] >= '0' && text[i] <= '9');
-    if (begins_name && !expand) {
-      result += '\0';
-      result += static_cast<char>(mtm_inert);
-    }
-    in_name = is_name_char;
-    result += text[i];
-  }
-  result += '\0';
-  result += static_cast<char>(mtm_end_of_text);
-  return result;
-}
-
 a_text_scan::a_text_scan(char* text, char* text_end, const a_source_position& position)
     : saved_loc(curr_char_loc), saved_text(curr_text_modif), saved_line_has_token(line_has_token),
       saved_list(hide_rescan_list()), saved_tests_needed(any_initial_get_token_tests_needed) {
@@ -251,7 +231,11 @@ a_text_scan::~a_text_scan() {
 
 void insert_string_into_token_stream(const char* text, size_t length, bool expand,
                                      const a_source_position* position) {
-  std::string scanned = text_to_be_scanned(text, length, expand);
+  std::string scanned(text, length);
+  scanned += '\0';
+  scanned += static_cast<char>(mtm_end_of_text);
+  a_boolean saved_expand_macros = expand_macros;
+  expand_macros = expand;
   a_token_cache tokens;
   clear_token_cache(&tokens, false);
   cache_curr_token(&tokens);
@@ -264,5 +248,6 @@ void insert_string_into_token_stream(const char* text, size_t length, bool expan
     pop_lexical_state_stack();
     discard_text_modifs_since(mark);
   }
+  expand_macros = saved_expand_macros;
   f_rescan_cached_tokens(&tokens, false);
 }

@@ -5,6 +5,7 @@
 #include "rule_list.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -132,6 +133,14 @@ void process_misra_severity(a_misra_rule_kind kind, const char* text,
   for (const a_rule_row& row : rule_rows)
     if (row.kind == kind && !treat_as_none(row.code))
       set_rule_severity(row, severity, position, true);
+}
+
+void misra_check_header_name(const char* text, size_t length, char closing_delimiter) {
+  // The behaviour of these isn't defined (C90 6.1.7).
+  std::string_view name(text, length);
+  const char* bad_characters = closing_delimiter == '>' ? "\"'\\" : "'\\";
+  if (name.find_first_of(bad_characters) != name.npos || name.find("/*") != name.npos)
+    pos_diagnostic(misra_advisory_severity, ec_misra_c_2004_19_2, &error_position);
 }
 
 void misra_wrapup() {

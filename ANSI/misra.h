@@ -35,6 +35,10 @@ void process_check_misra(const char* list, const a_source_position* position, a_
 void process_misra_severity(a_misra_rule_kind kind, const char* text,
                             const a_source_position* position);
 
+// Rule 19.2: the characters of a header name, whose delimiters don't count. The
+// report goes to the current error position.
+void misra_check_header_name(const char* text, size_t length, char closing_delimiter);
+
 // Reports what only the whole unit can show.
 void misra_wrapup();
 

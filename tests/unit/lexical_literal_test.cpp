@@ -66,6 +66,10 @@ TEST_F(LiteralTest, FaultsOfNumbersAndCharacters) {
       {"'\\400'", 1, 0, "character value is out of range"},
       {"u'\\x10000'", 1, 0, "character value is out of range"},
       {"'\\xg'", 1, 0, "invalid hexadecimal number"},
+      {"'\\x123456789'", 1, 0, "character value is out of range"},
+      {"L'\\x123456789'", 1, 0, "character value is out of range"},
+      {"12uab", 1, 0, "invalid suffix on integral constant"},
+      {"12ab", 1, 0, "extra text after expected end of number"},
       {"'\\z'", 0, 1, "unrecognized character escape sequence"},
       {"'\\u12'", 1, 0, "incorrectly formed universal character name"},
       {"'\\ud800'", 1, 0, "a universal character name must designate a valid code point"},
@@ -79,6 +83,53 @@ TEST_F(LiteralTest, FaultsOfNumbersAndCharacters) {
     check_fault(
         this, fault, [&] { kinds(std::string(fault.text) + "\n"); },
         [&](const char* text) { return was_reported(text); });
+}
+
+TEST_F(LiteralTest, EscapedCharactersStandForThemselves) {
+  multibyte_chars_in_source_enabled = null_chars_allowed_in_source = 1;
+  EXPECT_EQ(narrow("\"\\\xc3\xa9\\q\""), "\xc3\xa9q");
+  EXPECT_EQ(narrow(std::string("\"\\\0x\"", 5)), std::string("\0x", 2));
+  EXPECT_EQ(total_errors, 0u);
+  EXPECT_EQ(total_warnings, 3u);
+}
+
+TEST_F(LiteralTest, SeparatorsStandBetweenDigits) {
+  digit_separators_enabled = 1;
+  for (const char* good : {"1'0.0'1e1'0", "0x1'fp1'0", "0b1'0", "0'7", ".5'0"}) {
+    SCOPED_TRACE(good);
+    kinds(std::string(good) + "\n");
+    EXPECT_EQ(total_errors, 0u);
+  }
+  for (const char* bad : {"1' ", "1''0", "0x'1", "0b'1", "1.'5", "1e'5", "1'u", "08'"}) {
+    SCOPED_TRACE(bad);
+    total_errors = 0;
+    EXPECT_EQ(kinds(std::string(bad) + "\n").size(), 1u);
+    EXPECT_NE(total_errors, 0u);
+  }
+  EXPECT_EQ(constant("0x'1'2").value.int_value, 0x12u);
+}
+
+TEST_F(LiteralTest, MisraChecksOfLiterals) {
+  const struct {
+    const char* text;
+    unsigned reports;
+  } cases[] = {{"0 00u 0x17 17 '\\0' '\\n'", 1},
+               {"017 '\\12' '\\00' \"\\7\"", 4},
+               {"'\\q'", 1},
+               {"'\\x7'", 0}};
+  check_misra_c_2004 = 1;
+  an_error_severity saved_severity = misra_required_severity;
+  misra_required_severity = es_warning;
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.text);
+    total_warnings = 0;
+    kinds(std::string(test.text) + "\n");
+    EXPECT_EQ(total_warnings, test.reports);
+  }
+  kinds("#define f(x) x\nf(1\n#undef g\n)\n");
+  EXPECT_TRUE(was_reported("tokens that look like preprocessing directives"));
+  misra_required_severity = saved_severity;
+  check_misra_c_2004 = 0;
 }
 
 TEST_F(LiteralTest, HexadecimalFloatsBeforeTheyWereAllowed) {
@@ -97,8 +148,12 @@ TEST_F(LiteralTest, ConstantsInConditions) {
   const char* text = "#if 0xFFFFFFFF > -1 && 0xFFFFFFFFFFFFFFFF > 0 && -1 > 0u\nyes\n#endif\n";
   EXPECT_EQ(expand(text), "yes");
   EXPECT_EQ(expand("#if 0x8000000000000000 - 1 > 0\nyes\n#endif\n"), "yes");
+  uliterals_enabled = 1;
+  EXPECT_EQ(expand("#if u'a' - 98 > 0 && U'a' - 98 > 0 && 'a' - 98 < 0\nyes\n#endif\n"), "yes");
+  EXPECT_EQ(expand("#if '\\377' < 0 && L'\\xffffffff' > 0\nyes\n#endif\n"),
+            plain_char_int_kind == ik_signed_char ? "yes" : "");
   set_C_modes(199000);
-  EXPECT_EQ(expand("#if 0xFFFFFFFF > -1\nyes\n#else\nno\n#endif\n"), "no");
+  EXPECT_EQ(expand("#if 0xFFFFFFFF > -1 || L'\\xffffffff' < 0\nyes\n#else\nno\n#endif\n"), "no");
   set_cplusplus_modes(201103);
   EXPECT_EQ(expand("#if 'a'_x\n#endif\n"), "");
   EXPECT_NE(total_errors, 0u);

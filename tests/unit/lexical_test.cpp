@@ -368,8 +368,40 @@ TEST_F(LexicalTest, InsertedTextStandsBeforeTheNextToken) {
   insert_string_into_token_stream("M", 1, false, &position);
   get_token();
   EXPECT_TRUE(curr_token_is_identifier_string("M"));
+  insert_string_into_token_stream("\"M\" int", 7, false, &position);
+  EXPECT_EQ(get_token(), tok_string);
+  EXPECT_STREQ(const_for_curr_token.value.string.text, "M");
+  EXPECT_EQ(get_token(), tok_int);
   get_token();
   EXPECT_TRUE(curr_token_is_identifier_string("b"));
+}
+
+TEST_F(LexicalTest, BodiesAreCachedToTheirEnds) {
+  set_cplusplus_modes(201103);
+  for (const char* text :
+       {"{ { } [ ] ( ) }", ": a(1), b{2, {3}} { }", ": B<(1 > 2)>{4}, N::C<int>(d)... { x; }",
+        ": decltype(b)(1) { }", "try { } catch (...) { }",
+        "try : a{1} { } catch (A) { { } } catch (...) { }"}) {
+    SCOPED_TRACE(text);
+    open(std::string(text) + " end\n");
+    a_token_cache cache;
+    clear_token_cache(&cache, false);
+    get_token();
+    EXPECT_TRUE(cache_function_body(&cache));
+    EXPECT_EQ(cache.last->kind, tok_rbrace);
+    get_token();
+    EXPECT_TRUE(curr_token_is_identifier_string("end"));
+    discard_token_cache(&cache);
+  }
+  for (const char* text : {": a { \n", ": a ; { }\n", "try ; { }\n", "{ ( }\n"}) {
+    SCOPED_TRACE(text);
+    open(text);
+    a_token_cache cache;
+    clear_token_cache(&cache, false);
+    get_token();
+    EXPECT_FALSE(cache_function_body(&cache));
+    discard_token_cache(&cache);
+  }
 }
 
 // A unit in which names can be declared.
@@ -422,6 +454,25 @@ TEST_F(QualifiedNameTest, GlobalNamesBecomeOneToken) {
   EXPECT_TRUE(curr_token_is_identifier_string("y"));
   EXPECT_EQ(make_name_reference(), nullptr);
   EXPECT_EQ(total_errors, 0u);
+}
+
+TEST_F(QualifiedNameTest, NamesAreFoldedWhileTheyAreCached) {
+  open_with_file_scope("y + :: x (:: x) ;\n");
+  declare(symk_variable, "x");
+  get_token();
+  a_token_set_array stop_set = {};
+  stop_set.member[tok_semicolon] = true;
+  a_token_cache cache;
+  clear_token_cache(&cache, false);
+  cache_token_stream_coalesce_identifiers(&cache, &stop_set);
+  EXPECT_EQ(curr_token, tok_semicolon);
+  a_kind_list cached;
+  for (const a_cached_token* token = cache.first; token != nullptr; token = token->next)
+    cached.push_back(token->kind);
+  EXPECT_EQ(cached, (a_kind_list{tok_identifier, tok_plus, tok_identifier, tok_lparen,
+                                 tok_identifier, tok_rparen}));
+  EXPECT_EQ(total_errors, 0u);
+  discard_token_cache(&cache);
 }
 
 TEST_F(QualifiedNameTest, NamesThatQualifyNothingAreReported) {
