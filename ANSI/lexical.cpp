@@ -373,11 +373,62 @@ static bool is_end_of_line_comment(const char* p) {
   return true;
 }
 
-// At a slash. Text of a macro holds no comments: two tokens may have come to
-// stand side by side there.
+enum a_marker_result : uint8_t { mr_skipped, mr_token, mr_stop };
+static a_marker_result skip_marker();
+
+// One step inside a comment that a macro has begun: over a character, a marker
+// or a name, which may be a macro that ends the comment. False at what ends the
+// text.
+static bool skip_in_macro_comment() {
+  char* p = curr_char_loc;
+  if (*p == 0) {
+    a_marker_result result = skip_marker();
+    if (result == mr_token)
+      curr_char_loc += 2;
+    return result != mr_stop;
+  }
+  if (*p == '\n') {
+    enter_source_line_modif();
+  } else if (is_id_char[static_cast<unsigned char>(*p)]) {
+    start_of_curr_token = p;
+    if (*p >= '0' && *p <= '9')
+      scan_number(p);
+    else
+      scan_identifier(p, inert_none);
+  } else {
+    ++curr_char_loc;
+  }
+  return true;
+}
+
+// Old-style preprocessing lets macros make the delimiters of comments, though
+// not while it looks for an argument list or reads one.
+static bool skip_macro_comment() {
+  if (!pcc_preprocessing_mode || curr_char_loc[1] != '*' || line_end_action != lea_read_next)
+    return false;
+  a_source_position start_position;
+  position_of_loc(curr_char_loc, &start_position);
+  a_boolean saved_fetch_pp_tokens = fetch_pp_tokens;
+  fetch_pp_tokens = 1;
+  curr_char_loc += 2;
+  bool is_closed;
+  do
+    is_closed = *curr_char_loc == '*' && curr_char_loc[1] == '/';
+  while (!is_closed && skip_in_macro_comment());
+  fetch_pp_tokens = saved_fetch_pp_tokens;
+  if (is_closed)
+    curr_char_loc += 2;
+  else
+    pos_error(ec_comment_unclosed_at_eof, &start_position);
+  kind_of_white_space_skipped |= ws_old_style_comment;
+  return true;
+}
+
+// At a slash. Text of a macro holds no comments but in old-style preprocessing:
+// two tokens may have come to stand side by side there.
 static bool skip_comment() {
   if (curr_text_modif != nullptr && curr_text_modif->is_macro_expansion)
-    return false;
+    return skip_macro_comment();
   char* p = curr_char_loc;
   if (p[1] == '*')
     skip_block_comment();
@@ -388,8 +439,6 @@ static bool skip_comment() {
   kind_of_white_space_skipped |= pcc_preprocessing_mode ? ws_old_style_comment : ws_real;
   return true;
 }
-
-enum a_marker_result : uint8_t { mr_skipped, mr_token, mr_stop };
 
 // At a NUL.
 static a_marker_result skip_marker() {
