@@ -325,10 +325,18 @@ bool is_ptrdiff_t_type(const a_type* type) {
   return is_plain_integer_of_kind(type, targ_ptrdiff_t_int_kind);
 }
 
+namespace {
+
+bool is_vla_level(const a_type* array) {
+  return array->variant.array.is_vla || array->variant.array.bound_is_star;
+}
+
+} // namespace
+
 bool is_vla_type(const a_type* type) {
   for (type = f_skip_typerefs(type); type->kind == tk_array;
        type = f_skip_typerefs(type->variant.array.element_type))
-    if (type->variant.array.is_vla || type->variant.array.bound_is_star)
+    if (is_vla_level(type))
       return true;
   return false;
 }
@@ -336,7 +344,7 @@ bool is_vla_type(const a_type* type) {
 bool is_variably_modified_type(const a_type* type) {
   return traverse_type_tree(
       const_cast<a_type*>(type),
-      [](a_type* component) { return component->kind == tk_array && is_vla_type(component); },
+      [](a_type* component) { return component->kind == tk_array && is_vla_level(component); },
       ttf_none);
 }
 

@@ -146,6 +146,9 @@ a_type* composite_array(a_type* a, a_type* b) {
 
 a_type* composite_ptr_to_member(a_type* a, a_type* b) {
   a_type* composite = composite_type(pm_member_type(a), pm_member_type(b));
+  if (is_error_type(composite) ||
+      !f_types_are_compatible(pm_class_type(a), pm_class_type(b), tcf_error_matches))
+    return error_type();
   return composite == pm_member_type(a) ? a
                                         : ptr_to_member_type_full(composite, pm_class_type(a), 0);
 }
@@ -157,6 +160,10 @@ int routine_depth; // of the routine types being combined
 
 a_type* composite_routine_once(a_type* a, a_type* b) {
   bool is_nested = routine_depth > 0;
+  // The outermost routine type answers for those inside it. An error type in one
+  // of them has been reported, and the rest of the type is kept.
+  if (!is_nested && !f_types_are_compatible(a, b, tcf_error_matches | tcf_ignore_this_class))
+    return error_type();
   auto found = is_nested ? nested_composites.find({a, b}) : nested_composites.end();
   if (found != nested_composites.end())
     return found->second;

@@ -346,9 +346,7 @@ a_type* make_typeref_with_qualifiers(a_type* type, a_type_qualifier_set qualifie
 }
 
 a_type* make_typedef_type(a_type* type) {
-  a_type* typeref = make_typeref_with_qualifiers(type, tq_none);
-  typeref->is_incomplete = 0;
-  return typeref;
+  return make_typeref_with_qualifiers(type, tq_none);
 }
 
 namespace {
@@ -388,12 +386,6 @@ a_type* array_of_requalified_elements(const a_type* array, a_type* element) {
   return result;
 }
 
-a_type* make_qualified_array_type(a_type* array, a_type_qualifier_set qualifiers) {
-  a_type* old_element = array_element_type(array);
-  a_type* element = f_make_qualified_type(old_element, qualifiers);
-  return element == old_element ? array : array_of_requalified_elements(array, element);
-}
-
 // A typeref that says nothing but which qualifiers the type has.
 bool is_mere_qualification(const a_type* type) {
   return type->kind == tk_typeref && !typeref_is_typedef(type) && !type->has_explicit_alignment &&
@@ -403,15 +395,19 @@ bool is_mere_qualification(const a_type* type) {
 
 } // namespace
 
-a_type* f_make_qualified_type(a_type* type, a_type_qualifier_set qualifiers) {
+namespace {
+
+// The type with qualifiers that it lacks and can take. They are the same for
+// all levels of an array.
+a_type* with_added_qualifiers(a_type* type, a_type_qualifier_set added) {
   check_stack_limit();
   if (is_error_type(type))
     return type;
-  a_type_qualifier_set added = qualifiers_to_add(type, qualifiers);
-  if (added == tq_none)
-    return type;
-  if (is_array_type(type))
-    return make_qualified_array_type(type, added);
+  if (is_array_type(type)) {
+    a_type* old_element = array_element_type(type);
+    a_type* element = with_added_qualifiers(old_element, added);
+    return element == old_element ? type : array_of_requalified_elements(type, element);
+  }
   a_type* base = type;
   while (is_mere_qualification(base)) {
     added |= base->variant.typeref.typeref_qualifiers;
@@ -427,15 +423,25 @@ a_type* f_make_qualified_type(a_type* type, a_type_qualifier_set qualifiers) {
   return result;
 }
 
-a_type* make_unqualified_type(a_type* type) {
+// The type, which has qualifiers, without them.
+a_type* without_qualifiers(a_type* type) {
   check_stack_limit();
-  if (get_type_qualifiers(type) == tq_none)
-    return type;
   if (is_array_type(type))
-    return array_of_requalified_elements(type, make_unqualified_type(array_element_type(type)));
+    return array_of_requalified_elements(type, without_qualifiers(array_element_type(type)));
   while (get_type_qualifiers(type) != tq_none)
     type = type->variant.typeref.referenced_type;
   return type;
+}
+
+} // namespace
+
+a_type* f_make_qualified_type(a_type* type, a_type_qualifier_set qualifiers) {
+  a_type_qualifier_set added = qualifiers_to_add(type, qualifiers);
+  return added == tq_none ? type : with_added_qualifiers(type, added);
+}
+
+a_type* make_unqualified_type(a_type* type) {
+  return get_type_qualifiers(type) == tq_none ? type : without_qualifiers(type);
 }
 
 a_type* type_plus_qualifiers_from_second_type(a_type* type, const a_type* second) {

@@ -319,7 +319,7 @@ a_type* type_after_bit_field_promotion(a_type* type, unsigned bit_size) {
   unsigned int_width = static_cast<unsigned>(targ_precisionof_int);
   if (bit_size > int_width)
     return type_after_integral_promotion(type);
-  if (is_unsigned && (bit_size == int_width || C_dialect == cd_k_and_r))
+  if (is_unsigned && bit_size == int_width)
     return integer_type(ik_unsigned_int);
   return integer_type(ik_int);
 }
@@ -386,11 +386,11 @@ a_type* common_floating_type(const a_type* type1, const a_type* type2) {
   return complex_type(float_kind);
 }
 
-// Whether `unsigned_kind` is an unsigned kind, up to the given one, whose
-// values the signed kind of the same width cannot all represent.
-bool same_width_unsigned(int unsigned_kind, int signed_kind) {
-  return (unsigned_kind == ik_unsigned_int || unsigned_kind == ik_unsigned_long) &&
-         precision_of_int_kind(unsigned_kind) == precision_of_int_kind(signed_kind);
+// Whether the kind is unsigned int or unsigned long in the width of the signed
+// kind, which then can't hold all its values.
+bool exceeds_same_width(int kind, int signed_kind) {
+  return (kind == ik_unsigned_int || kind == ik_unsigned_long) &&
+         precision_of_int_kind(kind) == precision_of_int_kind(signed_kind);
 }
 
 int common_int_kind(int kind1, int kind2) {
@@ -399,13 +399,13 @@ int common_int_kind(int kind1, int kind2) {
   if (either_is(ik_unsigned_long_long))
     return ik_unsigned_long_long;
   if (either_is(ik_long_long))
-    return same_width_unsigned(other_than(ik_long_long), ik_long_long) ? ik_unsigned_long_long
-                                                                       : ik_long_long;
+    return exceeds_same_width(other_than(ik_long_long), ik_long_long) ? ik_unsigned_long_long
+                                                                      : ik_long_long;
   if (either_is(ik_unsigned_long))
     return ik_unsigned_long;
   if (either_is(ik_long)) {
     bool becomes_unsigned =
-        C_dialect != cd_k_and_r && same_width_unsigned(other_than(ik_long), ik_long);
+        !long_preserving_rules && exceeds_same_width(other_than(ik_long), ik_long);
     return becomes_unsigned ? ik_unsigned_long : ik_long;
   }
   return either_is(ik_unsigned_int) ? ik_unsigned_int : ik_int;

@@ -266,6 +266,19 @@ TEST_F(TYPES_TEST, UsualArithmeticConversions) {
             integer_type(ik_long));
 }
 
+TEST_F(TYPES_TEST, LongIsPreservedOnRequestInEveryDialect) {
+  for (int dialect : {cd_ansi_c, cd_k_and_r}) {
+    restart(dialect);
+    a_type* long_ = integer_type(ik_long);
+    a_type* unsigned_int = integer_type(ik_unsigned_int);
+    EXPECT_EQ(usual_arithmetic_conversions(long_, unsigned_int), integer_type(ik_unsigned_long));
+    long_preserving_rules = 1;
+    EXPECT_EQ(usual_arithmetic_conversions(unsigned_int, long_), long_);
+    EXPECT_EQ(usual_arithmetic_conversions(long_, integer_type(ik_unsigned_long)),
+              integer_type(ik_unsigned_long));
+  }
+}
+
 TEST_F(TYPES_TEST, FloatingConversions) {
   auto common = usual_arithmetic_conversions;
   EXPECT_EQ(common(int_(), float_type(fk_float)), float_type(fk_float));
@@ -384,6 +397,24 @@ TEST_F(TYPES_TEST, CompositeOfParameterTypesKeepsTheFirst) {
   EXPECT_TRUE(is_error_type(composite_type(int_(), make_pointer_type(int_()))));
 }
 
+// The error type too where the difference lies inside, but not for an error
+// that was there before.
+TEST_F(TYPES_TEST, RoutinesThatDifferHaveNoComposite) {
+  a_type* routine = make_routine_type_full(int_(), int_(), make_pointer_type(int_()));
+  a_type* others[] = {
+      make_routine_type_full(char_(), int_(), make_pointer_type(int_())),
+      make_routine_type_full(int_(), int_(), make_pointer_type(char_())),
+      make_routine_type_full(int_(), int_()),
+      with_ellipsis(make_routine_type_full(int_(), int_(), make_pointer_type(int_())))};
+  for (a_type* other : others) {
+    EXPECT_TRUE(is_error_type(composite_type(routine, other))) << text(other);
+    EXPECT_TRUE(is_error_type(composite_type(make_pointer_type(other), make_pointer_type(routine))))
+        << text(other);
+  }
+  a_type* erroneous = make_routine_type_full(int_(), int_(), error_type());
+  EXPECT_TRUE(is_function_type(composite_type(routine, erroneous)));
+}
+
 TEST_F(TYPES_TEST, CompositesMergeDefaultsAndGnuProperties) {
   a_type* first = make_routine_type_full(void_type(), int_(), int_());
   a_type* second = make_routine_type_full(void_type(), int_(), int_());
@@ -434,6 +465,15 @@ TEST_F(TYPES_TEST, LongChainsOfPointersAreWalkedInALoop) {
   EXPECT_FALSE(identical_types(to_int, chain(make_array_type(char_(), 2))));
   EXPECT_FALSE(is_or_contains_error_type(to_int));
   EXPECT_EQ(text(to_int).size(), strlen("int (") + 200000 + strlen(")[2]"));
+}
+
+// Each level of an array is looked at once, or this takes minutes.
+TEST_F(TYPES_TEST, ManyDimensionsTakeLinearTime) {
+  a_type* array = int_();
+  for (int level = 0; level < 300000; ++level)
+    array = make_array_type(array, 1);
+  EXPECT_FALSE(is_variably_modified_type(array));
+  EXPECT_TRUE(identical_types(array, make_array_type(array_element_type(array), 1)));
 }
 
 TEST_F(TYPES_TEST, ExplicitAlignmentSeparatesTypesInGnuModes) {
