@@ -393,10 +393,6 @@ bool is_mere_qualification(const a_type* type) {
          (type->variant.typeref.typeref_qualifiers & ~tq_all_qualifiers) == 0;
 }
 
-} // namespace
-
-namespace {
-
 // The type with qualifiers that it lacks and can take. They are the same for
 // all levels of an array.
 a_type* with_added_qualifiers(a_type* type, a_type_qualifier_set added) {
