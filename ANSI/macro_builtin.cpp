@@ -358,6 +358,15 @@ static std::string text_of_plain_builtin(a_builtin_macro_kind kind) {
   }
 }
 
+// The operand may have ended in the expansion of a macro that it began with:
+// what is left of that text goes with the invocation.
+static void leave_texts_of_operand() {
+  while (curr_text_modif != nullptr && (delete_source_from_loc < curr_text_modif->text_start ||
+                                        delete_source_from_loc > curr_text_modif->text_end))
+    if (!leave_macro_text())
+      return;
+}
+
 static void expand_operator_of_if(a_symbol* symbol, a_builtin_macro_kind kind,
                                   const a_source_position& position) {
   fetch_unexpanded_pp_tokens();
@@ -366,6 +375,7 @@ static void expand_operator_of_if(a_symbol* symbol, a_builtin_macro_kind kind,
   bool value = kind == bmk_defined ? scan_defined_operand(position) : feature_test_value(kind);
   pop_lexical_state_stack();
   --num_macro_invocations_in_process;
+  leave_texts_of_operand();
   replace_invocation_by_string(symbol, value ? "1" : "0", 1, position);
 }
 
