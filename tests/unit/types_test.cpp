@@ -267,6 +267,7 @@ TEST_F(TYPES_TEST, UsualArithmeticConversions) {
 }
 
 TEST_F(TYPES_TEST, LongIsPreservedOnRequestInEveryDialect) {
+  targ_precisionof_long = targ_precisionof_int;
   for (int dialect : {cd_ansi_c, cd_k_and_r}) {
     restart(dialect);
     a_type* long_ = integer_type(ik_long);
