@@ -7,6 +7,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "float_pt.h"
 #include "fpsconv.h"
@@ -189,7 +190,7 @@ TEST(FPS_TEST, LimitsOfText) {
     double value;
     unsigned error;
   };
-  const a_row rows[] = {
+  const std::vector<a_row> rows = {
       {"0e999", 0.0, 0},
       {"-0.0", -0.0, 0},
       {"1e512", INFINITY, fpe_overflow},
