@@ -663,7 +663,7 @@ static bool same_float_value(const a_float_value& a, const a_float_value& b) {
 static bool same_string_value(const a_string_value& a, const a_string_value& b, unsigned flags) {
   if ((flags & ccf_for_sharing) && a.sequence_number != b.sequence_number)
     return false;
-  return a.length == b.length && memcmp(a.text, b.text, a.length) == 0;
+  return a.length == b.length && (a.length == 0 || memcmp(a.text, b.text, a.length) == 0);
 }
 
 static bool same_subobject_path(const a_subobject_path* a, const a_subobject_path* b) {
