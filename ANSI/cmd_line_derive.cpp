@@ -384,8 +384,8 @@ void refuse_what_is_not_made() {
     refuse_run("--create_pch is incompatible with --use_pch and --pch");
   if (do_preprocessing_only)
     return;
-  if (in_cplusplus_mode())
-    refuse_run("C++ is not accepted by this version; use --c for a C source");
+  if (in_cplusplus_mode() && !suppress_back_end)
+    refuse_run("this version makes no code of C++; use --c for a C source, or --no_code_gen");
   if (create_precompiled_header)
     refuse_run("this version makes no precompiled headers");
   if (suppress_back_end)
