@@ -71,10 +71,6 @@ static bool check_compound_operands(a_token_kind token, an_operand* left, an_ope
 static bool prepare_arithmetic_step(a_token_kind token, an_operand* left, an_operand* right) {
   if (!check_compound_operands(token, left, right))
     return false;
-  if (floating_point_is_refused(left->type)) {
-    refuse_floating_point(left);
-    return false;
-  }
   if (is_shift_assign(token)) {
     promote_operand(right);
     warn_about_shift_count(right, operand_type_after_integral_promotion(left));

@@ -224,6 +224,4 @@ void scan_function_call(an_operand* operand) {
     rule_out_expr_kinds(rule_out_constant, operand);
   }
   set_operator_positions(operand, &start, &position, &end);
-  if (!is_error_operand(operand) && floating_point_is_refused(operand->type))
-    refuse_floating_point(operand);
 }

@@ -74,8 +74,6 @@ void cast_operand_full(a_type* type, an_operand* operand, const a_source_positio
   } else if (is_void_type(type)) {
     if (!is_implicit || !is_void_type(operand->type))
       cast_operand_to_void(operand);
-  } else if (floating_point_is_refused(type)) {
-    refuse_floating_point(operand);
   } else if (is_constant_operand(operand)) {
     if (!is_implicit || !identical_types(type, operand->type))
       cast_constant(type, operand, position, is_implicit);

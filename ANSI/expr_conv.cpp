@@ -73,10 +73,6 @@ void conv_glvalue_to_prvalue(an_operand* operand) {
   if (!is_glvalue_operand(operand))
     return;
   change_unmarked_ref_kinds(operand->ref_entries, srk_value_read);
-  if (floating_point_is_refused(operand->type)) {
-    refuse_floating_point(operand);
-    return;
-  }
   if (is_incomplete_type(operand->type) && !is_void_type(operand->type)) {
     error_in_operand(ec_incomplete_type_not_allowed, operand);
     return;

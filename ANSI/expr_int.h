@@ -57,7 +57,6 @@ void transfer_context_from_enclosing_expr_stack_entry(bool full, const an_expr_s
 struct a_full_expression {
   an_expr_stack_entry entry;
   an_expr_stack_entry* saved_expr_stack;
-  bool saved_floating_point_reported;
 };
 void begin_full_expression(an_expression_kind kind, a_full_expression* full);
 void end_full_expression(a_full_expression* full, const an_operand* operand);
@@ -92,9 +91,6 @@ void error_in_operand(an_error_code code, an_operand* operand);
 void type2_error_in_operand(an_error_code code, an_operand* operand, a_type* type1, a_type* type2);
 void error_and_make_error_operand(an_error_code code, const a_source_position* position,
                                   an_operand* operand);
-// What isn't built yet: reported once an expression.
-void refuse_floating_point(an_operand* operand);
-bool floating_point_is_refused(const a_type* type);
 
 // ---- Operands (expr_operand.cpp) ----
 

@@ -99,12 +99,20 @@ void scan_identifier(an_operand* result) {
 
 // ---- Literals ----
 
-static void scan_constant_literal(an_operand* result) {
+// An integral constant expression has floating literals as the operands of its
+// casts only (C99 6.6 p6).
+static bool may_be_floating_literal(uint32_t flags) {
+  bool is_integral_context =
+      expr_stack->kind == ek_integral_constant || expr_stack->kind == ek_strict_constant;
+  return !is_integral_context || constexpr_enabled || (flags & sef_float_literal_allowed);
+}
+
+static void scan_constant_literal(an_operand* result, uint32_t flags) {
   make_constant_operand(&const_for_curr_token, result);
   if (result->kind == ok_constant)
     result->variant.constant.position = pos_curr_token;
-  if (!is_error_operand(result) && floating_point_is_refused(result->type))
-    refuse_floating_point(result);
+  if (curr_token == tok_float_constant && !may_be_floating_literal(flags))
+    check_integral_or_enum_operand(result);
   get_token();
 }
 
@@ -339,7 +347,7 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   case tok_integer:
   case tok_char_constant:
   case tok_float_constant:
-    scan_constant_literal(result);
+    scan_constant_literal(result, flags);
     break;
   case tok_string:
     scan_string_literal_operand(result);

@@ -12,15 +12,11 @@ a_ref_entry* curr_expr_ref_entries;
 a_source_position curr_construct_end_position;
 
 static a_ref_entry* avail_ref_entries;
-// The lack of floating point has been reported for the current expression.
-static bool floating_point_reported;
 
 // ---- The stack ----
 
 void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool, bool) {
   *entry = {};
-  if (!expr_stack)
-    floating_point_reported = false;
   entry->previous = expr_stack;
   entry->saved_ref_entries = curr_expr_ref_entries;
   curr_expr_ref_entries = nullptr;
@@ -80,7 +76,6 @@ static void transfer_to_full_expression(const an_expr_stack_entry* from, an_expr
 
 void begin_full_expression(an_expression_kind kind, a_full_expression* full) {
   full->saved_expr_stack = expr_stack;
-  full->saved_floating_point_reported = floating_point_reported;
   expr_stack = nullptr;
   push_expr_stack(kind, &full->entry, false, false);
   if (full->saved_expr_stack)
@@ -90,7 +85,6 @@ void begin_full_expression(an_expression_kind kind, a_full_expression* full) {
 void end_full_expression(a_full_expression* full, const an_operand* operand) {
   pop_expr_stack();
   expr_stack = full->saved_expr_stack;
-  floating_point_reported = full->saved_floating_point_reported;
   curr_construct_end_position = operand->end_position;
 }
 
@@ -265,20 +259,6 @@ void error_and_make_error_operand(an_error_code code, const a_source_position* p
   operand->position = *position;
 }
 
-// The value machinery of floating point is no part of the language yet; an
-// operand that is only looked at has its type all the same.
-bool floating_point_is_refused(const a_type* type) {
-  return is_floating_type(type) && !expr_stack->flags.unevaluated_operand;
-}
-
-void refuse_floating_point(an_operand* operand) {
-  if (!floating_point_reported && !is_error_operand(operand) && expr_error_should_be_issued()) {
-    pos_st_error(ec_feature_not_allowed_in_current_mode, &operand->position, "floating point");
-    floating_point_reported = true;
-  }
-  conv_to_error_operand(operand);
-}
-
 // ---- Initialisation ----
 
 void expr_one_time_init() {
@@ -289,7 +269,6 @@ void expr_init() {
   expr_stack = nullptr;
   curr_expr_ref_entries = nullptr;
   avail_ref_entries = nullptr;
-  floating_point_reported = false;
 }
 
 void expr_trans_unit_init() {

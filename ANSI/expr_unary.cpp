@@ -217,10 +217,6 @@ static void do_incr_decr(an_expr_operator_kind op, an_operand* operand,
   }
   if (!check_modifiable_lvalue_operand(operand) || !check_scalar_operand(operand))
     return;
-  if (floating_point_is_refused(operand->type)) {
-    refuse_floating_point(operand);
-    return;
-  }
   if (is_pointer_type(operand->type) && !check_pointer_arithmetic_operand(operand))
     return;
   an_operand saved = *operand;

@@ -181,7 +181,9 @@ void make_types() {
 void close_file() {
   I_FILE* file = gen_file;
   gen_file = nullptr;
-  if (file->if_close(keep_unneeded_types != 0, false))
+  // What the stage has refused leaves the file incomplete.
+  bool is_abandoned = total_errors != 0;
+  if (file->if_close(keep_unneeded_types != 0, is_abandoned))
     named_file_write_error("generated IL output", errno);
   delete type_pkg;
   type_pkg = nullptr;

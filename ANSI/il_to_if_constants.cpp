@@ -242,8 +242,9 @@ void gen_constant(a_constant* constant, a_type* expected) {
   case con_repeat:
     return gen_repeat(constant, expected);
   case con_float:
-    pos_st_error(ec_feature_not_allowed_in_current_mode, &constant->position, "floating point");
-    return;
+  case con_imaginary:
+  case con_complex:
+    return refuse_floating_point(&constant->position);
   default:
     // Lowering has removed the others.
     return;

@@ -11,6 +11,9 @@
 #include "stack_limit.h"
 #include "target.h"
 
+// The file's message about floating values has been given.
+static bool floating_point_refused;
+
 // ---- Nodes ----
 
 static void write_node(NODE& node) {
@@ -539,10 +542,19 @@ static void gen_routine(const an_expr_node* expr, a_type* result) {
   gen_name(routine->type, symbol);
 }
 
+void refuse_floating_point(const a_source_position* position) {
+  if (floating_point_refused)
+    return;
+  floating_point_refused = true;
+  pos_st_error(ec_feature_not_allowed_in_current_mode, position, "floating point");
+}
+
 void gen_expr(an_expr_node* expr, a_type* type_override) {
   check_stack_limit();
   if (expr == nullptr)
     return;
+  if (!expr->is_lvalue && is_floating_type(expr->type))
+    return refuse_floating_point(&expr->position);
   hooks->expression(expr);
   a_type* result = type_override == nullptr ? expr->type : type_override;
   switch (expr->kind) {

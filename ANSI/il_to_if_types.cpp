@@ -83,12 +83,14 @@ TYPE* qualified(TYPE* type, a_type_qualifier_set qualifiers) {
 TYPE* plain_integer(an_integer_kind kind) {
   static const TYPE::IKIND words[num_integer_kinds] = {
       TYPE::ikind_unsigned_char, // plain char has a type of its own
-      TYPE::ikind_signed_char,   TYPE::ikind_unsigned_char,     TYPE::ikind_short, TYPE::ikind_unsigned_short,
-      TYPE::ikind_int,           TYPE::ikind_unsigned,          TYPE::ikind_long,  TYPE::ikind_unsigned_long,
+      TYPE::ikind_signed_char,   TYPE::ikind_unsigned_char,
+      TYPE::ikind_short,         TYPE::ikind_unsigned_short,
+      TYPE::ikind_int,           TYPE::ikind_unsigned,
+      TYPE::ikind_long,          TYPE::ikind_unsigned_long,
       TYPE::ikind_long_long,     TYPE::ikind_unsigned_long_long};
   if (kind == ik_char)
-    return type_pkg->mk_int(targ_has_signed_chars ? TYPE::ikind_signed_char : TYPE::ikind_unsigned_char,
-                            false);
+    return type_pkg->mk_int(
+        targ_has_signed_chars ? TYPE::ikind_signed_char : TYPE::ikind_unsigned_char, false);
   return type_pkg->integers[words[kind]];
 }
 

@@ -23,7 +23,7 @@ char a7[1 % 0];
 char a8[(int)&v];
 // CHECK-NEXT: line [[@LINE-1]]: error #159:
 char a9[1.5 > 1];
-// CHECK-NEXT: line [[@LINE-1]]: error #1816:
+// CHECK-NEXT: line [[@LINE-1]]: error #901:
 char b1[0 && v];
 char b2[1 || v];
 char b3[1 ? 2 : v];
