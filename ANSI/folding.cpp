@@ -1,4 +1,5 @@
-// Constant folding: operators on integer constants.
+// Constant folding: the choice of the operation by the kinds of its operands,
+// operators on integer constants, and what a failure means at its place.
 
 #include "folding.h"
 
@@ -17,20 +18,35 @@ an_error_severity integer_overflow_severity() {
   return strict_ansi_mode ? strict_ansi_error_severity : es_warning;
 }
 
+a_boolean IEEE_handling_on_float_operation_exceptions;
+
+static bool constant_is_wanted(const a_fold_context* context) {
+  if (!expr_stack)
+    return context->in_constant_kind;
+  return (context->in_constant_kind || expr_stack->flags.constant_context) &&
+         !expr_stack->flags.unevaluated_operand;
+}
+
+static void issue_fold_problem(an_error_severity severity, an_error_code code,
+                               a_fold_context* context) {
+  if (severity == es_error && context->error_code_out)
+    *context->error_code_out = code;
+  else if (severity != es_error || expr_error_should_be_issued())
+    pos_diagnostic(severity, code, context->position);
+}
+
 // Where no constant is required, an operation that has no value becomes code
 // behind a warning; the program may never reach it.
 void report_fold_problem(const a_fold_problem* problem, a_constant* result,
                          a_fold_context* context) {
+  an_error_severity severity = problem->severity;
   if (problem->code == 0)
     return;
-  an_error_severity severity = problem->severity;
   if (!context->value_evaluated) {
     context->not_folded = true;
     return;
   }
-  bool constant_wanted =
-      context->in_constant_kind && !(expr_stack && expr_stack->flags.unevaluated_operand);
-  if (severity == es_error && !constant_wanted) {
+  if (severity == es_error && !constant_is_wanted(context)) {
     severity = es_warning;
     context->not_folded = true;
   }
@@ -39,8 +55,7 @@ void report_fold_problem(const a_fold_problem* problem, a_constant* result,
     context->not_folded = false;
     context->error_reported = true;
   }
-  if (severity != es_error || expr_error_should_be_issued())
-    pos_diagnostic(severity, problem->code, context->position);
+  issue_fold_problem(severity, problem->code, context);
 }
 
 void trunc_and_set_integer(uint64_t value, bool is_signed, a_constant* constant,
@@ -75,7 +90,7 @@ static bool is_pointer_valued(const a_constant* constant) {
   return constant->kind == con_address || is_pointer_type(constant->type);
 }
 
-static void start_result(a_type* type, a_constant* result, const a_fold_context* context) {
+void start_result(a_type* type, a_constant* result, const a_fold_context* context) {
   clear_constant(result, con_integer);
   result->type = type;
   if (context->position)
@@ -159,7 +174,7 @@ static void fold_integer_arithmetic(an_expr_operator_kind op, const a_constant* 
   report_fold_problem(&problem, result, context);
 }
 
-static bool relation_holds(an_expr_operator_kind op, int order) {
+bool relation_holds(an_expr_operator_kind op, int order) {
   switch (op) {
   case eok_eq:
     return order == 0;
@@ -187,6 +202,10 @@ static void fold_comparison(an_expr_operator_kind op, const a_constant* left,
     fold_address_comparison(op, left, right, result_type, result, context);
     return;
   }
+  if (is_floating_constant(left)) {
+    fold_float_comparison(op, left, right, result_type, result, context);
+    return;
+  }
   // Pointers made from integers compare as unsigned values.
   bool is_signed = !is_pointer_valued(left) && int_constant_is_signed(left);
   int order =
@@ -211,8 +230,13 @@ static bool both_are_integers(const a_constant* left, const a_constant* right) {
   return left->kind == con_integer && right->kind == con_integer;
 }
 
+static bool both_are_floating(const a_constant* left, const a_constant* right) {
+  return is_floating_constant(left) && is_floating_constant(right);
+}
+
 static bool is_foldable_operand(const a_constant* constant) {
-  return constant->kind == con_integer || constant->kind == con_address;
+  return constant->kind == con_integer || constant->kind == con_address ||
+         is_floating_constant(constant);
 }
 
 void binary_operation(an_expr_operator_kind op, const a_constant* left, const a_constant* right,
@@ -229,10 +253,14 @@ void binary_operation(an_expr_operator_kind op, const a_constant* left, const a_
     fold_pointer_arithmetic(op, left, right, result_type, result, context);
   } else if (op == eok_pointer_difference) {
     do_pdiff(left, right, result_type, result, context);
+  } else if (is_floating_constant(left) != is_floating_constant(right)) {
+    context->not_folded = true;
   } else if (is_comparison(op)) {
     fold_comparison(op, left, right, result_type, result, context);
   } else if (both_are_integers(left, right) && is_integral_or_enum_type(result_type)) {
     fold_integer_arithmetic(op, left, right, result_type, result, context);
+  } else if (both_are_floating(left, right) && is_floating_type(result_type)) {
+    fold_float_arithmetic(op, left, right, result_type, result, context);
   } else {
     context->not_folded = true;
   }
@@ -268,6 +296,8 @@ void unary_operation(an_expr_operator_kind op, const a_constant* operand, a_type
     }
     start_result(result_type, result, context);
     result->value.int_value = !constant_bool_value(operand);
+  } else if (is_floating_constant(operand)) {
+    fold_float_unary(op, operand, result_type, result, context);
   } else if (operand->kind != con_integer || !is_integral_or_enum_type(operand->type)) {
     context->not_folded = true;
   } else if (op == eok_negate) {
@@ -304,7 +334,8 @@ bool constant_bool_value_known_at_compile_time(const a_constant* constant) {
 }
 
 bool constant_bool_value(const a_constant* constant) {
-  return !is_zero_constant(constant);
+  return is_floating_constant(constant) ? float_constant_is_true(constant)
+                                        : !is_zero_constant(constant);
 }
 
 bool variable_has_non_null_address(const a_variable* variable) {
@@ -338,7 +369,7 @@ void folding_one_time_init() {
 }
 
 void folding_init() {
-  // Nothing of this module lives on from an earlier run.
+  IEEE_handling_on_float_operation_exceptions = !strict_ansi_mode;
 }
 
 void folding_trans_unit_init() {

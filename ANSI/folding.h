@@ -7,6 +7,7 @@
 #define FOLDING_H
 
 #include "basics.h"
+#include "il_constants.h"
 #include "il_expr.h"
 
 // What a fold is told of its place, and what it answers.
@@ -16,13 +17,20 @@ struct a_fold_context {
   const a_source_position* position;
   bool not_folded;
   bool error_reported;
+  // Where an error's number goes instead of being reported; null: report it.
+  an_error_code* error_code_out = nullptr;
 };
+
+// On: a floating division by zero gives an infinity or a NaN without a message
+// (C99 F.8.2). Strict mode turns it off.
+extern a_boolean IEEE_handling_on_float_operation_exceptions;
 
 // `left op right`, both converted as the operator asks; the result has
 // `result_type`.
 void binary_operation(an_expr_operator_kind op, const a_constant* left, const a_constant* right,
                       a_type* result_type, a_constant* result, a_fold_context* context);
-// eok_negate, eok_unary_plus, eok_complement, eok_not.
+// eok_negate, eok_unary_plus, eok_complement, eok_not, eok_conjugate,
+// eok_real_part, eok_imag_part.
 void unary_operation(an_expr_operator_kind op, const a_constant* operand, a_type* result_type,
                      a_constant* result, a_fold_context* context);
 // Converts a constant to `type` in place, as a cast (is_explicit) or as an
@@ -39,6 +47,9 @@ bool type_change_constant(a_constant* constant, a_type* type);
 void trunc_and_set_integer(uint64_t value, bool is_signed, a_constant* constant,
                            bool check_overflow, bool saturate, an_error_code* code,
                            an_error_severity* severity);
+// The value of an integer word in a floating kind.
+void conv_integer_value_to_float(uint64_t word, bool is_signed, a_float_value* value, int kind,
+                                 bool* failed);
 // Sets the code for a negative count, or one not below the left type's width.
 void check_shift_count(const a_constant* count, a_type* left_type, an_error_code* code);
 

@@ -243,17 +243,36 @@ static bool conv_integer(a_constant* constant, a_type* type, bool warn, a_fold_p
     conv_integer_to_integer(constant, type, warn, problem);
   else if (is_pointer_type(type))
     conv_integer_to_pointer(constant, type);
+  else if (is_floating_type(type) && is_integral_or_enum_type(constant->type))
+    conv_integer_to_float(constant, type, warn, problem);
   else
     return false;
   return true;
 }
 
-static bool convert(a_constant* constant, a_type* type, bool warn, a_fold_problem* problem) {
+static bool conv_floating(a_constant* constant, a_type* type, bool is_explicit,
+                          a_fold_problem* problem) {
+  if (is_floating_type(type))
+    conv_float_to_float(constant, type, problem);
+  else if (is_bool_type(type)) // C99 6.3.1.2
+    set_truth(float_constant_is_true(constant), type, constant);
+  else if (is_integral_or_enum_type(type))
+    conv_float_to_integer(constant, type, is_explicit, problem);
+  else
+    return false;
+  return true;
+}
+
+static bool convert(a_constant* constant, a_type* type, bool is_explicit, a_fold_problem* problem) {
   switch (constant->kind) {
   case con_error:
     return true;
   case con_integer:
-    return conv_integer(constant, type, warn, problem);
+    return conv_integer(constant, type, !is_explicit, problem);
+  case con_float:
+  case con_imaginary:
+  case con_complex:
+    return conv_floating(constant, type, is_explicit, problem);
   case con_address:
     return conv_address(constant, type);
   default:
@@ -267,23 +286,27 @@ static bool convert(a_constant* constant, a_type* type, bool warn, a_fold_proble
 void type_change_constant_full(a_constant* constant, a_type* type, bool is_explicit,
                                a_fold_context* context) {
   a_fold_problem problem = {};
-  bool is_literal = constant->is_null_literal;
-  if (!convert(constant, type, !is_explicit, &problem)) {
+  const a_constant before = *constant;
+  if (!convert(constant, type, is_explicit, &problem)) {
     context->not_folded = true;
+    *constant = before;
     return;
   }
   // A literal stops being one when it gets another type.
-  constant->is_null_literal = is_literal && !is_explicit;
+  constant->is_null_literal = before.is_null_literal && !is_explicit;
   constant->is_character_literal = false;
   constant->explicit_cast = is_explicit;
   constant->implicit_cast = !is_explicit;
-  if (context->value_evaluated)
+  // Where the value isn't wanted, what merely changes it goes without a word.
+  if (context->value_evaluated || problem.severity >= es_error)
     report_fold_problem(&problem, constant, context);
+  if (context->not_folded)
+    *constant = before;
 }
 
 bool type_change_constant(a_constant* constant, a_type* type) {
   a_fold_problem problem = {};
-  return convert(constant, type, false, &problem);
+  return convert(constant, type, true, &problem) && problem.severity < es_error;
 }
 
 // ---- Addresses that expressions have before run time ----
