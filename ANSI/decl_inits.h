@@ -4,6 +4,7 @@
 #define DECL_INITS_H
 
 #include "decl_spec.h"
+#include "expr_operand.h"
 
 // The initialiser of the variable just declared (state->symbol), at the token
 // behind `=`; sets its init_kind and its initialiser, completes an array of
@@ -16,6 +17,14 @@ void check_for_missing_initializer_full(a_symbol* symbol, a_type* type);
 // The braces of a compound literal (C99 6.5.2.5), at `{`: a constant or, with
 // a null result, *init is its dynamic initialisation.
 a_constant* scan_compound_literal_initializer(a_type** type, bool is_static, a_dynamic_init** init);
+
+// ---- Components ----
+
+an_init_component* alloc_init_component(an_init_component_kind kind);
+void free_init_component_list(an_init_component* list);
+a_source_position init_component_pos(const an_init_component* component);
+// An assignment expression or a braced list, at its first token.
+an_init_component* scan_init_component();
 
 void decl_inits_one_time_init();
 void decl_inits_init();

@@ -7,39 +7,6 @@
 #include "decl_inits.h"
 #include "expr_operand.h"
 
-enum an_init_component_kind : uint16_t {
-  ick_expression = 0,
-  ick_braced_list = 1,
-  ick_designator = 2
-};
-
-// A piece of an initialiser, as it was written.
-struct an_init_component {
-  an_init_component* next;
-  an_init_component_kind kind;
-  uint16_t parenthesized : 1;
-  union {
-    an_operand operand;
-    struct {
-      an_init_component* first;
-      a_source_position start_position;
-      a_source_position end_position;
-    } braced;
-    struct {
-      a_symbol_header* field_name; // null for an index
-      a_constant* index;
-      a_constant* range_end; // GNU `[a ... b]`
-      a_source_position position;
-    } designator;
-  } variant;
-};
-
-an_init_component* alloc_init_component(an_init_component_kind kind);
-void free_init_component_list(an_init_component* list);
-a_source_position init_component_pos(const an_init_component* component);
-// An assignment expression or a braced list, at its first token.
-an_init_component* scan_init_component();
-
 struct an_init_state {
   bool constant_required;
   bool contains_nonconstant; // some element needs run-time work

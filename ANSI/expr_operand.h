@@ -111,6 +111,34 @@ struct an_arg_operand {
   uint8_t is_permanent : 1;
 };
 
+enum an_init_component_kind : uint16_t {
+  ick_expression = 0,
+  ick_braced_list = 1,
+  ick_designator = 2
+};
+
+// A piece of an initialiser or an argument of a call, as it was written;
+// recycled on a free list.
+struct an_init_component {
+  an_init_component* next;
+  an_init_component_kind kind;
+  uint16_t parenthesized : 1;
+  union {
+    an_operand operand;
+    struct {
+      an_init_component* first;
+      a_source_position start_position;
+      a_source_position end_position;
+    } braced;
+    struct {
+      a_symbol_header* field_name; // null for an index
+      a_constant* index;
+      a_constant* range_end; // GNU `[a ... b]`
+      a_source_position position;
+    } designator;
+  } variant;
+};
+
 struct an_initializer_cache {
   an_init_component* first;
   an_init_component* last;

@@ -1,5 +1,7 @@
 #include "templates.h"
 
+#include "expr_int.h"
+
 void template_and_inline_function_wrapup() {
   // No instance waits while no template was declared.
 }
@@ -22,6 +24,32 @@ void update_inline_function_flags() {
 
 void wrapup_auto_instantiation_information() {
   // No template information file is open.
+}
+
+// A program can't declare templates yet.
+static void refuse_dependent_operation(const a_source_position* position, an_operand* result) {
+  if (expr_error_should_be_issued())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, position, "template");
+  make_error_operand(result);
+}
+
+void template_unary_operation(an_expr_operator_kind, an_operand*, const a_source_position* position,
+                              an_operand* result) {
+  refuse_dependent_operation(position, result);
+}
+
+void template_binary_operation(an_expr_operator_kind, an_operand*, an_operand*,
+                               const a_source_position* position, an_operand* result) {
+  refuse_dependent_operation(position, result);
+}
+
+void template_question_operation(an_operand*, an_operand*, an_operand*,
+                                 const a_source_position* position, an_operand* result) {
+  refuse_dependent_operation(position, result);
+}
+
+void f_instantiate_template_class(a_type*) {
+  // No instance of a template waits for its definition.
 }
 
 void templates_one_time_init() {

@@ -15,8 +15,8 @@ void f(void) {
 // CHECK-NEXT: line [[@LINE-1]]: error #29:
 // CHECK-NEXT: line [[@LINE-2]]: error #18:
   f(a, );
-// CHECK-NEXT: line [[@LINE-1]]: error #141:
-// CHECK-NEXT: line [[@LINE-2]]: error #29:
+// CHECK-NEXT: line [[@LINE-1]]: error #29:
+// CHECK-NEXT: line [[@LINE-2]]: error #141:
   a = b ? a;
 // CHECK-NEXT: line [[@LINE-1]]: error #54:
   a = b ? : a;

@@ -1,0 +1,237 @@
+// The names of operator functions, and the search for the function that an
+// operator or a call means. A program can't declare operator functions,
+// conversion functions or templates yet, so that the search ends early; what
+// needs one of them is refused.
+
+#include "overload.h"
+
+#include "error.h"
+#include "expr_int.h"
+#include "il.h"
+#include "lookup.h"
+#include "mode_words.h"
+#include "symbol_tbl.h"
+#include "templates.h"
+
+#include <string>
+
+// ---- Names of operator functions ----
+
+const char* const opname_names[num_opnames] = {
+    "",
+#define OPNAME(number, enumerator, token, text, unary_op, binary_op) text,
+#include "opnames.def"
+#undef OPNAME
+};
+
+constinit const std::array<an_opname_kind, num_token_kinds> opname_kind_for_token = [] {
+  std::array<an_opname_kind, num_token_kinds> kinds = {};
+#define OPNAME(number, enumerator, token, text, unary_op, binary_op) kinds[token] = enumerator;
+#include "opnames.def"
+#undef OPNAME
+  kinds[tok_error] = opn_none;
+  return kinds;
+}();
+
+namespace {
+
+struct an_opname_operators {
+  an_expr_operator_kind unary, binary;
+};
+
+constexpr an_opname_operators opname_operators[num_opnames] = {
+    {eok_last, eok_last},
+#define OPNAME(number, enumerator, token, text, unary_op, binary_op) {unary_op, binary_op},
+#include "opnames.def"
+#undef OPNAME
+};
+
+} // namespace
+
+an_expr_operator_kind operator_for_opname_kind(an_opname_kind kind, bool is_unary) {
+  return is_unary ? opname_operators[kind].unary : opname_operators[kind].binary;
+}
+
+bool any_opname_function_symbol(an_opname_kind kind) {
+  const a_symbol_header* header = opname_symbol_header(kind);
+  return header && (header->first_symbol || header->first_inactive_symbol);
+}
+
+a_symbol* opname_member_function_symbol(a_type* class_type, an_opname_kind kind) {
+  a_symbol_header* header = opname_symbol_header(kind);
+  if (!header)
+    return nullptr;
+  a_symbol_locator locator = cleared_locator;
+  locator.header = header;
+  locator.is_operator_name = true;
+  locator.operator_kind = kind;
+  return class_qualified_id_lookup(&locator, skip_typerefs(class_type), ilo_none);
+}
+
+// ---- Operators ----
+
+bool is_overloadable_type(const a_type* type) {
+  if (is_enum_type(type))
+    return operator_overloading_on_enums_enabled;
+  return is_class_struct_union_type(type) || is_template_param_type(type);
+}
+
+bool is_overloadable_first_operand_type(const a_type* type) {
+  return is_overloadable_type(type);
+}
+
+static void refuse(const char* construct, const a_source_position* position) {
+  if (expr_error_should_be_issued())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, position, construct);
+}
+
+static bool has_conversion_functions(const a_type* type) {
+  return is_class_struct_union_type(type) && class_supplement_of(type)->conversions;
+}
+
+static bool is_dependent_operand(const an_operand* operand) {
+  return operand->kind == ok_indefinite_function ? false
+                                                 : is_template_dependent_type(operand->type);
+}
+
+static bool drop_operands(an_operand* first, an_operand* second, an_operand* result) {
+  operand_will_not_be_used_because_of_error(first);
+  if (second)
+    operand_will_not_be_used_because_of_error(second);
+  make_error_operand(result);
+  return true;
+}
+
+// Objects of classes have these without a declaration.
+static bool is_builtin_for_classes(const an_operator_search* search, bool is_unary) {
+  return search->kind == opn_assign || search->kind == opn_comma || search->kind == opn_question ||
+         (search->kind == opn_ampersand && is_unary);
+}
+
+static void report_no_operator(const an_operator_search* search, const an_operand* first,
+                               const an_operand* second) {
+  if (!expr_error_should_be_issued())
+    return;
+  constexpr an_error_code text_operand_types = 743;
+  const char* name = opname_names[search->kind];
+  std::string types = format_type_string(first->type, nullptr);
+  if (second)
+    types = types + " " + name + " " + format_type_string(second->type, nullptr);
+  else
+    types = std::string(name) + " " + types;
+  a_diagnostic* diag =
+      pos_st_start_error(ec_no_matching_operator_function, &search->position, name);
+  copy_str_add_diag_info(diag, text_operand_types, types.c_str());
+  end_diagnostic(diag);
+}
+
+bool check_for_operator_overloading(const an_operator_search* search, an_operand* first,
+                                    an_operand* second, an_operand* result) {
+  if (is_error_operand(first) || (second && is_error_operand(second)))
+    return drop_operands(first, second, result);
+  if (is_dependent_operand(first) || (second && is_dependent_operand(second))) {
+    if (second)
+      template_binary_operation(operator_for_opname_kind(search->kind, false), first, second,
+                                &search->position, result);
+    else
+      template_unary_operation(operator_for_opname_kind(search->kind, true), first,
+                               &search->position, result);
+    return true;
+  }
+  bool with_class = is_class_struct_union_type(first->type) ||
+                    (second && is_class_struct_union_type(second->type));
+  if (any_opname_function_symbol(search->kind) || has_conversion_functions(first->type) ||
+      (second && has_conversion_functions(second->type))) {
+    refuse("operator overloading", &search->position);
+    return drop_operands(first, second, result);
+  }
+  if (!with_class || is_builtin_for_classes(search, !second))
+    return false;
+  report_no_operator(search, first, second);
+  return drop_operands(first, second, result);
+}
+
+// ---- Conversions that functions of a class make ----
+
+void clear_conv_descr(a_conv_descr* descr) {
+  clear_std_conv_descr(&descr->std_conv);
+  descr->routine = nullptr;
+  descr->class_type = nullptr;
+}
+
+bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t, uint32_t) {
+  if (!has_conversion_functions(operand->type))
+    return false;
+  refuse("conversion function", &operand->position);
+  conv_to_error_operand(operand);
+  return true;
+}
+
+// A class converts to itself and to its bases.
+bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target,
+                                              a_conv_descr* descr) {
+  clear_conv_descr(descr);
+  if (!is_class_struct_union_type(source->type) || !is_class_struct_union_type(target->type))
+    return false;
+  if (!find_base_class_of(f_skip_typerefs(source->type), f_skip_typerefs(target->type)))
+    return false;
+  descr->std_conv.is_derived_to_base = true;
+  descr->class_type = target->type;
+  return true;
+}
+
+void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr* descr) {
+  if (descr->routine || descr->std_conv.is_derived_to_base) {
+    refuse("conversion of a class", &operand->position);
+    conv_to_error_operand(operand);
+    return;
+  }
+  cast_operand(type, operand, true);
+}
+
+// ---- Calls ----
+
+// The one function of the set; null when there are more, or a template.
+static a_routine* only_routine_of_set(const a_symbol* symbol) {
+  if (symbol->kind == symk_overloaded_function) {
+    symbol = symbol->variant.overload_list;
+    if (!symbol || symbol->next_homonym)
+      return nullptr;
+  }
+  return symbol->kind == symk_routine || symbol->kind == symk_member_function
+             ? symbol->variant.routine
+             : nullptr;
+}
+
+a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function, an_operand*,
+                                                          an_init_component* arg_list, bool,
+                                                          an_expr_node** arguments) {
+  a_routine* routine = function->symbol ? only_routine_of_set(function->symbol) : nullptr;
+  *arguments = nullptr;
+  if (!routine) {
+    refuse("overloaded function", &function->position);
+    conv_to_error_operand(function);
+    return nullptr;
+  }
+  an_operand saved = *function;
+  an_arg_check_block block;
+  make_function_designator_operand(routine, saved.ref_entries, function);
+  restore_operand_details_incl_ref(function, &saved);
+  start_call_argument_processing(skip_typerefs(routine->type), routine, &block);
+  block.position = function->end_position;
+  *arguments = process_call_argument_list(arg_list, &block);
+  return block.any_error ? nullptr : routine;
+}
+
+bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine) {
+  const a_routine_type_supplement* info =
+      skip_typerefs(routine->type)->variant.routine.routine_supplement;
+  a_type_qualifier_set object = get_type_qualifiers(selector->type);
+  return (object & tq_cv & ~info->this_qualifiers) == 0;
+}
+
+void bind_member_function_operand_to_selector(an_operand* function, an_operand*,
+                                              bool selector_is_pointer) {
+  function->flags.bound_function = true;
+  function->flags.selector_is_pointer = selector_is_pointer;
+}

@@ -1,0 +1,139 @@
+// The choice of the function that a call or an operator means (C++11 13), and
+// the arguments of a call of a known function (C99 6.5.2.2).
+
+#ifndef OVERLOAD_H
+#define OVERLOAD_H
+
+#include "expr_operand.h"
+#include "lexical.h"
+#include "types.h"
+
+#include <array>
+
+// ---- Names of operator functions ----
+
+enum an_opname_kind : uint8_t {
+  opn_none = 0,
+#define OPNAME(number, enumerator, token, text, unary_op, binary_op) enumerator = number,
+#include "opnames.def"
+#undef OPNAME
+  num_opnames
+};
+
+// The spelling behind `operator`.
+extern const char* const opname_names[num_opnames];
+// opn_none for a token that names no operator function.
+extern const std::array<an_opname_kind, num_token_kinds> opname_kind_for_token;
+// The operator on arithmetic operands; eok_last for none.
+an_expr_operator_kind operator_for_opname_kind(an_opname_kind kind, bool is_unary);
+
+// Whether any operator function of the kind is declared at all.
+bool any_opname_function_symbol(an_opname_kind kind);
+// The operator functions that are members of the class; null for none.
+a_symbol* opname_member_function_symbol(a_type* class_type, an_opname_kind kind);
+
+// ---- Operators ----
+
+// Whether an operand of the type may give an operator a meaning of its own.
+bool is_overloadable_type(const a_type* type);
+bool is_overloadable_first_operand_type(const a_type* type);
+
+// What the search for an operator function is told.
+struct an_operator_search {
+  an_opname_kind kind;
+  bool is_postfix;       // of ++ and --
+  bool must_be_member;   // = [] () ->
+  bool no_builtin_first; // the builtin operators are no candidates
+  a_source_position position;
+  a_token_sequence_number sequence_number;
+};
+
+// Looks for an operator function for the operands; the second is null for a
+// unary operator. True: the result is made, be it a call or an error.
+// Otherwise the builtin operator applies to the operands, which the search may
+// have converted to what it works on.
+bool check_for_operator_overloading(const an_operator_search* search, an_operand* first,
+                                    an_operand* second, an_operand* result);
+
+// ---- Conversions that functions of a class make ----
+
+// A conversion of a value: by a constructor or a conversion function, which may
+// be null, and a standard one.
+struct a_conv_descr {
+  a_std_conv_descr std_conv;
+  a_routine* routine;
+  a_type* class_type;
+};
+
+void clear_conv_descr(a_conv_descr* descr);
+
+// Bits of the sets of builtin types that a class may convert to.
+enum a_builtin_type_set : uint32_t {
+  bts_integral = 1,
+  bts_floating = 2,
+  bts_pointer = 4,
+  bts_pointer_to_object = 8,
+  bts_pointer_to_function = 16,
+  bts_ptr_to_member = 32,
+  bts_any = 64,
+  bts_enum = 128,
+  bts_scoped_enum = 512,
+  bts_ptrdiff = 1024,
+  bts_converted_constant = 2048,
+  bts_nullptr = 16384
+};
+inline constexpr uint32_t bts_arithmetic = 67;
+inline constexpr uint32_t bts_integral_or_enum = 193;
+inline constexpr uint32_t bts_scalar = 231;
+
+// Converts an operand of class type to the one type of the set that its
+// conversion functions lead to. False, with nothing reported: there is none.
+bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t builtin_types,
+                                                  uint32_t conversion_flags);
+// Whether one of the last two operands of `?:` converts to the other's type
+// (C++11 5.16 p3).
+bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target,
+                                              a_conv_descr* descr);
+void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr* descr);
+
+// ---- Calls ----
+
+// The routine that the call of an overload set means, with the arguments
+// converted for it in *arguments; null after an error, which is reported.
+a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
+                                                          an_operand* selector,
+                                                          an_init_component* arg_list,
+                                                          bool allow_argument_dependent_lookup,
+                                                          an_expr_node** arguments);
+
+// Whether a member function may be called for the object (C++11 13.3.1).
+bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine);
+// Gives a designator of a member function the object for which it is called.
+void bind_member_function_operand_to_selector(an_operand* function, an_operand* selector,
+                                              bool selector_is_pointer);
+
+// The state of one call's argument list.
+struct an_arg_check_block {
+  a_type* function_type; // null: the arguments go unchecked
+  a_routine* routine;    // null when only its type is known
+  a_param_type* param;   // of the next argument
+  bool is_prototyped;
+  bool is_old_style_definition; // whose parameters' types are known
+  bool has_ellipsis;
+  bool is_excess_reported;
+  bool any_error;
+  unsigned num_required;
+  a_source_position position; // of the `)`
+};
+void start_call_argument_processing(a_type* function_type, a_routine* routine,
+                                    an_arg_check_block* block);
+// Converts the arguments to the types of the parameters; their nodes, chained.
+an_expr_node* process_call_argument_list(an_init_component* arg_list, an_arg_check_block* block);
+
+// As if by assignment, to the type of an object or of a parameter; `code`
+// reports a type that doesn't convert, and the operand becomes an error.
+void prep_assignment_operand(an_operand* operand, a_type* type, an_error_code code,
+                             const a_source_position* position);
+void prep_argument_operand(an_operand* operand, const a_param_type* param, an_error_code code);
+
+#endif

@@ -1,0 +1,146 @@
+// The arguments of a call of a known function (C99 6.5.2.2, C++11 5.2.2).
+
+#include "decl_inits.h"
+#include "error.h"
+#include "expr_int.h"
+#include "il.h"
+#include "mode_words.h"
+#include "overload.h"
+
+void prep_assignment_operand(an_operand* operand, a_type* type, an_error_code code,
+                             const a_source_position* position) {
+  prep_conversion_operand(operand, type, code, position);
+}
+
+void prep_argument_operand(an_operand* operand, const a_param_type* param, an_error_code code) {
+  a_source_position position = operand->position;
+  prep_conversion_operand(operand, param->type, code, &position);
+}
+
+// ---- The block ----
+
+void start_call_argument_processing(a_type* function_type, a_routine* routine,
+                                    an_arg_check_block* block) {
+  *block = {};
+  block->function_type = function_type;
+  block->routine = routine;
+  if (!function_type)
+    return;
+  block->param = param_types_of(function_type);
+  block->is_prototyped = routine_type_is_prototyped(function_type);
+  block->has_ellipsis = routine_type_has_ellipsis(function_type);
+  block->is_old_style_definition =
+      !block->is_prototyped &&
+      function_type->variant.routine.routine_supplement->old_style_definition;
+  for (const a_param_type* param = block->param; param && !param->has_default_arg;
+       param = param->next)
+    ++block->num_required;
+}
+
+static a_param_type* take_param(an_arg_check_block* block) {
+  a_param_type* param = block->param;
+  if (param)
+    block->param = param->next;
+  return param;
+}
+
+// ---- One argument ----
+
+// A definition in the old style tells the types of its parameters, which the
+// promoted arguments must have (C99 6.5.2.2 p6).
+static bool matches_old_style_param(a_type* type, a_type* param_type) {
+  if (f_types_are_compatible(type, param_type, tcf_ignore_top_qualifiers))
+    return true;
+  if (is_pointer_type(type) && is_pointer_type(param_type))
+    return true;
+  return is_integral_or_enum_type(type) && is_integral_or_enum_type(param_type) &&
+         size_of_type(type) == size_of_type(param_type);
+}
+
+static void check_old_style_argument(an_operand* argument, const a_param_type* param) {
+  a_type* param_type = default_argument_promotion(param->type);
+  arg_default_promote_operand(argument, true);
+  if (is_error_operand(argument) || is_error_type(param_type) ||
+      matches_old_style_param(argument->type, param_type))
+    return;
+  if (expr_diagnostic_should_be_issued(es_warning, ec_old_style_incompatible_param,
+                                       &argument->position))
+    pos_ty2_warning(ec_old_style_incompatible_param, &argument->position, argument->type,
+                    param_type);
+}
+
+static void report_too_many_arguments(an_arg_check_block* block,
+                                      const a_source_position* position) {
+  an_error_severity severity = block->is_prototyped ? es_error : es_warning;
+  if (!block->is_excess_reported)
+    expr_pos_diagnostic(severity, ec_too_many_arguments, position);
+  block->is_excess_reported = true;
+  if (severity == es_error)
+    block->any_error = true;
+}
+
+static bool takes_no_more_arguments(const an_arg_check_block* block) {
+  return (block->is_prototyped && !block->has_ellipsis) || block->is_old_style_definition;
+}
+
+static void process_call_argument(an_operand* argument, an_arg_check_block* block) {
+  const a_param_type* param = take_param(block);
+  if (!block->function_type || is_error_operand(argument)) {
+    do_operand_transformations(argument, ot_all);
+  } else if (param && block->is_prototyped) {
+    prep_argument_operand(argument, param, ec_incompatible_param);
+  } else if (param && block->is_old_style_definition) {
+    check_old_style_argument(argument, param);
+  } else {
+    if (takes_no_more_arguments(block))
+      report_too_many_arguments(block, &argument->position);
+    arg_default_promote_operand(argument, true);
+  }
+  if (!is_error_operand(argument) && is_void_type(argument->type))
+    error_in_operand(ec_incomplete_type_not_allowed, argument);
+  if (is_error_operand(argument))
+    block->any_error = true;
+}
+
+// What no expression is, is refused; the place of the argument stays filled.
+static void process_braced_argument(an_init_component* component, an_arg_check_block* block) {
+  a_source_position position = component->variant.braced.start_position;
+  const a_param_type* param = take_param(block);
+  expr_pos_error(param ? ec_braced_init_list_not_allowed : ec_braced_list_passed_to_ellipsis,
+                 &position);
+  block->any_error = true;
+}
+
+// ---- The list ----
+
+static void check_missing_arguments(an_arg_check_block* block) {
+  const a_param_type* param = block->param;
+  if (!param || !(block->is_prototyped || block->is_old_style_definition))
+    return;
+  if (param->has_default_arg) {
+    if (expr_error_should_be_issued())
+      pos_st_error(ec_feature_not_allowed_in_current_mode, &block->position, "default argument");
+    block->any_error = true;
+    return;
+  }
+  expr_pos_diagnostic(block->is_prototyped ? es_error : es_warning, ec_too_few_arguments,
+                      &block->position);
+  block->any_error |= block->is_prototyped;
+}
+
+an_expr_node* process_call_argument_list(an_init_component* arg_list, an_arg_check_block* block) {
+  an_expr_node* first = nullptr;
+  an_expr_node** link = &first;
+  for (an_init_component* component = arg_list; component; component = component->next) {
+    if (component->kind != ick_expression) {
+      process_braced_argument(component, block);
+      continue;
+    }
+    process_call_argument(&component->variant.operand, block);
+    *link = make_node_from_operand(&component->variant.operand);
+    (*link)->next = nullptr;
+    link = &(*link)->next;
+  }
+  check_missing_arguments(block);
+  return first;
+}
