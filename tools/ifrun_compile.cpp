@@ -10,7 +10,7 @@ void a_compiler::refuse_node(const an_if_node* node) const {
   refuse(std::string("unsupported node ") + if_opcode_name(node->opcode));
 }
 
-// Floating, fixed-point and complex values are refused here, for all nodes.
+// Fixed-point and complex values are refused here, for all nodes.
 a_value_type value_type_of(const an_if_type* type) {
   if (type == nullptr)
     return {};
@@ -21,6 +21,10 @@ a_value_type value_type_of(const an_if_type* type) {
     return {k_function_pointer};
   if (is_aggregate(type))
     return {k_data_pointer};
+  if (type->kind == iftk_floating && type->size == 32)
+    return {k_f32};
+  if (type->kind == iftk_floating && type->size == 64)
+    return {k_f64};
   bool is_whole = type->kind == iftk_integral || type->kind == iftk_enum ||
                   type->kind == iftk_pointer || type->kind == iftk_reference;
   uint8_t sign = is_whole && type->is_signed();
@@ -80,7 +84,17 @@ void a_compiler::add_offset(uint64_t bytes) {
 void a_compiler::convert(a_value_type from, a_value_type to) {
   if (to.is_bool) {
     if (!from.is_bool)
-      emit(op_to_bool);
+      emit(is_floating_kind(from.kind) ? op_float_to_bool : op_to_bool);
+    return;
+  }
+  if (is_floating_kind(from.kind) || is_floating_kind(to.kind)) {
+    // A float is the double that it equals.
+    if (from.kind == to.kind || (from.kind == k_f32 && to.kind == k_f64))
+      return;
+    if (an_instruction* number = last(op_const))
+      number->value = convert_value(number->value, from.kind, to.kind);
+    else
+      emit(op_convert, to.kind).bit = from.kind;
     return;
   }
   // A value that is extended already is the same one in a larger type, unless
@@ -92,6 +106,11 @@ void a_compiler::convert(a_value_type from, a_value_type to) {
     number->value = wrap_to_kind(number->value, to.kind);
   else
     emit(op_wrap, to.kind);
+}
+
+void a_compiler::test(a_value_type type) {
+  if (is_floating_kind(type.kind))
+    emit(op_float_to_bool);
 }
 
 void a_compiler::load(const a_place& place) {
@@ -238,7 +257,7 @@ void a_compiler::branch_if_false(const an_if_node* node) {
     op = op == op_jump_false ? op_jump_true : op_jump_false;
     condition = condition->operand(0);
   }
-  value(condition);
+  test(value(condition));
   jump_to_label(op, node->operand(1));
 }
 

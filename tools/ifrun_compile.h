@@ -42,6 +42,8 @@ private:
   an_instruction* last(an_operation op);
   void add_offset(uint64_t bytes);
   void convert(a_value_type from, a_value_type to);
+  // Whether the value isn't zero, as a value that a jump can test.
+  void test(a_value_type type);
   void load(const a_place& place);
   void store(const a_place& place);
   void discard();
@@ -63,10 +65,14 @@ private:
   void discarded_value(const an_if_node* node);
   a_value_type name(const an_if_node* node);
   a_value_type string(const an_if_node* node);
+  a_value_type float_constant(const an_if_node* node);
+  // The form that an operation has for values of the kind.
+  an_operation operation_of_kind(an_operation op, uint8_t kind) const;
   a_value_type arithmetic(const an_if_node* node, an_operation op);
   a_value_type shift(const an_if_node* node, an_operation op);
   a_value_type unary(const an_if_node* node, an_operation op);
   a_value_type comparison(const an_if_node* node, an_operation op, bool is_signed);
+  a_value_type float_comparison(const an_if_node* node, an_operation op, bool negated);
   a_value_type short_circuit(const an_if_node* node);
   a_value_type conditional(const an_if_node* node);
   a_value_type conversion(const an_if_node* node);

@@ -25,11 +25,15 @@ a_value_type a_compiler::assignment(const an_if_node* node) {
 
 // C99 6.3.1.1 and 6.3.1.8, by sizes: int and long are of one size.
 static a_value_type promoted(const a_place& from) {
+  if (is_floating_kind(from.type.kind))
+    return {from.type.kind};
   bool fits_int = size_of_kind(from.type.kind) < 4 || (from.width != 0 && from.width < 32);
   return fits_int ? a_value_type{k_s32} : a_value_type{from.type.kind};
 }
 
 static a_value_type common_type(a_value_type left, a_value_type right) {
+  if (is_floating_kind(left.kind) || is_floating_kind(right.kind))
+    return {std::max(left.kind, right.kind)}; // floating kinds are the largest numbers
   if (size_of_kind(left.kind) != size_of_kind(right.kind))
     return {std::max(left.kind, right.kind)};
   return {std::min(left.kind, right.kind)}; // the unsigned one is the smaller number
@@ -56,7 +60,7 @@ a_value_type a_compiler::compound_assignment(const an_if_node* node, an_operatio
   a_value_type right_type = value(right);
   if (!is_shift)
     convert(right_type, common);
-  emit(op, common.kind);
+  emit(operation_of_kind(op, common.kind), common.kind);
   convert(common, to.type);
   store(to);
   return to.type;
@@ -66,6 +70,12 @@ a_value_type a_compiler::post_increment(const an_if_node* node) {
   a_place to = place(node->operand(0));
   const an_if_node* step = node->operand(1);
   value(step);
+  if (is_floating_kind(to.type.kind)) {
+    if (node->opcode == ifop_MINMIN)
+      emit(op_float_neg, to.type.kind);
+    emit(op_post_add_float, to.type.kind);
+    return to.type;
+  }
   if (node->opcode == ifop_MINMIN) {
     if (an_instruction* number = last(op_const))
       number->value = 0 - number->value;

@@ -1,6 +1,7 @@
 // Expressions: values, and the places of lvalues.
 
 #include <algorithm>
+#include <charconv>
 
 #include "ifrun_compile.h"
 
@@ -27,6 +28,8 @@ a_value_type a_compiler::value_of_operator(const an_if_node* node) {
   }
   case ifop_SCON:
     return string(node);
+  case ifop_FCON:
+    return float_constant(node);
   case ifop_PLUS:
     return arithmetic(node, op_add);
   case ifop_MINUS:
@@ -54,7 +57,7 @@ a_value_type a_compiler::value_of_operator(const an_if_node* node) {
   case ifop_ABS:
     return unary(node, op_abs);
   case ifop_EXCLAIM:
-    value(node->operand(0));
+    test(value(node->operand(0)));
     emit(op_not);
     return int_type;
   case ifop_EQ:
@@ -77,6 +80,35 @@ a_value_type a_compiler::value_of_operator(const an_if_node* node) {
     return comparison(node, op_ugt, false);
   case ifop_UGE:
     return comparison(node, op_uge, false);
+  case ifop_FEQ:
+    return float_comparison(node, op_float_eq, false);
+  case ifop_FNEQ:
+    return float_comparison(node, op_float_ne, false);
+  case ifop_FLT:
+    return float_comparison(node, op_float_lt, false);
+  case ifop_FLE:
+    return float_comparison(node, op_float_le, false);
+  case ifop_FGT:
+    return float_comparison(node, op_float_gt, false);
+  case ifop_FGE:
+    return float_comparison(node, op_float_ge, false);
+  // The negation of the opposite: true also of values without an order.
+  case ifop_FEQN:
+    return float_comparison(node, op_float_ne, true);
+  case ifop_FNEQN:
+    return float_comparison(node, op_float_eq, true);
+  case ifop_FLTN:
+    return float_comparison(node, op_float_ge, true);
+  case ifop_FLEN:
+    return float_comparison(node, op_float_gt, true);
+  case ifop_FGTN:
+    return float_comparison(node, op_float_le, true);
+  case ifop_FGEN:
+    return float_comparison(node, op_float_lt, true);
+  case ifop_FORD:
+    return float_comparison(node, op_float_ordered, false);
+  case ifop_FUNO:
+    return float_comparison(node, op_float_ordered, true);
   case ifop_ANDAND:
   case ifop_OROR:
     return short_circuit(node);
@@ -190,6 +222,21 @@ a_value_type a_compiler::string(const an_if_node* node) {
   return {k_data_pointer};
 }
 
+a_value_type a_compiler::float_constant(const an_if_node* node) {
+  a_value_type type = value_type_of(node->type);
+  const char* end = node->text.data() + node->text.size();
+  // A float is read as one: rounding twice could miss it.
+  double number = 0;
+  float short_number = 0;
+  bool is_short = type.kind == k_f32;
+  auto [stop, error] = is_short ? std::from_chars(node->text.data(), end, short_number)
+                                : std::from_chars(node->text.data(), end, number);
+  if (error != std::errc() || stop != end)
+    refuse("the text of a floating constant is " + std::string(node->text));
+  constant(bits_of(is_short ? short_number : number));
+  return type;
+}
+
 // The value of an lvalue; of an aggregate, its address.
 a_value_type a_compiler::from_place(const an_if_node* node) {
   a_place from = place(node);
@@ -251,11 +298,32 @@ a_place a_compiler::member_place(const an_if_node* node) {
 
 // -- Operators -----------------------------------------------------------------
 
+an_operation a_compiler::operation_of_kind(an_operation op, uint8_t kind) const {
+  if (!is_floating_kind(kind))
+    return op;
+  switch (op) {
+  case op_add:
+    return op_float_add;
+  case op_sub:
+    return op_float_sub;
+  case op_mul:
+    return op_float_mul;
+  case op_div:
+    return op_float_div;
+  case op_neg:
+    return op_float_neg;
+  case op_abs:
+    return op_float_abs;
+  default:
+    refuse("an operation that has no floating form");
+  }
+}
+
 a_value_type a_compiler::arithmetic(const an_if_node* node, an_operation op) {
   a_value_type type = value_type_of(node->type);
   value_as(node->operand(0), type);
   value_as(node->operand(1), type);
-  emit(op, type.kind);
+  emit(operation_of_kind(op, type.kind), type.kind);
   return type;
 }
 
@@ -270,8 +338,18 @@ a_value_type a_compiler::shift(const an_if_node* node, an_operation op) {
 a_value_type a_compiler::unary(const an_if_node* node, an_operation op) {
   a_value_type type = value_type_of(node->type);
   value_as(node->operand(0), type);
-  emit(op, type.kind);
+  emit(operation_of_kind(op, type.kind), type.kind);
   return type;
+}
+
+// Operands are compared as doubles, which hold every float.
+a_value_type a_compiler::float_comparison(const an_if_node* node, an_operation op, bool negated) {
+  value_as(node->operand(0), {k_f64});
+  value_as(node->operand(1), {k_f64});
+  emit(op);
+  if (negated)
+    emit(op_not);
+  return int_type;
 }
 
 // Compares in the larger type of the operands, signed or not as the opcode
@@ -279,6 +357,8 @@ a_value_type a_compiler::unary(const an_if_node* node, an_operation op) {
 a_value_type a_compiler::comparison(const an_if_node* node, an_operation op, bool is_signed) {
   a_value_type left = value(node->operand(0));
   a_value_type right = value(node->operand(1));
+  if (is_floating_kind(left.kind) || is_floating_kind(right.kind))
+    refuse("a whole comparison of floating values");
   a_scalar_kind common =
       static_cast<a_scalar_kind>((std::max(left.kind, right.kind) & ~1) | is_signed);
   bool is_equality = op == op_eq || op == op_ne;
@@ -292,10 +372,9 @@ a_value_type a_compiler::comparison(const an_if_node* node, an_operation op, boo
 
 a_value_type a_compiler::short_circuit(const an_if_node* node) {
   bool is_and = node->opcode == ifop_ANDAND;
-  value(node->operand(0));
+  test(value(node->operand(0)));
   size_t decided = jump(is_and ? op_jump_false : op_jump_true);
-  value(node->operand(1));
-  emit(op_to_bool);
+  convert(value(node->operand(1)), {k_s32, true});
   size_t done = jump(op_jump);
   function.code[decided].operand = here();
   constant(!is_and);
@@ -308,7 +387,7 @@ a_value_type a_compiler::conditional(const an_if_node* node) {
   if (results->opcode != ifop_COLON)
     refuse_node(results);
   a_value_type type = value_type_of(node->type);
-  value(node->operand(0));
+  test(value(node->operand(0)));
   size_t otherwise = jump(op_jump_false);
   value_as(results->operand(0), type);
   size_t done = jump(op_jump);

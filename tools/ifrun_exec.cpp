@@ -1,7 +1,9 @@
 // The machine: runs compiled functions.
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "ifrun_int.h"
 
@@ -84,6 +86,16 @@ static uint64_t quotient(uint64_t left, uint64_t right, uint8_t kind, bool remai
   return static_cast<uint64_t>(remainder ? dividend % divisor : dividend / divisor);
 }
 
+// IEEE 754 7.3 for the divisor 0, which the host's language leaves open.
+static double float_quotient(double left, double right) {
+  if (right != 0)
+    return left / right;
+  if (left == 0 || std::isnan(left))
+    return std::numeric_limits<double>::quiet_NaN();
+  double infinity = std::numeric_limits<double>::infinity();
+  return std::signbit(left) == std::signbit(right) ? infinity : -infinity;
+}
+
 // A count that is negative or too large shifts everything out.
 static uint64_t shifted(uint64_t value, uint64_t count, uint8_t kind, bool left) {
   bool too_large = count >= 8 * size_of_kind(kind);
@@ -92,6 +104,24 @@ static uint64_t shifted(uint64_t value, uint64_t count, uint8_t kind, bool left)
   if (!(kind & 1))
     return too_large ? 0 : value >> count;
   return static_cast<uint64_t>(static_cast<int64_t>(value) >> (too_large ? 63 : count));
+}
+
+uint64_t convert_value(uint64_t value, uint8_t from, uint8_t to) {
+  if (!is_floating_kind(from)) {
+    int64_t number = static_cast<int64_t>(value);
+    if (to == k_f32) // from the whole number at once, to round once
+      return bits_of(from & 1 ? static_cast<float>(number) : static_cast<float>(value));
+    return bits_of(from & 1 ? static_cast<double>(number) : static_cast<double>(value));
+  }
+  double number = double_of(value);
+  if (is_floating_kind(to))
+    return round_to_kind(number, to);
+  if (std::isnan(number))
+    return 0;
+  if (number >= 0x1p63)
+    return wrap_to_kind(number >= 0x1p64 ? UINT64_MAX : static_cast<uint64_t>(number), to);
+  return wrap_to_kind(
+      static_cast<uint64_t>(number < -0x1p63 ? INT64_MIN : static_cast<int64_t>(number)), to);
 }
 
 static uint32_t switch_target(const a_switch_table& table, uint64_t value) {
@@ -175,6 +205,12 @@ uint64_t a_machine::run() {
       binary(old);
       break;
     }
+    case op_post_add_float: {
+      uint64_t old = memory.load(top[-1], in.kind);
+      memory.store(top[-1], in.kind, bits_of(double_of(old) + double_of(*top)));
+      binary(old);
+      break;
+    }
     case op_copy:
       std::memmove(memory.at(top[-1], in.operand), memory.at(*top, in.operand), in.operand);
       --top;
@@ -189,8 +225,14 @@ uint64_t a_machine::run() {
     case op_wrap_below:
       top[-1] = wrap_to_kind(top[-1], in.kind);
       break;
+    case op_convert:
+      *top = convert_value(*top, in.bit, in.kind);
+      break;
     case op_to_bool:
       *top = *top != 0;
+      break;
+    case op_float_to_bool:
+      *top = double_of(*top) != 0;
       break;
     case op_add:
       binary(wrap_to_kind(top[-1] + *top, in.kind));
@@ -264,6 +306,45 @@ uint64_t a_machine::run() {
     case op_uge:
       binary(top[-1] >= *top);
       break;
+    case op_float_add:
+      binary(round_to_kind(double_of(top[-1]) + double_of(*top), in.kind));
+      break;
+    case op_float_sub:
+      binary(round_to_kind(double_of(top[-1]) - double_of(*top), in.kind));
+      break;
+    case op_float_mul:
+      binary(round_to_kind(double_of(top[-1]) * double_of(*top), in.kind));
+      break;
+    case op_float_div:
+      binary(round_to_kind(float_quotient(double_of(top[-1]), double_of(*top)), in.kind));
+      break;
+    case op_float_neg:
+      *top = bits_of(-double_of(*top));
+      break;
+    case op_float_abs:
+      *top = bits_of(std::fabs(double_of(*top)));
+      break;
+    case op_float_eq:
+      binary(double_of(top[-1]) == double_of(*top));
+      break;
+    case op_float_ne:
+      binary(std::islessgreater(double_of(top[-1]), double_of(*top)));
+      break;
+    case op_float_lt:
+      binary(double_of(top[-1]) < double_of(*top));
+      break;
+    case op_float_le:
+      binary(double_of(top[-1]) <= double_of(*top));
+      break;
+    case op_float_gt:
+      binary(double_of(top[-1]) > double_of(*top));
+      break;
+    case op_float_ge:
+      binary(double_of(top[-1]) >= double_of(*top));
+      break;
+    case op_float_ordered:
+      binary(!std::isunordered(double_of(top[-1]), double_of(*top)));
+      break;
     case op_jump:
       pc = running->code.data() + in.operand;
       break;
@@ -293,7 +374,8 @@ uint64_t a_machine::run() {
       a_function* function = callee(in.op == op_call ? site.function : *top--);
       if (function->native != nullptr) {
         uint64_t result = function->native(*this, {function->name, values, site.arguments});
-        *++top = wrap_to_kind(result, site.result.kind);
+        *++top =
+            is_floating_kind(site.result.kind) ? result : wrap_to_kind(result, site.result.kind);
         break;
       }
       frames.back().resume = pc;

@@ -5,13 +5,15 @@
 // that the file doesn't define come from a small library (ifrun_native.cpp).
 //
 // Data stand in memory as on the target: little-endian, sizes and offsets from
-// the type records. On the evaluation stack a scalar is its value, sign- or
-// zero-extended to 64 bits as its type tells; a structure or an array is its
-// address. A pointer to a function is the function's number, from 1.
+// the type records. On the evaluation stack a whole scalar is its value, sign-
+// or zero-extended to 64 bits as its type tells; a floating one is the bits of
+// the double that it equals; a structure or an array is its address. A pointer
+// to a function is the function's number, from 1.
 
 #ifndef IFRUN_INT_H
 #define IFRUN_INT_H
 
+#include <bit>
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -41,17 +43,47 @@ struct a_program_exit {
 
 // -- Scalars -------------------------------------------------------------------
 
-// Bit 0: signed; the bits above: the binary logarithm of the size in bytes.
-enum a_scalar_kind : uint8_t { k_u8, k_s8, k_u16, k_s16, k_u32, k_s32, k_u64, k_s64 };
+// Bit 0: signed; bits 1 and 2: the binary logarithm of the size in bytes; bit
+// 4: a floating value.
+enum a_scalar_kind : uint8_t {
+  k_u8,
+  k_s8,
+  k_u16,
+  k_s16,
+  k_u32,
+  k_s32,
+  k_u64,
+  k_s64,
+  k_f32 = 0x14,
+  k_f64 = 0x16
+};
 
 inline constexpr a_scalar_kind k_data_pointer = k_u32;
 inline constexpr a_scalar_kind k_function_pointer = k_u16;
 
 inline constexpr unsigned size_of_kind(uint8_t kind) {
-  return 1u << (kind >> 1);
+  return 1u << (kind >> 1 & 3);
 }
 
-// The value as a scalar of the kind has it.
+inline constexpr bool is_floating_kind(uint8_t kind) {
+  return kind >= k_f32;
+}
+
+inline double double_of(uint64_t value) {
+  return std::bit_cast<double>(value);
+}
+inline uint64_t bits_of(double value) {
+  return std::bit_cast<uint64_t>(value);
+}
+// Rounded to the precision of a floating kind.
+inline uint64_t round_to_kind(double value, uint8_t kind) {
+  return bits_of(kind == k_f32 ? static_cast<double>(static_cast<float>(value)) : value);
+}
+// A value of the kind `from`, converted (C99 6.3.1.4, 6.3.1.5). What doesn't
+// fit a whole number becomes the nearest of 64 bits, and is then wrapped.
+uint64_t convert_value(uint64_t value, uint8_t from, uint8_t to);
+
+// The value as a scalar of the kind, which is whole, has it.
 inline uint64_t wrap_to_kind(uint64_t value, uint8_t kind) {
   unsigned shift = 64 - 8 * size_of_kind(kind);
   value <<= shift;
@@ -153,11 +185,14 @@ enum an_operation : uint16_t {
   op_store_bits,
   op_post_add,      // address, step -> the value before the step was added;
   op_post_add_bits, // value: whether the place is a bool
-  op_copy,          // target, source -> target; operand: bytes
-  op_copy_counted,  // target, source, bytes -> target
+  op_post_add_float,
+  op_copy,         // target, source -> target; operand: bytes
+  op_copy_counted, // target, source, bytes -> target
   op_wrap,
   op_wrap_below, // wraps the value below the uppermost
+  op_convert,    // from the kind `bit` to `kind`, one of them floating
   op_to_bool,
+  op_float_to_bool,
   op_add,
   op_sub,
   op_mul,
@@ -182,6 +217,19 @@ enum an_operation : uint16_t {
   op_ule,
   op_ugt,
   op_uge,
+  op_float_add,
+  op_float_sub,
+  op_float_mul,
+  op_float_div,
+  op_float_neg,
+  op_float_abs,
+  op_float_eq,
+  op_float_ne, // false of values without an order
+  op_float_lt,
+  op_float_le,
+  op_float_gt,
+  op_float_ge,
+  op_float_ordered,
   op_jump, // operand: the instruction
   op_jump_false,
   op_jump_true,
@@ -275,8 +323,9 @@ void compile_expression(a_program* program, const an_if_node* node, const an_if_
 // How a type's values are held; refuses the types that aren't supported.
 a_value_type value_type_of(const an_if_type* type);
 
-// A library function, or null.
+// A library function, or null; ifrun_native_math.cpp has those of <math.h>.
 a_native find_native(std::string_view name);
+a_native find_math_native(std::string_view name);
 
 struct a_native_call {
   std::string_view name;
@@ -285,6 +334,9 @@ struct a_native_call {
 
   // The value of an argument as the kind has it.
   uint64_t value(size_t number, a_scalar_kind kind) const;
+  double floating(size_t number) const {
+    return double_of(value(number, k_f64));
+  }
 };
 
 class a_machine {

@@ -201,7 +201,8 @@ bool an_initialization::scalar(const an_if_type* type, uint64_t* value) {
   if (at_end())
     return false;
   const an_if_node* node = values[next++];
-  if (node->opcode == ifop_ICON || node->opcode == ifop_LCON) {
+  bool is_whole = !is_floating_kind(value_type_of(type).kind);
+  if (is_whole && (node->opcode == ifop_ICON || node->opcode == ifop_LCON)) {
     *value = node->integer;
     return true;
   }

@@ -18,10 +18,14 @@ void a_memory::bad_address(uint64_t address) {
 uint64_t a_memory::load(uint64_t address, uint8_t kind) {
   uint64_t value = 0;
   std::memcpy(&value, at(address, size_of_kind(kind)), size_of_kind(kind));
+  if (is_floating_kind(kind))
+    return kind == k_f32 ? bits_of(std::bit_cast<float>(static_cast<uint32_t>(value))) : value;
   return wrap_to_kind(value, kind);
 }
 
 void a_memory::store(uint64_t address, uint8_t kind, uint64_t value) {
+  if (kind == k_f32)
+    value = std::bit_cast<uint32_t>(static_cast<float>(double_of(value)));
   std::memcpy(at(address, size_of_kind(kind)), &value, size_of_kind(kind));
 }
 

@@ -13,6 +13,9 @@ uint64_t a_native_call::value(size_t number, a_scalar_kind kind) const {
   if (arguments[number].by_copy)
     throw a_run_error{std::string(name) + ": argument " + std::to_string(number + 1) +
                       " is a structure"};
+  uint8_t from = arguments[number].type.kind;
+  if (is_floating_kind(from) || is_floating_kind(kind))
+    return from == kind ? values[number] : convert_value(values[number], from, kind);
   return wrap_to_kind(values[number], kind);
 }
 
@@ -44,6 +47,7 @@ private:
   std::string conversion();
   // A number or an asterisk; -1 for neither.
   int64_t number();
+  std::string floating(char letter, const std::string& flags, int64_t width, int64_t precision);
   std::string integer(char letter, const std::string& flags, int64_t width, int64_t precision,
                       a_scalar_kind kind);
   static void check_width(int64_t width);
@@ -122,6 +126,19 @@ std::string a_format::integer(char letter, const std::string& flags, int64_t wid
   return out;
 }
 
+std::string a_format::floating(char letter, const std::string& flags, int64_t width,
+                               int64_t precision) {
+  double value = call.floating(next_argument++);
+  std::string host_format = "%" + flags + "*.*" + letter;
+  auto print = [&](char* to, size_t room) {
+    return std::snprintf(to, room, host_format.c_str(), static_cast<int>(width),
+                         static_cast<int>(precision), value);
+  };
+  std::string out(static_cast<size_t>(print(nullptr, 0)), '\0');
+  print(out.data(), out.size() + 1);
+  return out;
+}
+
 std::string a_format::conversion() {
   std::string flags;
   for (; peek() != '\0' && std::strchr("-+ #0", peek()) != nullptr; ++position) {
@@ -157,6 +174,15 @@ std::string a_format::conversion() {
   case 'X':
   case 'o':
     return integer(letter, flags, width, precision, argument_kind(length));
+  case 'e':
+  case 'E':
+  case 'f':
+  case 'F':
+  case 'g':
+  case 'G':
+  case 'a':
+  case 'A':
+    return floating(letter, flags, width, precision);
   case 'c':
     return padded(std::string(1, static_cast<char>(call.value(next_argument++, k_u8))), left,
                   width);
@@ -311,5 +337,5 @@ a_native find_native(std::string_view name) {
     if (row.name == name)
       return row.function;
   }
-  return nullptr;
+  return find_math_native(name);
 }
