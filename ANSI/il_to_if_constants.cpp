@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "error.h"
+#include "float_pt.h"
 #include "il.h"
 #include "il_to_if_int.h"
 #include "stack_limit.h"
@@ -68,6 +69,11 @@ void gen_integer(const a_constant* constant, a_type* type) {
   if (is_cast(constant) && type_kind(type) == tk_pointer)
     type = integer_type_of_pointer_size(type_pointed_to(type));
   gen_lcon(type, constant->value.int_value);
+}
+
+void gen_float(const a_constant* constant, a_type* type) {
+  const a_type* own = f_skip_typerefs(constant->type);
+  gen_fcon(type, fp_to_string(own->variant.float_kind, &constant->value.float_value));
 }
 
 int64_t string_element(const char* bytes, uint64_t size) {
@@ -242,9 +248,10 @@ void gen_constant(a_constant* constant, a_type* expected) {
   case con_repeat:
     return gen_repeat(constant, expected);
   case con_float:
+    return gen_float(constant, expected);
   case con_imaginary:
   case con_complex:
-    return refuse_floating_point(&constant->position);
+    return refuse_complex(&constant->position);
   default:
     // Lowering has removed the others.
     return;

@@ -11,8 +11,8 @@
 #include "stack_limit.h"
 #include "target.h"
 
-// The file's message about floating values has been given.
-static bool floating_point_refused;
+// The file's message about complex values has been given.
+static bool complex_refused;
 
 // ---- Nodes ----
 
@@ -53,6 +53,13 @@ void gen_icon(a_type* type, int64_t value) {
 void gen_lcon(a_type* type, uint64_t value) {
   NODE node(ifop_LCON, file_type(type));
   node.value.integer = value;
+  write_node(node);
+}
+
+void gen_fcon(a_type* type, const char* text) {
+  NODE node(ifop_FCON, file_type(type));
+  node.value.text = text;
+  node.length = static_cast<uint32_t>(strlen(text));
   write_node(node);
 }
 
@@ -279,10 +286,7 @@ static void gen_step(a_type* type) {
   if (type_kind(type) == tk_pointer) {
     gen_icon(integer_type(ik_int), static_cast<int64_t>(element_size(type_pointed_to(type))));
   } else if (is_floating_type(type)) {
-    NODE node(ifop_FCON, file_type(type));
-    node.value.text = "1.0";
-    node.length = 3;
-    write_node(node);
+    gen_fcon(type, "1.0");
   } else {
     gen_icon(type, 1);
   }
@@ -542,19 +546,19 @@ static void gen_routine(const an_expr_node* expr, a_type* result) {
   gen_name(routine->type, symbol);
 }
 
-void refuse_floating_point(const a_source_position* position) {
-  if (floating_point_refused)
+void refuse_complex(const a_source_position* position) {
+  if (complex_refused)
     return;
-  floating_point_refused = true;
-  pos_st_error(ec_feature_not_allowed_in_current_mode, position, "floating point");
+  complex_refused = true;
+  pos_st_error(ec_feature_not_allowed_in_current_mode, position, "complex arithmetic");
 }
 
 void gen_expr(an_expr_node* expr, a_type* type_override) {
   check_stack_limit();
   if (expr == nullptr)
     return;
-  if (!expr->is_lvalue && is_floating_type(expr->type))
-    return refuse_floating_point(&expr->position);
+  if (!expr->is_lvalue && (is_complex_type(expr->type) || is_imaginary_type(expr->type)))
+    return refuse_complex(&expr->position);
   hooks->expression(expr);
   a_type* result = type_override == nullptr ? expr->type : type_override;
   switch (expr->kind) {

@@ -92,6 +92,8 @@ void gen_void_nodes(an_if_opcode opcode, size_t count);
 void gen_label_node(uint32_t label);
 void gen_icon(a_type* type, int64_t value);
 void gen_lcon(a_type* type, uint64_t value);
+// A floating constant by its decimal text.
+void gen_fcon(a_type* type, const char* text);
 void gen_name(a_type* type, SYMTAB* symbol);
 // The conversion of what follows to a type.
 void gen_conversion(a_type* type);
@@ -110,10 +112,19 @@ void gen_ptr_arith(an_if_opcode opcode, a_type* result, an_expr_node* pointer,
 void check_int_portability(const an_expr_node* operand, a_type* target);
 // ASG, STASG or ARASG for an object of a type.
 an_if_opcode assignment_opcode(a_type* type);
-// No value of a floating type is written yet; one message in a file says so.
-void refuse_floating_point(const a_source_position* position);
+// No complex value is written yet; one message in a file says so.
+void refuse_complex(const a_source_position* position);
 // Whether a value of the type is passed and assigned as a class.
 bool is_class_object(a_type* type);
+
+// ---- Single precision (il_to_if_floats.cpp). ----
+
+// Rewrites double arithmetic whose value goes to `target`, and below, where
+// float arithmetic gives the same value; with relaxed_fp also where it is near.
+void narrow_float_expr(an_expr_node* expr, const a_type* target);
+// Remarks on the first constant of type double that meets a float and could be
+// one.
+void float_constant_remark(const an_expr_node* expr);
 
 // ---- Constants (il_to_if_constants.cpp). ----
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "error.h"
+#include "float_pt.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "il_to_if_int.h"
@@ -53,6 +54,7 @@ void gen_branch_if_true(an_expr_node* condition, uint32_t label) {
 void gen_expr_statement(a_statement* statement) {
   gen_expr_start();
   gen_expr(statement->expr);
+  float_constant_remark(statement->expr);
 }
 
 void gen_if(a_statement* statement) {
@@ -61,14 +63,14 @@ void gen_if(a_statement* statement) {
   uint32_t end_label = else_statement == nullptr ? 0 : next_label++;
   gen_branch_if_false(statement->expr, false_label);
   gen_statement(statement->variant.if_stmt.then_statement);
-  if (else_statement == nullptr) {
-    gen_label(false_label);
-    return;
-  }
-  gen_branch(end_label);
+  if (else_statement != nullptr)
+    gen_branch(end_label);
   gen_label(false_label);
-  gen_statement(else_statement);
-  gen_label(end_label);
+  if (else_statement != nullptr) {
+    gen_statement(else_statement);
+    gen_label(end_label);
+  }
+  float_constant_remark(statement->expr);
 }
 
 uint32_t label_number(const a_label* label) {
@@ -252,6 +254,7 @@ void gen_do(a_statement* statement) {
   gen_label(body_label);
   gen_statement(statement->variant.loop.body);
   gen_bottom_test(statement, body_label);
+  float_constant_remark(statement->expr);
 }
 
 // ---- Switches ----
@@ -360,6 +363,8 @@ bool is_zero_data(const a_constant* constant) {
   switch (constant->kind) {
   case con_integer:
     return constant->value.int_value == 0;
+  case con_float:
+    return fp_is_zero_constant(constant) && !fp_is_negative(&constant->value.float_value);
   case con_string:
     return is_zero_string(constant);
   case con_repeat:
@@ -399,13 +404,17 @@ void gen_init(a_statement* statement) {
     gen_aggregate_init(variable, init->variant.constant, opcode);
     return;
   }
+  if (!is_constant)
+    narrow_float_expr(init->variant.expr, variable->type);
   gen_expr_start();
   gen_node(opcode, variable->type);
   gen_name(variable->type, referenced_variable_symbol(variable));
-  if (is_constant)
+  if (is_constant) {
     gen_constant(init->variant.constant, variable->type);
-  else
-    gen_expr(init->variant.expr);
+    return;
+  }
+  gen_expr(init->variant.expr);
+  float_constant_remark(init->variant.expr);
 }
 
 bool is_loop(const a_statement* statement) {
@@ -474,6 +483,8 @@ void gen_statement(a_statement* statement) {
   if (statement->has_associated_pragma && !is_loop(statement))
     gen_assoc_pragmas(statement, pragma_of_statement);
   set_statement_position(statement);
+  if (statement->expr != nullptr)
+    narrow_float_expr(statement->expr, statement->expr->type);
   switch (statement->kind) {
   case stmk_expr:
     return gen_expr_statement(statement);
