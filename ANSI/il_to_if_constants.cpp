@@ -251,7 +251,7 @@ void gen_constant(a_constant* constant, a_type* expected) {
     return gen_float(constant, expected);
   case con_imaginary:
   case con_complex:
-    return refuse_complex(&constant->position);
+    return refuse_float_values(&constant->position, "complex arithmetic");
   default:
     // Lowering has removed the others.
     return;

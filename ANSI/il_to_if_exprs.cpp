@@ -11,8 +11,8 @@
 #include "stack_limit.h"
 #include "target.h"
 
-// The file's message about complex values has been given.
-static bool complex_refused;
+// The file's message about values it can't hold has been given.
+static bool float_values_refused;
 
 // ---- Nodes ----
 
@@ -546,11 +546,11 @@ static void gen_routine(const an_expr_node* expr, a_type* result) {
   gen_name(routine->type, symbol);
 }
 
-void refuse_complex(const a_source_position* position) {
-  if (complex_refused)
+void refuse_float_values(const a_source_position* position, const char* what) {
+  if (float_values_refused)
     return;
-  complex_refused = true;
-  pos_st_error(ec_feature_not_allowed_in_current_mode, position, "complex arithmetic");
+  float_values_refused = true;
+  pos_st_error(ec_feature_not_allowed_in_current_mode, position, what);
 }
 
 void gen_expr(an_expr_node* expr, a_type* type_override) {
@@ -558,7 +558,7 @@ void gen_expr(an_expr_node* expr, a_type* type_override) {
   if (expr == nullptr)
     return;
   if (!expr->is_lvalue && (is_complex_type(expr->type) || is_imaginary_type(expr->type)))
-    return refuse_complex(&expr->position);
+    return refuse_float_values(&expr->position, "complex arithmetic");
   hooks->expression(expr);
   a_type* result = type_override == nullptr ? expr->type : type_override;
   switch (expr->kind) {

@@ -190,7 +190,10 @@ void narrow_operation(an_expr_node* node, const a_type* target) {
 
 // ---- The remark ----
 
+// The conversions of the analysis don't count: the source has a float there.
 bool is_needlessly_double(const an_expr_node* constant, const an_expr_node* other) {
+  while (is_operation_node(other, eok_cast) && other->variant.operation.is_implicit)
+    other = other->variant.operation.operands;
   return is_float(other->type) && is_double_constant(constant) &&
          is_exact_as_float(&constant->variant.constant.ptr->value.float_value);
 }
@@ -200,12 +203,13 @@ bool remark_in(const an_expr_node* expr) {
   check_stack_limit();
   if (expr->kind != expr_operation)
     return false;
+  bool is_call = expr->variant.operation.op == eok_call;
   for (const an_expr_node* operand = expr->variant.operation.operands; operand != nullptr;
        operand = operand->next) {
     if (remark_in(operand))
       return true;
     const an_expr_node* other = operand->next;
-    if (other == nullptr)
+    if (other == nullptr || is_call)
       continue;
     const an_expr_node* wide = is_needlessly_double(other, operand)   ? other
                                : is_needlessly_double(operand, other) ? operand

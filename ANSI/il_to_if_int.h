@@ -112,8 +112,9 @@ void gen_ptr_arith(an_if_opcode opcode, a_type* result, an_expr_node* pointer,
 void check_int_portability(const an_expr_node* operand, a_type* target);
 // ASG, STASG or ARASG for an object of a type.
 an_if_opcode assignment_opcode(a_type* type);
-// No complex value is written yet; one message in a file says so.
-void refuse_complex(const a_source_position* position);
+// No complex or extended floating value is written yet; one message in a file
+// says so.
+void refuse_float_values(const a_source_position* position, const char* what);
 // Whether a value of the type is passed and assigned as a class.
 bool is_class_object(a_type* type);
 

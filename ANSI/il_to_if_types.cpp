@@ -243,6 +243,12 @@ TYPE* csu_file_type(a_type* type, int mode) {
   return result;
 }
 
+// The file isn't kept, so any type will do.
+TYPE* refused_file_type(const char* what) {
+  refuse_float_values(&null_source_position, what);
+  return type_pkg->floats[fk_double];
+}
+
 TYPE* new_file_type(a_type* type, int mode) {
   switch (type->kind) {
   case tk_void:
@@ -250,10 +256,14 @@ TYPE* new_file_type(a_type* type, int mode) {
   case tk_integer:
     return integer_file_type(type, mode);
   case tk_float:
-    return type->variant.float_kind > fk_long_double ? nullptr
-                                                     : type_pkg->floats[type->variant.float_kind];
+    if (type->variant.float_kind > fk_long_double)
+      return refused_file_type("extended floating point");
+    return type_pkg->floats[type->variant.float_kind];
   case tk_imaginary:
-    return mode == tpm_source ? tp_type(float_type(type->variant.float_kind), mode) : nullptr;
+  case tk_complex:
+    if (mode == tpm_source)
+      return tp_type(float_type(type->variant.float_kind), mode);
+    return refused_file_type("complex arithmetic");
   case tk_pointer:
     return pointer_file_type(type, mode);
   case tk_routine:

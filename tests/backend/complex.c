@@ -1,10 +1,10 @@
-// RUN: (%krtparse --c99 --i_output_file=%t.if %s; echo status=$?) 2>&1 | %FileCheck %s
+// RUN: (%krtparse --c99 --display_error_number --i_output_file=%t.if %s; echo status=$?) 2>&1 | %FileCheck %s
 
 /* No complex arithmetic is written yet: one error in a file, and no file. */
 _Complex double half(_Complex double d) {
   return d / 2;
 }
-// CHECK: line [[@LINE-2]] {{.*}}error #1816: "complex arithmetic" not allowed
+// CHECK: {{[Ee]}}rror #1816: "complex arithmetic" not allowed
 _Complex float f(_Complex float x) {
   return x + x;
 }
