@@ -2,6 +2,7 @@
 
 #include "ah_back_end.h"
 #include "attribute.h"
+#include "builtin_condition.h"
 #include "class_decl.h"
 #include "cmd_line.h"
 #include "const_ints.h"
@@ -39,8 +40,8 @@
 #include "scope_stk.h"
 #include "sighandler.h"
 #include "source_file.h"
-#include "stack_limit.h"
 #include "source_line.h"
+#include "stack_limit.h"
 #include "statements.h"
 #include "symbol_ref.h"
 #include "symbol_tbl.h"
@@ -62,19 +63,6 @@ char compilation_time_stamp[32];
 namespace {
 
 const char* const il_format_version = "v2.3.2";
-
-// An entry of the table of builtin conditions.
-struct a_builtin_condition_entry {
-  const char* text;
-  a_boolean is_evaluated;
-  a_boolean value;
-  void* unused;
-};
-static_assert(sizeof(a_builtin_condition_entry) == 24);
-constexpr size_t num_builtin_condition_entries = 32;
-
-a_builtin_condition_entry* builtin_condition_table;
-void* builtin_type_table;
 
 // Power advice is silent until options raise its severities.
 void suppress_power_advice() {
@@ -145,11 +133,8 @@ void fe_one_time_init() {
   extasm_one_time_init();
   if (check_misra_c_2004)
     misra_one_time_init();
-  f_register_trans_unit_variable(&builtin_type_table, sizeof builtin_type_table, 0);
-  builtin_type_table = nullptr;
-  size_t table_size = num_builtin_condition_entries * sizeof(a_builtin_condition_entry);
-  builtin_condition_table = static_cast<a_builtin_condition_entry*>(alloc_general(table_size));
-  memset(builtin_condition_table, 0, table_size);
+  sys_predef_one_time_init();
+  builtin_condition_one_time_init();
 }
 
 // What the IL points to must live in it.

@@ -422,9 +422,13 @@ void do_printf_support(const an_option&, const char* argument) {
     printf_support = strcmp(argument, "minimal") == 0 ? 2 : 1;
 }
 
+// The number of a precision, or its word.
 void do_float_operations_allowed(const an_option& option, const char* argument) {
+  static const char* const numbers[] = {"0", "1", "2", "3"};
   static const char* const precisions[] = {"none", "all", "32", "64"};
-  int precision = index_of_word(argument, precisions, 4);
+  int precision = index_of_word(argument, numbers, 4);
+  if (precision < 0)
+    precision = index_of_word(argument, precisions, 4);
   if (precision < 0)
     refuse_argument(option, argument);
   legal_float_precision = precision;
@@ -476,6 +480,11 @@ void do_wchar_t_bits(const an_option& option, const char* argument) {
   if (bits != 16 && bits != 32)
     refuse_argument(option, argument);
   targ_wchar_t_int_kind = bits == 16 ? unsigned_short_kind : unsigned_int_kind;
+}
+
+void do_relaxed(const an_option&, const char*) {
+  relaxed_ansi_mode = 1;
+  relaxed_fp = 1;
 }
 
 void do_fp_mode(const an_option& option, const char* argument) {

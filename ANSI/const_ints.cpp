@@ -3,7 +3,7 @@
 #include "const_ints.h"
 
 #include <bit>
-#include <cstdio>
+#include <charconv>
 
 #include "il_constants.h"
 #include "target.h"
@@ -68,6 +68,12 @@ bool in_range_for_integer_kind(uint64_t value, bool is_signed, int kind) {
          cmp_integer_values(value, is_signed, max_integer_value_of_kind[kind], kind_signed) <= 0;
 }
 
+bool in_range_for_integer_kind(const a_constant* low, const a_constant* high, int kind) {
+  return in_range_for_integer_kind(low->value.int_value, int_constant_is_signed(low), kind) &&
+         (low == high ||
+          in_range_for_integer_kind(high->value.int_value, int_constant_is_signed(high), kind));
+}
+
 bool le_max_integer_value_of_kind(uint64_t value, int kind) {
   return value <= max_integer_value_of_kind[kind];
 }
@@ -102,6 +108,22 @@ void subtract_integer_values(uint64_t* a, uint64_t b, bool is_signed, bool* over
   } else {
     *overflow = __builtin_sub_overflow(*a, b, a);
   }
+}
+
+// An unsigned result is exact when the carry out of the words is just what the
+// signs of the operands contribute above them.
+void add_mixed_signed_integer_values(uint64_t* a, bool a_signed, uint64_t b, bool b_signed,
+                                     bool* overflow) {
+  const int above = -static_cast<int>(is_negative(*a, a_signed)) - is_negative(b, b_signed);
+  const int carry = __builtin_add_overflow(*a, b, a);
+  *overflow = above + carry != 0;
+}
+
+void subtract_mixed_signed_integer_values(uint64_t* a, bool a_signed, uint64_t b, bool b_signed,
+                                          bool* overflow) {
+  const int above = is_negative(b, b_signed) - static_cast<int>(is_negative(*a, a_signed));
+  const int borrow = __builtin_sub_overflow(*a, b, a);
+  *overflow = above - borrow != 0;
 }
 
 void multiply_integer_values(uint64_t* a, uint64_t b, bool is_signed, bool* overflow) {
@@ -159,12 +181,19 @@ uint64_t truncate_integer_value(uint64_t value, int kind) {
   return value;
 }
 
+char* f_unsigned_to_string_buf(uint64_t value, char* buffer) {
+  char* end = std::to_chars(buffer, buffer + integer_text_size - 1, value).ptr;
+  *end = '\0';
+  return end;
+}
+
 const char* str_for_integer_value(uint64_t value, bool is_signed) {
-  static char buffer[24];
-  if (is_signed)
-    std::snprintf(buffer, sizeof buffer, "%lld", static_cast<long long>(value));
-  else
-    std::snprintf(buffer, sizeof buffer, "%llu", static_cast<unsigned long long>(value));
+  static char buffer[integer_text_size + 1];
+  char* digits = buffer;
+  const bool negative = is_negative(value, is_signed);
+  if (negative)
+    *digits++ = '-';
+  f_unsigned_to_string_buf(magnitude(value, negative), digits);
   return buffer;
 }
 
@@ -176,11 +205,14 @@ static bool kind_is_candidate(int kind, bool want_signed) {
   return kind != ik_char && int_kind_is_signed(kind) == want_signed;
 }
 
-int int_kind_for_size(uint64_t size, bool want_signed) {
-  for (int kind = ik_signed_char; kind < num_integer_kinds; ++kind)
-    if (kind_is_candidate(kind, want_signed) &&
-        static_cast<uint64_t>(size_of_integer_kind(kind)) == size)
+int int_kind_for_size_and_alignment(uint64_t size, uint32_t alignment, bool want_signed) {
+  for (int kind = ik_signed_char; kind < num_integer_kinds; ++kind) {
+    uint64_t kind_size;
+    uint32_t kind_alignment;
+    get_integer_size_and_alignment(kind, &kind_size, &kind_alignment, nullptr);
+    if (kind_is_candidate(kind, want_signed) && kind_size == size && kind_alignment == alignment)
       return kind;
+  }
   return num_integer_kinds;
 }
 

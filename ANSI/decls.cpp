@@ -16,6 +16,7 @@
 #include "stack_limit.h"
 #include "statements.h"
 #include "symbol_ref.h"
+#include "sys_predef.h"
 #include "types.h"
 
 bool is_in_function() {
@@ -371,7 +372,7 @@ static void redeclare_typedef(a_symbol* previous, a_symbol_locator* locator,
 
 void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state) {
   locator->symbol = nullptr;
-  a_symbol* previous = curr_scope_id_lookup(locator, ilo_none);
+  a_symbol* previous = forget_predeclared_function(curr_scope_id_lookup(locator, ilo_none));
   if (previous) {
     redeclare_typedef(previous, locator, state);
     return;

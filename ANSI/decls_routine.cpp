@@ -11,6 +11,7 @@
 #include "scope_stk.h"
 #include "statements.h"
 #include "symbol_ref.h"
+#include "sys_predef.h"
 #include "types.h"
 
 a_routine* make_routine(a_type* type, a_storage_kind storage, int depth) {
@@ -19,6 +20,17 @@ a_routine* make_routine(a_type* type, a_storage_kind storage, int depth) {
   routine->storage_kind = storage;
   add_to_routines_list(routine, depth);
   return routine;
+}
+
+// The function that the declaration declares again. A predeclared function gives
+// way to a static one and to one of another type.
+static a_symbol* find_routine(a_symbol_locator* locator, const a_decl_parse_state* state) {
+  a_symbol* match = find_linked_declaration(locator, true);
+  if (match && is_predeclared_function(match) &&
+      (state->storage_class == sc_static ||
+       !redeclaration_types_are_compatible(state->declared_type, match->variant.routine->type)))
+    return forget_predeclared_function(match);
+  return match;
 }
 
 static bool is_routine_symbol(const a_symbol* symbol) {
@@ -54,6 +66,8 @@ static void reconcile_storage(a_routine* routine, a_decl_parse_state* state,
 static void redeclare_routine(a_symbol* match, a_symbol_locator* locator, a_decl_parse_state* state,
                               bool is_definition) {
   a_routine* routine = match->variant.routine;
+  if (match->position.seq == 0)
+    match->position = routine->source_corresp.position = locator->position;
   if (redeclaration_types_are_compatible(state->declared_type, routine->type)) {
     reconcile_routine_types(routine, state->declared_type, is_definition);
   } else {
@@ -130,7 +144,7 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   if (state->parse_flags.is_for_init && in_C_mode() && state->storage_class == sc_none &&
       !state->decl_flags.specifier_error)
     pos_error(ec_invalid_storage_class_in_for_init, &locator->position);
-  a_symbol* match = usable_match(find_linked_declaration(locator, true), locator, is_definition);
+  a_symbol* match = usable_match(find_routine(locator, state), locator, is_definition);
   a_symbol* symbol = symbol_in_this_scope(match, locator);
   if (scope_stack[decl_scope_level].kind == sk_function_prototype)
     pos_warning(ec_decl_in_prototype_scope, &locator->position);

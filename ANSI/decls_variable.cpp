@@ -10,6 +10,7 @@
 #include "scope_stk.h"
 #include "statements.h"
 #include "symbol_ref.h"
+#include "sys_predef.h"
 #include "types.h"
 
 namespace {
@@ -179,7 +180,8 @@ void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigne
   decl.storage = state->storage_class;
   decl.linkage = linkage_wanted(decl.storage);
   decl.depth = decl_scope_level;
-  decl.match = find_linked_declaration(locator, decl.linkage != idl_none);
+  decl.match =
+      forget_predeclared_function(find_linked_declaration(locator, decl.linkage != idl_none));
   check_match(&decl);
   if (decl.match)
     redeclare(&decl);

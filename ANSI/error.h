@@ -145,6 +145,8 @@ void pos_error(an_error_code code, const a_source_position* position);
 void pos_st_error(an_error_code code, const a_source_position* position, const char* string);
 void pos_st2_error(an_error_code code, const a_source_position* position, const char* string,
                    const char* string2);
+void pos_st2ty_error(an_error_code code, const a_source_position* position, const char* string,
+                     const char* string2, const a_type* type);
 void pos_stty_error(an_error_code code, const a_source_position* position, const char* string,
                     const a_type* type);
 void str_error(an_error_code code, const char* string);

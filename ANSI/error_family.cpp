@@ -269,6 +269,11 @@ void pos_st2_error(an_error_code code, const a_source_position* position, const 
   report(es_error, code, position, string, string2);
 }
 
+void pos_st2ty_error(an_error_code code, const a_source_position* position, const char* string,
+                     const char* string2, const a_type* type) {
+  report(es_error, code, position, string, string2, type);
+}
+
 void pos_stty_error(an_error_code code, const a_source_position* position, const char* string,
                     const a_type* type) {
   report(es_error, code, position, string, type);

@@ -1,5 +1,6 @@
 #include "float_pt.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -9,7 +10,10 @@
 #include "fpsmath.h"
 #include "fpstarg.h"
 #include "il_types.h"
+#include "target.h"
 #include "types.h"
+
+a_boolean strict_fp_representation = 1;
 
 static bool is_double_kind(int kind) {
   return kind != fk_float;
@@ -111,8 +115,31 @@ void fp_string_to_float(int kind, const char* text, a_float_value* result, bool*
     round_through_target(kind, result, failed);
 }
 
+// The bits of the mantissa that the kind keeps of a value 0.m times two to the
+// exponent; below the normal range each step costs one.
+static int mantissa_bits(int kind, int32_t exponent) {
+  const int32_t least = is_double_kind(kind) ? targ_dbl_min_exp : targ_flt_min_exp;
+  const int bits = is_double_kind(kind) ? targ_dbl_mant_dig : targ_flt_mant_dig;
+  return exponent >= least ? bits : bits - std::min(least - exponent, bits);
+}
+
 void fp_hex_string_to_float(int kind, const char* text, a_float_value* result, bool* failed) {
-  fp_string_to_float(kind, text, result, failed);
+  a_mantissa mantissa;
+  int32_t exponent;
+  *failed = false;
+  fp_error = 0;
+  if (!conv_hex_string_to_mantissa_and_exponent(text, &mantissa, &exponent)) {
+    *result = pos_zero;
+    *failed = true;
+    return;
+  }
+  const int bits = mantissa_bits(kind, exponent);
+  if (bits > 0)
+    round_hex_fp_value(&mantissa, &exponent, bits);
+  if (conv_mantissa_to_floating_point(&mantissa, exponent, result) != 0)
+    *failed = true;
+  else
+    round_through_target(kind, result, failed);
 }
 
 static bool reads_back(int kind, const char* text, const a_float_value* value) {
@@ -123,7 +150,7 @@ static bool reads_back(int kind, const char* text, const a_float_value* value) {
 }
 
 // The text of a value may have a sign, 17 digits, a point and an exponent.
-static char number_buffer[64];
+static thread_local char number_buffer[64];
 
 static const char* in_buffer(const std::string& text) {
   snprintf(number_buffer, sizeof number_buffer, "%s", text.c_str());
@@ -189,15 +216,12 @@ void make_fp_infinity(bool negative, a_float_value* result) {
   *result = negative ? neg_infin : pos_infin;
 }
 
-void make_huge_fp_val(int kind, a_float_value* result) {
-  if (is_double_kind(kind))
-    ieee_cvt_dtos(0x7fefffffffffffff, result);
-  else
-    ieee_cvt_ftos(0x7f7fffff, result);
+void make_huge_fp_val(int, a_float_value* result) {
+  make_fp_infinity(false, result);
 }
 
 bool fp_same_representation(const a_float_value* a, const a_float_value* b) {
-  return f_bit_eq(a, b);
+  return !strict_fp_representation || f_bit_eq(a, b);
 }
 
 uint32_t fp_hash(const a_float_value* value) {

@@ -35,6 +35,7 @@ void fp_change_kind(const a_float_value* from, int from_kind, a_float_value* to,
 // The value of a constant without its suffix. *failed: it is out of range, and
 // the result an infinity or a zero.
 void fp_string_to_float(int kind, const char* text, a_float_value* result, bool* failed);
+// `0x` and digits without a sign.
 void fp_hex_string_to_float(int kind, const char* text, a_float_value* result, bool* failed);
 
 // The shortest decimal text that reads back to the same value of the kind, and
@@ -52,9 +53,12 @@ uint64_t make_saturated_integer_for_float(const a_float_value* value, int int_ki
 
 void make_fp_nan(a_float_value* result);
 void make_fp_infinity(bool negative, a_float_value* result);
-// The greatest finite value of the kind.
+// The value of HUGE_VAL and its like: in the kinds of the target, an infinity.
 void make_huge_fp_val(int kind, a_float_value* result);
 
+// Whether equal values are the same constant. With strict_fp_representation, as
+// at the start, zeros of different signs are two.
+extern a_boolean strict_fp_representation;
 bool fp_same_representation(const a_float_value* a, const a_float_value* b);
 uint32_t fp_hash(const a_float_value* value);
 double fetch_host_fp_value(const a_float_value* value);

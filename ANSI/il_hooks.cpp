@@ -1,7 +1,10 @@
 #include "il_hooks.h"
 
 #include "error.h"
+#include "fp_constraints.h"
 #include "mem_manage.h"
+#include "target.h"
+#include "types.h"
 
 #include <cctype>
 #include <cstring>
@@ -75,6 +78,10 @@ IL_HOOKS_FACTORY::IL_HOOKS_FACTORY() {
   factories->push_back(this);
 }
 
+// The factories of the product; in a file of their own no reference would bring
+// them into the program.
+static FP_OPERATION_CONSTRAINTS_FACTORY fp_operation_constraints_factory;
+
 IL_HOOKS_CONTAINER* IL_HOOKS_FACTORY::instantiate_il_hooks() {
   auto* container = new IL_HOOKS_CONTAINER;
   if (factories == nullptr)
@@ -120,4 +127,14 @@ void enable_hook(unsigned short code, const char* name, const char* parameter) {
   }
   if (parameter != nullptr)
     set_hook_parameter(hook, parameter);
+}
+
+void get_hook_parameter_types(HOOK_DESCRIPTOR* hook) {
+  if (hook->pass_name)
+    hook->parameter_type =
+        make_pointer_type(make_qualified_type(integer_type(plain_char_int_kind), tq_const));
+  else if (hook->pass_address)
+    hook->parameter_type = make_pointer_type(make_routine_type_full(void_type()));
+  else
+    hook->parameter_type = nullptr;
 }

@@ -97,6 +97,10 @@ extern HOOK_DESCRIPTOR* exit_hook_descriptor;
 inline constexpr unsigned short entry_hook_code = 3869;
 inline constexpr unsigned short exit_hook_code = 3870;
 
+// Sets the type of the parameter by what is passed: none, a pointer to const
+// char, or a pointer to a function without parameters that returns nothing.
+void get_hook_parameter_types(HOOK_DESCRIPTOR* hook);
+
 // Asks for a hook, as options do: by its name, error 1364 for a name that is no
 // identifier, or by what is passed to it: "name", "address" or "none", error
 // 1365 for another text. Either may be null.

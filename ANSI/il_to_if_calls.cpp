@@ -4,7 +4,9 @@
 
 #include "error.h"
 #include "il_to_if_int.h"
+#include "krt_target.h"
 #include "mode_words.h"
+#include "target.h"
 
 namespace {
 
@@ -124,7 +126,7 @@ void gen_node_of_builtin(const a_routine* routine, const an_expr_node* call, an_
 // A builtin that the next pass knows by its name.
 void gen_call_by_name(const a_routine* routine, const an_expr_node* call) {
   const a_source_correspondence& head = routine->source_corresp;
-  const char* name = head.name_is_lowered ? head.source_name : head.name;
+  const char* name = TRG_fname_transform(head.name_is_lowered ? head.source_name : head.name);
   bool has_arguments = call->variant.operation.operands->next != nullptr;
   an_if_opcode opcode = routine->impure ? has_arguments ? ifop_MCALL : ifop_UMCALL
                         : has_arguments ? ifop_ICALL
@@ -221,6 +223,8 @@ void gen_call(an_expr_node* call) {
   if (routine != nullptr && gen_function_scope != nullptr &&
       routine->source_corresp.name != nullptr && strcmp(routine->source_corresp.name, "main") == 0)
     gen_function_scope->assoc.routine->file_symbol->add_pragma(ifpk_FUNC_EXCEPTIONS_NOUNWIND);
+  if (builtin_code_of(routine) != 0 && !target->ok_to_dump_as_builtin(call, gen_function_scope))
+    routine->special_data.builtin_code = 0;
   if (builtin_code_of(routine) != 0 && gen_builtin_call(routine, call))
     return;
   gen_ordinary_call(call);

@@ -464,7 +464,7 @@ SYMTAB* referenced_routine_symbol(a_routine* routine) {
 
 int top_level_alignment(const a_variable* variable) {
   if (is_array_type(variable->type))
-    return targ_top_aryaln;
+    return TRG_top_aryaln(variable->storage_kind);
   return is_class_struct_union_type(variable->type) ? targ_top_structaln : 0;
 }
 

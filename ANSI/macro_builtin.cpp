@@ -1,8 +1,10 @@
 // The macros whose expansion is computed at each use: places, counters, the
 // operators of #if, and the pragma operators.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string>
 
 #include "attribute.h"
@@ -174,21 +176,31 @@ static bool scan_has_include(bool from_next_directory) {
 
 // -- Features of the language ------------------------------------------------------------------
 
+static bool is_cpp11() {
+  return in_cplusplus_mode() && std_version >= 201103;
+}
+
+static bool is_cpp14() {
+  return in_cplusplus_mode() && std_version >= 201402;
+}
+
 struct a_feature {
   const char* name;
-  const a_boolean* flag;
+  bool (*is_enabled)();
 };
 
 static const a_feature features[] = {
-#define FEATURE(name, flag) {name, &flag},
+#define FEATURE(name, condition) {name, [] { return static_cast<bool>(condition); }},
 #include "features.def"
 #undef FEATURE
 };
 
 static bool feature_is_enabled(const std::string& name) {
-  for (const a_feature& feature : features)
-    if (name == feature.name)
-      return *feature.flag != 0;
+  const a_feature* feature =
+      std::lower_bound(std::begin(features), std::end(features), name,
+                       [](const a_feature& row, const std::string& key) { return row.name < key; });
+  if (feature != std::end(features) && name == feature->name)
+    return feature->is_enabled();
   if (!type_traits_helpers_enabled)
     return false;
   for (int kind = tok_has_nothrow_assign; kind <= tok_is_trivially_assignable; ++kind)

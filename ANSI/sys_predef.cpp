@@ -1,4 +1,5 @@
-// The builtin functions: their names, and their declarations on demand.
+// What exists before the first source line: types, the builtin functions by
+// their names, declared on demand, and the intrinsic functions of the processor.
 
 #include "sys_predef.h"
 
@@ -6,11 +7,14 @@
 #include <cstring>
 #include <string>
 
+#include "builtin_condition.h"
 #include "decls.h"
 #include "error.h"
 #include "il.h"
 #include "il_entities.h"
+#include "il_hooks.h"
 #include "il_types.h"
+#include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "symbol_tbl.h"
@@ -22,16 +26,32 @@ namespace {
 
 struct a_builtin_function {
   const char* name;
-  const char* type; // as a declaration without its name
+  const char* condition; // null: that of all compilers
+  const char* type;      // as a declaration without its name
   int64_t code;
 };
 
-const a_builtin_function builtin_functions[] = {
-#define BUILTIN_FUNCTION(name, type, code) {name, type, code},
+const a_builtin_function builtin_user_table[] = {
+#define BUILTIN_FUNCTION(name, condition, type, code) {name, condition, type, code},
 #include "builtin_functions.def"
 #undef BUILTIN_FUNCTION
+    {nullptr, nullptr, nullptr, 0}};
+
+struct a_target_builtin {
+  const char* name;
+  int64_t code;
+  const char* type;
+  bool in_std;
+  int min_version; // of the processor
+  bool impure;
 };
-constexpr uint16_t num_builtin_functions = sizeof builtin_functions / sizeof builtin_functions[0];
+
+const a_target_builtin target_builtins[] = {
+#define TARGET_BUILTIN(name, code, type, in_std, min_version, impure)                              \
+  {name, code, type, in_std, min_version, impure},
+#include "target_builtins.def"
+#undef TARGET_BUILTIN
+};
 
 // -- Types --------------------------------------------------------------------------
 
@@ -51,6 +71,8 @@ const a_named_type named_types[] = {
     {"int", [] { return integer_type(ik_int); }},
     {"long", [] { return integer_type(ik_long); }},
     {"unsigned", [] { return integer_type(ik_unsigned_int); }},
+    {"unsigned long", [] { return integer_type(ik_unsigned_long); }},
+    {"unsigned long long", [] { return integer_type(ik_unsigned_long_long); }},
     {"__znt_size_type__", [] { return integer_type(targ_size_t_int_kind); }},
     {"float", [] { return float_type(fk_float); }},
     {"double", [] { return float_type(fk_double); }},
@@ -58,7 +80,12 @@ const a_named_type named_types[] = {
     {"void*", [] { return make_pointer_type(void_type()); }},
     {"const void*", [] { return pointer_to_const(void_type()); }},
     {"const char*", [] { return pointer_to_const(integer_type(plain_char_int_kind)); }},
+    {"wildcard&", [] { return make_reference_type(ql_wildcard_type()); }},
 };
+constexpr size_t num_named_types = sizeof named_types / sizeof named_types[0];
+
+// The types of the unit that were asked for, one a row of named_types.
+a_type** builtin_type_table;
 
 a_type* type_of_text(std::string text) {
   size_t blank = text.find(" *");
@@ -66,9 +93,13 @@ a_type* type_of_text(std::string text) {
     text.erase(blank, 1);
   if (!text.empty() && text.back() == ' ')
     text.pop_back();
-  for (const a_named_type& type : named_types)
-    if (text == type.text)
-      return type.make();
+  for (size_t i = 0; i < num_named_types; ++i) {
+    if (text != named_types[i].text)
+      continue;
+    if (builtin_type_table[i] == nullptr)
+      builtin_type_table[i] = named_types[i].make();
+    return builtin_type_table[i];
+  }
   internal_error("type_of_text: unknown type");
 }
 
@@ -93,62 +124,165 @@ a_type* routine_type_of_text(const char* text) {
 
 // -- Declarations -------------------------------------------------------------------
 
-// Declares a function that the program didn't: no rule is checked on it.
-a_symbol* make_predeclared_function_symbol(const char* name, const char* type, int64_t code) {
+// Declarations that the program didn't make: in the file scope, whatever scope
+// is open, and no rule of style is checked on them.
+class A_PREDECLARATION {
+public:
+  A_PREDECLARATION() {
+    check_misra_c_2004 = check_nrg = 0;
+    switch_to_file_scope_region(&saved_region);
+    decl_scope_level = 0;
+    push_name_linkage(nlk_c);
+  }
+  ~A_PREDECLARATION() {
+    pop_name_linkage();
+    decl_scope_level = saved_level;
+    switch_back_to_original_region(saved_region);
+    check_misra_c_2004 = saved_check_misra;
+    check_nrg = saved_check_nrg;
+  }
+
+private:
   a_boolean saved_check_misra = check_misra_c_2004;
   a_boolean saved_check_nrg = check_nrg;
-  int32_t saved_region, saved_level = decl_scope_level;
-  check_misra_c_2004 = check_nrg = 0;
-  switch_to_file_scope_region(&saved_region);
-  decl_scope_level = 0;
-  push_name_linkage(nlk_c);
+  int32_t saved_region;
+  int32_t saved_level = decl_scope_level;
+};
+
+void enter_predeclared_typedef(const char* name, a_type* aliased) {
+  A_PREDECLARATION context;
+  a_symbol* symbol = full_enter_symbol(name, strlen(name), symk_type, &null_source_position, 0);
+  a_type* type = make_typedef_type(aliased);
+  type->is_generated = 1;
+  symbol->variant.type = type;
+  set_source_corresp_with_scope_depth(&type->source_corresp, symbol, 0);
+  add_to_types_list(type, 0);
+}
+
+// In C++ too, its linkage is that of a C function.
+a_symbol* make_predeclared_function_symbol(const char* name, a_type* type, int64_t code) {
+  A_PREDECLARATION context;
   a_symbol* symbol = full_enter_symbol(name, strlen(name), symk_routine, &null_source_position, 0);
-  a_routine* routine = make_routine(routine_type_of_text(type), sc_extern, 0);
+  a_routine* routine = make_routine(type, sc_extern, 0);
   routine->special_data.builtin_code = code;
   symbol->variant.routine = routine;
   set_source_corresp_with_scope_depth(&routine->source_corresp, symbol, 0);
   routine->source_corresp.linkage = idl_external;
-  pop_name_linkage();
-  decl_scope_level = saved_level;
-  switch_back_to_original_region(saved_region);
-  check_misra_c_2004 = saved_check_misra;
-  check_nrg = saved_check_nrg;
   return symbol;
+}
+
+// The function is known in namespace std under the same name.
+void enter_in_namespace_std(const char* name, a_routine* routine) {
+  if (symbol_for_namespace_std == nullptr)
+    return;
+  push_namespace_scope(symbol_for_namespace_std->variant.namespace_entry);
+  full_enter_symbol(name, strlen(name), symk_routine, &null_source_position, depth_scope_stack)
+      ->variant.routine = routine;
+  pop_namespace_scope();
+}
+
+void enter_target_builtins() {
+  for (const a_target_builtin& builtin : target_builtins) {
+    if (targ_cpu_version < builtin.min_version)
+      continue;
+    a_symbol* symbol = make_predeclared_function_symbol(
+        builtin.name, routine_type_of_text(builtin.type), builtin.code);
+    symbol->variant.routine->impure = builtin.impure;
+    if (builtin.in_std && in_cplusplus_mode())
+      enter_in_namespace_std(builtin.name, symbol->variant.routine);
+  }
+}
+
+void enter_hook(HOOK_DESCRIPTOR* hook, int64_t code) {
+  if (hook == nullptr)
+    return;
+  get_hook_parameter_types(hook);
+  a_type* type = make_routine_type_full(void_type());
+  if (hook->parameter_type != nullptr)
+    add_param_type(type, hook->parameter_type);
+  a_routine* routine = make_predeclared_function_symbol(hook->name, type, code)->variant.routine;
+  routine->impure = routine->real_call = 1;
+  hook->routine = routine;
+  mark_as_needed(routine, iek_routine);
+}
+
+void enter_builtin_names() {
+  for (uint16_t i = 0; builtin_user_table[i].name != nullptr; ++i) {
+    const a_builtin_function& function = builtin_user_table[i];
+    if (!builtin_condition_holds(function.condition))
+      continue;
+    a_symbol_locator locator = cleared_locator;
+    a_symbol_header* header = find_symbol_header(function.name, strlen(function.name), &locator);
+    header->is_builtin_name = 1;
+    header->builtin_index = i;
+    if (preload_builtin_functions)
+      load_builtin_function(header);
+  }
 }
 
 } // namespace
 
+a_type* ql_wildcard_type() {
+  return unknown_type();
+}
+
 a_symbol* load_builtin_function(a_symbol_header* header) {
   if (!header->is_builtin_name)
     return nullptr;
-  const a_builtin_function& function = builtin_functions[header->builtin_index];
+  const a_builtin_function& function = builtin_user_table[header->builtin_index];
   header->is_builtin_name = 0;
-  return make_predeclared_function_symbol(function.name, function.type, function.code);
+  return make_predeclared_function_symbol(function.name, routine_type_of_text(function.type),
+                                          function.code);
 }
 
 bool builtin_function_is_enabled(const char* name) {
   if (!builtin_functions_enabled)
     return false;
-  for (const a_builtin_function& function : builtin_functions)
-    if (strcmp(name, function.name) == 0)
+  for (const a_builtin_function* row = builtin_user_table; row->name != nullptr; ++row)
+    if (strcmp(name, row->name) == 0 && builtin_condition_holds(row->condition))
       return true;
   return false;
 }
 
+bool is_predeclared_function(const a_symbol* symbol) {
+  if (symbol->kind != symk_routine || symbol->position.seq != 0)
+    return false;
+  const a_routine* routine = symbol->variant.routine;
+  return routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0;
+}
+
+a_symbol* forget_predeclared_function(a_symbol* symbol) {
+  if (symbol == nullptr || !is_predeclared_function(symbol))
+    return symbol;
+  remove_symbol(symbol);
+  return nullptr;
+}
+
 void enter_system_specific_predeclared_symbols() {
+  if (float80_enabled && float128_enabled) {
+    enter_predeclared_typedef("__float80", float_type(fk_float80));
+    enter_predeclared_typedef("__float128", float_type(fk_float128));
+  }
+  if (gnu_mode) {
+    builtin_va_list_type = get_default_va_list_type();
+    enter_predeclared_typedef("__builtin_va_list", builtin_va_list_type);
+  }
   if (is_primary_translation_unit)
-    for (uint16_t i = 0; i < num_builtin_functions; ++i) {
-      const char* name = builtin_functions[i].name;
-      a_symbol_locator locator = cleared_locator;
-      a_symbol_header* header = find_symbol_header(name, strlen(name), &locator);
-      header->is_builtin_name = 1;
-      header->builtin_index = i;
-      if (preload_builtin_functions)
-        load_builtin_function(header);
-    }
+    enter_builtin_names();
   builtin_functions_enabled = 1;
+  if (!no_intrinsics)
+    enter_target_builtins();
+  enter_hook(entry_hook_descriptor, entry_hook_code);
+  enter_hook(exit_hook_descriptor, exit_hook_code);
+}
+
+void sys_predef_one_time_init() {
+  f_register_trans_unit_variable(&builtin_type_table, sizeof builtin_type_table, 0);
+  builtin_type_table = nullptr;
 }
 
 void sys_predef_trans_unit_init() {
-  // Nothing of this module lives on from an earlier unit.
+  size_t size = num_named_types * sizeof(a_type*);
+  builtin_type_table = static_cast<a_type**>(alloc_in_region(file_scope_region_number, size));
+  memset(builtin_type_table, 0, size);
 }

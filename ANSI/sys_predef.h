@@ -7,8 +7,10 @@
 
 struct a_symbol_header;
 
-// Makes the names of the builtin functions known. A function itself is loaded
-// where its name is first used, or here with preload_builtin_functions.
+// Enters the predeclared types, the intrinsic functions of the processor and the
+// hooks, and makes the names of the builtin functions known. A builtin function
+// itself is loaded where its name is first used, or here with
+// preload_builtin_functions.
 void enter_system_specific_predeclared_symbols();
 
 // For __has_builtin: whether there is a builtin function of the name.
@@ -18,6 +20,18 @@ bool builtin_function_is_enabled(const char* name);
 // when none does.
 a_symbol* load_builtin_function(a_symbol_header* header);
 
+// A function that exists before the program and that the program hasn't declared.
+bool is_predeclared_function(const a_symbol* symbol);
+
+// For a declaration of something else under the name: takes a predeclared
+// function out of its scope, and returns null. Any other symbol, or null, is
+// returned.
+a_symbol* forget_predeclared_function(a_symbol* symbol);
+
+// What a parameter of any type by reference refers to.
+a_type* ql_wildcard_type();
+
+void sys_predef_one_time_init();
 void sys_predef_trans_unit_init();
 
 #endif

@@ -1,7 +1,11 @@
 #include "target.h"
 
 #include "cfe.h"
+#include "error.h"
+#include "il_entities.h"
 #include "mode_words.h"
+#include "symbol_tbl.h"
+#include "types.h"
 
 #include <algorithm>
 #include <cctype>
@@ -30,11 +34,6 @@ a_boolean always_fold_calls_to_builtin_constant_p;
 
 namespace {
 
-constexpr int ik_of_signed_char = 1;
-constexpr int ik_of_unsigned_char = 2;
-constexpr int ik_of_long_long = 9;
-constexpr int ik_of_unsigned_long_long = 10;
-
 const char* const integer_kind_names[] = {
     "ik_char",           "ik_signed_char", "ik_unsigned_char",     "ik_short",
     "ik_unsigned_short", "ik_int",         "ik_unsigned_int",      "ik_long",
@@ -45,13 +44,12 @@ const char* const mode_names[] = {"tmk_none", "tmk_QI", "tmk_HI", "tmk_SI", "tmk
 const char* const visibility_names[] = {nullptr,  "default",  "protected",
                                         "hidden", "internal", "extern"};
 
-// Field alignments may differ from those of complete objects, so an alignment
-// shows both.
+// An alignment is listed as its bits over those of a byte.
 std::string value_as_text(int64_t value, a_targ_form form) {
   std::string digits = std::to_string(value);
   switch (form) {
   case tf_alignment:
-    return "(" + digits + "/" + digits + ")";
+    return "(" + std::to_string(value * targ_char_bit) + "/" + std::to_string(targ_char_bit) + ")";
   case tf_int_kind:
     return std::string("((an_integer_kind)") + integer_kind_names[value] + ")";
   case tf_float_kind:
@@ -75,10 +73,9 @@ void dump_value(const char* configuration, const char* name, int64_t value, a_ta
 } // namespace
 
 int size_of_integer_kind(int kind) {
-  if (kind <= ik_of_unsigned_char)
-    return 1;
-  const int sizes[] = {targ_sizeof_short, targ_sizeof_int, targ_sizeof_long, targ_sizeof_long_long};
-  return sizes[(kind - ik_of_unsigned_char - 1) / 2];
+  uint64_t size;
+  get_integer_size_and_alignment(kind, &size, nullptr, nullptr);
+  return static_cast<int>(size);
 }
 
 int find_target_configuration(const char*) {
@@ -87,11 +84,11 @@ int find_target_configuration(const char*) {
 
 void set_target_configuration(int) {
 #define TARG(name, type, value, form) name = value;
+#define TARG_WORD(name, value) name = value;
 #define TARG_SETTING(name, value)
 #include "target.def"
 #undef TARG
 #undef TARG_SETTING
-  packing_applies_to_base_classes = 1;
   auxiliary_info_dir_name = "lib";
 }
 
@@ -101,7 +98,8 @@ void dump_legacy_config_as_target_config(const char* name) {
         f_error);
   fprintf(f_error, "#define TARGET_CONFIGURATION_1 %s\n", name);
 #define TARG(variable, type, value, form)                                                          \
-  dump_value(name, #variable, static_cast<int64_t>(variable), form);
+  dump_value(name, #variable, static_cast<int64_t>(value), form);
+#define TARG_WORD(variable, value) dump_value(name, #variable, value, tf_value);
 #define TARG_SETTING(variable, value)
 #include "target.def"
 #undef TARG
@@ -125,6 +123,72 @@ int canonical_symbol_visibility(uint32_t modifiers, int, bool is_defined, int) {
   if (result == 0 && !is_defined && import_undef)
     result = extern_visibility;
   return result == 0 ? targ_sym_default_visibility : result;
+}
+
+int modifier_to_symbol_visibility(uint32_t) {
+  return 0;
+}
+
+bool targ_dest_of_ptr_cast_big_enough(const a_type*, const a_type*) {
+  return true;
+}
+
+void reset_internal_type_sizes() {
+  // A byte has 8 bits in every mode of this family.
+}
+
+a_type* get_default_va_list_type() {
+  if (type_underlying_va_list != nullptr)
+    return type_underlying_va_list;
+  return make_pointer_type(gnu_mode ? integer_type(plain_char_int_kind) : void_type());
+}
+
+void validate_target_argument(const a_source_position* position) {
+  pos_warning(ec_unrecognized_target_attribute, position);
+}
+
+// The registers that a declaration may name, and which of them change behind
+// the program's back.
+struct a_global_register {
+  const char* name;
+  bool is_volatile;
+};
+static const a_global_register global_registers[] = {
+    {"__SP", false}, {"__R30", true}, {"__R31", true}};
+
+static const a_global_register* find_global_register(const a_symbol* symbol) {
+  for (const a_global_register& reg : global_registers)
+    if (strcmp(symbol->header->identifier, reg.name) == 0)
+      return &reg;
+  return nullptr;
+}
+
+bool TRG_is_greg_name(const a_variable*, const a_symbol* symbol) {
+  return find_global_register(symbol) != nullptr;
+}
+
+bool TRG_is_greg_type(a_variable* variable, const a_symbol* symbol) {
+  const a_global_register* reg = find_global_register(symbol);
+  if (reg != nullptr && reg->is_volatile)
+    variable->type = make_qualified_type(variable->type, tq_volatile);
+  return (is_integral_type(variable->type) || is_pointer_type(variable->type)) &&
+         variable->storage_kind != sc_static && variable->storage_kind != sc_auto;
+}
+
+bool TRG_legal_membank(int) {
+  return true;
+}
+
+int TRG_adjust_membank(int bank) {
+  return bank;
+}
+
+int TRG_top_aryaln(int) {
+  return targ_top_aryaln;
+}
+
+const char* TRG_fname_transform(const char* name) {
+  return name;
 }
 
 int TRG_parse_versions(const char* text) {
@@ -161,12 +225,12 @@ void target_one_time_init() {
 
 void target_init() {
   if (C_dialect == cd_k_and_r)
-    plain_char_int_kind = targ_has_signed_chars ? ik_of_signed_char : ik_of_unsigned_char;
+    plain_char_int_kind = targ_has_signed_chars ? ik_signed_char : ik_unsigned_char;
   else
     plain_char_int_kind = 0;
   string_literals_shared = C_dialect != cd_k_and_r;
-  targ_intmax_kind = ik_of_long_long;
-  targ_uintmax_kind = ik_of_unsigned_long_long;
+  targ_intmax_kind = ik_long_long;
+  targ_uintmax_kind = ik_unsigned_long_long;
   if (targ_max_class_object_size == 0)
     targ_max_class_object_size = targ_size_t_max;
   uint64_t delta_max =

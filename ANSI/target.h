@@ -40,7 +40,7 @@ extern int targ_intmax_kind;
 extern int targ_uintmax_kind;
 extern a_boolean always_fold_calls_to_builtin_constant_p;
 
-// The value of a whole object of an integer kind, in bytes.
+// The size of an object of an integer kind, in bytes.
 int size_of_integer_kind(int kind);
 
 // The index of a named target configuration. This family has none: always -1.
@@ -61,6 +61,37 @@ const char* symbol_visibility_to_string(int value);
 // The visibility of an entity by its target modifiers: bit 0 extern, bit 1
 // exported. `is_defined` is off for one that another unit defines.
 int canonical_symbol_visibility(uint32_t modifiers, int, bool is_defined, int);
+
+// The visibility of an entity by modifiers of its declaration: none says any.
+int modifier_to_symbol_visibility(uint32_t modifiers);
+
+// Whether a cast between pointers loses nothing; so it is in all memory models.
+bool targ_dest_of_ptr_cast_big_enough(const a_type* from, const a_type* to);
+
+// For a change of targ_byte_mode: the types that the tool made keep their sizes.
+void reset_internal_type_sizes();
+
+// What va_list is when no declaration says: a pointer to char in the GNU modes,
+// else to void.
+a_type* get_default_va_list_type();
+
+// The argument of the attribute `target`: none is known, a warning.
+void validate_target_argument(const a_source_position* position);
+
+// A variable that stands for a register: whether the symbol's name is one of
+// them, and whether the variable's type and storage class are such as a register
+// can have. Those that change by themselves make the variable's type volatile.
+bool TRG_is_greg_name(const a_variable* variable, const a_symbol* symbol);
+bool TRG_is_greg_type(a_variable* variable, const a_symbol* symbol);
+// Banks of memory: any is legal.
+bool TRG_legal_membank(int bank);
+int TRG_adjust_membank(int bank);
+
+// The alignment of a whole array, in bytes, whatever its storage kind.
+int TRG_top_aryaln(int storage_kind);
+
+// The name by which the next pass knows a function.
+const char* TRG_fname_transform(const char* name);
 
 // A processor version as an option gives it: a decimal number.
 int TRG_parse_versions(const char* text);

@@ -445,8 +445,8 @@ bool impl_ptr_to_member_conversion(a_type* source, const a_constant* constant, a
                                    a_std_conv_descr* descr);
 bool qualification_conversion_possible_full(a_type* source, a_type* target, bool allow_unsafe,
                                             bool* qualifiers_changed);
-inline bool qualification_conversion_possible(a_type* source, a_type* target) {
-  return qualification_conversion_possible_full(source, target, false, nullptr);
+inline bool qualification_conversion_possible(a_type* source, a_type* destination) {
+  return qualification_conversion_possible_full(source, destination, false, nullptr);
 }
 bool static_cast_conversion_possible(a_type* source, a_type* target, const a_constant* constant);
 bool reinterpret_cast_conversion_possible(a_type* source, a_type* target);

@@ -10,6 +10,8 @@
 
 #include "fpsmath.h"
 
+struct XI;
+
 using a_wide_word = unsigned __int128;
 
 enum a_float_class : uint8_t { fc_zero, fc_finite, fc_infinity, fc_nan };
@@ -35,6 +37,10 @@ a_wide_word multiply_high(a_wide_word a, a_wide_word b);
 // a / b of left-justified fractions, a number below 2 with 127 bits behind the
 // point, the last bit sticky.
 a_wide_word divide_fractions(a_wide_word a, a_wide_word b);
+
+// The bits of a 128-bit integer as a word, and back.
+a_wide_word word_of(const XI* value);
+void store_word(a_wide_word word, XI* result);
 
 int set_special(const simul_fval& special, bool negative, simul_fval* result);
 simul_fval float_of_int(int64_t value);

@@ -66,18 +66,6 @@ int f_ftou(const simul_fval* value, uint64_t* result) {
   return 0;
 }
 
-static a_wide_word word_of(const XI* value) {
-  a_wide_word result = 0;
-  for (uint8_t byte : value->byte)
-    result = result << 8 | byte;
-  return result;
-}
-
-static void store_word(a_wide_word word, XI* result) {
-  for (int i = 16; i-- > 0; word >>= 8)
-    result->byte[i] = static_cast<uint8_t>(word);
-}
-
 int f_xtof(const XI* value, simul_fval* result) {
   const bool negative = value->byte[0] >= 0x80;
   const a_wide_word word = word_of(value);

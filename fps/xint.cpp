@@ -3,93 +3,95 @@
 #include <bit>
 #include <cstdio>
 
-using an_unsigned = unsigned __int128;
-using a_signed = __int128;
+#include "fps_int.h"
 
-static an_unsigned load(const XI* value) {
-  an_unsigned result = 0;
+using a_signed_word = __int128;
+
+a_wide_word word_of(const XI* value) {
+  a_wide_word result = 0;
   for (uint8_t byte : value->byte)
     result = result << 8 | byte;
   return result;
 }
 
-static void store(an_unsigned value, XI* result) {
-  for (int i = 16; i-- > 0; value >>= 8)
-    result->byte[i] = static_cast<uint8_t>(value);
+void store_word(a_wide_word word, XI* result) {
+  for (int i = 16; i-- > 0; word >>= 8)
+    result->byte[i] = static_cast<uint8_t>(word);
 }
 
 static bool is_negative(const XI* value) {
   return value->byte[0] >= 0x80;
 }
 
-static an_unsigned magnitude(const XI* value) {
-  return is_negative(value) ? 0 - load(value) : load(value);
+static a_wide_word magnitude(const XI* value) {
+  return is_negative(value) ? 0 - word_of(value) : word_of(value);
 }
 
 int XI_add(const XI* a, const XI* b, XI* result) {
-  const an_unsigned x = load(a), sum = x + load(b);
-  store(sum, result);
+  const a_wide_word x = word_of(a), sum = x + word_of(b);
+  store_word(sum, result);
   return sum < x;
 }
 
 int XI_sub(const XI* a, const XI* b, XI* result) {
-  const an_unsigned x = load(a), y = load(b);
-  store(x - y, result);
+  const a_wide_word x = word_of(a), y = word_of(b);
+  store_word(x - y, result);
   return x < y;
 }
 
 void XI_neg(const XI* value, XI* result) {
-  store(0 - load(value), result);
+  store_word(0 - word_of(value), result);
 }
 
 void XI_mpy(const XI* a, const XI* b, XI* result) {
-  store(load(a) * load(b), result);
+  store_word(word_of(a) * word_of(b), result);
 }
 
 int XI_div(const XI* a, const XI* b, XI* result) {
-  if (load(b) == 0)
+  if (word_of(b) == 0)
     return -1;
   const bool negative = is_negative(a) != is_negative(b);
-  const an_unsigned quotient = magnitude(a) / magnitude(b);
-  store(negative ? 0 - quotient : quotient, result);
+  const a_wide_word quotient = magnitude(a) / magnitude(b);
+  store_word(negative ? 0 - quotient : quotient, result);
   return 0;
 }
 
 int XI_mod(const XI* a, const XI* b, XI* result) {
-  if (load(b) == 0)
+  if (word_of(b) == 0)
     return -1;
-  const an_unsigned remainder = magnitude(a) % magnitude(b);
-  store(is_negative(a) ? 0 - remainder : remainder, result);
+  const a_wide_word remainder = magnitude(a) % magnitude(b);
+  store_word(is_negative(a) ? 0 - remainder : remainder, result);
   return 0;
 }
 
 void XI_and(const XI* a, const XI* b, XI* result) {
-  store(load(a) & load(b), result);
+  store_word(word_of(a) & word_of(b), result);
 }
 
 void XI_or(const XI* a, const XI* b, XI* result) {
-  store(load(a) | load(b), result);
+  store_word(word_of(a) | word_of(b), result);
 }
 
 void XI_xor(const XI* a, const XI* b, XI* result) {
-  store(load(a) ^ load(b), result);
+  store_word(word_of(a) ^ word_of(b), result);
 }
 
 void XI_notb(const XI* value, XI* result) {
-  store(~load(value), result);
+  store_word(~word_of(value), result);
 }
 
 void XI_shl(const XI* value, unsigned count, XI* result) {
-  store(count < 128 ? load(value) << count : 0, result);
+  store_word(count < 128 ? word_of(value) << count : 0, result);
 }
 
 void XI_shr(const XI* value, unsigned count, XI* result) {
-  const a_signed word = static_cast<a_signed>(load(value));
-  store(static_cast<an_unsigned>(word >> (count < 128 ? count : 127)), result);
+  const a_signed_word word = static_cast<a_signed_word>(word_of(value));
+  store_word(static_cast<a_wide_word>(word >> (count < 128 ? count : 127)), result);
 }
 
 int XI_cmp(const XI* a, const XI* b) {
-  const a_signed x = static_cast<a_signed>(load(a)), y = static_cast<a_signed>(load(b));
+  const a_signed_word x = static_cast<a_signed_word>(word_of(a)),
+                      y = static_cast<a_signed_word>(word_of(b));
   return x < y ? -1 : x > y;
 }
 
@@ -126,35 +128,35 @@ void XI_itox(int value, XI* result) {
 }
 
 void XI_llitox(long long value, XI* result) {
-  store(static_cast<an_unsigned>(static_cast<a_signed>(value)), result);
+  store_word(static_cast<a_wide_word>(static_cast<a_signed_word>(value)), result);
 }
 
 void XI_utox(unsigned value, XI* result) {
-  store(value, result);
+  store_word(value, result);
 }
 
 void XI_llutox(unsigned long long value, XI* result) {
-  store(value, result);
+  store_word(value, result);
 }
 
 int XI_xtoi(const XI* value) {
-  return static_cast<int>(load(value));
+  return static_cast<int>(word_of(value));
 }
 
 long long XI_xtolli(const XI* value) {
-  return static_cast<long long>(load(value));
+  return static_cast<long long>(word_of(value));
 }
 
 unsigned XI_xtou(const XI* value) {
-  return static_cast<unsigned>(load(value));
+  return static_cast<unsigned>(word_of(value));
 }
 
 unsigned long long XI_xtollu(const XI* value) {
-  return static_cast<unsigned long long>(load(value));
+  return static_cast<unsigned long long>(word_of(value));
 }
 
 int XI_size(const XI* value) {
-  const an_unsigned word = is_negative(value) ? ~load(value) : load(value);
+  const a_wide_word word = is_negative(value) ? ~word_of(value) : word_of(value);
   const uint64_t high = static_cast<uint64_t>(word >> 64);
   const int bits =
       high != 0 ? 128 - std::countl_zero(high) : 64 - std::countl_zero(static_cast<uint64_t>(word));
@@ -162,7 +164,7 @@ int XI_size(const XI* value) {
 }
 
 const char* XI_dump(const XI* value) {
-  static char buffer[33];
+  static thread_local char buffer[33];
   for (int i = 0; i < 16; i++)
     snprintf(buffer + 2 * i, 3, "%02x", value->byte[i]);
   return buffer;
