@@ -220,6 +220,9 @@ void select_field(an_operand* operand, a_field* field, bool is_arrow);
 void do_subscript(an_operand* left, an_operand* index, const a_source_position* operator_position,
                   const a_source_position* end);
 void do_indirection(an_operand* operand);
+// The first form folds no address; it returns false when there is none, or the
+// operand has become a pointer to a function.
+bool make_address_operand(an_operand* operand, const a_source_position* operator_position);
 void take_address_of_operand(an_operand* operand, const a_source_position* operator_position);
 // The name behind `.` or `->`, which becomes the field; null after an error.
 a_field* scan_member_name(a_type* class_type);

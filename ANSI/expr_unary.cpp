@@ -46,22 +46,27 @@ static bool can_take_address(an_operand* operand) {
   return true;
 }
 
-void take_address_of_operand(an_operand* operand, const a_source_position* operator_position) {
+bool make_address_operand(an_operand* operand, const a_source_position* operator_position) {
   normalize_error_operand(operand);
   if (is_error_operand(operand) || !can_take_address(operand))
-    return;
+    return false;
   an_operand saved = *operand;
   change_unmarked_ref_kinds(operand->ref_entries, srk_address_taken);
   if (operand->state == os_function_designator) {
     conv_function_designator_to_ptr_to_function(operand);
-    return;
+    return false;
   }
   a_type* type = make_pointer_type(operand->type);
   make_expression_operand(address_of_node(operand->variant.expr), operand);
   operand->type = operand->variant.expr->type = type;
   operand->variant.expr->position = *operator_position;
   restore_operand_details_incl_ref(operand, &saved);
-  force_operand_to_constant_if_possible(operand);
+  return true;
+}
+
+void take_address_of_operand(an_operand* operand, const a_source_position* operator_position) {
+  if (make_address_operand(operand, operator_position))
+    force_operand_to_constant_if_possible(operand);
 }
 
 void scan_address_of(an_operand* result) {

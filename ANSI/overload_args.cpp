@@ -12,8 +12,17 @@ void prep_assignment_operand(an_operand* operand, a_type* type, an_error_code co
   prep_conversion_operand(operand, type, code, position);
 }
 
+// Some intrinsic functions take an object of any type by reference.
+static bool is_wildcard_reference(const a_type* type) {
+  return is_reference_type(type) && is_unknown_type(type_pointed_to(type));
+}
+
 void prep_argument_operand(an_operand* operand, const a_param_type* param, an_error_code code) {
   a_source_position position = operand->position;
+  if (is_wildcard_reference(param->type)) {
+    make_address_operand(operand, &position);
+    return;
+  }
   prep_conversion_operand(operand, param->type, code, &position);
 }
 
