@@ -11,6 +11,7 @@
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "symbol_ref.h"
+#include "sys_predef.h"
 #include "types.h"
 
 namespace {
@@ -113,7 +114,7 @@ static void scan_enumerator_value(an_enum_state* state, a_constant* enumerator) 
 static a_constant* make_enumerator(an_enum_state* state, a_symbol_locator* locator) {
   a_constant* enumerator = fs_constant(con_integer);
   locator->symbol = nullptr;
-  a_symbol* previous = curr_scope_id_lookup(locator, ilo_none);
+  a_symbol* previous = forget_predeclared_function(curr_scope_id_lookup(locator, ilo_none));
   if (previous) {
     pos_st_error(ec_id_already_declared, &locator->position, locator->header->identifier);
     set_to_error_locator(locator);

@@ -88,8 +88,9 @@ static bool names_a_symbol(const an_expr_node* argument) {
     return false;
   if (argument->kind == expr_constant) {
     const a_constant* constant = argument->variant.constant.ptr;
-    return constant->kind == con_address && (constant->value.address.base_kind == abk_routine ||
-                                             constant->value.address.base_kind == abk_variable);
+    const an_address_value& address = constant->value.address;
+    return constant->kind == con_address && address.offset == 0 &&
+           (address.base_kind == abk_routine || address.base_kind == abk_variable);
   }
   return argument->kind == expr_variable || argument->kind == expr_routine;
 }

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <string>
 
 #include "target.h"
+#include "types.h"
 
 namespace {
 
@@ -47,6 +49,14 @@ const operation operations[] = {
     {remainder_integer_values, [](wide a, wide b) { return a % b; }, true},
 };
 
+// The bounds of a kind by its width.
+bool value_in_kind(wide value, int kind) {
+  const int bits = precision_of_int_kind(kind);
+  const bool is_signed = int_kind_is_signed(kind);
+  const wide limit = static_cast<wide>(1) << (is_signed ? bits - 1 : bits);
+  return value < limit && value >= (is_signed ? -limit : 0);
+}
+
 class ConstInts : public testing::Test {
 protected:
   void SetUp() override {
@@ -83,6 +93,70 @@ TEST_F(ConstInts, OperationsAgreeWithExactArithmetic) {
     ASSERT_EQ(cmp_integer_values(a, is_signed, b, !is_signed),
               difference < 0 ? -1 : difference > 0);
   }
+}
+
+TEST_F(ConstInts, MixedOperandsGiveAnUnsignedResult) {
+  for (int i = 0; i < 200000; ++i) {
+    const uint64_t a = random_word(random), b = random_word(random);
+    const bool a_signed = random() & 1;
+    uint64_t sum = a, difference = a;
+    bool overflow;
+    const wide exact_sum = widen(a, a_signed) + widen(b, !a_signed);
+    add_mixed_signed_integer_values(&sum, a_signed, b, !a_signed, &overflow);
+    ASSERT_EQ(sum, static_cast<uint64_t>(exact_sum));
+    ASSERT_EQ(overflow, !fits(exact_sum, false)) << a << " " << b << " " << a_signed;
+    const wide exact_difference = widen(a, a_signed) - widen(b, !a_signed);
+    subtract_mixed_signed_integer_values(&difference, a_signed, b, !a_signed, &overflow);
+    ASSERT_EQ(difference, static_cast<uint64_t>(exact_difference));
+    ASSERT_EQ(overflow, !fits(exact_difference, false)) << a << " " << b << " " << a_signed;
+  }
+}
+
+TEST_F(ConstInts, UnaryOperationsAndConversionsAgreeWithExactArithmetic) {
+  for (int i = 0; i < 100000; ++i) {
+    const uint64_t word = random_word(random);
+    const bool is_signed = random() & 1;
+    uint64_t negated = word;
+    bool overflow;
+    negate_integer_value(&negated, is_signed, &overflow);
+    ASSERT_EQ(negated, static_cast<uint64_t>(-widen(word, is_signed)));
+    ASSERT_EQ(overflow, is_signed && !fits(-widen(word, true), true)) << word;
+    value_of_integer_value(word, is_signed, &overflow);
+    ASSERT_EQ(overflow, !fits(widen(word, is_signed), true)) << word;
+    uint64_t shifted = word;
+    const unsigned count = random() % 64;
+    shift_left_integer_value(&shifted, count, false, &overflow);
+    const unsigned __int128 exact = static_cast<unsigned __int128>(word) << count;
+    ASSERT_EQ(shifted, static_cast<uint64_t>(exact));
+    ASSERT_EQ(overflow, exact >> 64 != 0);
+    const int kind = static_cast<int>(random() % num_integer_kinds);
+    const wide cut = widen(truncate_integer_value(word, kind), int_kind_is_signed(kind));
+    ASSERT_EQ(value_in_kind(widen(word, is_signed), kind),
+              in_range_for_integer_kind(word, is_signed, kind));
+    if (in_range_for_integer_kind(word, is_signed, kind))
+      ASSERT_TRUE(cut == widen(word, is_signed));
+  }
+}
+
+TEST_F(ConstInts, TextIsThatOfTheHost) {
+  for (int i = 0; i < 20000; ++i) {
+    const uint64_t word = random_word(random);
+    ASSERT_EQ(str_for_integer_value(word, false), std::to_string(word));
+    ASSERT_EQ(str_for_integer_value(word, true), std::to_string(static_cast<int64_t>(word)));
+    char buffer[integer_text_size];
+    char* end = f_unsigned_to_string_buf(word, buffer);
+    ASSERT_EQ(std::string(buffer, end), std::to_string(word));
+  }
+}
+
+TEST_F(ConstInts, KindsAreFoundBySizeAndAlignment) {
+  EXPECT_EQ(int_kind_for_size_and_alignment(1, 1, false), ik_unsigned_char);
+  EXPECT_EQ(int_kind_for_size_and_alignment(4, 1, true), ik_int);
+  EXPECT_EQ(int_kind_for_size_and_alignment(8, 1, false), ik_unsigned_long_long);
+  EXPECT_EQ(int_kind_for_size_and_alignment(4, 4, true), num_integer_kinds);
+  EXPECT_EQ(int_kind_for_size_and_alignment(3, 1, true), num_integer_kinds);
+  EXPECT_EQ(int_kind_for_bit_size(16, true), ik_short);
+  EXPECT_EQ(int_kind_for_bit_size(24, true), num_integer_kinds);
 }
 
 TEST_F(ConstInts, ShiftsKeepTheSignAndReportLostBits) {

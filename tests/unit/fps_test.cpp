@@ -184,6 +184,39 @@ TEST(FPS_TEST, HalfwayTextIsDecidedExactly) {
   }
 }
 
+// A hexadecimal constant is rounded once, straight to the bits that its value
+// has room for, also below the normal range.
+TEST(FPS_TEST, HexadecimalTextIsRoundedOnce) {
+  std::mt19937_64 random{5};
+  const int exponents[] = {0, -1022, -1060, -1074, -1080, 1020, -126, -140, -149, 127};
+  for (int i = 0; i < 100000; i++) {
+    char text[80];
+    const uint64_t low = i % 3 == 0 ? 0 : random() >> random() % 64;
+    const uint64_t high = random() >> random() % 64 & ~((uint64_t{1} << random() % 64) - 1);
+    snprintf(text, sizeof text, "0x%lx.%016lxp%d", high, low,
+             exponents[random() % 10] - static_cast<int>(random() % 60));
+    a_float_value value;
+    bool failed;
+    fp_hex_string_to_float(fk_double, text, &value, &failed);
+    const double expected = strtod(text, nullptr);
+    ASSERT_TRUE(same(rounded<double>(&value), expected)) << text;
+    ASSERT_EQ(failed, std::isinf(expected) || (expected == 0 && (high | low) != 0)) << text;
+    fp_hex_string_to_float(fk_float, text, &value, &failed);
+    ASSERT_TRUE(same(rounded<float>(&value), strtof(text, nullptr))) << text;
+  }
+}
+
+TEST(FPS_TEST, ZerosOfTwoSignsAreTwoConstants) {
+  const simul_fval plus = simulated(0.0), minus = simulated(-0.0);
+  bool unordered;
+  EXPECT_EQ(fp_compare(fk_double, &plus, &minus, &unordered), 0);
+  EXPECT_FALSE(fp_same_representation(&plus, &minus));
+  EXPECT_TRUE(fp_same_representation(&plus, &pos_zero));
+  strict_fp_representation = 0;
+  EXPECT_TRUE(fp_same_representation(&plus, &minus));
+  strict_fp_representation = 1;
+}
+
 TEST(FPS_TEST, LimitsOfText) {
   struct a_row {
     std::string text;
