@@ -133,8 +133,7 @@ TEST_F(ConstInts, UnaryOperationsAndConversionsAgreeWithExactArithmetic) {
     const wide cut = widen(truncate_integer_value(word, kind), int_kind_is_signed(kind));
     ASSERT_EQ(value_in_kind(widen(word, is_signed), kind),
               in_range_for_integer_kind(word, is_signed, kind));
-    if (in_range_for_integer_kind(word, is_signed, kind))
-      ASSERT_TRUE(cut == widen(word, is_signed));
+    ASSERT_TRUE(cut == widen(word, is_signed) || !value_in_kind(widen(word, is_signed), kind));
   }
 }
 

@@ -84,7 +84,6 @@ TEST_F(Target, Conditions) {
       {"gx(40801-)[one]Lx(30401-)[two]", false, false, false, false},
       {"", false, false, false, false},
       {"g", false, false, false, false},
-      {"gx(", true, true, false, false},
   };
   const auto mode = [&](int gnu, int clang, int dialect, bool a_row::*expected) {
     gnu_mode = gnu;
