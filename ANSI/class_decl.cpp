@@ -3,6 +3,7 @@
 
 #include "class_decl.h"
 
+#include "attribute.h"
 #include "const_ints.h"
 #include "declarator.h"
 #include "error.h"
@@ -220,6 +221,7 @@ static a_field* member_declarator(a_type* class_type, a_decl_parse_state* state)
   clear_func_info(&func_info);
   add_stop_token(tok_colon);
   declarator(do_name_required | do_member, state, nullptr, &locator, &func_info);
+  append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
   remove_stop_token(tok_colon);
   return make_named_field(class_type, state->declared_type, &locator);
 }
@@ -247,8 +249,11 @@ static void member_declaration(a_type* class_type, a_field** last) {
   }
   add_stop_token(tok_comma);
   do {
+    state.attributes_after = scan_gnu_attribute_groups(al_specifiers);
     a_field* field = member_declarator(class_type, &state);
     finish_field(class_type, field);
+    append_attributes(&state.attributes_after, scan_gnu_attribute_groups(al_declarator));
+    attach_declarator_attributes(&state, field, iek_field);
     append_field(class_type, field, last);
     run_end_of_parse_actions(&state, true);
   } while (loop_token(tok_comma));
@@ -322,7 +327,7 @@ static void complete_class_type(a_type* class_type, const a_source_position* pos
 }
 
 // At the `{`; the `}` is read.
-static void scan_class_definition(a_type* class_type) {
+static void scan_class_definition(a_type* class_type, an_attribute* attributes) {
   auto& info = class_type->variant.class_struct_union;
   a_source_position position = pos_curr_token;
   info.is_being_defined = true;
@@ -333,11 +338,13 @@ static void scan_class_definition(a_type* class_type) {
   get_token();
   push_class_scope(class_type);
   member_declaration_list(class_type);
+  required_token(tok_rbrace, ec_exp_rbrace);
+  append_attributes(&attributes, scan_gnu_attribute_groups(al_tag_end));
+  attach_type_attributes(class_type, attributes);
   complete_class_type(class_type, &position);
   pop_scope();
   record_symbol_declaration(srk_definition, class_type->source_corresp.symbol,
                             &class_type->source_corresp.position, nullptr);
-  required_token(tok_rbrace, ec_exp_rbrace);
 }
 
 a_type* class_specifier(a_decl_parse_state* state) {
@@ -347,7 +354,8 @@ a_type* class_specifier(a_decl_parse_state* state) {
                                                : tk_struct;
   a_symbol_kind symbol_kind = kind == tk_union ? symk_union : symk_class_or_struct;
   a_symbol_locator locator;
-  if (!scan_tag(&locator))
+  an_attribute* attributes;
+  if (!scan_tag(&locator, &attributes))
     return error_type();
   bool is_definition = curr_token == tok_lbrace;
   // `struct s;` declares a tag of this scope, unless more specifiers precede.
@@ -358,10 +366,10 @@ a_type* class_specifier(a_decl_parse_state* state) {
                      : class_type_of_tag(kind, symbol_kind, &locator, is_definition, is_lone);
   state->decl_flags.declares_tag = !locator.is_unnamed;
   if (!is_definition)
-    return type;
+    return attach_type_attributes(type, attributes);
   state->decl_flags.defines_tag = true;
   if (!is_error_type(type)) {
-    scan_class_definition(type);
+    scan_class_definition(type, attributes);
   } else {
     flush_until_matching_token();
   }

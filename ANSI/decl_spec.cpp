@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "attribute.h"
 #include "class_decl.h"
 #include "declarator.h"
 #include "error.h"
@@ -164,7 +165,8 @@ static bool is_unsupported_specifier(a_token_kind token) {
 bool is_type_start(unsigned) {
   return is_type_keyword(curr_token) || is_qualifier_token(curr_token) ||
          is_function_specifier(curr_token) || is_modifier_token(curr_token) ||
-         curr_token == tok_atomic || curr_token == tok_attribute || curr_type_symbol() != nullptr;
+         curr_token == tok_atomic || is_attribute_start(al_specifiers) ||
+         curr_type_symbol() != nullptr;
 }
 
 // An undeclared name in front of what can only be a declarator is a misspelled
@@ -298,9 +300,10 @@ static bool any_type_word(const a_specifier_accumulator* acc) {
 
 // ---- Tags ----
 
-bool scan_tag(a_symbol_locator* locator) {
+bool scan_tag(a_symbol_locator* locator, an_attribute** attributes) {
   a_source_position position = pos_curr_token;
   get_token();
+  *attributes = scan_attributes(al_tag);
   if (curr_token == tok_identifier) {
     *locator = locator_for_curr_id;
     locator->symbol = nullptr;
@@ -546,6 +549,8 @@ static bool scan_specifier(unsigned options, a_specifier_accumulator* acc,
     get_token();
   } else if (is_function_specifier(curr_token))
     scan_function_specifier(options, state);
+  else if (is_attribute_start(al_specifiers))
+    append_attributes(&state->attributes_before, scan_attributes(al_specifiers));
   else if (is_unsupported_specifier(curr_token))
     refuse_specifier(state);
   else
@@ -680,6 +685,7 @@ void decl_specifiers(unsigned options, a_decl_parse_state* state) {
   int count = 0;
   state->specifiers_position = pos_curr_token;
   error_position = pos_curr_token;
+  append_attributes(&state->attributes_before, scan_attributes(al_specifiers));
   for (;;) {
     state->end_position = end_pos_curr_token;
     if (!scan_specifier(options, &acc, state))

@@ -121,9 +121,10 @@ bool is_type_start(unsigned options);
 bool is_decl_start(unsigned options);
 bool is_decl_not_expr(unsigned options);
 
-// The tag of a struct, union or enum specifier, at the keyword: an unnamed
-// locator when a definition follows without one, false after a message.
-bool scan_tag(a_symbol_locator* locator);
+// The tag of a struct, union or enum specifier, at the keyword, and the
+// attributes before it: an unnamed locator when a definition follows without
+// one, false after a message.
+bool scan_tag(a_symbol_locator* locator, an_attribute** attributes);
 // enum specifier (C99 6.7.2.2), at the keyword; error_type() after an error.
 a_type* enum_specifier(a_decl_parse_state* state);
 

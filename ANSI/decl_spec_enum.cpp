@@ -1,5 +1,6 @@
 // Enum specifiers (C99 6.7.2.2).
 
+#include "attribute.h"
 #include "const_ints.h"
 #include "decl_spec.h"
 #include "error.h"
@@ -23,6 +24,7 @@ struct an_enum_state {
   bool next_is_signed;
   bool next_overflows;
   bool any_negative;
+  uint64_t least;    // of those that are negative
   uint64_t greatest; // of those that aren't negative
   bool any_out_of_int_range;
 };
@@ -69,7 +71,10 @@ static a_type* enum_type_of_tag(a_symbol_locator* locator, bool is_definition) {
 // ---- Enumerators ----
 
 static void note_value(an_enum_state* state, uint64_t value, bool is_signed) {
-  if (is_signed && static_cast<int64_t>(value) < 0)
+  bool is_negative = is_signed && static_cast<int64_t>(value) < 0;
+  if (is_negative && (!state->any_negative || value < state->least))
+    state->least = value;
+  if (is_negative)
     state->any_negative = true;
   else if (value > state->greatest)
     state->greatest = value;
@@ -136,7 +141,9 @@ static a_constant* make_enumerator(an_enum_state* state, a_symbol_locator* locat
 static void enumerator_definition(an_enum_state* state) {
   a_symbol_locator locator = locator_for_curr_id;
   get_token();
+  an_attribute* attributes = scan_attributes(al_enumerator);
   a_constant* enumerator = make_enumerator(state, &locator);
+  attach_attributes(attributes, enumerator, iek_constant);
   if (state->last)
     state->last->next = enumerator;
   else
@@ -169,15 +176,24 @@ static void enumerator_list(an_enum_state* state) {
   required_token(tok_rbrace, ec_exp_rbrace);
 }
 
-// An enum is an int, or the smallest wider kind that holds all its values.
+static bool holds_values(const an_enum_state* state, an_integer_kind kind) {
+  if (kind == ik_int)
+    return !state->any_out_of_int_range;
+  return le_max_integer_value_of_kind(state->greatest, kind) &&
+         !(state->any_negative &&
+           (!int_kind_is_signed(kind) || !in_range_for_integer_kind(state->least, true, kind)));
+}
+
+// An enum is an int, or the smallest wider kind that holds all its values; a
+// packed one may be narrower.
 static an_integer_kind kind_for_values(const an_enum_state* state) {
-  if (!state->any_out_of_int_range)
-    return ik_int;
-  static const an_integer_kind kinds[] = {ik_int, ik_unsigned_int, ik_long_long,
-                                          ik_unsigned_long_long};
+  static const an_integer_kind kinds[] = {
+      ik_signed_char, ik_unsigned_char, ik_short,     ik_unsigned_short,
+      ik_int,         ik_unsigned_int,  ik_long_long, ik_unsigned_long_long};
+  const an_integer_kind least =
+      state->type->variant.integer.is_packed_enum ? ik_signed_char : ik_int;
   for (an_integer_kind kind : kinds)
-    if (le_max_integer_value_of_kind(state->greatest, kind) &&
-        !(state->any_negative && !int_kind_is_signed(kind)))
+    if (kind >= least && holds_values(state, kind))
       return kind;
   return ik_long_long;
 }
@@ -191,12 +207,15 @@ static void complete_enum_type(an_enum_state* state) {
   process_dependent_type_fixups(type);
 }
 
-static a_type* scan_enum_definition(a_type* type, a_decl_parse_state* decl_state) {
+static a_type* scan_enum_definition(a_type* type, an_attribute* attributes,
+                                    a_decl_parse_state* decl_state) {
   an_enum_state state = {};
   state.type = type;
   state.next_is_signed = true;
   decl_state->decl_flags.defines_tag = true;
   enumerator_list(&state);
+  append_attributes(&attributes, scan_gnu_attribute_groups(al_tag_end));
+  attach_type_attributes(type, attributes);
   complete_enum_type(&state);
   record_symbol_declaration(srk_definition, type->source_corresp.symbol,
                             &type->source_corresp.position, nullptr);
@@ -205,17 +224,18 @@ static a_type* scan_enum_definition(a_type* type, a_decl_parse_state* decl_state
 
 a_type* enum_specifier(a_decl_parse_state* state) {
   a_symbol_locator locator;
-  if (!scan_tag(&locator))
+  an_attribute* attributes;
+  if (!scan_tag(&locator, &attributes))
     return error_type();
   bool is_definition = curr_token == tok_lbrace;
   state->decl_flags.declares_tag = !locator.is_unnamed;
   a_type* type =
       locator.is_unnamed ? make_enum_type(&locator) : enum_type_of_tag(&locator, is_definition);
   if (!is_definition)
-    return type;
+    return attach_type_attributes(type, attributes);
   if (is_error_type(type)) {
     flush_until_matching_token();
     return type;
   }
-  return scan_enum_definition(type, state);
+  return scan_enum_definition(type, attributes, state);
 }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "attribute.h"
 #include "const_ints.h"
 #include "error.h"
 #include "expr.h"
@@ -144,7 +145,7 @@ static a_type* apply_derivation(const a_derivation* derivation, a_type* type) {
 // ---- Pointers ----
 
 // Pushed from the last star to the first: the last binds to the name first.
-static void pointer_declarator() {
+static void pointer_declarator(a_decl_parse_state* state) {
   std::vector<a_derivation> pointers;
   while (curr_token == tok_star) {
     a_derivation pointer = {};
@@ -152,6 +153,10 @@ static void pointer_declarator() {
     pointer.position = pos_curr_token;
     get_token();
     pointer.qualifiers = collect_type_qualifiers(nullptr);
+    while (is_attribute_start(al_specifiers)) {
+      append_attributes(&state->attributes_after, scan_attributes(al_specifiers));
+      pointer.qualifiers |= collect_type_qualifiers(nullptr);
+    }
     pointers.push_back(pointer);
   }
   derivations.insert(derivations.end(), pointers.rbegin(), pointers.rend());
@@ -275,6 +280,7 @@ static a_param_id* parameter_declaration() {
   clear_func_info(&inner);
   decl_specifiers(dso_storage_class | dso_type_specifiers | dso_parameter, &state);
   declarator(do_name_optional | do_parameter, &state, nullptr, &locator, &inner);
+  append_attributes(&state.attributes_after, scan_gnu_attribute_groups(al_declarator));
   if (curr_token == tok_assign) {
     pos_error(ec_initializer_in_param, &pos_curr_token);
     flush_tokens();
@@ -289,6 +295,7 @@ static a_param_id* parameter_declaration() {
   if (!locator.is_unnamed && !locator.is_error_locator)
     enter_parameter_symbol(param, &locator);
   param->param_type = make_parameter_type_of(param);
+  attach_declarator_attributes(&state, param->param_type, iek_param_type);
   discard_end_of_parse_actions(&state);
   return param;
 }
@@ -449,20 +456,23 @@ static void scan_name(unsigned options, a_symbol_locator* locator) {
 
 // Reads a declarator; its derivations are pushed, the one that binds first
 // being the lowest.
-static void scan_declarator(unsigned options, a_symbol_locator* locator,
+static void scan_declarator(unsigned options, a_decl_parse_state* state, a_symbol_locator* locator,
                             a_func_info_block* func_info) {
   check_stack_limit();
   size_t start = derivations.size();
-  pointer_declarator();
+  pointer_declarator(state);
   size_t number_of_pointers = derivations.size() - start;
   if (curr_token == tok_lparen && parenthesis_encloses_declarator(options)) {
     get_token();
     add_stop_token(tok_rparen);
-    scan_declarator(options, locator, func_info);
+    append_attributes(&state->attributes_after, scan_attributes(al_specifiers));
+    scan_declarator(options, state, locator, func_info);
     remove_stop_token(tok_rparen);
     required_token(tok_rparen, ec_exp_rparen);
   } else {
     scan_name(options, locator);
+    if (curr_token == tok_lbracket)
+      append_attributes(&state->attributes_after, scan_attributes(al_name));
   }
   bool is_next_to_name = derivations.size() == start + number_of_pointers;
   suffixes(options, is_next_to_name ? func_info : nullptr, is_next_to_name);
@@ -476,7 +486,7 @@ void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
                 a_symbol_locator* locator, a_func_info_block* func_info) {
   size_t base = derivations.size();
   state->declarator_position = pos_curr_token;
-  scan_declarator(options, locator, func_info);
+  scan_declarator(options, state, locator, func_info);
   state->declarator_range.start = locator->position;
   state->declarator_range.end = curr_construct_end_position;
   a_type* result = type ? type : state->type_specifier_type;
@@ -500,8 +510,10 @@ a_type* type_name() {
   clear_func_info(&func_info);
   decl_specifiers(dso_type_specifiers, &state);
   declarator(do_abstract_only, &state, nullptr, &locator, &func_info);
+  append_attributes(&state.attributes_before, state.attributes_after);
+  append_attributes(&state.attributes_before, scan_gnu_attribute_groups(al_declarator));
   discard_end_of_parse_actions(&state);
-  return state.declared_type;
+  return transform_type_with_gnu_attributes(state.declared_type, state.attributes_before);
 }
 
 a_type* scan_type_for_cast() {

@@ -16,6 +16,7 @@ struct a_param_id {
   a_source_position position;
   a_storage_kind storage_class;
   a_param_type* param_type;
+  an_attribute* attributes; // of an old-style declaration
   a_variable* variable;
 };
 

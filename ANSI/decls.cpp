@@ -2,6 +2,7 @@
 
 #include "decls.h"
 
+#include "attribute.h"
 #include "const_ints.h"
 #include "decl_inits.h"
 #include "decls_int.h"
@@ -79,6 +80,8 @@ static void old_style_param_declaration(a_symbol_locator* locator, a_decl_parse_
   param->position = locator->position;
   param->storage_class = state->storage_class;
   param->is_register = state->storage_class == sc_register;
+  param->attributes = copy_of_attributes_list(state->attributes_before);
+  append_attributes(&param->attributes, state->attributes_after);
   // A float argument arrives as a double.
   if (type_kind(param->type) == tk_float &&
       skip_typerefs(param->type)->variant.float_kind == fk_float)
@@ -205,14 +208,12 @@ static bool declare(a_symbol_locator* locator, a_decl_parse_state* state,
 }
 
 static void refuse_declarator_suffix() {
-  if (curr_token != tok_asm && curr_token != tok_attribute)
+  if (curr_token != tok_asm)
     return;
   pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
-  while (curr_token == tok_asm || curr_token == tok_attribute) {
-    get_token();
-    if (curr_token == tok_lparen)
-      flush_until_matching_token();
-  }
+  get_token();
+  if (curr_token == tok_lparen)
+    flush_until_matching_token();
 }
 
 static void init_declarator_list(a_decl_parse_state* state) {
@@ -224,8 +225,10 @@ static void init_declarator_list(a_decl_parse_state* state) {
   for (;;) {
     clear_func_info(&func_info);
     state->storage_class = specifiers.storage_class;
+    state->attributes_after = scan_gnu_attribute_groups(al_specifiers);
     declarator(do_name_required, state, nullptr, &locator, &func_info);
     refuse_declarator_suffix();
+    append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
     bool more = declare(&locator, state, &func_info);
     run_end_of_parse_actions(state, true);
     if (!more || !loop_token(tok_comma))
@@ -375,6 +378,7 @@ void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state) {
   a_symbol* previous = forget_predeclared_function(curr_scope_id_lookup(locator, ilo_none));
   if (previous) {
     redeclare_typedef(previous, locator, state);
+    attach_decl_attributes(state, false);
     return;
   }
   locator->symbol = nullptr;
@@ -387,6 +391,7 @@ void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state) {
   record_symbol_declaration(srk_definition, symbol, &locator->position, nullptr);
   record_entity_in_decl_stmt_if_needed(symbol);
   state->symbol = symbol;
+  attach_decl_attributes(state, false);
 }
 
 // ---- Redeclaration ----
@@ -447,6 +452,7 @@ void translation_unit() {
     check_for_stdc_pragmas();
   }
   pop_stop_token_stack();
+  process_alias_fixup_list();
   process_pragmas_at_end_of_source();
 }
 

@@ -1,5 +1,6 @@
 // Declarations and definitions of functions (C99 6.7.5.3, 6.9.1).
 
+#include "attribute.h"
 #include "decls_int.h"
 #include "error.h"
 #include "expr.h"
@@ -108,8 +109,9 @@ static void note_inline_definition(a_routine* routine, const a_decl_parse_state*
     return;
   const bool says_inline = state->modifiers.inline_seen;
   const bool says_extern = state->storage_class == sc_extern;
-  if (std_c99_inlining ? !says_inline || says_extern
-                       : (flags & drf_definition) && !(says_inline && says_extern))
+  const bool c99_meaning = std_c99_inlining && !routine->is_gnu_inline;
+  if (c99_meaning ? !says_inline || says_extern
+                  : (flags & drf_definition) && !(says_inline && says_extern))
     routine->has_external_declaration = true;
 }
 
@@ -159,9 +161,10 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
       enter_extern_symbol(symk_extern_routine, locator)->variant.routine = routine;
   }
   note_modifiers(routine, state);
+  state->symbol = symbol;
+  attach_decl_attributes(state, is_definition);
   note_inline_definition(routine, state, flags);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;
-  state->symbol = symbol;
   if (is_definition) {
     // The definition is what positions in messages and in the file point at.
     symbol->defined = true;
@@ -210,6 +213,7 @@ static void old_style_parameter_declarations(a_type* routine_type, a_func_info_b
     param->param_type->name = param->symbol->header->identifier;
     param->param_type->is_register = param->is_register;
     set_arg_transfer_method_flag(param->param_type);
+    attach_attributes(param->attributes, param->param_type, iek_param_type);
     link = &param->param_type->next;
   }
   supplement->old_style_definition = true;
@@ -287,6 +291,7 @@ static void make_parameter_variable(a_param_id* param) {
   add_to_parameters_list(variable, depth_scope_stack);
   if (param->symbol)
     enter_parameter(param, variable);
+  attach_attributes(get_param_variable_attr_copies(param->param_type), variable, iek_variable);
 }
 
 // Tags and enumerators of the parameter list are known in the body.

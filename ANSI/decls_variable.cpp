@@ -1,6 +1,7 @@
 // Declarations of variables: linkage, redeclaration, tentative definitions
 // (C99 6.2.2, 6.9.2).
 
+#include "attribute.h"
 #include "decls_int.h"
 #include "error.h"
 #include "il.h"
@@ -188,6 +189,7 @@ void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigne
   else
     declare_new(&decl);
   a_symbol* symbol = state->symbol;
+  attach_decl_attributes(state, false);
   bool defines = (flags & dvf_definition) && !(flags & dvf_tentative);
   if (flags & dvf_definition)
     symbol->defined = true;

@@ -594,6 +594,7 @@ struct a_using_decl {
   a_name_reference* name_reference;
   a_source_position position;
   a_scope* parent_scope;
+  an_attribute* attributes;
 };
 
 struct an_exception_specification {

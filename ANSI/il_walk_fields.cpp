@@ -710,6 +710,7 @@ void visit(a_namespace& entry, FIELD_VISITOR& v) {
 
 void visit(a_using_decl& using_decl, FIELD_VISITOR& v) {
   v.sideways_of_kind(using_decl.entity, using_decl.entity_kind);
+  v.list(using_decl.attributes, iek_attribute);
   v.child(using_decl.name_reference, iek_name_reference);
   v.sideways(using_decl.parent_scope, iek_scope);
 }

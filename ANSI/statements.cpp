@@ -2,6 +2,7 @@
 
 #include "statements.h"
 
+#include "attribute.h"
 #include "decls.h"
 #include "error.h"
 #include "expr.h"
@@ -65,6 +66,7 @@ static void label_statement() {
     return;
   label->def_statement = statement;
   label->was_reachable = was_reachable;
+  attach_attributes(scan_gnu_attribute_groups(al_label), label, iek_label);
 }
 
 // ---- Jumps (C99 6.8.6) ----
