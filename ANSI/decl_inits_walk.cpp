@@ -73,8 +73,7 @@ const a_constant* string_literal_of_component(const an_init_component* component
 
 static a_constant* dynamic_value(an_operand* operand) {
   a_dynamic_init* init = alloc_dynamic_init(dik_expr);
-  init->variant.expr = make_node_from_operand(operand);
-  wrap_up_full_expression(init->variant.expr);
+  init->variant.expr = wrap_up_full_expression(make_node_from_operand(operand));
   a_constant* constant = alloc_constant(con_dynamic_init);
   constant->type = operand->type;
   constant->value.dynamic_init = init;

@@ -11,9 +11,7 @@
 // ---- Expressions of statements ----
 
 static an_expr_node* finish_full_expression(an_operand* operand) {
-  an_expr_node* node = make_node_from_operand(operand);
-  wrap_up_full_expression(node);
-  return node;
+  return wrap_up_full_expression(make_node_from_operand(operand));
 }
 
 an_expr_node* scan_integer_expression() {
@@ -39,6 +37,26 @@ an_expr_node* scan_boolean_controlling_expression() {
       operand.variant.expr->variant.operation.operands->next->kind == expr_constant)
     expr_pos_warning(ec_assign_where_compare_meant, &operand.operator_position);
   check_boolean_controlling_expr(&operand);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
+}
+
+// The value of a variable declared in a condition.
+an_expr_node* make_condition_value_expression(a_variable* variable, bool is_switch) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  a_ref_entry* ref =
+      make_ref_entry(srk_reference, variable->source_corresp.symbol, &pos_curr_token);
+  make_lvalue_variable_operand(variable, ref, &operand);
+  if (is_switch) {
+    do_operand_transformations(&operand, ot_all);
+    check_integral_or_enum_operand(&operand);
+  } else {
+    check_boolean_controlling_expr(&operand);
+    cast_operand(boolean_result_type(), &operand, true);
+  }
   an_expr_node* node = finish_full_expression(&operand);
   end_full_expression(&full, &operand);
   return node;
@@ -133,28 +151,108 @@ static bool is_integral_constant(const an_operand* operand) {
          is_integral_or_enum_type(operand->type);
 }
 
-static void finish_integral_constant_expression(an_operand* operand, a_constant* constant) {
+void extract_constant_from_operand(an_operand* operand, a_constant* constant) {
+  if (operand->kind == ok_expression)
+    error_in_operand(ec_expr_not_constant, operand);
+  if (is_constant_operand(operand)) {
+    copy_constant(&operand->variant.constant, constant);
+    return;
+  }
+  conv_to_error_operand(operand);
+  clear_constant(constant, con_error);
+  set_error_constant(constant);
+}
+
+// Without constexpr only what folds at once is a constant.
+static void finish_strict_constant_expression(an_operand* operand, a_constant* constant) {
   do_operand_transformations(operand, ot_all);
   if (!is_error_operand(operand) && !is_integral_constant(operand))
     error_in_operand(ec_expr_not_integral_constant, operand);
-  if (is_error_operand(operand)) {
-    clear_constant(constant, con_error);
-    set_error_constant(constant);
+  extract_constant_from_operand(operand, constant);
+}
+
+// A converted constant expression: no conversion may narrow (C++11 5.19 p3).
+static void convert_constant_operand(an_operand* operand, a_type* type) {
+  const a_constant* constant = constant_of_operand(operand);
+  bool is_possible =
+      is_integral_or_enum_type(operand->type) &&
+      (!is_scoped_enum_type(operand->type) || identical_types(prvalue_type(operand->type), type)) &&
+      !is_narrowing_conversion(operand->type, constant, type, nullptr);
+  if (is_possible)
+    cast_operand(type, operand, true);
+  else
+    type2_error_in_operand(ec_unconvertible_con_expr, operand, operand->type, type);
+}
+
+static void check_type_of_constant_expression(an_operand* operand) {
+  if (is_error_operand(operand) || is_integral_or_enum_type(operand->type))
     return;
-  }
-  copy_constant(&operand->variant.constant, constant);
+  if (expr_error_should_be_issued())
+    pos_stty_error(ec_bad_conv_constant_expr_type, &operand->position, "integral or enum",
+                   operand->type);
+  conv_to_error_operand(operand);
+}
+
+static bool is_negative_bound(const an_operand* operand) {
+  const a_constant* constant = constant_of_operand(operand);
+  return constant && constant->kind == con_integer && is_integral_or_enum_type(operand->type) &&
+         cmplit_integer_constant(constant, 0) < 0;
+}
+
+// With a target type the bound of an array.
+static void finish_constant_expression(an_operand* operand, a_type* target_type,
+                                       a_constant* constant) {
+  do_operand_transformations(operand, ot_all);
+  force_operand_to_constant_if_possible(operand);
+  check_type_of_constant_expression(operand);
+  if (target_type && is_negative_bound(operand))
+    error_in_operand(ec_array_size_must_be_positive, operand);
+  if (target_type && !is_error_operand(operand))
+    convert_constant_operand(operand, target_type);
+  extract_constant_from_operand(operand, constant);
 }
 
 static an_expression_kind kind_of_constant_expression() {
   return constexpr_enabled ? ek_integral_constant : ek_strict_constant;
 }
 
-void scan_integral_constant_expression(a_constant* constant) {
+static void scan_constant_expression(a_type* target_type, a_constant* constant) {
   a_full_expression full;
   an_operand operand;
   begin_full_expression(kind_of_constant_expression(), &full);
   scan_expr(&operand, nullptr, lev_none, sef_no_comma);
-  finish_integral_constant_expression(&operand, constant);
+  if (constexpr_enabled)
+    finish_constant_expression(&operand, target_type, constant);
+  else
+    finish_strict_constant_expression(&operand, constant);
+  wrap_up_constant_full_expression(constant);
+  end_full_expression(&full, &operand);
+}
+
+void scan_integral_constant_expression(a_constant* constant) {
+  scan_constant_expression(nullptr, constant);
+}
+
+void scan_constant_dimension_expression(a_constant* constant) {
+  bool has_target = in_cplusplus_mode() &&
+                    (std_version > 201102 || implicit_microsoft_cpp11_mode) && constexpr_enabled;
+  int32_t saved_region;
+  switch_to_file_scope_region(&saved_region);
+  scan_constant_expression(has_target ? size_t_type() : nullptr, constant);
+  switch_back_to_original_region(saved_region);
+}
+
+void scan_bool_constant_expression(a_constant* constant) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(kind_of_constant_expression(), &full);
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  check_boolean_controlling_expr(&operand);
+  force_operand_to_constant_if_possible(&operand);
+  if (!is_error_operand(&operand))
+    cast_operand(boolean_result_type(), &operand, true);
+  extract_constant_from_operand(&operand, constant);
+  wrap_up_constant_full_expression(constant);
   end_full_expression(&full, &operand);
 }
 
@@ -166,7 +264,8 @@ void scan_case_label_constant(a_type* switch_type, a_constant* constant) {
   do_operand_transformations(&operand, ot_all);
   if (is_integral_constant(&operand) && !is_error_type(switch_type))
     cast_operand(switch_type, &operand, true);
-  finish_integral_constant_expression(&operand, constant);
+  finish_strict_constant_expression(&operand, constant);
+  wrap_up_constant_full_expression(constant);
   end_full_expression(&full, &operand);
 }
 
@@ -176,10 +275,7 @@ void scan_case_label_constant(a_type* switch_type, a_constant* constant) {
 bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr) {
   *expr = nullptr;
   if (!vla_enabled) {
-    int32_t saved_region;
-    switch_to_file_scope_region(&saved_region);
-    scan_integral_constant_expression(constant);
-    switch_back_to_original_region(saved_region);
+    scan_constant_dimension_expression(constant);
     return true;
   }
   a_full_expression full;
@@ -191,14 +287,26 @@ bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr) {
   check_integral_or_enum_operand(&operand);
   bool is_constant = operand.kind != ok_expression;
   if (is_constant)
-    finish_integral_constant_expression(&operand, constant);
+    finish_strict_constant_expression(&operand, constant);
   else
     *expr = finish_full_expression(&operand);
   end_full_expression(&full, &operand);
   return is_constant;
 }
 
-// ---- typeof ----
+// ---- Expressions that aren't evaluated ----
+
+an_expr_node* scan_expr_for_attribute() {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_unevaluated, &full);
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  do_operand_transformations(&operand, ot_all);
+  force_operand_to_constant_if_possible(&operand);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
+}
 
 a_type* scan_typeof_operand() {
   a_full_expression full;

@@ -31,9 +31,18 @@ an_expr_node* scan_return_expression(a_type* type);
 // Constant expressions (C99 6.6). The constant is an error constant after an
 // error.
 void scan_integral_constant_expression(a_constant* constant);
+// One that is converted to bool, of a static assertion.
+void scan_bool_constant_expression(a_constant* constant);
+// The bound of an array, which must be constant.
+void scan_constant_dimension_expression(a_constant* constant);
 // An array bound or, with result false, an expression that isn't constant; its
 // node goes to *expr.
 bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr);
+// An argument of an attribute, which isn't evaluated.
+an_expr_node* scan_expr_for_attribute();
+// The value of the variable that a condition declares (C++11 6.4 p4): of a
+// switch, or converted to bool.
+an_expr_node* make_condition_value_expression(a_variable* variable, bool is_switch);
 // The type of an expression that isn't evaluated; of typeof.
 a_type* scan_typeof_operand();
 // A case value, converted to the promoted type of the switch.
@@ -63,7 +72,11 @@ void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool l
                      bool no_lifetime);
 void pop_expr_stack();
 an_expr_node* make_node_from_operand(an_operand* operand);
-void wrap_up_full_expression(an_expr_node* node);
+// Ends a full expression before its entry is popped: attaches to it what lives
+// as long as it does.
+an_expr_node* wrap_up_full_expression(an_expr_node* node);
+void wrap_up_dynamic_init_full_expression(a_dynamic_init* init);
+void wrap_up_constant_full_expression(const a_constant* constant);
 
 // Converts an operand to the type of an object that it initialises (C99
 // 6.7.8 p11); `code` reports a type that doesn't convert, and the operand

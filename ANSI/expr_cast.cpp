@@ -14,23 +14,97 @@ static a_fold_context fold_context_here(const a_source_position* position) {
   return {in_constant_expr_kind(), value_is_evaluated(), position, false, false};
 }
 
+// ---- Casts between a class and its bases (C++11 4.10 p3, 5.2.9 p11) ----
+
+// A null pointer stays one: the step to a base at an offset must not move it.
+static bool may_be_null_pointer(const an_expr_node* node) {
+  if (!is_pointer_type(node->type))
+    return false;
+  bool is_this = node->kind == expr_variable && node->variant.variable.ptr->is_this_parameter;
+  return !is_this && !is_operation_node(node, eok_address_of) &&
+         !is_operation_node(node, eok_array_to_pointer);
+}
+
+an_expr_node* add_base_class_casts(an_expr_node* node, a_base_class* base_class) {
+  bool is_checked = may_be_null_pointer(node);
+  an_expr_node* cast = base_class_selection_expr(node, base_class);
+  if (cast->kind == expr_operation)
+    cast->variant.operation.checked_cast = is_checked;
+  return cast;
+}
+
+an_expr_node* add_derived_class_casts(an_expr_node* node, a_type* type) {
+  if (is_error_node(node))
+    return node;
+  bool is_checked = may_be_null_pointer(node);
+  node->next = nullptr;
+  an_expr_node* cast = make_operator_node(eok_derived_class_cast, type, node);
+  copy_node_value_category(node, cast);
+  cast->variant.operation.lvalue_semantics = node->is_lvalue;
+  cast->variant.operation.checked_cast = is_checked;
+  return cast;
+}
+
 // ---- The conversion itself ----
+
+// Pointers to a class and a base of it.
+static an_expr_node* add_class_pointer_cast(a_type* type, an_expr_node* node) {
+  a_base_class* base_class;
+  bool derived_first;
+  if (in_C_mode() || !f_related_class_pointers(node->type, type, &base_class, &derived_first) ||
+      base_class->is_ambiguous)
+    return nullptr;
+  if (derived_first)
+    return add_base_class_casts(node, base_class);
+  return base_class->is_virtual ? nullptr : add_derived_class_casts(node, type);
+}
+
+static an_expr_node* make_cast_node(a_type* type, an_expr_node* node, bool is_implicit) {
+  if (is_error_node(node))
+    return node;
+  const a_source_position position = node->position;
+  const a_source_range range = node->range;
+  an_expr_node* cast = add_class_pointer_cast(type, node);
+  if (!cast) {
+    node->next = nullptr;
+    cast = make_operator_node(eok_cast, type, node);
+  } else {
+    cast->type = type;
+  }
+  cast->variant.operation.is_implicit = is_implicit;
+  cast->position = position;
+  cast->range = range;
+  return cast;
+}
+
+an_expr_node* add_cast_to_node(a_type* type, an_expr_node* node) {
+  if (!cast_identical_types(node->type, type))
+    return make_cast_node(type, node, true);
+  node->type = type;
+  return node;
+}
+
+an_expr_node* cast_node(a_type* type, an_expr_node* node) {
+  return make_cast_node(type, node, false);
+}
 
 static void cast_expression(a_type* type, an_operand* operand, bool is_implicit) {
   an_operand saved = *operand;
   an_expr_node* node = make_node_from_operand(operand);
-  if (is_implicit && cast_identical_types(node->type, type)) {
-    node->type = type;
-  } else {
-    node->next = nullptr;
-    an_expr_node* cast = make_operator_node(eok_cast, type, node);
-    cast->variant.operation.is_implicit = is_implicit;
-    cast->position = node->position;
-    cast->range = node->range;
-    node = cast;
-  }
-  make_expression_operand(node, operand);
-  restore_operand_details_incl_ref(operand, &saved);
+  make_expression_operand(is_implicit ? add_cast_to_node(type, node) : cast_node(type, node),
+                          operand);
+  restore_operand_details_for_cast(operand, &saved);
+}
+
+// In a template the constant remembers what it was made from.
+static void keep_source_of_cast(a_type* type, const an_operand* saved, an_operand* operand) {
+  if (!expr_stack->flags.keep_rescan_info)
+    return;
+  an_operand source = *saved;
+  an_expr_node* node = saved->variant.constant.source_expr;
+  if (!node)
+    node = make_node_from_operand(&source);
+  operand->variant.constant.source_expr = add_cast_to_node(type, node);
 }
 
 static void cast_constant(a_type* type, an_operand* operand, const a_source_position* position,
@@ -42,6 +116,8 @@ static void cast_constant(a_type* type, an_operand* operand, const a_source_posi
     operand->type = operand->variant.constant.type;
     if (operand->variant.constant.kind == con_error)
       conv_to_error_operand(operand);
+    else
+      keep_source_of_cast(type, &saved, operand);
     return;
   }
   operand->variant.constant = saved.variant.constant;
@@ -74,10 +150,13 @@ void cast_operand_full(a_type* type, an_operand* operand, const a_source_positio
   } else if (is_void_type(type)) {
     if (!is_implicit || !is_void_type(operand->type))
       cast_operand_to_void(operand);
+  } else if (operand->kind == ok_indefinite_function) {
+    cast_overloaded_function(type, operand);
+  } else if (is_implicit && identical_types(type, operand->type)) {
+    // Nothing to see.
   } else if (is_constant_operand(operand)) {
-    if (!is_implicit || !identical_types(type, operand->type))
-      cast_constant(type, operand, position, is_implicit);
-  } else if (!is_implicit || !identical_types(type, operand->type)) {
+    cast_constant(type, operand, position, is_implicit);
+  } else {
     cast_expression(type, operand, is_implicit);
   }
 }
@@ -85,6 +164,29 @@ void cast_operand_full(a_type* type, an_operand* operand, const a_source_positio
 void cast_operand(a_type* type, an_operand* operand, bool is_implicit) {
   a_source_position position = operand->position;
   cast_operand_full(type, operand, &position, is_implicit);
+}
+
+// The functions of an overload set are told apart by the type of a pointer or
+// reference to one of them (C++11 13.4).
+void cast_overloaded_function(a_type* type, an_operand* operand) {
+  a_type* wanted = skip_typerefs(type);
+  if (is_pointer_type(wanted) || is_reference_type(wanted))
+    wanted = type_pointed_to(wanted);
+  for (a_symbol* symbol = first_of_overload_set(operand->symbol); symbol;
+       symbol = symbol->next_homonym) {
+    a_symbol* function = fundamental_symbol_of(symbol);
+    if (function->kind != symk_routine || !identical_types(function->variant.routine->type, wanted))
+      continue;
+    an_operand saved = *operand;
+    make_function_designator_operand(function->variant.routine,
+                                     make_ref_entry(srk_reference, function, &saved.position),
+                                     operand);
+    restore_operand_details(operand, &saved);
+    if (!is_reference_type(type))
+      conv_function_designator_to_ptr_to_function(operand);
+    return;
+  }
+  report_indeterminate_function(operand);
 }
 
 // ---- As if by assignment ----
@@ -173,59 +275,120 @@ bool operand_constant_value(an_operand* operand, a_constant* constant) {
 
 // ---- Cast expressions ----
 
-static bool check_cast_target(a_type* type, const a_source_position* position) {
-  if (is_error_type(type))
-    return false;
-  if (is_void_type(type) || is_scalar_type(type))
-    return true;
-  if (!is_class_struct_union_type(type) || !gnu_mode) {
-    if (expr_error_should_be_issued())
-      pos_ty_error(ec_cast_to_bad_type, position, type);
-    return false;
-  }
-  return true;
-}
-
-// In GNU C a class may be cast to itself.
-static bool is_no_op_class_cast(a_type* type, const an_operand* operand) {
-  return is_class_struct_union_type(type) &&
-         f_skip_typerefs(type) == f_skip_typerefs(operand->type);
+static bool is_object_address(const an_operand* operand) {
+  return is_pointer_type(operand->type);
 }
 
 static void warn_about_pointer_size(a_type* type, const an_operand* operand,
                                     const a_source_position* position) {
-  if (is_pointer_type(operand->type) && is_integral_or_enum_type(type) && !is_bool_type(type) &&
+  if (is_object_address(operand) && is_integral_or_enum_type(type) && !is_bool_type(type) &&
       size_of_type(type) < size_of_type(operand->type))
     expr_pos_warning(ec_pointer_conversion_loses_bits, position);
 }
 
-static void do_cast(a_type* type, an_operand* operand, const a_source_position* position) {
+// A type that no value is cast to.
+static bool is_bad_cast_target(const a_type* type) {
+  return is_class_struct_union_type(type) || is_array_type(type) || is_function_type(type);
+}
+
+static void report_bad_cast(a_type* type, an_operand* operand, const a_source_position* position) {
+  if (!is_bad_cast_target(type)) {
+    error_in_operand(ec_bad_cast, operand);
+    return;
+  }
+  if (expr_error_should_be_issued())
+    pos_ty_error(ec_cast_to_bad_type, position, type);
+  conv_to_error_operand(operand);
+}
+
+// Old GNU C takes the cast of an object to its own class as the object.
+static bool is_no_op_class_cast(a_type* type, const an_operand* operand) {
+  return gcc_mode && gnu_version <= 39999 && is_glvalue_operand(operand) &&
+         is_class_struct_union_type(type) &&
+         f_skip_typerefs(type) == f_skip_typerefs(operand->type);
+}
+
+static bool is_bit_field_operand(const an_operand* operand) {
+  return operand->kind == ok_expression && bit_field_of_node(operand->variant.expr, false);
+}
+
+// A cast that only looks at an object in another way.
+static bool still_an_lvalue(a_type* type, const an_operand* operand) {
+  if (operand->kind != ok_expression || operand->state != os_glvalue ||
+      is_bit_field_operand(operand) || in_constant_expr_kind())
+    return false;
+  if (preserve_lvalues_with_same_type_casts && identical_types(type, operand->type))
+    return true;
+  return (C_dialect == cd_k_and_r || SVR4_C_mode) && is_scalar_type(type) &&
+         is_scalar_type(operand->type) &&
+         is_floating_type(type) == is_floating_type(operand->type) &&
+         size_of_type(type) == size_of_type(operand->type);
+}
+
+static void cast_lvalue(a_type* type, an_operand* operand) {
+  an_operand saved = *operand;
+  an_expr_node* node = operand->variant.expr;
+  node->next = nullptr;
+  make_glvalue_expression_operand(make_lvalue_operator_node(eok_lvalue_cast, type, node), operand);
+  restore_operand_details_incl_ref(operand, &saved);
+}
+
+// Behind the check that the types allow it.
+static void cast_operand_special(a_type* type, an_operand* operand,
+                                 const a_source_position* position) {
+  cast_operand_full(type, operand, position, false);
+  if (!is_error_operand(operand) && !is_constant_operand(operand) && in_constant_expr_kind() &&
+      value_is_evaluated() && !is_pointer_type(type))
+    error_in_operand(ec_expr_not_constant, operand);
+}
+
+static void cast_to_value(a_type* type, an_operand* operand, const a_source_position* position) {
+  a_std_conv_descr descr;
+  conv_glvalue_to_prvalue(operand);
+  if (is_error_operand(operand))
+    return;
+  bool is_same_class = in_cplusplus_mode() && is_class_struct_union_type(type) &&
+                       cast_identical_types(type, operand->type);
+  if (is_same_class)
+    return;
+  if (is_bad_cast_target(type) ||
+      !expl_conversion_possible(operand->type, constant_of_operand(operand), type, &descr)) {
+    report_bad_cast(type, operand, position);
+    return;
+  }
+  if (descr.error_code != 0 && !descr.is_lossy)
+    expr_pos_warning(descr.error_code, position);
+  if (is_pointer_type(operand->type) && !is_pointer_type(type))
+    force_operand_to_constant_if_possible(operand);
+  warn_about_pointer_size(type, operand, position);
+  cast_operand_special(type, operand, position);
+}
+
+void process_explicit_cast(a_type* type, an_operand* operand, const a_source_position* position) {
+  finish_bound_function_operand(operand);
+  if (is_error_type(type))
+    conv_to_error_operand(operand);
   if (is_void_type(type)) {
     do_void_operand_transformations(operand, false);
     cast_operand_to_void(operand);
     return;
   }
-  do_operand_transformations(operand, ot_all);
-  if (is_error_operand(operand))
-    return;
-  if (!check_cast_target(type, position)) {
-    conv_to_error_operand(operand);
-    return;
-  }
-  a_std_conv_descr descr;
-  if (is_no_op_class_cast(type, operand))
-    return;
-  if (!expl_conversion_possible(operand->type, constant_of_operand(operand), type, &descr)) {
-    error_in_operand(ec_bad_cast, operand);
+  if (is_reference_type(type)) {
+    do_operand_transformations(operand, ot_keep_function | ot_keep_array | ot_keep_glvalue |
+                                            ot_keep_overload_set);
+    cast_operand_for_reference_cast(type, operand, rcf_explicit_cast, position);
     return;
   }
-  if (is_pointer_type(operand->type) && !is_pointer_type(type))
-    force_operand_to_constant_if_possible(operand);
-  warn_about_pointer_size(type, operand, position);
-  cast_operand_full(type, operand, position, false);
-  if (!is_error_operand(operand) && !is_constant_operand(operand) && in_constant_expr_kind() &&
-      value_is_evaluated() && !is_pointer_type(type))
-    error_in_operand(ec_expr_not_constant, operand);
+  do_operand_transformations(operand, ot_keep_glvalue | ot_keep_overload_set);
+  if (is_error_operand(operand) || is_no_op_class_cast(type, operand))
+    return;
+  if (still_an_lvalue(type, operand))
+    cast_lvalue(type, operand);
+  else if (operand->kind == ok_indefinite_function)
+    cast_overloaded_function(type, operand);
+  else
+    cast_to_value(type, operand, position);
+  operand->flags.names_variable = false;
 }
 
 // C99 6.5.2.5, at the `{`.
@@ -252,6 +415,30 @@ static void scan_compound_literal(a_type* type, const a_source_position* start,
   make_error_operand(result);
 }
 
+// Outside strict checking the operand of a cast to an integer in a constant
+// expression may be any constant, of floating type too.
+static bool takes_any_constant(const a_type* type) {
+  return expr_stack->flags.strict_constant && !strict_ansi_mode && expr_stack->kind != ek_pp &&
+         expr_stack->kind != ek_normal && is_integral_or_enum_type(type);
+}
+
+static void scan_any_constant(an_operand* operand) {
+  an_expr_stack_entry entry;
+  const an_expr_stack_entry* enclosing = expr_stack;
+  push_nested_expr_stack(ek_normal, &entry);
+  entry.flags.constant_context = true;
+  entry.flags.value_is_evaluated = enclosing->flags.value_is_evaluated;
+  entry.flags.in_template_argument_list = enclosing->flags.in_template_argument_list;
+  entry.template_arg_paren_depth = enclosing->template_arg_paren_depth;
+  scan_expr(operand, nullptr, lev_cast, sef_no_comma | sef_float_literal_allowed);
+  do_operand_transformations(operand, ot_all);
+  force_operand_to_constant_if_possible(operand);
+  operand->ref_entries = nullptr;
+  pop_expr_stack();
+  if (operand->kind == ok_expression && value_is_evaluated())
+    error_in_operand(ec_expr_not_constant, operand);
+}
+
 void scan_cast_expression(an_operand* result, const a_source_position* start) {
   check_stack_limit();
   add_stop_token(tok_rparen);
@@ -262,9 +449,13 @@ void scan_cast_expression(an_operand* result, const a_source_position* start) {
     scan_compound_literal(type, start, result);
     return;
   }
-  scan_expr(result, nullptr, lev_cast, sef_no_comma | sef_float_literal_allowed);
+  uint32_t flags = sef_no_comma | sef_float_literal_allowed;
+  if (takes_any_constant(type))
+    scan_any_constant(result);
+  else
+    scan_expr(result, nullptr, lev_cast,
+              in_cplusplus_mode() ? flags | sef_keep_bound_function : flags);
   a_source_position end = result->end_position;
-  do_cast(type, result, start);
+  process_explicit_cast(type, result, start);
   set_operator_positions(result, start, start, &end);
-  result->flags.names_variable = false;
 }

@@ -61,6 +61,7 @@ struct a_full_expression {
 void begin_full_expression(an_expression_kind kind, a_full_expression* full);
 void end_full_expression(a_full_expression* full, const an_operand* operand);
 
+an_expr_rescan_info_entry* alloc_expr_rescan_info_entry();
 // An entry for a part of an expression.
 void push_nested_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry);
 
@@ -121,6 +122,10 @@ void make_glvalue_expression_operand(an_expr_node* expr, an_operand* operand);
 void make_lvalue_or_rvalue_expression_operand(an_expr_node* expr, an_operand* operand);
 void make_lvalue_variable_operand(a_variable* variable, a_ref_entry* ref, an_operand* operand);
 void make_function_designator_operand(a_routine* routine, a_ref_entry* ref, an_operand* operand);
+void make_lhsref_expression_operand(an_expr_node* expr, an_operand* operand);
+void make_indefinite_function_operand(a_symbol* symbol, an_operand* operand);
+void make_sym_for_member_operand(a_symbol* symbol, an_operand* operand);
+void make_braced_init_list_operand(an_init_component* component, an_operand* operand);
 void make_undefined_symbol_operand(const a_symbol_locator* locator, an_operand* operand);
 void make_sym_constant_operand(a_symbol* symbol, an_operand* operand);
 void make_string_constant_operand(const a_constant* constant, an_operand* operand);
@@ -130,6 +135,16 @@ void make_dummy_lvalue_operand(a_type* type, an_operand* operand);
 // The new form of an operand keeps what the old one held beside its value.
 void restore_operand_details(an_operand* operand, const an_operand* saved);
 void restore_operand_details_incl_ref(an_operand* operand, const an_operand* saved);
+// Of a cast: with the references, and the record for a rescan when the
+// expression is still the same.
+void restore_operand_details_for_cast(an_operand* operand, const an_operand* saved);
+// What is known of the name alone.
+void restore_operand_id_details(an_operand* operand, const an_operand* saved);
+void restore_operand_form_of_name_reference(an_operand* operand, const an_operand* saved);
+// A second operand of the same value: its expression is a copy.
+void clone_operand(const an_operand* source, an_operand* target);
+bool is_an_xvalue(const an_operand* operand);
+bool is_a_cplusplus_lvalue(const an_operand* operand);
 void set_operand_range(an_operand* operand, const a_source_position* start,
                        const a_source_position* end);
 // Positions of an operator's result; the node takes the operator's.
@@ -155,6 +170,9 @@ void do_void_operand_transformations(an_operand* operand, bool keep_glvalue);
 void conv_glvalue_to_prvalue(an_operand* operand);
 void do_array_to_pointer_conversion(an_operand* operand);
 void conv_function_designator_to_ptr_to_function(an_operand* operand);
+void add_reference_indirection(an_operand* operand);
+// The set's first member, or the symbol itself.
+a_symbol* first_of_overload_set(a_symbol* symbol);
 a_type* operand_type_after_integral_promotion(const an_operand* operand);
 void promote_operand(an_operand* operand);
 void arg_default_promote_operand(an_operand* operand, bool warn);
@@ -180,10 +198,40 @@ void cast_operand(a_type* type, an_operand* operand, bool is_implicit);
 void cast_operand_full(a_type* type, an_operand* operand, const a_source_position* position,
                        bool is_implicit);
 void cast_operand_to_void(an_operand* operand);
+// The cast of a node: implied, which adds nothing between types that look the
+// same, or written.
+an_expr_node* add_cast_to_node(a_type* type, an_expr_node* node);
+an_expr_node* cast_node(a_type* type, an_expr_node* node);
+// From a class, or a pointer to one, to a base and back; a pointer that may be
+// null is checked.
+an_expr_node* add_base_class_casts(an_expr_node* node, a_base_class* base_class);
+an_expr_node* add_derived_class_casts(an_expr_node* node, a_type* type);
+// The member of the set that has the type, or its pointer or reference.
+void cast_overloaded_function(a_type* type, an_operand* operand);
+void report_indeterminate_function(an_operand* operand);
+// A written cast, in C's form or the functional one.
+void process_explicit_cast(a_type* type, an_operand* operand, const a_source_position* position);
+
+enum a_reference_cast_form : uint8_t {
+  rcf_explicit_cast,
+  rcf_static_cast,
+  rcf_const_cast,
+  rcf_reinterpret_cast
+};
+void cast_operand_for_reference_cast(a_type* type, an_operand* operand, a_reference_cast_form form,
+                                     const a_source_position* position);
+// The casts of C++: at their keyword, and behind the type.
+void scan_named_cast(an_operand* result);
+void scan_functional_cast(a_type* type, an_operand* result, const a_source_position* start);
+a_type* simple_type_of_token(a_token_kind token);
+void scan_simple_type_cast(an_operand* result);
 // As if by assignment (C99 6.5.16.1); `code` reports what doesn't convert.
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position);
 void force_operand_to_constant_if_possible(an_operand* operand);
+// The value; an error constant, and an error operand, behind a message that the
+// operand has none.
+void extract_constant_from_operand(an_operand* operand, a_constant* constant);
 // Behind the `(`, at the type of a cast or of a compound literal.
 void scan_cast_expression(an_operand* result, const a_source_position* start);
 
@@ -192,6 +240,10 @@ void scan_cast_expression(an_operand* result, const a_source_position* start);
 // Prefix operators and keyword forms, at their token.
 void scan_primary_or_prefix(an_operand* result, uint32_t flags);
 void scan_identifier(an_operand* result);
+void scan_this(an_operand* result);
+// False outside a nonstatic member function.
+bool make_this_pointer_operand(an_operand* result);
+void expr_check_ambiguity_and_verify_access(a_symbol* symbol, a_symbol_locator* locator);
 void scan_generic_selection(an_operand* result);
 void scan_address_of(an_operand* result);
 void scan_parameter_address(an_operand* result);
@@ -242,6 +294,8 @@ a_type* check_compatibility_of_pointer_operands(an_operand* left, an_operand* ri
                                                 const a_source_position* position,
                                                 bool is_relational);
 
+// What is selected by a member function's name may only be called.
+void finish_bound_function_operand(an_operand* operand);
 // An undefined name is reported once, and becomes an error.
 void finish_undefined_symbol_operand(an_operand* operand);
 

@@ -92,6 +92,36 @@ void make_function_designator_operand(a_routine* routine, a_ref_entry* ref, an_o
   operand->ref_entries = ref;
 }
 
+void make_lhsref_expression_operand(an_expr_node* expr, an_operand* operand) {
+  make_expression_operand(expr, operand);
+  if (operand->kind == ok_expression)
+    operand->state = os_lhsref_glvalue;
+  normalize_error_operand(operand);
+}
+
+void make_indefinite_function_operand(a_symbol* symbol, an_operand* operand) {
+  clear_operand(ok_indefinite_function, operand);
+  operand->state = os_function_designator;
+  operand->symbol = symbol;
+  operand->name_position = pos_curr_token;
+}
+
+void make_sym_for_member_operand(a_symbol* symbol, an_operand* operand) {
+  clear_operand(ok_sym_for_member, operand);
+  bool is_field = symbol->kind == symk_field;
+  operand->state = is_field ? os_prvalue : os_function_designator;
+  operand->type = is_field                               ? symbol->variant.field->type
+                  : symbol->kind == symk_member_function ? symbol->variant.routine->type
+                                                         : unknown_type();
+  operand->symbol = symbol;
+  operand->name_position = pos_curr_token;
+}
+
+void make_braced_init_list_operand(an_init_component* component, an_operand* operand) {
+  clear_operand(ok_braced_list, operand);
+  operand->variant.init_component = component;
+}
+
 void make_undefined_symbol_operand(const a_symbol_locator* locator, an_operand* operand) {
   clear_operand(ok_undefined_symbol, operand);
   operand->name_position = locator->position;
@@ -132,6 +162,19 @@ void make_dummy_lvalue_operand(a_type* type, an_operand* operand) {
   make_glvalue_expression_operand(add_indirection_to_node(pointer), operand);
 }
 
+// ---- Value categories ----
+
+bool is_an_xvalue(const an_operand* operand) {
+  return operand->kind == ok_expression && operand->variant.expr->is_xvalue;
+}
+
+bool is_a_cplusplus_lvalue(const an_operand* operand) {
+  if (operand->state == os_glvalue)
+    return !is_an_xvalue(operand);
+  return operand->state == os_function_designator && operand->kind != ok_indefinite_function &&
+         operand->kind != ok_sym_for_member;
+}
+
 bool operand_is_string_literal(const an_operand* operand) {
   return operand->flags.string_literal && operand->kind == ok_expression &&
          is_array_type(operand->type);
@@ -139,19 +182,57 @@ bool operand_is_string_literal(const an_operand* operand) {
 
 // ---- Details that outlive a change of form ----
 
+// The position of the operator stays with what is still to be resolved.
+static bool keeps_operator_position(const an_operand* operand) {
+  return operand->kind == ok_indefinite_function ||
+         (operand->kind == ok_constant && operand->variant.constant.kind == con_template_param);
+}
+
+void restore_operand_form_of_name_reference(an_operand* operand, const an_operand* saved) {
+  operand->flags.has_name_reference = saved->flags.has_name_reference;
+  if (saved->flags.has_name_reference)
+    operand->name_reference = saved->name_reference;
+}
+
 void restore_operand_details(an_operand* operand, const an_operand* saved) {
   operand->position = saved->position;
   operand->end_position = saved->end_position;
   operand->rule_out |= saved->rule_out;
   operand->flags.kept_detail = saved->flags.kept_detail;
   operand->flags.parenthesized = saved->flags.parenthesized;
-  operand->name_reference = saved->name_reference;
-  operand->flags.has_name_reference = saved->flags.has_name_reference;
+  operand->flags.class_instantiated_during_scan = saved->flags.class_instantiated_during_scan;
+  if (saved->flags.has_operator_position && keeps_operator_position(saved)) {
+    operand->flags.has_operator_position = true;
+    operand->operator_position = saved->operator_position;
+  }
+  restore_operand_form_of_name_reference(operand, saved);
 }
 
 void restore_operand_details_incl_ref(an_operand* operand, const an_operand* saved) {
   restore_operand_details(operand, saved);
   operand->ref_entries = saved->ref_entries;
+  operand->ref_entries_tail_link = saved->ref_entries_tail_link;
+}
+
+void restore_operand_details_for_cast(an_operand* operand, const an_operand* saved) {
+  restore_operand_details_incl_ref(operand, saved);
+  bool is_same_expr = operand->kind == ok_expression && saved->kind == ok_expression &&
+                      operand->variant.expr == saved->variant.expr;
+  if (is_same_expr)
+    operand->rescan_info = saved->rescan_info;
+}
+
+void restore_operand_id_details(an_operand* operand, const an_operand* saved) {
+  operand->flags.names_variable = saved->flags.names_variable;
+  operand->flags.id_detail = saved->flags.id_detail;
+  operand->flags.id_detail_2 = saved->flags.id_detail_2;
+}
+
+void clone_operand(const an_operand* source, an_operand* target) {
+  *target = *source;
+  target->ref_entries = nullptr;
+  if (source->kind == ok_expression)
+    target->variant.expr = copy_expr_tree(source->variant.expr, cef_none);
 }
 
 void set_operand_range(an_operand* operand, const a_source_position* start,
@@ -189,19 +270,51 @@ void rule_out_expr_kinds(uint8_t bits, an_operand* operand) {
 
 // ---- From operands to nodes ----
 
+static an_expr_node* node_of_constant(const an_operand* operand) {
+  an_expr_node* node = alloc_node_for_constant(&operand->variant.constant);
+  node->position = operand->position;
+  node->range = {operand->position, operand->end_position};
+  return node;
+}
+
+// The operand as it is, kept with its node for a second pass in which the
+// arguments of a template are known.
+static void attach_rescan_info(an_operand* operand, an_expr_node* node) {
+  an_expr_rescan_info_entry* inner = node->rescan_info;
+  an_expr_rescan_info_entry* info = alloc_expr_rescan_info_entry();
+  if (inner)
+    *info = *inner;
+  info->operand = *operand;
+  info->operand.ref_entries = nullptr;
+  info->operand.rescan_info = inner;
+  info->expr_stack_kind = expr_stack->kind;
+  if (operand->flags.has_operator_position)
+    info->operator_position = operand->operator_position;
+  info->type = operand->type;
+  node->rescan_info = info;
+}
+
 an_expr_node* make_node_from_operand(an_operand* operand) {
   an_expr_node* node;
   switch (operand->kind) {
   case ok_expression:
-    return operand->variant.expr;
+    node = operand->variant.expr;
+    break;
   case ok_constant:
-    node = alloc_node_for_constant(&operand->variant.constant);
-    node->position = operand->position;
-    node->range = {operand->position, operand->end_position};
-    return node;
+    node = node_of_constant(operand);
+    break;
   default:
     return error_node();
   }
+  if (expr_stack && expr_stack->flags.keep_rescan_info)
+    attach_rescan_info(operand, node);
+  return node;
+}
+
+void finish_bound_function_operand(an_operand* operand) {
+  if (!operand->flags.bound_function || is_error_operand(operand))
+    return;
+  error_in_operand(ec_bound_function_must_be_called, operand);
 }
 
 // ---- Undefined names ----

@@ -4,98 +4,10 @@
 #include "expr_int.h"
 #include "il.h"
 #include "il_alloc.h"
-#include "lookup.h"
 #include "mode_words.h"
 #include "scope_stk.h"
-#include "sys_predef.h"
 
 #include <cstring>
-
-// ---- Names ----
-
-static void parameter_of_prototype(a_symbol* symbol, an_operand* result) {
-  const a_param_id* param = symbol->supplement.param_id;
-  a_source_position position = pos_curr_token;
-  if (!expr_stack->flags.unevaluated_operand) {
-    error_and_make_error_operand(ec_param_not_allowed, &position, result);
-  } else if (!param || !param->type || is_error_type(param->type)) {
-    make_error_operand(result);
-  } else {
-    make_dummy_lvalue_operand(param->type, result);
-    result->ref_entries = make_ref_entry(srk_reference, symbol, &position);
-  }
-}
-
-// A name of a function that the file inlines may matter to its definition
-// elsewhere (C99 6.7.4 p3).
-static void check_reference_from_inline(const a_source_correspondence* corresp) {
-  if (!std_c99_inlining || corresp->linkage != idl_internal || depth_innermost_function_scope < 0 ||
-      !expr_stack->flags.references_count)
-    return;
-  a_routine* routine = scope_stack[depth_innermost_function_scope].routine;
-  if (routine && routine->is_inline)
-    check_c99_inline_definition(routine, &pos_curr_token, false);
-}
-
-static void variable_operand(a_symbol* symbol, an_operand* result) {
-  a_variable* variable = symbol->variant.variable;
-  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
-  check_reference_from_inline(&variable->source_corresp);
-  make_lvalue_variable_operand(variable, ref, result);
-  result->flags.names_variable = true;
-}
-
-static void routine_operand(a_symbol* symbol, an_operand* result) {
-  a_routine* routine = symbol->variant.routine;
-  if (is_error_type(routine->type)) {
-    make_error_operand(result);
-    return;
-  }
-  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
-  check_reference_from_inline(&routine->source_corresp);
-  make_function_designator_operand(routine, ref, result);
-}
-
-void scan_identifier(an_operand* result) {
-  a_symbol_locator locator = locator_for_curr_id;
-  if (locator.is_error_locator) {
-    make_error_operand(result);
-    get_token();
-    return;
-  }
-  a_symbol* symbol = normal_id_lookup(&locator, ilo_none);
-  if (!symbol)
-    symbol = load_builtin_function(locator.header);
-  if (!symbol) {
-    make_undefined_symbol_operand(&locator, result);
-    get_token();
-    return;
-  }
-  switch (symbol->kind) {
-  case symk_constant:
-    make_sym_constant_operand(symbol, result);
-    break;
-  case symk_variable:
-    variable_operand(symbol, result);
-    break;
-  case symk_routine:
-    routine_operand(symbol, result);
-    break;
-  case symk_parameter:
-    parameter_of_prototype(symbol, result);
-    break;
-  case symk_type:
-  case symk_class_or_struct:
-  case symk_union:
-  case symk_enum:
-    error_and_make_error_operand(ec_type_identifier_not_allowed, &pos_curr_token, result);
-    break;
-  default:
-    make_error_operand(result);
-    break;
-  }
-  get_token();
-}
 
 // ---- Literals ----
 
@@ -113,6 +25,38 @@ static void scan_constant_literal(an_operand* result, uint32_t flags) {
     result->variant.constant.position = pos_curr_token;
   if (curr_token == tok_float_constant && !may_be_floating_literal(flags))
     check_integral_or_enum_operand(result);
+  get_token();
+}
+
+// true and false (C++11 2.14.6).
+static void scan_boolean_literal(an_operand* result) {
+  a_constant constant;
+  clear_constant(&constant, con_integer);
+  constant.type = bool_type();
+  constant.value.int_value = curr_token == tok_true;
+  constant.is_boolean_literal = true;
+  make_constant_operand(&constant, result);
+  get_token();
+}
+
+static an_integer_kind int_kind_as_wide_as_pointer() {
+  uint64_t width = size_of_type(void_star_type());
+  for (an_integer_kind kind : {ik_int, ik_long, ik_long_long})
+    if (size_of_type(integer_type(kind)) == width)
+      return kind;
+  return ik_int;
+}
+
+// nullptr (C++11 2.14.7), and GNU's __null: a zero as wide as a pointer.
+static void scan_null_literal(an_operand* result) {
+  a_constant constant;
+  clear_constant(&constant, con_integer);
+  if (curr_token == tok_nullptr)
+    constant.type = standard_nullptr_type();
+  else
+    set_integer_constant(&constant, 0, int_kind_as_wide_as_pointer());
+  constant.is_null_literal = true;
+  make_constant_operand(&constant, result);
   get_token();
 }
 
@@ -342,12 +286,30 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   }
   switch (curr_token) {
   case tok_identifier:
+  case tok_colon_colon:
     scan_identifier(result);
     break;
   case tok_integer:
   case tok_char_constant:
   case tok_float_constant:
     scan_constant_literal(result, flags);
+    break;
+  case tok_true:
+  case tok_false:
+    scan_boolean_literal(result);
+    break;
+  case tok_nullptr:
+  case tok_null_constant:
+    scan_null_literal(result);
+    break;
+  case tok_this:
+    scan_this(result);
+    break;
+  case tok_const_cast:
+  case tok_static_cast:
+  case tok_reinterpret_cast:
+  case tok_dynamic_cast:
+    scan_named_cast(result);
     break;
   case tok_string:
     scan_string_literal_operand(result);
@@ -398,6 +360,8 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   default:
     if (is_refused_keyword(curr_token))
       refuse_keyword(result);
+    else if (in_cplusplus_mode() && simple_type_of_token(curr_token))
+      scan_simple_type_cast(result);
     else
       missing_expression(result);
     break;

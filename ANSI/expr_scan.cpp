@@ -1,5 +1,6 @@
 // The scanner of expressions: precedence climbing over the operators.
 
+#include "decl_inits_int.h"
 #include "expr_int.h"
 #include "mode_words.h"
 
@@ -182,8 +183,90 @@ static void mark_as_extension(an_operand* operand) {
     operand->variant.constant.from_extension = true;
 }
 
-void scan_expr(an_operand* result, an_operand*, int level, uint32_t flags) {
+// ---- Operands that were scanned before ----
+
+// An expression that turned out to belong to another aggregate is handed on.
+static bool fetch_operand_from_initializer_cache(an_operand* result) {
+  an_initializer_cache* cache = expr_stack->initializer_cache;
+  if (!cache || !cache->first)
+    return false;
+  an_init_component* component = cache->first;
+  cache->first = component->next;
+  if (!cache->first)
+    cache->last = nullptr;
+  component->next = nullptr;
+  if (component->kind == ick_expression) {
+    *result = component->variant.operand;
+    free_init_component_list(component);
+  } else {
+    make_braced_init_list_operand(component, result);
+    result->position = init_component_pos(component);
+  }
+  error_position = result->position;
+  return true;
+}
+
+// ---- Branches that aren't evaluated ----
+
+static bool in_unevaluated_branch_of_constant() {
+  return gnu_mode && expr_stack->flags.strict_constant && !expr_stack->flags.value_is_evaluated;
+}
+
+// What GNU C lets stand on the right of `0 &&` in a constant expression need be
+// no constant; a zero of its type takes its place.
+static void scan_unevaluated_branch(an_operand* result, an_operand* selector, int level,
+                                    uint32_t flags) {
+  an_expr_stack_entry entry;
+  const an_expr_stack_entry* enclosing = expr_stack;
+  push_nested_expr_stack(ek_normal, &entry);
+  entry.flags.value_is_evaluated = false;
+  entry.flags.constant_context = true;
+  entry.flags.in_template_argument_list = enclosing->flags.in_template_argument_list;
+  entry.template_arg_paren_depth = enclosing->template_arg_paren_depth;
+  scan_expr(result, selector, level, flags);
+  do_operand_transformations(result, ot_keep_glvalue);
+  result->ref_entries = nullptr;
+  pop_expr_stack();
+  if (is_error_operand(result) || is_constant_operand(result))
+    return;
+  if (!is_scalar_type(result->type)) {
+    error_in_operand(ec_expr_not_constant, result);
+    return;
+  }
+  an_operand saved = *result;
+  a_constant zero;
+  clear_constant(&zero, con_integer);
+  make_zero_of_proper_type(prvalue_type(saved.type), &zero);
+  make_constant_operand(&zero, result);
+  restore_operand_details(result, &saved);
+}
+
+// ---- The scanner ----
+
+static void scan_operators(an_operand* result, int level, uint32_t flags) {
+  for (;;) {
+    if (C_dialect == cd_k_and_r)
+      join_old_style_assignment();
+    if (expr_level_stops(curr_token, level, flags))
+      break;
+    if (curr_token != tok_lparen) {
+      finish_undefined_symbol_operand(result);
+      finish_bound_function_operand(result);
+    }
+    scan_operator(result);
+    expr_stack->flags.decltype_top_level = false;
+  }
+}
+
+void scan_expr(an_operand* result, an_operand* selector, int level, uint32_t flags) {
   check_stack_limit();
+  if (fetch_operand_from_initializer_cache(result))
+    return;
+  if (in_unevaluated_branch_of_constant()) {
+    scan_unevaluated_branch(result, selector, level, flags);
+    return;
+  }
+  bool saved_top_level = expr_stack->flags.decltype_top_level;
   a_ref_entry* saved_ref_entries = curr_expr_ref_entries;
   curr_expr_ref_entries = nullptr;
   bool is_extension = flags & sef_as_extension;
@@ -192,17 +275,12 @@ void scan_expr(an_operand* result, an_operand*, int level, uint32_t flags) {
     get_token();
   }
   scan_primary_or_prefix(result, flags);
-  for (;;) {
-    if (C_dialect == cd_k_and_r)
-      join_old_style_assignment();
-    if (expr_level_stops(curr_token, level, flags))
-      break;
-    if (curr_token != tok_lparen)
-      finish_undefined_symbol_operand(result);
-    scan_operator(result);
-  }
+  scan_operators(result, level, flags);
   finish_undefined_symbol_operand(result);
+  if (!(flags & sef_keep_bound_function))
+    finish_bound_function_operand(result);
   if (is_extension)
     mark_as_extension(result);
   flush_ref_entries(result, saved_ref_entries);
+  expr_stack->flags.decltype_top_level = saved_top_level;
 }

@@ -3,6 +3,7 @@
 
 #include "expr_int.h"
 #include "il.h"
+#include "il_statements.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -15,7 +16,26 @@ static a_ref_entry* avail_ref_entries;
 
 // ---- The stack ----
 
-void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool, bool) {
+// The temporaries of a full expression live to its end (C++11 12.2 p3), those
+// of an old one to the end of the block.
+static void open_lifetime_of_entry(an_expr_stack_entry* entry, bool long_lifetime) {
+  entry->enclosing_lifetime = curr_object_lifetime;
+  if (in_C_mode() || !curr_object_lifetime ||
+      (long_lifetime_temps && (long_lifetime || entry->kind < ek_normal)))
+    return;
+  entry->object_lifetime = push_object_lifetime(iek_expr_node, nullptr, olk_full_expr);
+}
+
+static void close_lifetime_of_entry(an_expr_stack_entry* entry) {
+  if (!entry->object_lifetime)
+    return;
+  if (entry->kind < ek_normal)
+    mark_object_lifetime_as_useless(entry->object_lifetime);
+  pop_object_lifetime();
+}
+
+void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool long_lifetime,
+                     bool no_lifetime) {
   *entry = {};
   entry->previous = expr_stack;
   entry->saved_ref_entries = curr_expr_ref_entries;
@@ -36,12 +56,15 @@ void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool, 
   if (expr_stack) {
     entry->lambda_context = expr_stack->lambda_context;
     entry->entity_list_tail = expr_stack->entity_list_tail;
+  } else if (!no_lifetime) {
+    open_lifetime_of_entry(entry, long_lifetime);
   }
   expr_stack = entry;
 }
 
 void pop_expr_stack() {
   an_expr_stack_entry* entry = expr_stack;
+  close_lifetime_of_entry(entry);
   flush_ref_entries(nullptr, entry->saved_ref_entries);
   expr_stack = entry->previous;
   if (expr_stack && entry->flags.sfinae_context && entry->flags.error_suppressed)
@@ -97,8 +120,40 @@ void push_nested_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry)
   entry->flags.keep_rescan_info = enclosing->flags.keep_rescan_info;
 }
 
-// In C no object lives to the end of an expression, so nothing is attached.
-void wrap_up_full_expression(an_expr_node*) {}
+// ---- The end of a full expression ----
+
+an_expr_node* wrap_up_full_expression(an_expr_node* node) {
+  an_object_lifetime* lifetime = expr_stack->object_lifetime;
+  if (expr_stack->previous || !lifetime)
+    return node;
+  if (is_error_node(node))
+    mark_object_lifetime_as_useless(lifetime);
+  return lifetime->destructions ? add_object_lifetime_to_expr(node, lifetime) : node;
+}
+
+void wrap_up_dynamic_init_full_expression(a_dynamic_init* init) {
+  an_object_lifetime* lifetime = expr_stack->object_lifetime;
+  if (expr_stack->previous || !lifetime)
+    return;
+  if (is_error_dynamic_init(init))
+    mark_object_lifetime_as_useless(lifetime);
+  else if (lifetime->destructions)
+    bind_object_lifetime(lifetime, iek_dynamic_init, init);
+}
+
+void wrap_up_constant_full_expression(const a_constant* constant) {
+  an_object_lifetime* lifetime = expr_stack->object_lifetime;
+  if (!expr_stack->previous && lifetime && constant->kind != con_dynamic_init)
+    mark_object_lifetime_as_useless(lifetime);
+}
+
+an_expr_rescan_info_entry* alloc_expr_rescan_info_entry() {
+  auto* entry = static_cast<an_expr_rescan_info_entry*>(
+      alloc_in_region(0, sizeof(an_expr_rescan_info_entry)));
+  *entry = {};
+  entry->expr_stack_kind = ek_normal;
+  return entry;
+}
 
 // ---- References ----
 

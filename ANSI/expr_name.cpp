@@ -1,0 +1,225 @@
+// Names as operands (C99 6.5.1 p2, C++11 5.1.1): their lookup, and what each
+// kind of symbol stands for.
+
+#include "declarator.h"
+#include "expr_int.h"
+#include "il.h"
+#include "lookup.h"
+#include "mode_words.h"
+#include "scope_stk.h"
+#include "sys_predef.h"
+
+// ---- Objects and functions ----
+
+static void parameter_of_prototype(a_symbol* symbol, an_operand* result) {
+  const a_param_id* param = symbol->supplement.param_id;
+  a_source_position position = pos_curr_token;
+  if (!expr_stack->flags.unevaluated_operand) {
+    error_and_make_error_operand(ec_param_not_allowed, &position, result);
+  } else if (!param || !param->type || is_error_type(param->type)) {
+    make_error_operand(result);
+  } else {
+    make_dummy_lvalue_operand(param->type, result);
+    result->ref_entries = make_ref_entry(srk_reference, symbol, &position);
+  }
+}
+
+// A name of a function that the file inlines may matter to its definition
+// elsewhere (C99 6.7.4 p3).
+static void check_reference_from_inline(const a_source_correspondence* corresp) {
+  if (!std_c99_inlining || corresp->linkage != idl_internal || depth_innermost_function_scope < 0 ||
+      !expr_stack->flags.references_count)
+    return;
+  a_routine* routine = scope_stack[depth_innermost_function_scope].routine;
+  if (routine && routine->is_inline)
+    check_c99_inline_definition(routine, &pos_curr_token, false);
+}
+
+static void variable_operand(a_symbol* symbol, an_operand* result) {
+  a_variable* variable = symbol->variant.variable;
+  // The value of a parameter isn't known where a default argument is written.
+  if (variable->is_parameter && expr_stack->flags.in_default_argument &&
+      !expr_stack->flags.unevaluated_operand) {
+    error_and_make_error_operand(ec_param_not_allowed, &pos_curr_token, result);
+    return;
+  }
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+  check_reference_from_inline(&variable->source_corresp);
+  make_lvalue_variable_operand(variable, ref, result);
+  result->flags.names_variable = true;
+}
+
+static void routine_operand(a_symbol* symbol, an_operand* result) {
+  a_routine* routine = symbol->variant.routine;
+  if (is_error_type(routine->type)) {
+    make_error_operand(result);
+    return;
+  }
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+  check_reference_from_inline(&routine->source_corresp);
+  make_function_designator_operand(routine, ref, result);
+}
+
+// ---- Members of classes ----
+
+// The object of the member function at hand; null outside one.
+static a_variable* curr_this_variable() {
+  if (depth_innermost_function_scope < 0)
+    return nullptr;
+  const a_scope* scope = scope_stack[depth_innermost_function_scope].il_scope;
+  return scope ? scope->this_variable : nullptr;
+}
+
+bool make_this_pointer_operand(an_operand* result) {
+  a_variable* variable = curr_this_variable();
+  if (!variable)
+    return false;
+  make_expression_operand(var_rvalue_expr(variable), result);
+  return true;
+}
+
+void scan_this(an_operand* result) {
+  if (!make_this_pointer_operand(result))
+    error_and_make_error_operand(ec_this_used_incorrectly, &pos_curr_token, result);
+  get_token();
+}
+
+// A field named alone is one of the object of the member function. Where
+// nothing is evaluated it needs no object.
+static void field_operand(a_symbol* symbol, an_operand* result) {
+  a_field* field = symbol->variant.field;
+  if (make_this_pointer_operand(result)) {
+    result->ref_entries = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+    select_field(result, field, true);
+    return;
+  }
+  if (!expr_stack->flags.unevaluated_operand) {
+    make_sym_for_member_operand(symbol, result);
+    return;
+  }
+  expr_stack->flags.member_without_object_seen = true;
+  expr_stack->member_without_object_position = pos_curr_token;
+  make_dummy_lvalue_operand(field->type, result);
+  result->ref_entries = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+}
+
+static void refuse_name(const char* what, an_operand* result) {
+  if (expr_error_should_be_issued())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, what);
+  make_error_operand(result);
+}
+
+// ---- Types ----
+
+// A type is part of an expression as the beginning of a functional cast.
+static void type_operand(a_type* type, an_operand* result) {
+  a_source_position start = pos_curr_token;
+  a_token_kind next = next_token();
+  bool begins_cast =
+      in_cplusplus_mode() && (next == tok_lparen || (next == tok_lbrace && list_init_enabled));
+  if (!begins_cast) {
+    error_and_make_error_operand(ec_type_identifier_not_allowed, &start, result);
+    get_token();
+    return;
+  }
+  get_token();
+  scan_functional_cast(type, result, &start);
+}
+
+void scan_simple_type_cast(an_operand* result) {
+  type_operand(simple_type_of_token(curr_token), result);
+}
+
+// ---- The name ----
+
+void expr_check_ambiguity_and_verify_access(a_symbol* symbol, a_symbol_locator* locator) {
+  if (locator->is_ambiguous && expr_error_should_be_issued())
+    report_ambiguous_name(locator);
+  if (symbol->is_class_member && !locator->is_error_locator)
+    check_access_to_symbol(symbol,
+                           locator->is_class_qualified ? locator->qualifier.class_type
+                                                       : symbol->parent.class_type,
+                           nullptr, &locator->position);
+}
+
+// The operand of everything but a type.
+static void operand_for_symbol(a_symbol* symbol, an_operand* result) {
+  switch (symbol->kind) {
+  case symk_constant:
+    make_sym_constant_operand(symbol, result);
+    break;
+  case symk_variable:
+  case symk_static_data_member:
+    variable_operand(symbol, result);
+    break;
+  case symk_routine:
+    routine_operand(symbol, result);
+    break;
+  case symk_overloaded_function:
+    make_indefinite_function_operand(symbol, result);
+    break;
+  case symk_field:
+    field_operand(symbol, result);
+    break;
+  case symk_member_function:
+    make_sym_for_member_operand(symbol, result);
+    break;
+  case symk_parameter:
+    parameter_of_prototype(symbol, result);
+    break;
+  case symk_namespace:
+    error_and_make_error_operand(ec_namespace_name_not_allowed, &pos_curr_token, result);
+    break;
+  case symk_class_template:
+  case symk_function_template:
+  case symk_variable_template:
+    refuse_name("template", result);
+    break;
+  default:
+    make_error_operand(result);
+    break;
+  }
+}
+
+static void record_written_form(const a_symbol_locator* locator, an_operand* result) {
+  result->flags.id_detail = locator->id_detail;
+  result->flags.id_detail_2 = locator->id_detail_2;
+  result->flags.qualified_name = locator->is_qualified;
+  if (!locator->is_qualified || is_error_operand(result))
+    return;
+  a_source_range range = {result->position, result->end_position};
+  const a_name_reference* reference = make_name_reference_from_locator(locator, &range);
+  if (!reference)
+    return;
+  result->name_reference = *reference;
+  result->flags.has_name_reference = true;
+}
+
+void scan_identifier(an_operand* result) {
+  a_symbol* symbol = in_C_mode() ? normal_id_lookup(&locator_for_curr_id, ilo_none)
+                                 : coalesce_and_lookup_generalized_identifier(ilo_none);
+  a_symbol_locator locator = locator_for_curr_id;
+  if (locator.is_error_locator) {
+    make_error_operand(result);
+    get_token();
+    return;
+  }
+  if (!symbol && !locator.is_qualified)
+    symbol = load_builtin_function(locator.header);
+  if (!symbol) {
+    make_undefined_symbol_operand(&locator, result);
+    get_token();
+    return;
+  }
+  if (in_cplusplus_mode()) {
+    expr_check_ambiguity_and_verify_access(symbol, &locator);
+    symbol = fundamental_symbol_of(symbol);
+  }
+  if (symbol->kind == symk_type || is_tag_symbol_kind(symbol->kind)) {
+    type_operand(symbol->variant.type, result);
+    return;
+  }
+  operand_for_symbol(symbol, result);
+  record_written_form(&locator, result);
+  get_token();
+}
