@@ -321,13 +321,15 @@ static void do_named_cast(a_token_kind token, a_type* type, an_operand* operand,
   mark_cast_form(token, operand);
 }
 
-static a_type* scan_angle_bracketed_type() {
-  required_token(tok_lt, ec_exp_lt);
+// `<type>(`; null behind a message that one of the tokens is missing.
+static a_type* scan_target_of_named_cast() {
+  if (!required_token(tok_lt, ec_exp_lt))
+    return nullptr;
   add_stop_token(tok_gt);
   a_type* type = type_name();
   remove_stop_token(tok_gt);
-  required_token(tok_gt, ec_exp_gt);
-  return type;
+  bool is_complete = required_token(tok_gt, ec_exp_gt) && required_token(tok_lparen, ec_exp_lparen);
+  return is_complete ? type : nullptr;
 }
 
 void scan_named_cast(an_operand* result) {
@@ -335,8 +337,8 @@ void scan_named_cast(an_operand* result) {
   a_token_kind token = curr_token;
   a_source_position start = pos_curr_token;
   get_token();
-  a_type* type = scan_angle_bracketed_type();
-  if (!required_token(tok_lparen, ec_exp_lparen)) {
+  a_type* type = scan_target_of_named_cast();
+  if (!type) {
     make_error_operand(result);
     return;
   }

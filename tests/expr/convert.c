@@ -56,7 +56,7 @@ void f(void) {
   i = (int)s1;
 // CHECK-NEXT: line [[@LINE-1]]: error #173:
   i = ((struct s)t1).n;
-// CHECK-NEXT: line [[@LINE-1]]: error #173:
+// CHECK-NEXT: line [[@LINE-1]]: error #120:
   ip = (int *)cip, i = (int)ip, ip = (int *)i, vp = (void *)fp, (void)s1, (void)f;
   sc = (char)ip;
 // CHECK-NEXT: line [[@LINE-1]]: warning #770-D:
