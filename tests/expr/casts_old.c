@@ -10,9 +10,12 @@ old_style() {
   ((unsigned)i)++;
   ip = (int *)&(unsigned)i;
   (char)i = 1;
-/* CHECK: line [[@LINE-1]]: error #138: */
+/* CHECK: line [[@LINE-1]]: error #138:
+   */
   (float)i = 1;
-/* CHECK-NEXT: line [[@LINE-1]]: error #138: */
+/* CHECK: line [[@LINE-1]]: error #138:
+   */
   (unsigned)s1.bits = 1;
-/* CHECK-NEXT: line [[@LINE-1]]: error #138: */
+/* CHECK: line [[@LINE-1]]: error #138:
+   */
 }
