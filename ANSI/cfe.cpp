@@ -198,7 +198,7 @@ void fill_il_header() {
   il_header.clang_mode = clang_mode != 0;
   il_header.gnu_version = static_cast<uint64_t>(gnu_version);
   il_header.clang_version = static_cast<uint64_t>(clang_version);
-  il_header.short_enums = 0;
+  il_header.short_enums = short_enums || small_enum;
   il_header.has_ucn_names = 0;
   il_header.has_vla = 0;
   il_header.has_templates = 0;

@@ -1,7 +1,7 @@
-// Struct and union definitions: the specifier with its tag, the member
-// declarations, bit-fields, and the completion of the type.
+// Struct and union definitions: the specifier with its tag, and the completion
+// of the type.
 
-#include "class_decl.h"
+#include "class_decl_int.h"
 
 #include "attribute.h"
 #include "const_ints.h"
@@ -72,244 +72,71 @@ static a_type* class_type_of_tag(a_type_kind kind, a_symbol_kind symbol_kind,
   return type;
 }
 
-// ---- Bit-fields (C99 6.7.2.1 p3, p4) ----
+// ---- Completion ----
 
-static bool is_int_or_bool(const a_type* type) {
-  if (is_enum_type(type))
-    return false;
-  an_integer_kind kind = int_kind_of(type);
-  return is_bool_type(type) || kind == ik_int || kind == ik_unsigned_int;
+static bool is_unbounded_field(const a_field* field) {
+  return is_incomplete_array_type(field->type);
 }
 
-static bool check_bit_field_type(a_type* type, const a_source_position* position) {
-  if (is_error_type(type))
+// A trailing array of unknown bound, in a mode that has them or lets them pass.
+static bool accept_flexible_array(const a_field* field, bool is_alone) {
+  const a_source_position* position = &field->source_corresp.position;
+  bool is_allowed = flexible_array_members_allowed || gnu_mode || in_cplusplus_mode();
+  if (is_alone && !gnu_mode)
     return false;
-  if (!is_integral_or_enum_type(type)) {
-    pos_error(ec_bad_bit_field_type, position);
-    return false;
+  if (!is_allowed) {
+    pos_diagnostic(strict_ansi_error_severity, ec_incomplete_type_not_allowed, position);
+    return strict_ansi_error_severity < es_discretionary_error;
   }
-  if (in_C_mode() && strict_ansi_mode && !is_int_or_bool(type))
-    pos_diagnostic(strict_ansi_discretionary_severity, ec_nonstd_bit_field_type, position);
+  bool is_standard = in_C_mode() && std_version >= 199901;
+  if (report_gnu_extensions && !is_standard)
+    pos_warning(ec_flexible_array_is_nonstandard, position);
   return true;
 }
 
-// The width that counts, the written one going to declared_bit_size when it
-// exceeds the type's.
-static void set_bit_field_width(a_field* field, const a_constant* width,
-                                const a_source_position* position) {
-  int type_bits =
-      is_bool_type(field->type) ? 1 : static_cast<int>(size_of_type(field->type)) * targ_char_bit;
-  bool is_named = field->source_corresp.name != nullptr;
-  if (cmplit_integer_constant(width, 0) < 0 ||
-      (cmplit_integer_constant(width, type_bits) > 0 && in_C_mode())) {
-    pos_error(ec_bad_bit_field_size, position);
-    field->bit_size = static_cast<uint8_t>(type_bits);
-  } else if (cmplit_integer_constant(width, 0) == 0 && is_named) {
-    pos_error(ec_zero_length_bit_field_must_be_unnamed, position);
-    field->bit_size = static_cast<uint8_t>(type_bits);
-  } else {
-    field->bit_size = static_cast<uint8_t>(width->value.int_value);
-  }
-  if (field->bit_size == 1 && is_named && is_signed_integral_type(field->type) &&
-      !is_enum_type(field->type) && !is_bool_type(field->type))
-    pos_remark(ec_signed_one_bit_field, position);
-}
-
-// At the `:`.
-static void scan_bit_field_width(a_field* field) {
-  get_token();
-  a_source_position position = pos_curr_token;
-  a_constant width;
-  add_stop_token(tok_comma);
-  scan_integral_constant_expression(&width);
-  remove_stop_token(tok_comma);
-  if (!check_bit_field_type(field->type, &field->source_corresp.position)) {
-    field->type = error_type();
-    return;
-  }
-  field->is_bit_field = true;
-  if (width.kind == con_integer)
-    set_bit_field_width(field, &width, &position);
-  else
-    field->bit_size = static_cast<uint8_t>(size_of_type(field->type) * targ_char_bit);
-}
-
-// ---- Fields ----
-
-static void append_field(a_type* class_type, a_field* field, a_field** last) {
-  if (*last)
-    (*last)->next = field;
-  else
-    class_type->variant.class_struct_union.fields = field;
-  *last = field;
-}
-
-// The type that a field may have, else the error type after a message. An
-// array of unknown bound is left: it may turn out as the flexible last member.
-static a_type* checked_field_type(a_type* type, const a_source_position* position) {
-  if (is_function_type(type)) {
-    pos_error(ec_function_type_not_allowed, position);
-    return error_type();
-  }
-  if (is_variably_modified_type(type)) {
-    pos_error(ec_field_cannot_involve_vla_type, position);
-    return error_type();
-  }
-  if (is_incomplete_type(type) && !is_incomplete_array_type(type) && !is_error_type(type)) {
-    pos_error(ec_incomplete_type_not_allowed, position);
-    return error_type();
-  }
-  return type;
-}
-
-static void note_qualified_field(a_type* class_type, a_type* field_type) {
-  auto& info = class_type->variant.class_struct_union;
-  a_type* element = skip_array_types(field_type);
-  a_type* bare = skip_typerefs(element);
-  bool is_class = is_class_struct_union_kind(bare->kind);
-  if (is_const_qualified_type(element) ||
-      (is_class && bare->variant.class_struct_union.any_const_fields))
-    info.any_const_fields = true;
-  if (is_volatile_qualified_type(element) ||
-      (is_class && bare->variant.class_struct_union.any_volatile_fields))
-    info.any_volatile_fields = true;
-}
-
-static a_field* make_named_field(a_type* class_type, a_type* type, a_symbol_locator* locator) {
-  a_field* field = alloc_field(type);
-  a_symbol_locator in_class = *locator;
-  in_class.symbol = nullptr;
-  a_symbol* previous = class_qualified_id_lookup(&in_class, class_type, ilo_none);
-  if (previous && !locator->is_error_locator) {
-    pos_st_error(ec_id_already_declared, &locator->position, locator->header->identifier);
-    set_to_error_locator(locator);
-  }
-  locator->symbol = nullptr;
-  a_symbol* symbol = enter_symbol(symk_field, locator, depth_scope_stack, nullptr);
-  symbol->variant.field = field;
-  set_source_corresp(&field->source_corresp, symbol);
-  set_class_membership(symbol, &field->source_corresp, class_type);
-  record_symbol_declaration(srk_definition, symbol, &locator->position, nullptr);
-  return field;
-}
-
-static a_field* make_unnamed_field(a_type* class_type, a_type* type,
-                                   const a_source_position* position) {
-  a_field* field = alloc_field(type);
-  field->source_corresp.position = *position;
-  field->source_corresp.is_unnamed = true;
-  a_class_type_supplement* supplement = class_supplement_of(class_type);
-  if (supplement->scope)
-    set_parent_scope(&field->source_corresp, iek_field, supplement->scope);
-  return field;
-}
-
-static void finish_field(a_type* class_type, a_field* field) {
-  if (curr_token == tok_colon)
-    scan_bit_field_width(field);
-  else
-    field->type = checked_field_type(field->type, &field->source_corresp.position);
-  if (!is_error_type(field->type))
-    note_qualified_field(class_type, field->type);
-}
-
-static a_field* member_declarator(a_type* class_type, a_decl_parse_state* state) {
-  a_symbol_locator locator;
-  a_func_info_block func_info;
-  if (curr_token == tok_colon)
-    return make_unnamed_field(class_type, state->type_specifier_type, &pos_curr_token);
-  clear_func_info(&func_info);
-  add_stop_token(tok_colon);
-  declarator(do_name_required | do_member, state, nullptr, &locator, &func_info);
-  append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
-  remove_stop_token(tok_colon);
-  return make_named_field(class_type, state->declared_type, &locator);
-}
-
-// A member declaration that ends behind its specifiers declares nothing,
-// unless it defines a type.
-static void check_declaration_without_member(const a_decl_parse_state* state) {
-  if (is_error_type(state->type_specifier_type))
-    return;
-  bool is_unnamed_class = is_class_struct_union_type(state->type_specifier_type) &&
-                          skip_typerefs(state->type_specifier_type)->source_corresp.is_unnamed;
-  if (is_unnamed_class)
-    pos_error(ec_nonstd_unnamed_member, &state->specifiers_position);
-  else if (!state->decl_flags.defines_tag)
-    pos_warning(ec_useless_decl, &state->specifiers_position);
-}
-
-static void member_declaration(a_type* class_type, a_field** last) {
-  a_decl_parse_state state;
-  clear_decl_parse_state(&state);
-  decl_specifiers(dso_type_specifiers | dso_member, &state);
-  if (curr_token == tok_semicolon) {
-    check_declaration_without_member(&state);
-    return;
-  }
-  add_stop_token(tok_comma);
-  do {
-    state.attributes_after = scan_gnu_attribute_groups(al_specifiers);
-    a_field* field = member_declarator(class_type, &state);
-    finish_field(class_type, field);
-    append_attributes(&state.attributes_after, scan_gnu_attribute_groups(al_declarator));
-    attach_declarator_attributes(&state, field, iek_field);
-    append_field(class_type, field, last);
-    run_end_of_parse_actions(&state, true);
-  } while (loop_token(tok_comma));
-  remove_stop_token(tok_comma);
-  discard_end_of_parse_actions(&state);
-}
-
-static void member_declaration_list(a_type* class_type) {
-  a_field* last = nullptr;
-  add_stop_token(tok_semicolon);
-  add_stop_token(tok_rbrace);
-  while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {
-    if (curr_token == tok_semicolon) {
-      pos_diagnostic(strict_ansi_mode ? strict_ansi_discretionary_severity : es_remark,
-                     ec_extra_semicolon, &pos_curr_token);
-      get_token();
-      continue;
-    }
-    a_token_sequence_number start = curr_token_sequence_number;
-    member_declaration(class_type, &last);
-    // What can't even begin a declaration must not hold the loop.
-    if (!required_token(tok_semicolon, ec_exp_semicolon) && curr_token_sequence_number == start)
-      get_token();
-  }
-  remove_stop_token(tok_rbrace);
-  remove_stop_token(tok_semicolon);
-}
-
-// ---- Completion ----
-
 // Only the last of several members may be an array of unknown bound (C99
-// 6.7.2.1 p2).
+// 6.7.2.1 p2). What holds one can itself be a last member only.
 static void check_unbounded_fields(a_type* class_type) {
   a_field* first = class_type->variant.class_struct_union.fields;
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
   for (a_field* field = first; field; field = field->next) {
-    if (!is_incomplete_array_type(field->type))
-      continue;
-    bool is_flexible = !field->next && field != first && class_type->kind != tk_union &&
-                       (gnu_mode || std_version >= 199901 || in_cplusplus_mode());
-    if (is_flexible || (gnu_mode && !field->next)) {
-      field->is_flexible_array = true;
-      class_supplement_of(class_type)->has_flexible_array = true;
-      if (report_gnu_extensions)
-        pos_warning(ec_flexible_array_is_nonstandard, &field->source_corresp.position);
-    } else {
-      pos_error(ec_incomplete_type_not_allowed, &field->source_corresp.position);
-      field->type = error_type();
+    bool is_alone = field == first || class_type->kind == tk_union;
+    if (holds_flexible_array(field->type)) {
+      supplement->has_flexible_array |= !field->next || class_type->kind == tk_union;
+    } else if (is_unbounded_field(field)) {
+      if (check_misra_c_2004)
+        pos_diagnostic(misra_required_severity, ec_misra_c_2004_18_1,
+                       &field->source_corresp.position);
+      field->is_flexible_array = !field->next && accept_flexible_array(field, is_alone);
+      supplement->has_flexible_array |= field->is_flexible_array;
+      if (!field->is_flexible_array) {
+        if (field->next || (is_alone && !gnu_mode))
+          pos_error(ec_incomplete_type_not_allowed, &field->source_corresp.position);
+        field->type = error_type();
+      }
     }
   }
 }
 
 static bool has_named_field(const a_type* class_type) {
   for (a_field* field = class_type->variant.class_struct_union.fields; field; field = field->next)
-    if (field->source_corresp.name)
+    if (field->source_corresp.name || is_anonymous_member(field))
       return true;
   return false;
+}
+
+// A class with data members alone is POD and an aggregate in C++ as well, if
+// its members are.
+static void set_flags_of_plain_class(a_type* class_type) {
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
+  bool is_pod = true;
+  for (a_field* field = class_type->variant.class_struct_union.fields; field; field = field->next) {
+    const a_type* element = skip_typerefs(skip_array_types(field->type));
+    is_pod &= !is_reference_type(element) &&
+              !(is_class_struct_union_type(element) && !class_supplement_of(element)->is_pod);
+  }
+  supplement->is_pod = is_pod;
+  supplement->is_aggregate = true;
 }
 
 static void complete_class_type(a_type* class_type, const a_source_position* position) {
@@ -318,6 +145,7 @@ static void complete_class_type(a_type* class_type, const a_source_position* pos
   if (in_C_mode() && !gcc_mode && !has_named_field(class_type) && !is_error_type(class_type))
     pos_diagnostic(strict_ansi_mode ? strict_ansi_discretionary_severity : es_warning,
                    ec_no_named_fields, position);
+  set_flags_of_plain_class(class_type);
   info.is_being_defined = false;
   info.is_complete_definition = true;
   class_type->is_incomplete = false;
@@ -326,16 +154,25 @@ static void complete_class_type(a_type* class_type, const a_source_position* pos
   process_dependent_type_fixups(class_type);
 }
 
+static void record_pack_alignment(a_type* class_type) {
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
+  supplement->pack_alignment = current_max_alignment_for_class_members();
+  if (supplement->pack_alignment != 0)
+    supplement->max_member_alignment = supplement->pack_alignment;
+}
+
 // At the `{`; the `}` is read.
 static void scan_class_definition(a_type* class_type, an_attribute* attributes) {
   auto& info = class_type->variant.class_struct_union;
   a_source_position position = pos_curr_token;
   info.is_being_defined = true;
-  class_supplement_of(class_type)->pack_alignment = current_max_alignment_for_class_members();
+  info.is_packed |= pack_all_structs != 0;
   // A type is listed where it is defined.
   if (may_be_added_to_types_list(class_type))
     move_to_end_of_types_list(class_type, decl_level_of_tags());
   get_token();
+  // Behind the brace, so that a pragma in front of it has acted.
+  record_pack_alignment(class_type);
   push_class_scope(class_type);
   member_declaration_list(class_type);
   required_token(tok_rbrace, ec_exp_rbrace);

@@ -9,6 +9,10 @@
 // type after an error.
 a_type* class_specifier(a_decl_parse_state* state);
 
+// The unnamed field of a class in whose anonymous struct or union a field that
+// lookup found in the class lies; null when it is a member of the class itself.
+a_field* anonymous_field_around(const a_field* field, const a_type* class_type);
+
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();
 

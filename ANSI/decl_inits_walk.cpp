@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "class_decl.h"
 #include "const_ints.h"
 #include "decl_inits_int.h"
 #include "error.h"
@@ -233,8 +234,10 @@ static uint64_t number_of_field(const a_type* class_type, const a_field* wanted)
   return number;
 }
 
+// A member of an anonymous struct or union leads to that; `goes_on` says that
+// the designator has still to be applied inside.
 static bool apply_field_designator(an_aggregate_walk* walk, const an_init_component* component,
-                                   an_init_state* state) {
+                                   bool* goes_on, an_init_state* state) {
   a_symbol_locator locator;
   a_source_position position = component->variant.designator.position;
   clear_locator(&locator, &position);
@@ -247,7 +250,13 @@ static bool apply_field_designator(an_aggregate_walk* walk, const an_init_compon
     state->error_reported = true;
     return false;
   }
-  walk->field = symbol->variant.field;
+  a_field* around = anonymous_field_around(symbol->variant.field, walk->type);
+  if (around && !in_C_mode() && !gnu_mode) {
+    init_error(ec_indirect_anon_union_designator, &position, state);
+    return false;
+  }
+  *goes_on = around != nullptr;
+  walk->field = around ? around : symbol->variant.field;
   walk->position = number_of_field(walk->type, walk->field);
   return true;
 }
@@ -277,17 +286,18 @@ static bool apply_designator(an_aggregate_walk* walk, an_init_component** list, 
                              an_init_state* state) {
   const an_init_component* component = *list;
   bool names_field = component->variant.designator.field_name != nullptr;
-  bool ok;
+  bool ok, goes_on = false;
   if (names_field == (walk->type->kind == tk_array)) {
     a_source_position position = component->variant.designator.position;
     report_bad_designator(&position, walk->type, state);
     ok = false;
   } else if (names_field) {
-    ok = apply_field_designator(walk, component, state);
+    ok = apply_field_designator(walk, component, &goes_on, state);
   } else {
     ok = apply_index_designator(walk, component, count, state);
   }
-  drop_first(list);
+  if (!goes_on)
+    drop_first(list);
   return ok;
 }
 

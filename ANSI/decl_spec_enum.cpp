@@ -190,8 +190,9 @@ static an_integer_kind kind_for_values(const an_enum_state* state) {
   static const an_integer_kind kinds[] = {
       ik_signed_char, ik_unsigned_char, ik_short,     ik_unsigned_short,
       ik_int,         ik_unsigned_int,  ik_long_long, ik_unsigned_long_long};
-  const an_integer_kind least =
-      state->type->variant.integer.is_packed_enum ? ik_signed_char : ik_int;
+  const an_integer_type_variant& info = state->type->variant.integer;
+  const bool may_be_small = info.is_packed_enum || info.enum_may_be_smaller_than_int;
+  const an_integer_kind least = may_be_small ? ik_signed_char : ik_int;
   for (an_integer_kind kind : kinds)
     if (kind >= least && holds_values(state, kind))
       return kind;

@@ -6,6 +6,7 @@
 #include "expr.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "layout.h"
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
@@ -319,6 +320,8 @@ void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   check_return_type_of_definition(routine);
   routine->has_body = true;
   skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;
+  a_pack_alignment_state pack_state;
+  reset_pack_alignment_state(current_pack_pragma_value(), &pack_state);
   push_function_scope(routine);
   a_scope* scope = scope_stack[depth_scope_stack].il_scope;
   reactivate_prototype_scope_symbols(func_info);
@@ -330,4 +333,6 @@ void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   pop_stop_token_stack();
   pop_scope();
   required_token(tok_rbrace, ec_exp_rbrace);
+  // A pragma in front of the brace has acted now.
+  restore_pack_alignment_state(&pack_state);
 }

@@ -1,5 +1,6 @@
 // Subscripts and the selection of members (C99 6.5.2.1, 6.5.2.3).
 
+#include "class_decl.h"
 #include "const_ints.h"
 #include "expr_int.h"
 #include "il.h"
@@ -107,7 +108,7 @@ a_field* scan_member_name(a_type* class_type) {
   return symbol->variant.field;
 }
 
-void select_field(an_operand* operand, a_field* field, bool is_arrow) {
+static void select_direct_field(an_operand* operand, a_field* field, bool is_arrow) {
   an_operand saved = *operand;
   an_expr_node* object = make_node_from_operand(operand);
   object->next = nullptr;
@@ -120,6 +121,16 @@ void select_field(an_operand* operand, a_field* field, bool is_arrow) {
   normalize_error_operand(operand);
   restore_operand_details_incl_ref(operand, &saved);
   operand->flags.parenthesized = false;
+}
+
+void select_field(an_operand* operand, a_field* field, bool is_arrow) {
+  a_type* class_type = is_arrow ? type_pointed_to(operand->type) : operand->type;
+  while (a_field* around = anonymous_field_around(field, skip_typerefs(class_type))) {
+    select_direct_field(operand, around, is_arrow);
+    class_type = around->type;
+    is_arrow = false;
+  }
+  select_direct_field(operand, field, is_arrow);
 }
 
 // The class in which the member is looked for; null after an error.

@@ -1,6 +1,7 @@
 #include "function_pointers.h"
 
 #include "error.h"
+#include "layout.h"
 #include "pragma.h"
 #include "symbol_tbl.h"
 
@@ -38,4 +39,5 @@ const a_generic_function function_pointers[fpi_last + 1] = {
     generic(diag_pop_pragma),
     generic(hdrstop_or_no_pch_pragma),
     generic(stdc_pragma),
+    generic(pack_pragma),
 };

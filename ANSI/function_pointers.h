@@ -19,7 +19,8 @@ enum a_function_pointer_index : uint8_t {
   fpi_diag_pop_pragma = 22,
   fpi_hdrstop_or_no_pch_pragma = 23,
   fpi_stdc_pragma = 24,
-  fpi_last = 24
+  fpi_pack_pragma = 25,
+  fpi_last = 25
 };
 
 // To be cast to the type that the index stands for before the call.

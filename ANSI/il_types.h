@@ -148,6 +148,9 @@ struct a_routine_type_supplement {
   uint16_t stack_use;
 };
 
+// What holds an anonymous union; assoc_entity names it.
+enum an_anonymous_union_kind : uint8_t { auk_none = 0, auk_variable = 1, auk_field = 2 };
+
 struct a_class_type_supplement {
   a_base_class* base_classes; // direct bases first
   a_base_class* primary_base;
@@ -195,7 +198,7 @@ struct a_class_type_supplement {
   a_variable* typeinfo_variable;
   a_type* proxy_of; // template parameter that a proxy class stands for
   a_lambda* lambda;
-  uint32_t anonymous_union_kind : 2; // 0 none, 1 variable, 2 field
+  uint32_t anonymous_union_kind : 2; // an_anonymous_union_kind
   uint32_t has_packed_attribute : 1;
   uint32_t is_std_initializer_list : 1;
   uint32_t is_va_list_tag : 1;

@@ -6,51 +6,29 @@
 #include <algorithm>
 
 #include "error.h"
-#include "il_types.h"
+#include "layout_int.h"
 #include "mode_words.h"
 #include "target.h"
-#include "trans_unit.h"
 #include "types.h"
 
-// The member alignment that #pragma pack has set; 0: none.
-static int curr_max_member_alignment;
+// The kind of the attributes that ask for an alignment.
+static constexpr uint8_t alignment_attribute_kind = 3;
 
-namespace {
+// ---- The cursor ----
 
-struct a_layout_cursor {
-  a_type* class_type;
-  uint64_t offset;     // bytes
-  uint64_t bit_offset; // 0 to targ_char_bit - 1, below offset
-  uint64_t class_alignment;
-  bool too_large_reported;
-  // The farthest end of a union's fields.
-  uint64_t largest_offset;
-  uint64_t largest_bit_offset;
-  // Where the declared containers of the bit-fields end, in bytes.
-  uint64_t container_end;
-};
-
-// The container of a bit-field: how far it reaches and where it may begin.
-struct a_container {
-  uint64_t size;      // bytes
-  uint64_t alignment; // bytes
-};
-
-} // namespace
-
-static uint64_t align_up(uint64_t value, uint64_t alignment) {
-  return (value + alignment - 1) / alignment * alignment;
+a_class_type_supplement* supplement_of_class(const a_type* class_type) {
+  return class_type->variant.class_struct_union.class_supplement;
 }
 
-static bool is_union(const a_layout_cursor* cursor) {
+bool is_union(const a_layout_cursor* cursor) {
   return cursor->class_type->kind == tk_union;
 }
 
-static uint16_t pack_alignment_of(const a_type* class_type) {
-  return class_type->variant.class_struct_union.class_supplement->pack_alignment;
+uint32_t pack_alignment_of(const a_type* class_type) {
+  return supplement_of_class(class_type)->pack_alignment;
 }
 
-static void report_too_large(a_layout_cursor* cursor) {
+void report_too_large(a_layout_cursor* cursor) {
   if (cursor->too_large_reported)
     return;
   cursor->too_large_reported = true;
@@ -58,9 +36,7 @@ static void report_too_large(a_layout_cursor* cursor) {
             &cursor->class_type->source_corresp.position);
 }
 
-// Moves the cursor to a byte offset; a place beyond the greatest object is
-// refused and leaves the cursor where it was.
-static bool move_to(a_layout_cursor* cursor, uint64_t offset) {
+bool move_to(a_layout_cursor* cursor, uint64_t offset) {
   if (offset > targ_max_class_object_size || offset < cursor->offset) {
     report_too_large(cursor);
     return false;
@@ -70,25 +46,27 @@ static bool move_to(a_layout_cursor* cursor, uint64_t offset) {
   return true;
 }
 
-static void round_up_to_byte(a_layout_cursor* cursor) {
+void round_up_to_byte(a_layout_cursor* cursor) {
   if (cursor->bit_offset != 0)
     move_to(cursor, cursor->offset + 1);
 }
 
-static bool align_cursor(a_layout_cursor* cursor, uint64_t alignment) {
+bool align_cursor(a_layout_cursor* cursor, uint64_t alignment) {
   round_up_to_byte(cursor);
   return move_to(cursor, align_up(cursor->offset, alignment));
 }
 
-static void advance_bits(a_layout_cursor* cursor, uint64_t bits) {
+void advance_bits(a_layout_cursor* cursor, uint64_t bits) {
   uint64_t total = cursor->bit_offset + bits;
   if (move_to(cursor, cursor->offset + total / targ_char_bit))
     cursor->bit_offset = total % targ_char_bit;
 }
 
-static void raise_class_alignment(a_layout_cursor* cursor, uint64_t alignment) {
+void raise_class_alignment(a_layout_cursor* cursor, uint64_t alignment) {
   cursor->class_alignment = std::max(cursor->class_alignment, alignment);
 }
+
+// ---- Alignment ----
 
 // With dual alignments a built-in type has an alignment of its own as a member.
 static uint32_t builtin_field_alignment(const a_type* type) {
@@ -134,177 +112,68 @@ uint32_t field_alignment_for(const a_type* type) {
   return f_alignment_of_type(element);
 }
 
+static const a_type* class_of_field(const a_field* field) {
+  const a_scope* scope = field->source_corresp.parent_scope;
+  return scope && scope->kind == sk_class ? scope->assoc.type : nullptr;
+}
+
+static bool is_packed_class(const a_type* class_type) {
+  return class_type && class_type->variant.class_struct_union.is_packed;
+}
+
+bool is_packed_field(const a_field* field) {
+  return field->is_packed || (is_packed_class(class_of_field(field)) && !field->is_unpacked);
+}
+
+// The class below the arrays of a member's type, if the g++ rule leaves its
+// alignment to it: packing the members of a class doesn't reach into one that
+// isn't POD.
+static const a_type* non_pod_class_of_member(const a_field* field) {
+  if (!gpp_mode || gnu_version < 30400 || field->is_packed)
+    return nullptr;
+  const a_type* element = skip_typerefs(skip_array_types(field->type));
+  bool is_class = is_class_struct_union_kind(element->kind);
+  return is_class && !supplement_of_class(element)->is_pod ? element : nullptr;
+}
+
 uint32_t alignment_of_field_full(a_field* field, bool for_bit_field) {
-  a_type* class_type =
-      field->source_corresp.parent_scope ? field->source_corresp.parent_scope->assoc.type : nullptr;
-  bool class_is_packed = class_type && class_type->variant.class_struct_union.is_packed;
+  const a_type* class_type = class_of_field(field);
   bool old_gnu_bit_field = gnu_mode && gnu_version < 30400 && for_bit_field;
   uint32_t natural =
       old_gnu_bit_field ? f_alignment_of_type(field->type) : field_alignment_for(field->type);
+  bool is_packed = is_packed_field(field);
   if (field->declared_alignment != 0) {
-    if (gnu_mode && field->declared_alignment < natural && !field->is_packed && !class_is_packed) {
+    if (gnu_mode && field->declared_alignment < natural && !is_packed) {
       pos_warning(ec_alignment_reduction_ignored, &field->source_corresp.position);
       field->declared_alignment = natural;
     }
     return field->declared_alignment;
   }
-  if (field->is_packed || old_gnu_bit_field)
-    return 1;
   uint32_t pack = class_type ? pack_alignment_of(class_type) : 0;
-  return pack != 0 ? std::min(pack, natural) : natural;
-}
-
-// ---- Bit-fields ----
-
-bool get_container_offset_for_field(uint64_t container_bits, uint64_t alignment_bits,
-                                    uint64_t bit_start, uint64_t bit_size, uint64_t* offset) {
-  uint64_t last = bit_start + bit_size - 1;
-  uint64_t end = align_up(last + 1, alignment_bits);
-  *offset = end > container_bits ? end - container_bits : 0;
-  return *offset <= bit_start;
-}
-
-// Whether the open container at the cursor still has room for the width.
-static bool fits_in_open_container(const a_layout_cursor* cursor, const a_container* container,
-                                   uint64_t width) {
-  uint64_t used = cursor->offset % container->alignment;
-  return container->size > used &&
-         (container->size - used) * targ_char_bit - cursor->bit_offset >= width &&
-         (container->size - used) * targ_char_bit > cursor->bit_offset;
-}
-
-static a_container container_of_kind(int kind) {
-  a_type* type = integer_type(kind);
-  return {type->size, field_alignment_for(type)};
-}
-
-static const int container_kinds[] = {ik_short, ik_int, ik_long, ik_long_long};
-
-// A field wider than its type lies in the integer type that holds the width
-// as it was written.
-static a_container container_of_oversize_field(const a_field* field) {
-  for (int kind : container_kinds)
-    if (static_cast<uint32_t>(precision_of_int_kind(kind)) >= field->declared_bit_size)
-      return container_of_kind(kind);
-  return container_of_kind(ik_long_long);
-}
-
-// The smallest container that holds the field at the cursor.
-static a_container smallest_container(const a_layout_cursor* cursor, uint64_t width) {
-  if (cursor->bit_offset + width <= static_cast<uint64_t>(targ_char_bit))
-    return {1, 1};
-  for (int kind : {ik_short, ik_int, ik_long}) {
-    a_container candidate = container_of_kind(kind);
-    if (candidate.size * targ_char_bit <= static_cast<uint64_t>(targ_max_bit_field_size) &&
-        fits_in_open_container(cursor, &candidate, width))
-      return candidate;
+  bool is_capped = pack != 0 && pack < natural;
+  const a_type* non_pod = is_capped ? non_pod_class_of_member(field) : nullptr;
+  if (non_pod) {
+    if (!for_bit_field)
+      pos_ty_warning(ec_no_packing_of_non_POD_field, &field->source_corresp.position, non_pod);
+    return is_packed_class(class_type) ? 1 : natural;
   }
-  uint64_t bytes = (width + targ_char_bit - 1) / targ_char_bit;
-  if (bytes <= 1)
-    return {1, 1};
-  for (int kind : container_kinds) {
-    a_container candidate = container_of_kind(kind);
-    if (candidate.size >= bytes)
-      return candidate;
-  }
-  return {bytes, 1};
+  if (is_packed || old_gnu_bit_field)
+    return 1;
+  return is_capped ? pack : natural;
 }
 
-static a_container container_of_bit_field(const a_layout_cursor* cursor, a_field* field) {
-  if (targ_bit_field_container_size < 0) {
-    uint64_t alignment = alignment_of_field_full(field, false);
-    return {size_of_type(field->type), alignment};
-  }
-  if (targ_bit_field_container_size == 0)
-    return smallest_container(cursor, field->bit_size);
-  uint64_t size = targ_bit_field_container_size;
-  for (int kind : container_kinds) {
-    a_container candidate = container_of_kind(kind);
-    if (candidate.size == size && !field->is_packed)
-      return candidate;
-  }
-  return {size, 1};
-}
-
-static a_container container_of_zero_width_field(a_field* field) {
-  int alignment = targ_zero_width_bit_field_alignment;
-  if (alignment > 0)
-    return {1, static_cast<uint64_t>(alignment)};
-  return {1, alignment == 0 ? 1 : alignment_of_field_full(field, true)};
-}
-
-static void adjust_container_alignment(const a_layout_cursor* cursor, const a_field* field,
-                                       a_container* container) {
-  uint64_t declared = field->declared_alignment;
-  if (declared > container->alignment)
-    container->alignment = declared;
-  uint64_t pack = pack_alignment_of(cursor->class_type);
-  if (targ_user_control_of_struct_packing_affects_bit_fields && pack != 0)
-    container->alignment = std::min(container->alignment, pack);
-}
-
-static bool bit_field_affects_alignment(const a_layout_cursor* cursor, const a_field* field) {
-  if (field->bit_size == 0)
-    return targ_zero_width_bit_field_affects_struct_alignment;
-  if (!field->source_corresp.name && !targ_unnamed_bit_field_affects_struct_alignment)
-    return false;
-  return !is_union(cursor) || targ_bit_field_affects_union_alignment;
-}
-
-static void place_bit_field(a_layout_cursor* cursor, a_field* field) {
-  a_container container;
-  bool is_oversize = field->declared_bit_size != 0;
-  if (field->bit_size == 0) {
-    container = container_of_zero_width_field(field);
-  } else if (is_oversize) {
-    container = container_of_oversize_field(field);
-    align_cursor(cursor, container.alignment);
-  } else {
-    container = container_of_bit_field(cursor, field);
-  }
-  adjust_container_alignment(cursor, field, &container);
-  if (field->bit_size == 0 || field->declared_alignment != 0 ||
-      (!is_oversize && !fits_in_open_container(cursor, &container, field->bit_size)))
-    align_cursor(cursor, container.alignment);
-  if (bit_field_affects_alignment(cursor, field))
-    raise_class_alignment(cursor, container.alignment);
-}
-
-// A bit-field is never split across its container, but for a packed one, which
-// follows its neighbour at once.
-static void lay_out_bit_field(a_layout_cursor* cursor, a_field* field) {
-  bool is_packed =
-      field->is_packed && field->declared_alignment == 0 && curr_max_member_alignment == 0;
-  if (!is_packed)
-    place_bit_field(cursor, field);
-  else if (bit_field_affects_alignment(cursor, field))
-    raise_class_alignment(cursor, 1);
-  field->offset = cursor->offset;
-  field->bit_offset = static_cast<uint8_t>(cursor->bit_offset);
-  if (is_packed && cursor->bit_offset + field->bit_size >= 65)
-    pos_sy_error(ec_attribute_does_not_apply, &field->source_corresp.position,
-                 field->source_corresp.symbol);
-  uint64_t start = cursor->offset * targ_char_bit + cursor->bit_offset;
-  advance_bits(cursor, targ_pad_bit_fields_larger_than_base_type && field->declared_bit_size != 0
-                           ? field->declared_bit_size
-                           : field->bit_size);
-  uint64_t container_bits = size_of_type(field->type) * targ_char_bit, container_start;
-  if (!field->is_packed && field->bit_size != 0 &&
-      get_container_offset_for_field(container_bits,
-                                     f_alignment_of_type(field->type) * targ_char_bit, start,
-                                     field->bit_size, &container_start))
-    cursor->container_end =
-        std::max(cursor->container_end, (container_start + container_bits) / targ_char_bit);
-}
-
-// ---- Other fields ----
+// ---- Fields ----
 
 static void lay_out_plain_field(a_layout_cursor* cursor, a_field* field) {
+  close_container(cursor);
   uint64_t alignment = alignment_of_field_full(field, false);
   align_cursor(cursor, alignment);
   raise_class_alignment(cursor, alignment);
+  if (in_cplusplus_mode())
+    avoid_empty_subobjects(cursor, field, alignment);
   field->offset = cursor->offset;
   field->bit_offset = 0;
+  note_use_of_tail_padding(cursor, field);
   if (is_incomplete_array_type(field->type)) // a flexible array member
     return;
   uint64_t size = align_up(size_of_type(field->type), f_alignment_of_type(field->type));
@@ -324,8 +193,11 @@ static void keep_largest_end(a_layout_cursor* cursor) {
 }
 
 static void lay_out_field(a_layout_cursor* cursor, a_field* field) {
-  if (is_union(cursor))
+  if (is_union(cursor)) {
+    close_container(cursor);
+    keep_largest_end(cursor);
     cursor->offset = cursor->bit_offset = 0;
+  }
   if (is_error_type(field->type)) {
     field->is_error = true;
     field->offset = 0;
@@ -340,7 +212,32 @@ static void lay_out_field(a_layout_cursor* cursor, a_field* field) {
     keep_largest_end(cursor);
 }
 
+static void lay_out_fields_of_access(a_layout_cursor* cursor, bool all_accesses,
+                                     an_access_specifier access) {
+  a_field* field = cursor->class_type->variant.class_struct_union.fields;
+  for (; field; field = field->next)
+    if (all_accesses || field->source_corresp.access == access)
+      lay_out_field(cursor, field);
+}
+
+static void lay_out_fields(a_layout_cursor* cursor) {
+  if (targ_field_alloc_sequence_equals_decl_sequence) {
+    lay_out_fields_of_access(cursor, true, as_public);
+    return;
+  }
+  for (an_access_specifier access : {as_public, as_protected, as_private})
+    lay_out_fields_of_access(cursor, false, access);
+}
+
 // ---- The class ----
+
+static const a_source_position* position_of_alignment(const a_type* class_type) {
+  for (const an_attribute* attribute = class_type->source_corresp.attributes; attribute;
+       attribute = attribute->next)
+    if (attribute->kind == alignment_attribute_kind)
+      return &attribute->position;
+  return &class_type->source_corresp.position;
+}
 
 // An alignment that an attribute asked for can only raise the class's own.
 static void apply_declared_alignment(a_layout_cursor* cursor) {
@@ -350,18 +247,74 @@ static void apply_declared_alignment(a_layout_cursor* cursor) {
   if (class_type->alignment >= cursor->class_alignment)
     cursor->class_alignment = class_type->alignment;
   else if (!gnu_mode)
-    pos_error(ec_invalid_alignment_reducing_attr, &class_type->source_corresp.position);
+    pos_error(ec_invalid_alignment_reducing_attr, position_of_alignment(class_type));
   else if (!class_type->variant.class_struct_union.is_packed)
-    pos_warning(ec_alignment_reduction_ignored, &class_type->source_corresp.position);
+    pos_warning(ec_alignment_reduction_ignored, position_of_alignment(class_type));
+}
+
+static bool has_named_field_with_width(const a_type* class_type) {
+  for (const a_field* field = class_type->variant.class_struct_union.fields; field;
+       field = field->next)
+    if (field->source_corresp.name && !(field->is_bit_field && field->bit_size == 0))
+      return true;
+  return false;
+}
+
+// GNU C has structs without members that have no size, GNU C++ those whose
+// members are arrays without elements.
+static bool may_have_no_size(const a_type* class_type) {
+  if (in_C_mode())
+    return gcc_mode;
+  return gpp_mode && (has_named_field_with_width(class_type) ||
+                      class_type->variant.class_struct_union.has_nonempty_base);
 }
 
 static uint64_t final_size(a_layout_cursor* cursor) {
   uint64_t size = align_up(cursor->offset, cursor->class_alignment);
+  uint64_t unshared_end = std::max(cursor->offset + cursor->padding_used, cursor->padded_end);
+  uint64_t unshared_size = align_up(unshared_end, cursor->class_alignment);
+  if (targ_reuse_tail_padding && warn_about_tail_padding_use && size != unshared_size)
+    pos_warning(ec_size_affected_by_tail_padding, &cursor->class_type->source_corresp.position);
   size = std::max(size, cursor->container_end);
-  if (size == 0 && !(gcc_mode && in_C_mode()))
+  if (size == 0 && !may_have_no_size(cursor->class_type))
     size = 1;
-  // A GNU struct without members may be smaller than its alignment.
   return gnu_mode ? size : std::max(size, cursor->class_alignment);
+}
+
+// Whether the first field's form can stand for the whole union.
+static bool check_first_field(const a_field* first, const a_source_position* position) {
+  if (!first)
+    pos_warning(ec_union_cannot_be_transparent, position);
+  else if (first->is_bit_field)
+    pos_warning(ec_transparent_union_cannot_have_bit_field_first, position);
+  else if (is_floating_type(first->type))
+    pos_warning(ec_transparent_union_cannot_have_floating_first_field, position);
+  else
+    return true;
+  return false;
+}
+
+void check_transparent_union(a_type* union_type, const a_source_position* position) {
+  auto& info = union_type->variant.class_struct_union;
+  const a_field* first = info.fields;
+  if (!check_first_field(first, position)) {
+    info.is_transparent_union = false;
+    return;
+  }
+  for (const a_field* field = first->next; field && info.is_transparent_union; field = field->next)
+    if (size_of_type(field->type) > size_of_type(first->type)) {
+      if (field->source_corresp.symbol)
+        pos_sy_warning(ec_union_cannot_be_transparent_sym, position, field->source_corresp.symbol);
+      else
+        pos_warning(ec_union_cannot_be_transparent, position);
+      info.is_transparent_union = false;
+    }
+}
+
+static void store_nonvirtual_size(a_layout_cursor* cursor) {
+  a_class_type_supplement* supplement = supplement_of_class(cursor->class_type);
+  supplement->nonvirtual_size = std::max(cursor->offset, cursor->farthest_end);
+  supplement->nonvirtual_alignment = static_cast<uint16_t>(cursor->class_alignment);
 }
 
 void do_class_layout(a_type* class_type) {
@@ -371,34 +324,42 @@ void do_class_layout(a_type* class_type) {
   a_layout_cursor cursor = {};
   cursor.class_type = class_type;
   cursor.class_alignment = targ_minimum_struct_alignment;
-  for (a_field* field = info.fields; field; field = field->next)
-    lay_out_field(&cursor, field);
+  if (in_cplusplus_mode())
+    lay_out_nonvirtual_bases(&cursor);
+  lay_out_fields(&cursor);
+  close_container(&cursor);
   if (is_union(&cursor)) {
+    keep_largest_end(&cursor);
     cursor.offset = cursor.largest_offset;
     cursor.bit_offset = cursor.largest_bit_offset;
   }
   round_up_to_byte(&cursor);
-  a_class_type_supplement* supplement = info.class_supplement;
-  supplement->nonvirtual_size = cursor.offset;
-  supplement->nonvirtual_alignment = static_cast<uint16_t>(cursor.class_alignment);
+  store_nonvirtual_size(&cursor);
+  if (in_cplusplus_mode()) {
+    lay_out_virtual_bases(&cursor);
+    finish_bases(&cursor);
+  }
   apply_declared_alignment(&cursor);
   class_type->alignment = static_cast<uint32_t>(cursor.class_alignment);
   class_type->size = final_size(&cursor);
   info.layout_pending = false;
+  if (info.is_transparent_union)
+    check_transparent_union(class_type, &class_type->source_corresp.position);
 }
 
-uint16_t current_max_alignment_for_class_members() {
-  return static_cast<uint16_t>(curr_max_member_alignment);
+bool is_empty_class_type(const a_type* type) {
+  const a_type* bare = skip_typerefs(type);
+  return is_class_struct_union_kind(bare->kind) && bare->variant.class_struct_union.is_empty;
 }
 
 void layout_one_time_init() {
-  f_register_trans_unit_variable(&curr_max_member_alignment, sizeof curr_max_member_alignment, 0);
+  register_pack_state();
 }
 
 void layout_init() {
-  // Nothing of this module lives on from an earlier run.
+  init_pack_state(true);
 }
 
 void layout_trans_unit_init() {
-  curr_max_member_alignment = pack_alignment;
+  init_pack_state(false);
 }

@@ -12,6 +12,7 @@ enum a_pragma_kind_tag : uint8_t {
   pk_argsused = 3,
   pk_varargs = 4,
   pk_notreached = 5,
+  pk_pack = 10,
   pk_once = 11,
   pk_hdrstop = 12,
   pk_no_pch = 13,

@@ -196,7 +196,7 @@ int TRG_parse_versions(const char* text) {
 }
 
 void TRG_check_cmd_options() {
-  pragma_pack_enabled = 0;
+  // This processor honours them all, the packing pragmas too.
 }
 
 void target_early_init() {

@@ -96,7 +96,7 @@ const char* TRG_fname_transform(const char* name);
 // A processor version as an option gives it: a decimal number.
 int TRG_parse_versions(const char* text);
 
-// Settles options that this processor cannot honour: packing pragmas.
+// Settles options that this processor cannot honour; it has none.
 void TRG_check_cmd_options();
 
 void target_early_init();

@@ -1321,6 +1321,14 @@ void TYPE_PKG::dump_all() {
   }
 }
 
+bool TYPE_PKG::get_container_offset_for_field(uint64_t container_bits, uint64_t alignment_bits,
+                                              uint64_t bit_start, uint64_t bit_size,
+                                              uint64_t* out) {
+  uint64_t end = (bit_start + bit_size + alignment_bits - 1) / alignment_bits * alignment_bits;
+  *out = end > container_bits ? end - container_bits : 0;
+  return *out <= bit_start;
+}
+
 static void type_pkg_error_handler(TYPE_PKG* package) {
   str_error(ec_type_pkg_error,
             package->error_text[0] != '\0' ? package->error_text : "no description available");

@@ -482,6 +482,11 @@ public:
   static bool seen_small_enums;
   static bool seen_bitfield;
 
+  // The start, in bits, of the declared container of a bit-field at `bit_start`;
+  // false when that container would not hold the field.
+  static bool get_container_offset_for_field(uint64_t container_bits, uint64_t alignment_bits,
+                                             uint64_t bit_start, uint64_t bit_size, uint64_t* out);
+
   // Makers. Each answers the one type of that structure, which is registered
   // at once, unless its comment says otherwise. Sizes and alignments are in
   // bits; a null name of an enum or a class is invented.

@@ -88,7 +88,7 @@ struct members {
   struct members self;
   // CHECK: line [[#@LINE+1]]: error #170: a function type is not allowed here
   int function(void);
-  // CHECK: line [[#@LINE+1]]: error #106: invalid size for bit field
+  // CHECK: line [[#@LINE+1]]: warning #1013-D: the bit field has more bits than its type; the extra bits are ignored
   int wide : 33;
   // CHECK: line [[#@LINE+1]]: error #108: zero-length bit field must be unnamed
   int empty : 0;
