@@ -1,11 +1,11 @@
 // The options that change the layout of all structs and enums.
-// RUN: %krtparse --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=5 -DBITS=4 -DSTRADDLE=7 %s
+// RUN: %krtparse --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=5 -DBITS=4 -DSTRADDLE=9 %s
 // RUN: %ifrun %t.if | %FileCheck %s --check-prefix=SIGNED
-// RUN: %krtparse --pack_all_structs --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=5 -DBITS=2 -DSTRADDLE=6 %s
-// RUN: %krtparse --small-enum --i_output_file=%t.if -DENUM=1 -DWIDE=2 -DMIXED=4 -DBITS=4 -DSTRADDLE=7 %s
-// RUN: %krtparse --short_enums --i_output_file=%t.if -DENUM=1 -DWIDE=2 -DMIXED=4 -DBITS=4 -DSTRADDLE=7 %s
-// RUN: %krtparse --align_structs=4 --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=8 -DBITS=4 -DSTRADDLE=8 %s
-// RUN: %krtparse --unsigned_bit_fields --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=5 -DBITS=4 -DSTRADDLE=7 %s
+// RUN: %krtparse --pack_all_structs --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=5 -DBITS=2 -DSTRADDLE=8 %s
+// RUN: %krtparse --small-enum --i_output_file=%t.if -DENUM=1 -DWIDE=2 -DMIXED=4 -DBITS=4 -DSTRADDLE=9 %s
+// RUN: %krtparse --short_enums --i_output_file=%t.if -DENUM=1 -DWIDE=2 -DMIXED=4 -DBITS=4 -DSTRADDLE=9 %s
+// RUN: %krtparse --align_structs=4 --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=8 -DBITS=4 -DSTRADDLE=12 %s
+// RUN: %krtparse --unsigned_bit_fields --i_output_file=%t.if -DENUM=4 -DWIDE=4 -DMIXED=5 -DBITS=4 -DSTRADDLE=9 %s
 // RUN: %ifrun %t.if | %FileCheck %s --check-prefix=UNSIGNED
 
 #define SAME(a, b) extern char check[(a) == (b) ? 1 : -1]
@@ -20,7 +20,7 @@ struct mixed { enum small e; int bits : 3; };
 SAME(sizeof(struct mixed), MIXED);
 struct bits { char c; int plain : 3; signed int is_signed : 3; };
 SAME(sizeof(struct bits), BITS);
-struct straddle { int a : 20; int b : 20; char c; };
+struct straddle { int a : 30; int b : 27; unsigned char c : 7; };
 SAME(sizeof(struct straddle), STRADDLE);
 
 int main(void) {
