@@ -16,7 +16,7 @@ typedef std::unordered_set<const a_type*> a_class_set;
 
 // A hierarchy of empty classes can have a subobject for each byte of the
 // greatest class; a class with more than this many is too large.
-static constexpr uint64_t max_subobjects_visited = 1 << 20;
+static constexpr uint64_t max_subobjects_visited = 1 << 18;
 
 // ---- Classes as bases ----
 
@@ -63,8 +63,11 @@ static uint64_t size_as_base(const a_type* class_type) {
   return is_cut ? supplement->nonvirtual_size : padded_size_as_base(class_type);
 }
 
+// An alignment that the class asked for holds for it as a base as well.
 static uint64_t alignment_as_base(const a_layout_cursor* cursor, const a_type* class_type) {
-  uint64_t alignment = supplement_of_class(class_type)->nonvirtual_alignment;
+  bool counts_all = class_type->has_explicit_alignment || !has_virtual_base(class_type);
+  uint64_t alignment =
+      counts_all ? class_type->alignment : supplement_of_class(class_type)->nonvirtual_alignment;
   uint64_t pack = pack_alignment_of(cursor->class_type);
   if (cursor->class_type->variant.class_struct_union.is_packed)
     pack = 1;

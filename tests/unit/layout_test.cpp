@@ -28,6 +28,8 @@ struct a_class_spec {
   int flags;
   std::vector<a_base_spec> bases;
   std::vector<const char*> fields;
+  uint16_t pack = 0;
+  uint32_t alignment = 0; // asked for by an attribute
 };
 
 // What is expected of it; offsets of the bases in the order direct, indirect.
@@ -37,6 +39,7 @@ struct a_layout_row {
   uint64_t nonvirtual_size;
   std::vector<std::pair<const char*, uint64_t>> bases;
   std::vector<uint64_t> fields; // byte offsets
+  uint32_t alignment = 1;
 };
 
 class LAYOUT : public FrontEnd {
@@ -138,6 +141,11 @@ protected:
     auto& info = type->variant.class_struct_union;
     info.has_virtual_functions = (spec.flags & polymorphic) != 0;
     class_supplement_of(type)->is_pod = (spec.flags & pod) != 0;
+    class_supplement_of(type)->pack_alignment = spec.pack;
+    if (spec.alignment != 0) {
+      type->alignment = spec.alignment;
+      type->has_explicit_alignment = true;
+    }
     info.layout_pending = true;
     do_class_layout(type);
     type->is_incomplete = false;
@@ -166,7 +174,7 @@ protected:
       SCOPED_TRACE(row.spec.name);
       a_type* type = build(row.spec);
       EXPECT_EQ(type->size, row.size);
-      EXPECT_EQ(type->alignment, 1u);
+      EXPECT_EQ(type->alignment, row.alignment);
       EXPECT_EQ(class_supplement_of(type)->nonvirtual_size, row.nonvirtual_size);
       std::vector<std::pair<std::string, uint64_t>> bases(row.bases.begin(), row.bases.end());
       EXPECT_EQ(base_offsets(type), bases);
@@ -253,6 +261,30 @@ const a_layout_row virtual_rows[] = {
      {}},
 };
 
+const a_layout_row alignment_rows[] = {
+    {{"A8", plain, {}, {"."}, 0, 8}, 8, 1, {}, {0}, 8},
+    {{"P8", pod, {}, {"."}, 0, 8}, 8, 1, {}, {0}, 8},
+    {{"C", plain, {}, {"."}}, 1, 1, {}, {0}},
+    {{"OnAligned", plain, {{"A8", false}}, {"."}}, 8, 2, {{"A8", 0}}, {1}, 8},
+    {{"OnPod", plain, {{"P8", false}}, {"."}}, 16, 9, {{"P8", 0}}, {8}, 8},
+    {{"Aligned", plain, {{"C", false}, {"A8", false}}, {}}, 16, 9, {{"C", 0}, {"A8", 8}}, {}, 8},
+    {{"VirtualAligned", plain, {{"A8", true}}, {"."}}, 16, 5, {{"A8", 8}}, {4}, 8},
+    // Without its virtual base the class is aligned to the byte.
+    {{"Lower", plain, {{"C", false}, {"VirtualAligned", false}}, {}},
+     16,
+     6,
+     {{"C", 5}, {"VirtualAligned", 0}, {"A8", 8}},
+     {},
+     8},
+    // Packing counts for bases too.
+    {{"Packed", plain, {{"C", false}, {"A8", false}}, {"P8"}, 2},
+     12,
+     12,
+     {{"C", 0}, {"A8", 2}},
+     {4},
+     2},
+};
+
 TEST_F(LAYOUT, EmptyBases) {
   check({std::begin(empty_base_rows), std::end(empty_base_rows)});
   EXPECT_TRUE(is_empty_class_type(classes["BaseMoves"]));
@@ -273,6 +305,22 @@ TEST_F(LAYOUT, VirtualBases) {
   EXPECT_STREQ(supplement("PrimaryFirst")->primary_base->type->source_corresp.name, "P");
   EXPECT_STREQ(supplement("Indirect")->primary_base->type->source_corresp.name, "N");
   EXPECT_FALSE(is_empty_class_type(classes["VirtualEmpty"]));
+}
+
+TEST_F(LAYOUT, Alignment) {
+  check({std::begin(alignment_rows), std::end(alignment_rows)});
+  packing_applies_to_base_classes = 0;
+  a_type* unpacked = build({"Unpacked", plain, {{"C", false}, {"A8", false}}, {"P8"}, 2});
+  EXPECT_EQ(base_offsets(unpacked).back().second, 8u);
+  EXPECT_EQ(field_offsets(unpacked), std::vector<uint64_t>{10});
+  // In GNU C++ packing doesn't reach into a class that isn't POD.
+  gnu_mode = gpp_mode = 1;
+  EXPECT_EQ(field_offsets(build({"Pods", plain, {}, {".", "P8"}, 2})),
+            (std::vector<uint64_t>{0, 2}));
+  EXPECT_EQ(total_warnings, 0u);
+  EXPECT_EQ(field_offsets(build({"NotPods", plain, {}, {".", "A8"}, 2})),
+            (std::vector<uint64_t>{0, 8}));
+  EXPECT_NE(messages().find("packing attribute on the parent type is ignored"), std::string::npos);
 }
 
 // A class that ends with a bit-field reaches to the end of its container.
