@@ -4,10 +4,7 @@
 #include "class_decl_int.h"
 
 #include "attribute.h"
-#include "const_ints.h"
-#include "declarator.h"
 #include "error.h"
-#include "expr.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "layout.h"

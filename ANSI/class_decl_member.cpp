@@ -70,10 +70,10 @@ static void check_bit_field_rules(const a_field* field, const a_source_position*
 // Whether the enumerator's value fits the width, of which a bit is the sign's.
 static bool fits_bit_field(const a_constant* enumerator, int bits, bool is_signed) {
   int value_bits = bits - is_signed;
+  uint64_t value = enumerator->value.int_value;
   if (cmplit_integer_constant(enumerator, 0) < 0)
-    return bits >= 64 || -1 - static_cast<int64_t>(enumerator->value.int_value) < INT64_C(1)
-                                                                                      << value_bits;
-  return value_bits >= 64 || enumerator->value.int_value >> value_bits == 0;
+    value = ~value;
+  return value_bits >= 64 || value >> value_bits == 0;
 }
 
 // A field of an enum without negative values is unsigned.
