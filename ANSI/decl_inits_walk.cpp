@@ -493,6 +493,25 @@ static a_constant* expression_element(an_init_component** list, a_type* type,
   return value;
 }
 
+// The value of a compound literal that stands for a constant initialiser of
+// its type: GNU C takes it as if its braces stood alone. Null for others.
+static a_constant* value_of_compound_literal(const an_init_component* component, a_type* type,
+                                             const an_init_state* state) {
+  if (!gnu_mode || !state->constant_required || component->kind != ick_expression ||
+      component->variant.operand.kind != ok_expression)
+    return nullptr;
+  const an_expr_node* expr = component->variant.operand.variant.expr;
+  a_constant* value = nullptr;
+  if (expr->kind == expr_variable && expr->variant.variable.ptr->source_corresp.name == nullptr &&
+      expr->variant.variable.ptr->init_kind == initk_constant)
+    value = expr->variant.variable.ptr->initializer.constant;
+  else if (expr->kind == expr_temp_init && expr->variant.dynamic_init->kind == dik_constant)
+    value = expr->variant.dynamic_init->variant.constant;
+  bool fits =
+      value != nullptr && types_are_compatible(skip_typerefs(expr->type), skip_typerefs(type));
+  return fits ? alloc_unshared_constant(value) : nullptr;
+}
+
 a_constant* init_element(an_init_component** list, a_type** type, an_init_state* state) {
   check_stack_limit();
   an_init_component* component = *list;
@@ -501,6 +520,11 @@ a_constant* init_element(an_init_component** list, a_type** type, an_init_state*
     drop_first(list);
     state->error_reported = true;
     return nullptr;
+  }
+  if (a_constant* value = value_of_compound_literal(component, *type, state)) {
+    *type = is_incomplete_array_type(*type) ? value->type : *type;
+    drop_first(list);
+    return value;
   }
   if (bare->kind == tk_array) {
     if (const a_constant* literal = whole_array_literal(component, bare)) {
@@ -523,7 +547,8 @@ a_constant* init_element(an_init_component** list, a_type** type, an_init_state*
 a_constant* init_object(an_init_component** list, a_type** type, an_init_state* state) {
   const an_init_component* component = *list;
   a_type* bare = skip_typerefs(*type);
-  if (component->kind == ick_braced_list || !is_aggregate(bare))
+  if (component->kind == ick_braced_list || !is_aggregate(bare) ||
+      value_of_compound_literal(component, *type, state) != nullptr)
     return init_element(list, type, state);
   if (bare->kind != tk_array)
     return expression_element(list, *type, state);

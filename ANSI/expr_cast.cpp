@@ -6,6 +6,8 @@
 #include "declarator.h"
 #include "expr_int.h"
 #include "il.h"
+#include "il_alloc.h"
+#include "il_statements.h"
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "target.h"
@@ -391,6 +393,34 @@ void process_explicit_cast(a_type* type, an_operand* operand, const a_source_pos
   operand->flags.names_variable = false;
 }
 
+// Outside of functions the object of a compound literal lives for ever.
+static void make_static_literal_operand(a_type* type, a_constant* value,
+                                        const a_source_position* start, an_operand* result) {
+  a_variable* variable = alloc_variable(sc_static);
+  variable->type = type;
+  variable->is_compiler_generated = true;
+  variable->source_corresp.position = *start;
+  variable->init_kind = initk_constant;
+  variable->initializer.constant = value;
+  add_to_variables_list(variable, 0);
+  make_lvalue_variable_operand(variable, nullptr, result);
+}
+
+// In a function it is set each time that the expression is evaluated.
+static void make_temp_literal_operand(a_type* type, a_constant* value, a_dynamic_init* init,
+                                      const a_source_position* start, an_operand* result) {
+  if (value != nullptr) {
+    init = alloc_dynamic_init(dik_constant);
+    init->variant.constant = value;
+  }
+  an_expr_node* expr = alloc_expr_node(expr_temp_init);
+  expr->type = type;
+  expr->is_lvalue = true;
+  expr->position = *start;
+  expr->variant.dynamic_init = init;
+  make_glvalue_expression_operand(expr, result);
+}
+
 // C99 6.5.2.5, at the `{`.
 static void scan_compound_literal(a_type* type, const a_source_position* start,
                                   an_operand* result) {
@@ -409,10 +439,11 @@ static void scan_compound_literal(a_type* type, const a_source_position* start,
     make_error_operand(result);
     return;
   }
-  // The object has no place in the intermediate file yet.
-  if (expr_error_should_be_issued())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, start, "compound literal");
-  make_error_operand(result);
+  if (is_static)
+    make_static_literal_operand(type, value, start, result);
+  else
+    make_temp_literal_operand(type, value, init, start, result);
+  set_operand_range(result, start, &curr_construct_end_position);
 }
 
 // Outside strict checking the operand of a cast to an integer in a constant

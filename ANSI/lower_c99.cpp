@@ -20,6 +20,9 @@ bool c99_il_lowering_needed() {
          c99_complex_enabled || allow_nonconstant_auto_aggr_init_in_c_mode;
 }
 
+// The expression being lowered is evaluated in each turn of a loop.
+static bool loop_repeats_expr;
+
 // ---- Expressions ----
 
 // `value != 0`, with the operand in place.
@@ -150,7 +153,9 @@ static void lower_bool_operation(an_expr_node* node) {
 }
 
 static void lower_c99_node(an_expr_node* node, an_expr_or_stmt_traversal_block*) {
-  if (node->kind == expr_constant && node->variant.constant.ptr->kind == con_aggregate)
+  if (node->kind == expr_temp_init)
+    lower_temp_init(node, loop_repeats_expr);
+  else if (node->kind == expr_constant && node->variant.constant.ptr->kind == con_aggregate)
     lower_designated_initializers(node->variant.constant.ptr, nullptr);
   else if (node->kind == expr_operation && is_bool_type(node->type))
     lower_bool_operation(node);
@@ -168,6 +173,12 @@ void lower_c99_full_expr(an_expr_node* expr) {
 static void lower_condition(an_expr_node*& condition) {
   lower_c99_full_expr(condition);
   condition = boolean_controlling_expr(condition);
+}
+
+static void lower_repeated_condition(an_expr_node*& condition) {
+  loop_repeats_expr = true;
+  lower_condition(condition);
+  loop_repeats_expr = false;
 }
 
 // ---- Statements ----
@@ -194,16 +205,14 @@ static void lower_for(a_statement* statement) {
   a_for_loop_supplement* supplement = statement->variant.loop.extra.for_supplement;
   if (supplement->init_statement != nullptr)
     lower_c99_statement(supplement->init_statement);
-  lower_condition(statement->expr);
+  lower_repeated_condition(statement->expr);
+  loop_repeats_expr = true;
   lower_c99_full_expr(supplement->increment_expr);
+  loop_repeats_expr = false;
   lower_c99_statement(statement->variant.loop.body);
 }
 
-void lower_c99_statement(a_statement* statement) {
-  check_stack_limit();
-  if (statement == nullptr)
-    return;
-  code_pos_for_lowering = statement->position;
+static void lower_statement_by_kind(a_statement* statement) {
   switch (statement->kind) {
   case stmk_expr:
   case stmk_return:
@@ -216,7 +225,7 @@ void lower_c99_statement(a_statement* statement) {
     break;
   case stmk_while:
   case stmk_do:
-    lower_condition(statement->expr);
+    lower_repeated_condition(statement->expr);
     lower_c99_statement(statement->variant.loop.body);
     break;
   case stmk_for:
@@ -242,6 +251,18 @@ void lower_c99_statement(a_statement* statement) {
   default:
     break;
   }
+}
+
+void lower_c99_statement(a_statement* statement) {
+  check_stack_limit();
+  if (statement == nullptr)
+    return;
+  a_statement* saved_pending = pending_stmk_init_statements;
+  pending_stmk_init_statements = nullptr;
+  code_pos_for_lowering = statement->position;
+  lower_statement_by_kind(statement);
+  insert_pending_stmk_init_statements(statement);
+  pending_stmk_init_statements = saved_pending;
 }
 
 // ---- Scopes ----

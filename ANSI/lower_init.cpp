@@ -25,7 +25,7 @@ struct an_init_step {
 struct an_init_walk {
   a_variable* variable;
   std::vector<an_init_step> path;
-  a_statement* last_statement; // new statements go behind it
+  std::vector<an_expr_node*> assignments; // in order
 };
 
 // ---- The place of a part ----
@@ -45,14 +45,6 @@ an_expr_node* part_lvalue(const an_init_walk& walk) {
     object = step.field != nullptr ? field_lvalue_selection_expr(object, step.field)
                                    : element_lvalue(object, step.index);
   return object;
-}
-
-void insert_statement(an_init_walk& walk, a_statement* statement) {
-  statement->position = code_pos_for_lowering;
-  statement->parent = walk.last_statement->parent;
-  statement->next = walk.last_statement->next;
-  walk.last_statement->next = statement;
-  walk.last_statement = statement;
 }
 
 // ---- The elements of an aggregate ----
@@ -94,7 +86,7 @@ void assign_values(a_constant* aggregate, an_init_walk& walk) {
     } else {
       an_expr_node* value = item->value.dynamic_init->variant.expr;
       lower_c99_full_expr(value);
-      insert_statement(walk, make_assignment_statement(part_lvalue(walk), value));
+      walk.assignments.push_back(make_assignment_expr(part_lvalue(walk), eok_assign, value));
     }
     walk.path.pop_back();
   });
@@ -128,17 +120,131 @@ bool clear_run_time_values(a_constant* aggregate) {
   return has_other_parts || (type->kind != tk_union && count < fields);
 }
 
-} // namespace
-
-void lower_nonconstant_aggregate(a_statement* statement) {
-  a_dynamic_init* init = statement->variant.dynamic_init;
-  a_statement* constant_part = change_statement_into_block(statement);
-  an_init_walk walk = {init->variable, {}, constant_part};
+// The assignments of the run-time values of an aggregate, which then holds
+// constants only. *is_complete: the assignments set the whole object.
+std::vector<an_expr_node*> take_run_time_values(a_dynamic_init* init, bool* is_complete) {
+  an_init_walk walk = {init->variable, {}, {}};
   // The aggregate keeps its values until the assignments are made of them.
   assign_values(init->variant.constant, walk);
-  if (clear_run_time_values(init->variant.constant))
-    init->kind = dik_constant;
-  else
-    set_statement_kind(constant_part, stmk_null);
+  *is_complete = !clear_run_time_values(init->variant.constant);
   init->contains_nonconstant = false;
+  return walk.assignments;
+}
+
+// ---- Compound literals ----
+
+a_variable* make_temporary(a_type* type) {
+  a_variable* temporary = alloc_temporary_variable(make_unqualified_type(type), false);
+  add_temporary_to_front_of_variables_list(temporary,
+                                           il_header.region_scope_table[curr_il_region_number]);
+  mark_as_needed(temporary, iek_variable);
+  return temporary;
+}
+
+an_expr_node* assignment_of_value(a_variable* variable, an_expr_node* value) {
+  return make_assignment_expr(var_lvalue_expr(variable),
+                              is_array_type(variable->type) ? eok_array_assign : eok_assign, value);
+}
+
+// A constant static with a value that is copied.
+an_expr_node* static_copy_of(a_constant* value) {
+  a_scope* scope = il_header.region_scope_table[curr_il_region_number];
+  a_variable* copy = alloc_variable(sc_static);
+  copy->type = make_qualified_type(value->type, tq_const);
+  copy->is_compiler_generated = true;
+  copy->source_corresp.position = code_pos_for_lowering;
+  copy->source_corresp.local_to_function = true;
+  add_temporary_to_front_of_variables_list(copy, scope);
+  make_local_static_variable_init(copy, scope->assoc.routine, initk_constant, value, nullptr);
+  mark_as_needed(copy, iek_variable);
+  return var_rvalue_expr(copy);
+}
+
+an_expr_node* constant_value(a_constant* value) {
+  bool is_scalar = value->kind != con_aggregate && value->kind != con_string;
+  return is_scalar ? alloc_node_for_allocated_constant(value) : static_copy_of(value);
+}
+
+void add_stmk_init_for_temp_init(a_variable* variable, a_dynamic_init* init) {
+  a_statement* statement = alloc_statement(stmk_init);
+  statement->position = code_pos_for_lowering;
+  statement->variant.dynamic_init = init;
+  variable->init_kind = initk_dynamic;
+  variable->initializer.dynamic = init;
+  a_statement** link = &pending_stmk_init_statements;
+  while (*link != nullptr)
+    link = &(*link)->next;
+  *link = statement;
+}
+
+// The assignments that give the object its value where the expression stands.
+std::vector<an_expr_node*> assignments_of(a_dynamic_init* init) {
+  if (init->kind == dik_expr)
+    return {assignment_of_value(init->variable, init->variant.expr)};
+  bool is_complete = false;
+  std::vector<an_expr_node*> assignments;
+  if (init->kind == dik_nonconstant_aggregate)
+    assignments = take_run_time_values(init, &is_complete);
+  if (!is_complete)
+    assignments.insert(assignments.begin(),
+                       assignment_of_value(init->variable, constant_value(init->variant.constant)));
+  return assignments;
+}
+
+} // namespace
+
+a_statement* pending_stmk_init_statements;
+
+void lower_temp_init(an_expr_node* expr, bool in_loop) {
+  a_dynamic_init* init = expr->variant.dynamic_init;
+  a_variable* variable = init->variable = make_temporary(expr->type);
+  bool is_lvalue = expr->is_lvalue;
+  if (init->kind != dik_expr)
+    lower_designated_initializers(init->variant.constant, init);
+  if (init->kind == dik_constant && !in_loop) {
+    add_stmk_init_for_temp_init(variable, init);
+    overwrite_node(expr, is_lvalue ? var_lvalue_expr(variable) : var_rvalue_expr(variable));
+    return;
+  }
+  // `*(object = value, &object)`, which is the object again.
+  an_expr_node* result = var_addr_expr(variable);
+  std::vector<an_expr_node*> assignments = assignments_of(init);
+  for (auto each = assignments.rbegin(); each != assignments.rend(); ++each)
+    result = make_comma_node(*each, result);
+  result = add_indirection_to_node(result);
+  result->is_lvalue = is_lvalue;
+  overwrite_node(expr, result);
+}
+
+void insert_pending_stmk_init_statements(a_statement* statement) {
+  a_statement* first = pending_stmk_init_statements;
+  pending_stmk_init_statements = nullptr;
+  if (first == nullptr)
+    return;
+  a_statement* inner = change_statement_into_block(statement);
+  statement->variant.block.first_statement = first;
+  for (;; first = first->next) {
+    first->parent = statement;
+    if (first->next == nullptr)
+      break;
+  }
+  first->next = inner;
+}
+
+void lower_nonconstant_aggregate(a_statement* statement) {
+  a_statement* constant_part = change_statement_into_block(statement);
+  a_dynamic_init* init = constant_part->variant.dynamic_init;
+  bool is_complete = false;
+  a_statement* last = constant_part;
+  for (an_expr_node* assignment : take_run_time_values(init, &is_complete)) {
+    a_statement* next = alloc_expr_statement(assignment);
+    next->position = code_pos_for_lowering;
+    next->parent = last->parent;
+    last->next = next;
+    last = next;
+  }
+  if (is_complete)
+    set_statement_kind(constant_part, stmk_null);
+  else
+    init->kind = dik_constant;
 }
