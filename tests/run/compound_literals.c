@@ -84,5 +84,6 @@ int main(void) {
     printf("two %g\n", *(double *){&(double){2.5}});
   }
   repeated(4);
-  return (struct point){calls, 0}.x;
+  printf("%d\n", (struct point){calls, 0}.x);
+  return 0;
 }
