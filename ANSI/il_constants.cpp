@@ -1,5 +1,6 @@
 #include "il_constants.h"
 
+#include "float_pt.h"
 #include "host_envir.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -655,11 +656,6 @@ bool has_non_file_scope_ref(const a_constant* constant) {
 
 // ---- Comparison ----
 
-static bool same_float_value(const a_float_value& a, const a_float_value& b) {
-  return memcmp(a.mantissa, b.mantissa, sizeof a.mantissa) == 0 && a.exponent == b.exponent &&
-         a.sign == b.sign;
-}
-
 static bool same_string_value(const a_string_value& a, const a_string_value& b, unsigned flags) {
   if ((flags & ccf_for_sharing) && a.sequence_number != b.sequence_number)
     return false;
@@ -800,10 +796,11 @@ static bool same_value(const a_constant* a, const a_constant* b, unsigned flags)
            same_string_value(a->value.string, b->value.string, flags);
   case con_float:
   case con_imaginary:
-    return same_float_value(a->value.float_value, b->value.float_value);
+    return fp_same_representation(&a->value.float_value, &b->value.float_value);
   case con_complex:
-    return same_float_value(a->value.complex_value->real, b->value.complex_value->real) &&
-           same_float_value(a->value.complex_value->imaginary, b->value.complex_value->imaginary);
+    return fp_same_representation(&a->value.complex_value->real, &b->value.complex_value->real) &&
+           fp_same_representation(&a->value.complex_value->imaginary,
+                                  &b->value.complex_value->imaginary);
   case con_address:
     return same_address_value(a->value.address, b->value.address, flags);
   case con_ptr_to_member:

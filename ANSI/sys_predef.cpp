@@ -248,7 +248,8 @@ bool is_predeclared_function(const a_symbol* symbol) {
   if (symbol->kind != symk_routine || symbol->position.seq != 0)
     return false;
   const a_routine* routine = symbol->variant.routine;
-  return routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0;
+  return routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0 &&
+         !routine->real_call;
 }
 
 a_symbol* forget_predeclared_function(a_symbol* symbol) {

@@ -21,6 +21,7 @@ bool builtin_function_is_enabled(const char* name);
 a_symbol* load_builtin_function(a_symbol_header* header);
 
 // A function that exists before the program and that the program hasn't declared.
+// The hooks are none: they are functions of the program.
 bool is_predeclared_function(const a_symbol* symbol);
 
 // For a declaration of something else under the name: takes a predeclared

@@ -348,6 +348,81 @@ static XI number_of(unsigned __int128 word) {
   return result;
 }
 
+static __int128 random_wide(std::mt19937_64& random) {
+  const auto word = static_cast<unsigned __int128>(random()) << 64 | random();
+  const auto part = static_cast<__int128>(word >> random() % 128);
+  return random() % 2 == 0 ? part : ~part;
+}
+
+TEST(XINT_TEST, CarriesBitsAndOrderAgreeWithTheCompilersIntegers) {
+  using an_unsigned = unsigned __int128;
+  std::mt19937_64 random{11};
+  for (int i = 0; i < 100000; i++) {
+    const __int128 x = random_wide(random), y = i % 16 == 0 ? x : random_wide(random);
+    const an_unsigned ux = static_cast<an_unsigned>(x), uy = static_cast<an_unsigned>(y);
+    const XI a = number_of(ux), b = number_of(uy);
+    XI result;
+    ASSERT_EQ(XI_add(&a, &b, &result), ux + uy < ux);
+    ASSERT_EQ(XI_sub(&a, &b, &result), ux < uy);
+    ASSERT_TRUE(value_of(result) == static_cast<__int128>(ux - uy));
+    XI_neg(&a, &result);
+    ASSERT_TRUE(value_of(result) == static_cast<__int128>(0 - ux));
+    XI_and(&a, &b, &result);
+    ASSERT_TRUE(value_of(result) == (x & y));
+    XI_or(&a, &b, &result);
+    ASSERT_TRUE(value_of(result) == (x | y));
+    XI_xor(&a, &b, &result);
+    ASSERT_TRUE(value_of(result) == (x ^ y));
+    XI_notb(&a, &result);
+    ASSERT_TRUE(value_of(result) == ~x);
+    const unsigned count = random() % 160;
+    XI_shl(&a, count, &result);
+    ASSERT_TRUE(value_of(result) == (count < 128 ? static_cast<__int128>(ux << count) : 0));
+    XI_shr(&a, count, &result);
+    ASSERT_TRUE(value_of(result) == x >> (count < 128 ? count : 127));
+    ASSERT_EQ(XI_lt(&a, &b), x < y);
+    ASSERT_EQ(XI_le(&a, &b), x <= y);
+    ASSERT_EQ(XI_gt(&a, &b), x > y);
+    ASSERT_EQ(XI_ge(&a, &b), x >= y);
+    ASSERT_EQ(XI_eq(&a, &b), x == y);
+    ASSERT_EQ(XI_ne(&a, &b), x != y);
+    ASSERT_EQ(XI_xtoi(&a), static_cast<int>(x));
+    ASSERT_EQ(XI_xtou(&a), static_cast<unsigned>(x));
+    ASSERT_EQ(XI_xtolli(&a), static_cast<long long>(x));
+    ASSERT_EQ(XI_xtollu(&a), static_cast<unsigned long long>(x));
+    XI_llitox(static_cast<long long>(x), &result);
+    ASSERT_TRUE(value_of(result) == static_cast<long long>(x));
+    XI_llutox(static_cast<unsigned long long>(x), &result);
+    ASSERT_TRUE(value_of(result) == static_cast<unsigned long long>(x));
+  }
+}
+
+TEST(XINT_TEST, ConvertsToAndFromFloatingPoint) {
+  std::mt19937_64 random{12};
+  for (int i = 0; i < 50000; i++) {
+    const __int128 x = random_wide(random);
+    const XI a = number_of(static_cast<unsigned __int128>(x));
+    simul_fval value;
+    XI back;
+    ASSERT_EQ(f_xtof(&a, &value), 0);
+    ASSERT_TRUE(same(rounded<double>(&value), static_cast<double>(x)));
+    ASSERT_TRUE(same(rounded<float>(&value), static_cast<float>(x)));
+    const double fraction = static_cast<double>(x) / 3;
+    value = simulated(fraction);
+    ASSERT_EQ(f_ftox(&value, &back), 0);
+    ASSERT_TRUE(value_of(back) == static_cast<__int128>(fraction));
+  }
+  const __int128 most = static_cast<__int128>(~static_cast<unsigned __int128>(0) >> 1);
+  XI back;
+  const simul_fval above = simulated(ldexp(1.0, 127)), below = simulated(-ldexp(1.0, 127));
+  EXPECT_EQ(f_ftox(&above, &back), -1);
+  EXPECT_TRUE(value_of(back) == most);
+  EXPECT_EQ(f_ftox(&below, &back), 0);
+  EXPECT_TRUE(value_of(back) == -most - 1);
+  EXPECT_EQ(f_ftox(&a_nan, &back), -1);
+  EXPECT_TRUE(value_of(back) == 0);
+}
+
 TEST(XINT_TEST, AgreesWithTheCompilersIntegers) {
   std::mt19937_64 random{3};
   for (int i = 0; i < 100000; i++) {
