@@ -252,6 +252,7 @@ TYPE* refused_file_type(const char* what) {
 TYPE* new_file_type(a_type* type, int mode) {
   switch (type->kind) {
   case tk_void:
+  case tk_unknown: // any object, to which a parameter refers
     return type_pkg->void_type;
   case tk_integer:
     return integer_file_type(type, mode);

@@ -51,3 +51,7 @@ void f(struct s *p, float x, unsigned long long wide) {
 // CHECK: (MCALL:void "__sxout"
 // CHECK: (MCALL:void "__sxchg"
 }
+void (*transfer(void))() {
+  return (void (*)())__xin;
+// CHECK: (UAND:void(unsigned, unsigned, unsigned, void*)* (NAME:void(unsigned, unsigned, unsigned, void*) __xin))
+}
