@@ -327,6 +327,7 @@ void fe_translation_unit_init() {
   il_header.primary_scope = new_file_scope(file_scope_number);
   push_file_scope(false);
   curr_translation_unit->unit_file_scope = il_header.primary_scope;
+  enter_predeclared_entities();
   enter_system_specific_predeclared_symbols();
   if (is_primary_translation_unit) {
     init_name_linkage_constants();

@@ -187,7 +187,8 @@ bool is_decl_start(unsigned options) {
   if (curr_token == tok_auto)
     return auto_storage_class_specifier_enabled || in_C_mode();
   if (is_storage_class_token(curr_token) || is_unsupported_specifier(curr_token) ||
-      curr_token == tok_static_assert || is_type_start(options))
+      curr_token == tok_static_assert || curr_token == tok_using || curr_token == tok_namespace ||
+      is_type_start(options))
     return true;
   return (options & dst_guess_misspelled_type) && is_misspelled_type(options);
 }

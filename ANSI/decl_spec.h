@@ -85,6 +85,8 @@ struct a_decl_parse_state {
   a_param_id* param_id_list;
   an_end_of_parse_action* end_of_parse_actions;
   a_decl_parse_state* head_state; // of the declaration; usually the state itself
+  const char* asm_name;           // of an asm name behind the declarator, or null
+  a_source_position asm_name_position;
   a_decl_parse_state* next_free;
 };
 

@@ -72,8 +72,6 @@ bool check_return_type(a_type* type, const a_source_position* position) {
     pos_error(ec_function_returning_array, position);
     return false;
   }
-  if (is_void_type(type) && get_type_qualifiers(type) != tq_none && strict_ansi_mode)
-    pos_diagnostic(strict_ansi_discretionary_severity, ec_qualified_void_return_type, position);
   return true;
 }
 

@@ -13,6 +13,7 @@ struct a_param_id {
   a_type* declared_type;
   a_type* type; // after adjustment; null while an old-style one is undeclared
   bool is_register;
+  bool is_implicit; // an old-style one that nothing declares
   a_source_position position;
   a_storage_kind storage_class;
   a_param_type* param_type;

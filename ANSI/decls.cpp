@@ -8,30 +8,55 @@
 #include "decls_int.h"
 #include "error.h"
 #include "expr.h"
+#include "extasm.h"
 #include "il.h"
 #include "lexical.h"
-#include "lookup.h"
 #include "mode_words.h"
 #include "pragma.h"
 #include "scope_stk.h"
 #include "stack_limit.h"
 #include "statements.h"
 #include "symbol_ref.h"
-#include "sys_predef.h"
 #include "types.h"
 
-bool is_in_function() {
-  return depth_innermost_function_scope >= 0;
-}
+#include <cstring>
 
 // ---- Declarations without declarators ----
 
+static bool is_unnamed_class(const a_type* type) {
+  type = skip_typerefs(type);
+  return is_class_struct_union_kind(type->kind) && type->source_corresp.is_unnamed;
+}
+
+static void report_useless_declaration(const a_decl_parse_state* state) {
+  pos_diagnostic(tolerated_breach_severity(), ec_useless_decl, &state->specifiers_position);
+}
+
+// `static union {...};`: the members are names of the scope around it (C++11
+// 9.5 p5).
+static void anonymous_union_declaration(a_decl_parse_state* state) {
+  if (!is_in_function() && state->storage_class != sc_static)
+    pos_error(ec_anon_union_storage_class, &state->specifiers_position);
+  if (state->qualifiers != tq_none)
+    pos_diagnostic(gnu_mode ? es_warning : es_discretionary_error,
+                   gnu_mode ? ec_anonymous_union_qualifier_ignored
+                            : ec_nonstandard_anonymous_union_qualifier,
+                   &state->specifiers_position);
+  pos_st_error(ec_feature_not_allowed_in_current_mode, &state->specifiers_position,
+               "anonymous union");
+}
+
 static void check_lone_tag_declaration(a_decl_parse_state* state) {
-  if (state->storage_class != sc_none && state->storage_class != sc_typedef)
+  if (state->storage_class == sc_typedef)
+    pos_warning(ec_missing_typedef_name, &state->specifiers_position);
+  else if (is_unnamed_class(state->type_specifier_type) && in_cplusplus_mode() &&
+           is_union_type(state->type_specifier_type))
+    anonymous_union_declaration(state);
+  else if (state->storage_class != sc_none)
     pos_diagnostic(strict_ansi_mode ? strict_ansi_discretionary_severity : es_warning,
                    ec_storage_class_requires_function_or_variable, &state->storage_class_position);
-  else if (state->storage_class == sc_typedef)
-    pos_warning(ec_missing_typedef_name, &state->specifiers_position);
+  else if (is_unnamed_class(state->type_specifier_type))
+    report_useless_declaration(state); // C99 6.7 p2: neither a declarator nor a tag
   else if (state->qualifiers != tq_none)
     pos_warning(ec_useless_type_qualifiers, &state->specifiers_position);
 }
@@ -40,20 +65,26 @@ static void check_lone_tag_declaration(a_decl_parse_state* state) {
 static void check_declaration_without_declarator(a_decl_parse_state* state) {
   if (state->decl_flags.specifier_error || is_error_type(state->type_specifier_type))
     return;
-  if (state->decl_flags.defines_tag || state->decl_flags.declares_tag)
+  if (state->decl_flags.defines_tag || state->decl_flags.declares_tag ||
+      is_unnamed_class(state->type_specifier_type))
     check_lone_tag_declaration(state);
-  else if (state->storage_class == sc_typedef && state->decl_flags.is_plain_void)
+  else if (state->storage_class == sc_typedef && state->type_specifier_type == void_type())
     pos_warning(ec_decl_of_void_ignored, &state->specifiers_position);
   else if (state->storage_class == sc_typedef)
     pos_error(ec_missing_typedef_name, &state->specifiers_position);
-  else if (state->decl_flags.no_type_given && state->qualifiers != tq_none)
+  else if (state->qualifiers != tq_none)
     pos_warning(ec_useless_type_qualifiers, &state->specifiers_position);
   else
-    pos_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_warning, ec_useless_decl,
-                   &state->specifiers_position);
+    report_useless_declaration(state);
 }
 
-// ---- One declarator ----
+// Behind a message at the `=`, which is itself a place to go on at.
+static void flush_initializer() {
+  get_token();
+  flush_tokens();
+}
+
+// ---- Old-style parameters ----
 
 static a_param_id* param_id_on_list(const a_symbol_locator* locator, a_param_id* list) {
   while (list && !(list->symbol && list->symbol->header == locator->header))
@@ -82,15 +113,13 @@ static void old_style_param_declaration(a_symbol_locator* locator, a_decl_parse_
   param->is_register = state->storage_class == sc_register;
   param->attributes = copy_of_attributes_list(state->attributes_before);
   append_attributes(&param->attributes, state->attributes_after);
-  // A float argument arrives as a double.
-  if (type_kind(param->type) == tk_float &&
-      skip_typerefs(param->type)->variant.float_kind == fk_float)
-    param->type = make_qualified_type(float_type(fk_double), get_type_qualifiers(param->type));
   if (curr_token == tok_assign) {
     pos_error(ec_initializer_in_param, &pos_curr_token);
-    flush_tokens();
+    flush_initializer();
   }
 }
+
+// ---- Variables ----
 
 static void check_nonfunction_declaration_errors(a_decl_parse_state* state,
                                                  const a_symbol_locator* locator) {
@@ -108,20 +137,21 @@ static unsigned flags_of_variable(const a_decl_parse_state* state, bool has_init
   bool is_extern = state->storage_class == sc_extern;
   if (has_initializer)
     return dvf_declaration | dvf_definition | dvf_initialized;
-  if (is_in_function())
+  if (is_in_function() || in_cplusplus_mode())
     return is_extern ? dvf_declaration : dvf_declaration | dvf_definition;
   bool is_tentative = state->storage_class == sc_none || state->storage_class == sc_static;
   return is_tentative ? dvf_declaration | dvf_definition | dvf_tentative : dvf_declaration;
 }
 
 // An array of unknown bound is completed by its initialiser, or at file scope
-// by a later declaration.
+// by a later declaration (C99 6.9.2 p3 excepts tentative definitions with
+// internal linkage, 6.7 p7 objects without linkage).
 static void check_completeness(a_decl_parse_state* state, const a_symbol_locator* locator,
                                unsigned flags) {
   a_type* type = state->declared_type;
   bool needs_type =
-      (flags & dvf_definition) &&
-      (is_in_function() || state->storage_class == sc_static || (flags & dvf_initialized));
+      (flags & dvf_definition) && (is_in_function() || in_cplusplus_mode() ||
+                                   state->storage_class == sc_static || (flags & dvf_initialized));
   if (!needs_type || !is_incomplete_type(type) || is_error_type(type))
     return;
   if (is_incomplete_array_type(type) && (flags & dvf_initialized))
@@ -130,35 +160,56 @@ static void check_completeness(a_decl_parse_state* state, const a_symbol_locator
   state->declared_type = error_type();
 }
 
+// The storage class that the declaration has, whatever was written: an object
+// of a block is automatic, and `extern int x = 1;` defines x.
+static a_storage_kind storage_of_variable(const a_decl_parse_state* state, bool has_initializer) {
+  if (is_in_function() && state->storage_class == sc_none)
+    return state->modifiers.thread_local_seen ? sc_static : sc_auto;
+  if (has_initializer && state->storage_class == sc_extern && !is_in_function())
+    return sc_none;
+  return state->storage_class;
+}
+
+// A static constant that nothing has referenced yet need not be stored.
+static void note_unreferenced_static(a_variable* variable) {
+  if (!keep_unneeded_statics && !is_in_function() && variable->storage_kind == sc_static &&
+      variable->init_kind == initk_constant && !variable->source_corresp.referenced &&
+      !is_volatile_qualified_type(variable->type))
+    variable->source_corresp.reference_state = ref_state_unreferenced_static;
+}
+
+static void scan_initializer(a_decl_parse_state* state) {
+  a_source_position equals_position = pos_curr_token;
+  get_token();
+  a_source_range range = {pos_curr_token, pos_curr_token};
+  state->decl_flags.is_initializing = true;
+  initializer(state);
+  state->decl_flags.is_initializing = false;
+  mark_variable_value_set(state->symbol);
+  range.end = curr_construct_end_position;
+  a_variable* variable = state->symbol->variant.variable;
+  note_definition_range(&variable->source_corresp, &equals_position, &range);
+  note_unreferenced_static(variable);
+}
+
 static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
   bool has_initializer = curr_token == tok_assign;
   check_nonfunction_declaration_errors(state, locator);
   a_storage_kind written = state->storage_class;
-  if (is_in_function() && written == sc_none)
-    state->storage_class = sc_auto;
-  else if (has_initializer && written == sc_extern && !is_in_function())
-    state->storage_class = sc_none; // `extern int x = 1;` defines x
+  state->storage_class = storage_of_variable(state, has_initializer);
   unsigned flags = flags_of_variable(state, has_initializer);
   check_completeness(state, locator, flags);
   decl_variable(locator, state, flags);
-  if (has_initializer) {
-    get_token();
-    state->decl_flags.is_initializing = true;
-    initializer(state);
-    state->decl_flags.is_initializing = false;
-    mark_variable_value_set(state->symbol);
-  } else if (flags & dvf_definition) {
+  if (has_initializer)
+    scan_initializer(state);
+  else if (flags & dvf_definition)
     def_initializer(state->symbol, &locator->position);
-  }
   state->storage_class = written;
 }
 
-static void routine_declaration(a_symbol_locator* locator, a_decl_parse_state* state,
-                                a_func_info_block* func_info) {
-  if (func_info->is_old_style && func_info->param_id_list) {
-    pos_error(ec_param_id_list_needs_function_def, &locator->position);
-    func_info->param_id_list = nullptr;
-  }
+// ---- One declarator ----
+
+static void check_storage_class_of_routine(a_decl_parse_state* state) {
   if (state->storage_class == sc_auto || state->storage_class == sc_register) {
     pos_error(ec_bad_function_storage_class, &state->storage_class_position);
     state->storage_class = sc_none;
@@ -167,9 +218,29 @@ static void routine_declaration(a_symbol_locator* locator, a_decl_parse_state* s
     pos_error(ec_block_scope_function_must_be_extern, &state->storage_class_position);
     state->storage_class = sc_none;
   }
+}
+
+static void routine_declaration(a_symbol_locator* locator, a_decl_parse_state* state,
+                                a_func_info_block* func_info) {
+  if (func_info->is_old_style && func_info->param_id_list) {
+    pos_error(ec_param_id_list_needs_function_def, &locator->position);
+    func_info->param_id_list = nullptr;
+  }
+  check_storage_class_of_routine(state);
   decl_routine(locator, state, func_info, drf_declaration);
-  if (curr_token == tok_lparen)
+  if (curr_token == tok_lparen) {
     pos_sy_error(ec_lparen_after_function, &pos_curr_token, state->symbol);
+    flush_tokens();
+  }
+}
+
+static void typedef_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
+  check_nonfunction_declaration_errors(state, locator);
+  decl_typedef(locator, state);
+  if (curr_token == tok_assign) {
+    pos_sy_error(ec_cannot_initialize, &pos_curr_token, state->symbol);
+    flush_initializer();
+  }
 }
 
 // Whether a body follows the declarator of a function.
@@ -178,7 +249,7 @@ static bool is_start_of_definition(const a_decl_parse_state* state,
   if (!state->parse_flags.is_top_level || state->storage_class == sc_typedef ||
       !is_function_type(state->declared_type))
     return false;
-  if (curr_token == tok_lbrace)
+  if (curr_token == tok_lbrace || is_deleted_definition())
     return true;
   return func_info->is_old_style && func_info->param_id_list && is_decl_start(0);
 }
@@ -190,15 +261,9 @@ static bool declare(a_symbol_locator* locator, a_decl_parse_state* state,
     old_style_param_declaration(locator, state);
   } else if (is_start_of_definition(state, func_info)) {
     function_definition(locator, state, func_info);
-    state->parse_flags.is_function_definition = true;
     return false;
   } else if (state->storage_class == sc_typedef) {
-    check_nonfunction_declaration_errors(state, locator);
-    decl_typedef(locator, state);
-    if (curr_token == tok_assign) {
-      pos_sy_error(ec_cannot_initialize, &pos_curr_token, state->symbol);
-      flush_tokens();
-    }
+    typedef_declaration(locator, state);
   } else if (is_function_type(state->declared_type)) {
     routine_declaration(locator, state, func_info);
   } else {
@@ -207,27 +272,19 @@ static bool declare(a_symbol_locator* locator, a_decl_parse_state* state,
   return true;
 }
 
-static void refuse_declarator_suffix() {
-  if (curr_token != tok_asm)
-    return;
-  pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
-  get_token();
-  if (curr_token == tok_lparen)
-    flush_until_matching_token();
-}
-
 static void init_declarator_list(a_decl_parse_state* state) {
   a_symbol_locator locator;
   a_func_info_block func_info;
-  a_decl_parse_state specifiers = *state;
+  const a_storage_kind storage_class = state->storage_class;
   add_stop_token(tok_comma);
   add_stop_token(tok_assign);
   for (;;) {
     clear_func_info(&func_info);
-    state->storage_class = specifiers.storage_class;
-    state->attributes_after = scan_gnu_attribute_groups(al_specifiers);
+    state->storage_class = storage_class;
+    state->asm_name = nullptr;
     declarator(do_name_required, state, nullptr, &locator, &func_info);
-    refuse_declarator_suffix();
+    state->attributes_after = scan_gnu_attribute_groups(al_specifiers);
+    scan_gnu_asm_name(state);
     append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
     bool more = declare(&locator, state, &func_info);
     run_end_of_parse_actions(state, true);
@@ -240,6 +297,15 @@ static void init_declarator_list(a_decl_parse_state* state) {
 
 // ---- Declarations ----
 
+// `f() {...}` is a function that returns int, in C++ for `main` alone.
+static bool is_start_without_type(const a_decl_parse_state* state) {
+  if (!state->parse_flags.is_top_level || curr_token != tok_identifier)
+    return false;
+  if (in_cplusplus_mode() && strcmp(locator_for_curr_id.header->identifier, "main") != 0)
+    return false;
+  return next_token() == tok_lparen && !curr_type_symbol();
+}
+
 static unsigned options_of_specifiers(const a_decl_parse_state* state) {
   unsigned options = dso_type_specifiers | dso_storage_class;
   if (state->parse_flags.is_file_scope)
@@ -248,27 +314,29 @@ static unsigned options_of_specifiers(const a_decl_parse_state* state) {
     options |= dso_parameter;
   if (state->parse_flags.is_for_init)
     options |= dso_for_init;
-  // `f() {...}` is a function that returns int.
-  if (state->parse_flags.is_top_level && in_C_mode() && curr_token == tok_identifier) {
-    a_token_kind next = next_token();
-    if (next == tok_lparen && !curr_type_symbol())
-      options |= dso_no_type_required;
-  }
+  if (is_start_without_type(state))
+    options |= dso_no_type_required;
   return options;
 }
 
-static bool is_special_declaration(a_decl_parse_state* state) {
-  if (curr_token == tok_semicolon) {
+static void lone_semicolon(const a_decl_parse_state* state) {
+  if (!state->parse_flags.is_file_scope)
+    pos_error(ec_exp_declaration, &pos_curr_token);
+  else if (in_C_mode() || std_version < 201103) // C++11 has empty declarations
     pos_diagnostic(strict_ansi_mode ? strict_ansi_discretionary_severity : es_remark,
                    ec_extra_semicolon, &pos_curr_token);
-  } else if (curr_token == tok_static_assert) {
+}
+
+// What is no list of specifiers and declarators, up to its `;`.
+static bool is_special_declaration(a_decl_parse_state* state) {
+  if (curr_token == tok_semicolon)
+    lone_semicolon(state);
+  else if (curr_token == tok_static_assert)
     static_assert_declaration();
-  } else if (curr_token == tok_asm || curr_token == tok_ms_asm) {
-    pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
-    flush_tokens();
-  } else {
+  else if (curr_token == tok_asm || curr_token == tok_ms_asm)
+    asm_declaration(false);
+  else if (!is_cplusplus_declaration(state))
     return false;
-  }
   state->declared_type = error_type();
   return true;
 }
@@ -280,9 +348,37 @@ static bool can_begin_declarator() {
 static void report_missing_type(const a_decl_parse_state* state) {
   if (!state->decl_flags.no_type_given || state->decl_flags.specifier_error)
     return;
+  bool is_main =
+      curr_token == tok_identifier && strcmp(locator_for_curr_id.header->identifier, "main") == 0;
   bool is_error = std_version >= 199901 && strict_ansi_mode;
-  pos_diagnostic(is_error ? strict_ansi_error_severity : es_warning, ec_missing_type_specifier,
+  pos_diagnostic(is_error ? strict_ansi_error_severity : es_warning,
+                 is_main ? ec_implicit_int_on_main : ec_missing_type_specifier,
                  &state->specifiers_position);
+}
+
+// A single declaration of `extern "C"` is `extern`, and nothing else (C++11 7.5
+// p7).
+static void apply_linkage_prefix(a_decl_parse_state* state) {
+  if (!state->parse_flags.has_linkage_specification)
+    return;
+  if (state->storage_class == sc_none)
+    state->storage_class = state->storage_class_before_declarator = sc_extern;
+  else if (state->storage_class == sc_static)
+    pos_error(ec_mult_storage_classes, &state->storage_class_position);
+}
+
+static void declaration_with_specifiers(a_decl_parse_state* state) {
+  a_token_sequence_number first = curr_token_sequence_number;
+  decl_specifiers(options_of_specifiers(state), state);
+  report_missing_type(state);
+  apply_linkage_prefix(state);
+  if (curr_token == tok_semicolon)
+    check_declaration_without_declarator(state);
+  else if (can_begin_declarator() || !state->decl_flags.specifier_error)
+    init_declarator_list(state);
+  // A token that begins no declaration must not hold the loop.
+  if (curr_token_sequence_number == first && curr_token != tok_end_of_source)
+    get_token();
 }
 
 void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range) {
@@ -292,19 +388,12 @@ void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range
   while (curr_token == tok_extension)
     get_token();
   add_stop_token(tok_semicolon);
-  if (!is_special_declaration(state)) {
-    a_token_sequence_number first = curr_token_sequence_number;
-    decl_specifiers(options_of_specifiers(state), state);
-    report_missing_type(state);
-    if (curr_token == tok_semicolon)
-      check_declaration_without_declarator(state);
-    else if (can_begin_declarator() || !state->decl_flags.specifier_error)
-      init_declarator_list(state);
-    // A token that begins no declaration must not hold the loop.
-    if (curr_token_sequence_number == first && curr_token != tok_end_of_source)
-      get_token();
-  }
+  scan_linkage_prefix(state);
+  if (!is_special_declaration(state))
+    declaration_with_specifiers(state);
   discard_end_of_parse_actions(state);
+  if (state->parse_flags.has_linkage_specification)
+    pop_name_linkage();
   if (range)
     range->end = end_pos_curr_token;
   if (!state->parse_flags.is_function_definition && !state->parse_flags.is_for_init)
@@ -331,11 +420,28 @@ void for_init_declaration() {
   scan_nonmember_declaration(&state, nullptr);
 }
 
-// C11 6.7.10, at the keyword; the `;` is left.
+// ---- Static assertions (C11 6.7.10, C++11 7 p4) ----
+
+// The message, behind its comma. C++17 lets it away.
+static const char* static_assert_message() {
+  const char* message = "";
+  if (in_cplusplus_mode() && curr_token == tok_rparen) {
+    if (std_version < 201703)
+      pos_diagnostic(gnu_mode ? es_warning : es_discretionary_error, ec_terse_static_assert,
+                     &pos_curr_token);
+    return message;
+  }
+  if (required_token(tok_comma, ec_exp_comma)) {
+    if (curr_token == tok_string && const_for_curr_token.kind == con_string)
+      message = const_for_curr_token.value.string.text;
+    required_token(tok_string, ec_exp_string_literal);
+  }
+  return message;
+}
+
 void static_assert_declaration() {
   a_source_position position = pos_curr_token;
   a_constant condition;
-  const char* message = "";
   get_token();
   if (!required_token(tok_lparen, ec_exp_lparen))
     return;
@@ -343,108 +449,46 @@ void static_assert_declaration() {
   add_stop_token(tok_comma);
   scan_integral_constant_expression(&condition);
   remove_stop_token(tok_comma);
-  if (required_token(tok_comma, ec_exp_comma)) {
-    if (curr_token == tok_string && const_for_curr_token.kind == con_string)
-      message = const_for_curr_token.value.string.text;
-    required_token(tok_string, ec_exp_string_literal);
-  }
+  const char* message = static_assert_message();
   remove_stop_token(tok_rparen);
   required_token(tok_rparen, ec_exp_rparen);
   if (condition.kind == con_integer && condition.value.int_value == 0)
     pos_st_error(ec_static_assert, &position, message);
 }
 
-// ---- Typedefs ----
-
-static void redeclare_typedef(a_symbol* previous, a_symbol_locator* locator,
-                              a_decl_parse_state* state) {
-  if (previous->kind != symk_type) {
-    pos_sy_error(ec_not_compatible_with_previous_decl, &locator->position, previous);
-  } else if (identical_types(previous->variant.type, state->declared_type)) {
-    // C11 6.7 p3.
-    bool is_permitted = std_version >= 201112 || gnu_mode;
-    pos_diagnostic(is_permitted       ? es_remark
-                   : strict_ansi_mode ? strict_ansi_error_severity
-                                      : es_warning,
-                   ec_duplicate_typedef, &locator->position);
-  } else if (!is_error_type(state->declared_type) && !is_error_type(previous->variant.type)) {
-    pos_sy_error(ec_not_compatible_with_previous_decl, &locator->position, previous);
-  }
-  state->symbol = previous;
-}
-
-void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state) {
-  locator->symbol = nullptr;
-  a_symbol* previous = forget_predeclared_function(curr_scope_id_lookup(locator, ilo_none));
-  if (previous) {
-    redeclare_typedef(previous, locator, state);
-    attach_decl_attributes(state, false);
-    return;
-  }
-  locator->symbol = nullptr;
-  bool check = true;
-  a_type* type = make_typedef_type(state->declared_type);
-  a_symbol* symbol = enter_symbol(symk_type, locator, decl_scope_level, &check);
-  symbol->variant.type = type;
-  set_source_corresp_with_scope_depth(&type->source_corresp, symbol, decl_scope_level);
-  add_to_types_list(type, decl_scope_level);
-  record_symbol_declaration(srk_definition, symbol, &locator->position, nullptr);
-  record_entity_in_decl_stmt_if_needed(symbol);
-  state->symbol = symbol;
-  attach_decl_attributes(state, false);
-}
-
-// ---- Redeclaration ----
-
-// C99 6.7 p4. An unknown bound and an error type match anything.
-bool redeclaration_types_are_compatible(a_type* new_type, a_type* old_type) {
-  return f_types_are_compatible(new_type, old_type, tcf_error_matches | tcf_allow_unknown_bound);
-}
-
-void report_incompatible_redeclaration(const a_source_position* position, a_symbol* symbol) {
-  pos_sy_error(ec_not_compatible_with_previous_decl, position, symbol);
-}
-
-static bool symbol_has_linkage(const a_symbol* symbol) {
-  const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
-  return corresp && corresp->linkage != idl_none &&
-         (symbol->kind == symk_variable || symbol->kind == symk_routine ||
-          symbol->kind == symk_extern_variable || symbol->kind == symk_extern_routine);
-}
-
-bool is_hidden_by_local(const a_symbol_locator* locator) {
-  a_symbol_locator own = *locator;
-  own.symbol = nullptr;
-  a_symbol* symbol = normal_id_lookup(&own, ilo_none);
-  return symbol && symbol->scope_number != file_scope_number && !symbol_has_linkage(symbol);
-}
-
-// C99 6.2.2 p4: a declaration with linkage names the entity that an outer
-// declaration of that name with linkage does, visible or not.
-a_symbol* find_linked_declaration(a_symbol_locator* locator, bool has_linkage) {
-  if (locator->is_error_locator)
-    return nullptr;
-  locator->symbol = nullptr;
-  a_symbol* symbol = curr_scope_id_lookup(locator, ilo_none);
-  locator->symbol = nullptr;
-  if (symbol || !has_linkage)
-    return symbol;
-  symbol = normal_id_lookup(locator, ilo_none);
-  locator->symbol = nullptr;
-  if (symbol && symbol_has_linkage(symbol))
-    return symbol;
-  for (symbol = locator->header->first_symbol; symbol; symbol = symbol->next_homonym)
-    if (symbol->scope_number == file_scope_number && symbol_has_linkage(symbol))
-      return symbol;
-  return find_extern_symbol(locator->header);
-}
-
 // ---- The translation unit ----
+
+// C99 6.7.4 p6: another unit has the external definition of such a function;
+// the body here is for inlining.
+static void mark_inline_definitions() {
+  if (!in_C_mode())
+    return;
+  for (a_routine* routine = il_header.primary_scope->routines; routine; routine = routine->next)
+    if (routine->is_inline && routine->defined && !routine->has_external_declaration &&
+        routine->source_corresp.linkage == idl_external)
+      routine->defined_elsewhere = true;
+}
+
+static void check_misra_rules_at_start() {
+  if (check_misra_c_2004 && in_C_mode() && curr_token != tok_end_of_source && !strict_ansi_mode)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_1_1, &pos_curr_token);
+}
+
+static void check_misra_rules_at_end() {
+  if (!check_misra_c_2004)
+    return;
+  for (a_variable* variable = il_header.primary_scope->variables; variable;
+       variable = variable->next)
+    if (variable->storage_kind == sc_extern && variable->source_corresp.symbol)
+      pos_sy_diagnostic(misra_required_severity, ec_misra_c_2004_8_7,
+                        &variable->source_corresp.position, variable->source_corresp.symbol);
+}
 
 void translation_unit() {
   get_token();
   if (curr_token == tok_end_of_source && in_C_mode() && strict_ansi_mode)
     pos_diagnostic(strict_ansi_error_severity, ec_empty_translation_unit, &pos_curr_token);
+  check_misra_rules_at_start();
   push_stop_token_stack();
   check_for_stdc_pragmas();
   while (curr_token != tok_end_of_source) {
@@ -452,6 +496,8 @@ void translation_unit() {
     check_for_stdc_pragmas();
   }
   pop_stop_token_stack();
+  check_misra_rules_at_end();
+  mark_inline_definitions();
   process_alias_fixup_list();
   process_pragmas_at_end_of_source();
 }

@@ -39,7 +39,23 @@ void scan_function_body(a_routine* routine, a_func_info_block* func_info);
 
 a_routine* make_routine(a_type* type, a_storage_kind storage, int depth);
 
+// C11 6.7.10 and C++11 7 p4, at the keyword; the `;` is left.
 void static_assert_declaration();
+// Text for the assembler, at the keyword; the `;` is left. A declaration is
+// listed with its scope, a statement is what becomes of the entry.
+an_asm_entry* asm_declaration(bool is_statement);
+// `asm("name")` behind a declarator, if it is there: noted in the state.
+void scan_gnu_asm_name(a_decl_parse_state* state);
+// `using name = type`, at the name; the `;` is left (C++11 7.1.3 p2).
+void alias_declaration();
+
+// Puts target modifiers of the declaration onto its entity.
+void update_variable_decl_modifiers(a_decl_parse_state* state);
+void update_routine_decl_modifiers(a_routine* routine, const a_decl_parse_state* state);
+
+// What a C++ unit declares before its first line (C++11 3.7.4 p2, 18.7.1): the
+// namespaces std and abi, the class type_info, the allocation functions.
+void enter_predeclared_entities();
 
 void decls_one_time_init();
 void decls_init();

@@ -1,20 +1,31 @@
-// Declarations and definitions of functions (C99 6.7.5.3, 6.9.1).
+// Declarations of functions (C99 6.7.5.3, C++11 8.3.5): redeclaration,
+// overloading, and which definitions of inline functions others may use.
 
 #include "attribute.h"
 #include "decls_int.h"
 #include "error.h"
-#include "expr.h"
 #include "il.h"
 #include "il_alloc.h"
-#include "layout.h"
-#include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
 #include "scope_stk.h"
-#include "statements.h"
 #include "symbol_ref.h"
 #include "sys_predef.h"
 #include "types.h"
+
+namespace {
+
+// What one declaration of a function asks for, and what it found.
+struct a_routine_declaration {
+  a_symbol_locator* locator;
+  a_decl_parse_state* state;
+  unsigned flags;
+  bool is_definition;
+  a_symbol* match;     // an earlier declaration of the function, or null
+  a_symbol* neighbour; // of the scope: a function, or a set, to stand beside; or null
+};
+
+} // namespace
 
 a_routine* make_routine(a_type* type, a_storage_kind storage, int depth) {
   a_routine* routine = alloc_routine();
@@ -24,74 +35,320 @@ a_routine* make_routine(a_type* type, a_storage_kind storage, int depth) {
   return routine;
 }
 
-// The function that the declaration declares again. A predeclared function gives
-// way to a static one and to one of another type.
-static a_symbol* find_routine(a_symbol_locator* locator, const a_decl_parse_state* state) {
-  a_symbol* match = find_linked_declaration(locator, true);
-  if (match && is_predeclared_function(match) &&
-      (state->storage_class == sc_static ||
-       !redeclaration_types_are_compatible(state->declared_type, match->variant.routine->type)))
-    return forget_predeclared_function(match);
-  return match;
-}
-
 static bool is_routine_symbol(const a_symbol* symbol) {
   return symbol->kind == symk_routine || symbol->kind == symk_extern_routine;
 }
 
-// ---- Redeclaration ----
+static a_name_linkage_kind name_linkage_of(a_type* type) {
+  return is_function_type(type)
+             ? static_cast<a_name_linkage_kind>(
+                   skip_typerefs(type)->variant.routine.routine_supplement->name_linkage)
+             : nlk_none;
+}
 
+// ---- The type (C99 6.2.7) ----
+
+static bool routine_types_are_compatible(a_type* new_type, a_type* old_type) {
+  if (in_C_mode())
+    return redeclaration_types_are_compatible(new_type, old_type);
+  return f_types_are_compatible(new_type, old_type, tcf_error_matches | tcf_ignore_linkage);
+}
+
+// The type of a definition knows its parameters; but a prototype that is
+// already known goes on telling calls what to convert to.
 static void reconcile_routine_types(a_routine* routine, a_type* new_type, bool is_definition) {
   a_type* old_type = routine->type;
   if (is_error_type(new_type) || is_error_type(old_type))
     return;
-  // The type of a definition knows its parameters.
   if (is_definition)
-    routine->type =
-        routine_type_is_prototyped(new_type) ? composite_type(new_type, old_type) : new_type;
+    routine->type = composite_type(new_type, old_type);
   else if (!routine->defined && !routine->has_body)
     routine->type = composite_type(new_type, old_type);
 }
 
-// C99 6.2.2 p5: a function is declared as with `extern`, which takes the
-// linkage of a visible declaration only.
-static void reconcile_storage(a_routine* routine, a_decl_parse_state* state,
-                              const a_symbol_locator* locator) {
-  bool was_static = routine->source_corresp.linkage == idl_internal;
-  bool wants_static = state->storage_class == sc_static;
-  if (was_static ? wants_static || !is_hidden_by_local(locator) : !wants_static)
-    return;
-  pos_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_warning, ec_linkage_conflict,
-                 &locator->position);
+static bool is_unprototyped_redeclaration(a_type* new_type, a_type* old_type) {
+  return gcc_mode && is_function_type(new_type) && is_function_type(old_type) &&
+         !routine_type_is_prototyped(new_type) && routine_type_is_prototyped(old_type);
 }
 
-static void redeclare_routine(a_symbol* match, a_symbol_locator* locator, a_decl_parse_state* state,
-                              bool is_definition) {
-  a_routine* routine = match->variant.routine;
-  if (match->position.seq == 0)
-    match->position = routine->source_corresp.position = locator->position;
-  if (redeclaration_types_are_compatible(state->declared_type, routine->type)) {
-    reconcile_routine_types(routine, state->declared_type, is_definition);
-  } else {
-    report_incompatible_redeclaration(&locator->position, match);
-    if (is_definition)
-      routine->type = state->declared_type;
+static void report_incompatible_types(a_routine_declaration* decl, a_routine* routine) {
+  a_type* new_type = decl->state->declared_type;
+  const a_source_position* position = &decl->locator->position;
+  if (is_unprototyped_redeclaration(new_type, routine->type) &&
+      types_are_compatible(return_type_of(new_type), return_type_of(routine->type))) {
+    pos_sy_warning(ec_prototype_lost, position, decl->match);
+    if (!routine->has_body)
+      routine->type = new_type;
+    return;
   }
-  reconcile_storage(routine, state, locator);
-  if (state->modifiers.inline_seen && routine->called && !routine->is_inline)
-    pos_sy_remark(ec_called_function_redeclared_inline, &locator->position, match);
+  report_incompatible_redeclaration(position, decl->match);
+  if (decl->is_definition || !routine->has_body)
+    routine->type = new_type;
+}
+
+// C++11 7.5 p5: a later declaration without a linkage specification keeps the
+// linkage of the first.
+static void reconcile_name_linkage(a_routine_declaration* decl, a_routine* routine) {
+  a_type* new_type = decl->state->declared_type;
+  if (in_C_mode() || is_error_type(new_type) || is_error_type(routine->type) ||
+      name_linkage_of(new_type) == name_linkage_of(routine->type))
+    return;
+  if (decl->state->parse_flags.has_linkage_specification ||
+      name_linkage_of(new_type) != nlk_cplusplus)
+    pos_sy_error(ec_decl_incompatible_with_previous_use, &decl->locator->position, decl->match);
+  else
+    skip_typerefs(new_type)->variant.routine.routine_supplement->name_linkage =
+        name_linkage_of(routine->type);
+}
+
+// ---- Default arguments (C++11 8.3.6) ----
+
+static a_param_type* param_types_of(a_type* type) {
+  return is_function_type(type)
+             ? skip_typerefs(type)->variant.routine.routine_supplement->param_types
+             : nullptr;
+}
+
+// A declaration adds to the default arguments of those before it and repeats
+// none (p4).
+static void merge_default_args(a_routine_declaration* decl, a_routine* routine) {
+  a_param_type* param = param_types_of(decl->state->declared_type);
+  for (a_param_type* old = param_types_of(routine->type); old && param;
+       old = old->next, param = param->next) {
+    if (param->has_default_arg && old->has_default_arg) {
+      pos_error(ec_default_arg_already_defined, &decl->locator->position);
+    } else if (old->has_default_arg) {
+      param->has_default_arg = true;
+      param->default_arg_is_deferred = old->default_arg_is_deferred;
+      param->default_arg_expr = old->default_arg_expr;
+    }
+  }
+}
+
+static void check_default_args(const a_routine_declaration* decl) {
+  bool has_default = false;
+  for (const a_param_type* param = param_types_of(decl->state->declared_type); param;
+       param = param->next) {
+    if (has_default && !param->has_default_arg && !param->is_parameter_pack) {
+      pos_error(ec_default_arg_not_at_end, &decl->locator->position);
+      return;
+    }
+    has_default = param->has_default_arg;
+  }
+}
+
+// ---- The linkage (C99 6.2.2 p5, p7) ----
+
+// A function is declared as with `extern`, which takes the linkage of a visible
+// declaration only. One that isn't defined yet may still become `static`.
+static void reconcile_storage(a_routine_declaration* decl, a_routine* routine) {
+  bool was_static = routine->source_corresp.linkage == idl_internal;
+  bool wants_static = decl->state->storage_class == sc_static;
+  if (was_static && !wants_static && !is_hidden_by_local(decl->locator)) {
+    if (check_misra_c_2004 && !is_in_function())
+      pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_11, &decl->locator->position);
+    return;
+  }
+  if (was_static == wants_static ||
+      (wants_static && routine->source_corresp.symbol && routine->source_corresp.symbol->is_error))
+    return;
+  report_linkage_conflict(&decl->locator->position);
+  if (wants_static && routine->storage_kind == sc_extern) {
+    routine->source_corresp.linkage = idl_internal;
+    routine->storage_kind = sc_static;
+  }
+}
+
+// ---- Matches ----
+
+static bool is_same_function(a_type* new_type, const a_symbol* symbol) {
+  a_type* old_type = symbol->variant.routine->type;
+  if (is_error_type(new_type) || is_error_type(old_type))
+    return true;
+  return param_types_are_compatible_full(skip_typerefs(new_type), skip_typerefs(old_type),
+                                         tcf_error_matches | tcf_distinct_enums, nullptr);
+}
+
+// The function of a set that the declaration declares again, by its parameters
+// (C++11 13.1).
+static a_symbol* select_overload(a_type* type, a_symbol* symbol) {
+  if (symbol->kind != symk_overloaded_function)
+    return is_routine_symbol(symbol) && is_same_function(type, symbol) ? symbol : nullptr;
+  for (a_symbol* s = symbol->variant.overload_list; s; s = s->next_homonym) {
+    a_symbol* function = fundamental_symbol_of(s);
+    if (is_routine_symbol(function) && is_same_function(type, function))
+      return function;
+  }
+  return nullptr;
+}
+
+static bool has_function_of_c(a_symbol* symbol) {
+  if (symbol->kind != symk_overloaded_function)
+    return is_routine_symbol(symbol) && name_linkage_of(symbol->variant.routine->type) == nlk_c;
+  for (a_symbol* s = symbol->variant.overload_list; s; s = s->next_homonym)
+    if (has_function_of_c(fundamental_symbol_of(s)))
+      return true;
+  return false;
+}
+
+static void refuse_match(a_routine_declaration* decl) {
+  set_to_error_locator(decl->locator);
+  decl->match = decl->neighbour = nullptr;
+}
+
+// In C++ the parameters tell whether the function found is meant.
+static void choose_overload(a_routine_declaration* decl) {
+  a_symbol* found = decl->match;
+  if (!is_function_symbol_kind(found->kind) && found->kind != symk_extern_routine)
+    return;
+  bool is_of_scope = found->scope_number == scope_stack[decl_scope_level].number;
+  decl->match = select_overload(decl->state->declared_type, found);
+  if (!decl->match) {
+    decl->neighbour = is_of_scope ? found : nullptr;
+    // C++11 7.5 p6: functions of C with one name are one function.
+    if (name_linkage_of(decl->state->declared_type) == nlk_c && has_function_of_c(found))
+      pos_sy_error(ec_overloaded_function_linkage, &decl->locator->position, found);
+  } else if (!is_error_type(decl->state->declared_type) &&
+             !is_error_type(decl->match->variant.routine->type) &&
+             !identical_types(return_type_of(decl->state->declared_type),
+                              return_type_of(decl->match->variant.routine->type))) {
+    pos_error(ec_return_type_cannot_distinguish_functions, &decl->locator->position);
+    refuse_match(decl);
+  }
+}
+
+// A function of C in another namespace is the same function.
+static void find_function_of_c(a_routine_declaration* decl) {
+  if (in_C_mode() || decl->match || decl->locator->is_error_locator ||
+      name_linkage_of(decl->state->declared_type) != nlk_c)
+    return;
+  const a_symbol_header* header = decl->locator->header;
+  for (a_symbol* chain : {header->first_symbol, header->first_inactive_symbol})
+    for (a_symbol* symbol = chain; symbol; symbol = symbol->next_homonym)
+      if (symbol->kind == symk_routine && !symbol->is_class_member &&
+          name_linkage_of(symbol->variant.routine->type) == nlk_c &&
+          is_same_function(decl->state->declared_type, symbol)) {
+        decl->match = symbol;
+        return;
+      }
+}
+
+// A predeclared function gives way to a static one, and with a message to one
+// of another type.
+static void check_builtin(a_routine_declaration* decl) {
+  if (!decl->match || !is_predeclared_function(decl->match))
+    return;
+  bool is_hidden =
+      !routine_types_are_compatible(decl->state->declared_type, decl->match->variant.routine->type);
+  if (is_hidden)
+    pos_sy_remark(ec_builtin_function_hidden, &decl->locator->position, decl->match);
+  if (is_hidden || decl->state->storage_class == sc_static)
+    decl->match = forget_predeclared_function(decl->match);
+}
+
+// In the older GNU meaning the body of an `extern inline` function is there to
+// be inlined only, and a full definition may follow.
+static bool may_be_defined_again(a_routine* routine) {
+  if (!gnu_mode || (std_c99_inlining && !routine->is_gnu_inline) || !routine->is_inline ||
+      routine->has_external_declaration)
+    return false;
+  a_scope* body = scope_for_routine_or_null(routine);
+  if (!body)
+    return false;
+  clear_function_body(body);
+  routine->has_body = false;
+  routine->defined = false;
+  return true;
+}
+
+// A name that means something else here, or a function defined twice: the
+// declaration goes its own way with a symbol that nobody finds.
+static void check_match(a_routine_declaration* decl) {
+  const a_source_position* position = &decl->locator->position;
+  if (!decl->match)
+    return;
+  if (!is_routine_symbol(decl->match)) {
+    report_incompatible_redeclaration(position, decl->match);
+    refuse_match(decl);
+  } else if (decl->is_definition && decl->match->variant.routine->has_body &&
+             !may_be_defined_again(decl->match->variant.routine)) {
+    pos_sy_error(ec_function_redefinition, position, decl->match);
+    refuse_match(decl);
+  }
+}
+
+static void find_match(a_routine_declaration* decl) {
+  if (decl->locator->is_template_id) {
+    pos_error(ec_explicit_template_args_not_allowed, &decl->locator->position);
+    set_to_error_locator(decl->locator);
+  } else if (decl->locator->is_qualified) {
+    decl->match = find_qualified_declaration(decl->locator, decl->is_definition);
+    if (decl->match && in_cplusplus_mode()) {
+      a_symbol* named = decl->match;
+      choose_overload(decl);
+      decl->neighbour = nullptr;
+      if (!decl->match && !decl->locator->is_error_locator) {
+        report_incompatible_redeclaration(&decl->locator->position, named);
+        set_to_error_locator(decl->locator);
+      }
+    }
+  } else {
+    decl->match = find_linked_declaration(decl->locator, true);
+    if (decl->match && in_cplusplus_mode())
+      choose_overload(decl);
+    find_function_of_c(decl);
+  }
+  check_builtin(decl);
+  check_match(decl);
+}
+
+// ---- The entity ----
+
+// Whether the declaration is the first of the name in its scope.
+static bool has_symbol_of_scope(const a_routine_declaration* decl) {
+  const a_symbol* match = decl->match;
+  if (!match || match->kind != symk_routine)
+    return false;
+  return match->scope_number == scope_stack[decl_scope_level].number ||
+         (decl->locator->qualifier.entry && !is_in_function());
+}
+
+static a_symbol* symbol_of_declaration(a_routine_declaration* decl) {
+  if (has_symbol_of_scope(decl))
+    return decl->match;
+  bool check = true;
+  decl->locator->symbol = nullptr;
+  if (decl->neighbour) {
+    a_symbol* symbol =
+        enter_overloaded_symbol(symk_routine, decl->neighbour, decl->locator, decl_scope_level);
+    symbol->decl_seq = decl_seq_counter++;
+    return symbol;
+  }
+  return enter_symbol(symk_routine, decl->locator, decl_scope_level, &check);
+}
+
+static bool is_in_unnamed_namespace(int depth) {
+  for (int64_t d = depth; d > 0; d = scope_stack[d].parent_depth)
+    if (scope_stack[d].namespace_entry && scope_stack[d].namespace_entry->source_corresp.is_unnamed)
+      return true;
+  return false;
 }
 
 static a_routine* new_routine(a_symbol* symbol, a_decl_parse_state* state) {
   bool is_static = state->storage_class == sc_static;
-  a_routine* routine = make_routine(state->declared_type, is_static ? sc_static : sc_extern, 0);
+  int depth = depth_of_linked_entities();
+  a_routine* routine = make_routine(state->declared_type, is_static ? sc_static : sc_extern, depth);
   symbol->variant.routine = routine;
-  set_source_corresp_with_scope_depth(&routine->source_corresp, symbol, 0);
-  routine->source_corresp.linkage = is_static ? idl_internal : idl_external;
+  set_source_corresp_with_scope_depth(&routine->source_corresp, symbol, depth);
+  routine->source_corresp.linkage =
+      is_static || is_in_unnamed_namespace(depth) ? idl_internal : idl_external;
   return routine;
 }
 
-static void note_modifiers(a_routine* routine, const a_decl_parse_state* state) {
+void update_routine_decl_modifiers(a_routine* routine, const a_decl_parse_state* state) {
+  routine->decl_modifiers |= state->modifiers.mask;
+  if (state->modifiers.declared_alignment > routine->alignment)
+    routine->alignment = state->modifiers.declared_alignment;
   if (state->modifiers.inline_seen)
     set_inline_flag(routine, true);
   if (state->modifiers.noreturn_seen) {
@@ -104,75 +361,114 @@ static void note_modifiers(a_routine* routine, const a_decl_parse_state* state) 
 // Which definitions of inline functions are external ones. One file-scope
 // declaration without `inline` or with `extern` makes it so (C99 6.7.4 p6); in
 // the older GNU meaning the definition alone tells, unless it is `extern inline`.
-static void note_inline_definition(a_routine* routine, const a_decl_parse_state* state,
-                                   unsigned flags) {
-  if ((flags & drf_implicit) || is_in_function())
+static void note_inline_definition(a_routine* routine, const a_routine_declaration* decl) {
+  if ((decl->flags & drf_implicit) || is_in_function())
     return;
-  const bool says_inline = state->modifiers.inline_seen;
-  const bool says_extern = state->storage_class == sc_extern;
-  const bool c99_meaning = std_c99_inlining && !routine->is_gnu_inline;
-  if (c99_meaning ? !says_inline || says_extern
-                  : (flags & drf_definition) && !(says_inline && says_extern))
+  const bool has_c99_meaning = std_c99_inlining && !routine->is_gnu_inline;
+  const bool says_inline = decl->state->modifiers.inline_seen;
+  const bool says_extern = decl->state->storage_class == sc_extern;
+  if (has_c99_meaning ? !says_inline || says_extern
+                      : decl->is_definition && !(says_inline && says_extern))
     routine->has_external_declaration = true;
 }
 
-// A name that means something else here, or a function defined twice: the
-// declaration goes its own way with a symbol that nobody finds.
-static a_symbol* usable_match(a_symbol* match, a_symbol_locator* locator, bool is_definition) {
-  if (!match)
-    return nullptr;
-  if (!is_routine_symbol(match))
-    report_incompatible_redeclaration(&locator->position, match);
-  else if (is_definition && match->variant.routine->has_body)
-    pos_sy_error(ec_function_redefinition, &locator->position, match);
-  else
-    return match;
-  set_to_error_locator(locator);
-  return nullptr;
+static void redeclare_routine(a_routine_declaration* decl) {
+  a_routine* routine = decl->match->variant.routine;
+  a_type* new_type = decl->state->declared_type;
+  if (decl->match->position.seq == 0)
+    decl->match->position = routine->source_corresp.position = decl->locator->position;
+  reconcile_name_linkage(decl, routine);
+  if (routine_types_are_compatible(new_type, routine->type)) {
+    merge_default_args(decl, routine);
+    reconcile_routine_types(routine, new_type, decl->is_definition);
+  } else {
+    report_incompatible_types(decl, routine);
+  }
+  reconcile_storage(decl, routine);
+  if (decl->state->modifiers.inline_seen && routine->called && !routine->is_inline)
+    pos_sy_remark(ec_called_function_redeclared_inline, &decl->locator->position, decl->match);
 }
 
-static a_symbol* symbol_in_this_scope(a_symbol* match, a_symbol_locator* locator) {
-  if (match && match->kind == symk_routine &&
-      match->scope_number == scope_stack[decl_scope_level].number)
-    return match;
-  bool check = true;
-  locator->symbol = nullptr;
-  return enter_symbol(symk_routine, locator, decl_scope_level, &check);
+// ---- Checks of the declaration itself ----
+
+static void check_misra_rules(const a_routine_declaration* decl) {
+  if (!check_misra_c_2004 || (decl->flags & drf_implicit))
+    return;
+  a_type* type = decl->state->declared_type;
+  if (decl->is_definition && is_function_type(type) && !routine_type_is_prototyped(type))
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_1, &decl->locator->position);
+  if (is_in_function())
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_6, &decl->locator->position);
+}
+
+static void check_declaration(const a_routine_declaration* decl) {
+  a_decl_parse_state* state = decl->state;
+  // C99 6.8.5 p3: a function is `extern`, whatever its declaration says.
+  if (state->parse_flags.is_for_init && in_C_mode() && state->storage_class == sc_none &&
+      !state->decl_flags.specifier_error)
+    pos_error(ec_invalid_storage_class_in_for_init, &decl->locator->position);
+  if (is_function_type(state->declared_type)) {
+    a_type* return_type = return_type_of(state->declared_type);
+    if (is_void_type(return_type) && get_type_qualifiers(return_type) != tq_none)
+      pos_diagnostic(gnu_mode ? es_warning : es_error, ec_qualified_void_return_type,
+                     &decl->locator->position);
+  }
+  if (scope_stack[decl_scope_level].kind == sk_function_prototype)
+    pos_warning(ec_decl_in_prototype_scope, &decl->locator->position);
+  check_default_args(decl);
+  check_misra_rules(decl);
+}
+
+// The routine of the declaration, with the symbol by which its scope knows it.
+static a_routine* declared_routine(a_routine_declaration* decl) {
+  a_symbol* symbol = symbol_of_declaration(decl);
+  decl->state->symbol = symbol;
+  if (decl->match) {
+    a_routine* routine = decl->match->variant.routine;
+    redeclare_routine(decl);
+    if (symbol != decl->match) {
+      symbol->variant.routine = routine;
+      symbol->is_local_extern = is_in_function();
+    }
+    return routine;
+  }
+  a_routine* routine = new_routine(symbol, decl->state);
+  if (is_in_function() && !decl->locator->is_error_locator && !(decl->flags & drf_implicit)) {
+    symbol->is_local_extern = true;
+    enter_extern_symbol(symk_extern_routine, decl->locator)->variant.routine = routine;
+  }
+  return routine;
 }
 
 void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_info_block*,
                   unsigned flags) {
-  bool is_definition = (flags & drf_definition) != 0;
-  // C99 6.8.5 p3: a function is `extern`, whatever its declaration says.
-  if (state->parse_flags.is_for_init && in_C_mode() && state->storage_class == sc_none &&
-      !state->decl_flags.specifier_error)
-    pos_error(ec_invalid_storage_class_in_for_init, &locator->position);
-  a_symbol* match = usable_match(find_routine(locator, state), locator, is_definition);
-  a_symbol* symbol = symbol_in_this_scope(match, locator);
-  if (scope_stack[decl_scope_level].kind == sk_function_prototype)
-    pos_warning(ec_decl_in_prototype_scope, &locator->position);
-  a_routine* routine;
-  if (match) {
-    routine = match->variant.routine;
-    redeclare_routine(match, locator, state, is_definition);
-    symbol->variant.routine = routine;
-  } else {
-    routine = new_routine(symbol, state);
-    if (is_in_function() && !locator->is_error_locator && !(flags & drf_implicit))
-      enter_extern_symbol(symk_extern_routine, locator)->variant.routine = routine;
-  }
-  note_modifiers(routine, state);
-  state->symbol = symbol;
-  attach_decl_attributes(state, is_definition);
-  note_inline_definition(routine, state, flags);
+  a_routine_declaration decl = {};
+  decl.locator = locator;
+  decl.state = state;
+  decl.flags = flags;
+  decl.is_definition = (flags & drf_definition) != 0;
+  find_match(&decl);
+  check_declaration(&decl);
+  const bool is_redeclared = decl.match != nullptr;
+  a_routine* routine = declared_routine(&decl);
+  a_symbol* symbol = state->symbol;
+  apply_asm_name_to_routine(symbol, state, is_redeclared);
+  const bool was_gnu_inline = routine->is_gnu_inline;
+  attach_decl_attributes(state, decl.is_definition);
+  if (is_redeclared && routine->is_gnu_inline && !was_gnu_inline)
+    pos_sy_warning(ec_first_decl_not_gnu_inline, &locator->position, symbol);
+  update_routine_decl_modifiers(routine, state);
+  note_inline_definition(routine, &decl);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;
-  if (is_definition) {
+  if (decl.is_definition) {
     // The definition is what positions in messages and in the file point at.
     symbol->defined = true;
     symbol->position = routine->source_corresp.position = locator->position;
   }
-  record_symbol_declaration(is_definition ? srk_definition : srk_declaration, symbol,
+  record_symbol_declaration(decl.is_definition ? srk_definition : srk_declaration, symbol,
                             &locator->position, nullptr);
+  if ((decl.is_definition || !is_redeclared) && !(flags & drf_implicit))
+    update_decl_pos_info(&routine->source_corresp, state);
 }
 
 a_symbol* decl_default_function(a_symbol_locator* locator) {
@@ -189,150 +485,4 @@ a_symbol* decl_default_function(a_symbol_locator* locator) {
   decl_scope_level = saved_level;
   switch_back_to_original_region(saved_region);
   return state.symbol;
-}
-
-// ---- Definitions ----
-
-// `int f(a, b) char b; {...}`, behind the declarator.
-static void old_style_parameter_declarations(a_type* routine_type, a_func_info_block* func_info) {
-  push_scope(sk_function_prototype, -1, routine_type, nullptr);
-  while (curr_token != tok_lbrace && curr_token != tok_end_of_source && is_decl_start(0))
-    declaration(false, true, false, false, func_info, nullptr);
-  pop_scope();
-  a_routine_type_supplement* supplement = routine_type->variant.routine.routine_supplement;
-  a_param_type** link = &supplement->param_types;
-  uint32_t number = 1;
-  for (a_param_id* param = func_info->param_id_list; param; param = param->next) {
-    if (!param->type) {
-      param->type = param->declared_type = integer_type(ik_int);
-      if (std_version >= 199901 && strict_ansi_mode)
-        pos_sy_diagnostic(strict_ansi_error_severity, ec_undeclared_parameter, &param->position,
-                          param->symbol);
-    }
-    param->param_type = *link = make_param_type(make_unqualified_type(param->type));
-    param->param_type->param_number = number++;
-    param->param_type->name = param->symbol->header->identifier;
-    param->param_type->is_register = param->is_register;
-    set_arg_transfer_method_flag(param->param_type);
-    attach_attributes(param->attributes, param->param_type, iek_param_type);
-    link = &param->param_type->next;
-  }
-  supplement->old_style_definition = true;
-}
-
-static void check_main(const a_routine* routine, const a_source_position* position) {
-  if (!is_main_function(routine) || is_error_type(routine->type))
-    return;
-  if (routine->is_inline) // C99 6.7.4 p4
-    pos_error(ec_inline_main, position);
-  if (type_kind(return_type_of(routine->type)) != tk_integer ||
-      !identical_types(make_unqualified_type(return_type_of(routine->type)), integer_type(ik_int)))
-    pos_warning(ec_bad_return_type_on_main, position);
-}
-
-void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
-                         a_func_info_block* func_info) {
-  if (func_info->is_from_typedef) {
-    pos_error(ec_function_type_must_come_from_declarator, &locator->position);
-    state->declared_type = copy_routine_type_with_param_types(skip_typerefs(state->declared_type));
-  }
-  if (state->storage_class != sc_none && state->storage_class != sc_extern &&
-      state->storage_class != sc_static) {
-    pos_error(ec_bad_function_storage_class, &state->storage_class_position);
-    state->storage_class = sc_none;
-  }
-  if (func_info->is_old_style)
-    old_style_parameter_declarations(skip_typerefs(state->declared_type), func_info);
-  decl_routine(locator, state, func_info, drf_declaration | drf_definition);
-  run_end_of_parse_actions(state, false);
-  a_routine* routine = state->symbol->variant.routine;
-  check_main(routine, &locator->position);
-  if (curr_token != tok_lbrace) {
-    syntax_error(ec_exp_lbrace);
-    if (curr_token != tok_lbrace)
-      return;
-  }
-  scan_function_body(routine, func_info);
-}
-
-static void check_parameter(a_param_id* param) {
-  if (is_incomplete_type(param->type) && !is_error_type(param->type)) {
-    pos_error(ec_incomplete_type_not_allowed, &param->position);
-    param->type = error_type();
-  }
-  if (!param->symbol && in_C_mode())
-    pos_diagnostic(es_discretionary_error, ec_all_proto_params_must_be_named, &param->position);
-}
-
-static void enter_parameter(a_param_id* param, a_variable* variable) {
-  a_symbol_locator locator;
-  clear_locator(&locator, &param->position);
-  locator.header = param->symbol->header;
-  locator.position = param->symbol->position;
-  if (param->symbol->not_in_lookup)
-    set_to_error_locator(&locator);
-  a_symbol* symbol = enter_local_symbol(symk_variable, &locator, nullptr);
-  symbol->variant.variable = variable;
-  symbol->defined = true;
-  set_source_corresp_with_scope_depth(&variable->source_corresp, symbol, depth_scope_stack);
-  record_symbol_declaration(srk_definition, symbol, &locator.position, nullptr);
-  mark_variable_value_set(symbol);
-}
-
-static void make_parameter_variable(a_param_id* param) {
-  check_parameter(param);
-  a_variable* variable = alloc_variable(param->is_register ? sc_register : sc_auto);
-  variable->type = param->type;
-  variable->param_type = param->param_type;
-  variable->is_parameter = true;
-  variable->is_defined = true;
-  variable->source_corresp.local_to_function = true;
-  variable->source_corresp.position = param->position;
-  param->variable = variable;
-  add_to_parameters_list(variable, depth_scope_stack);
-  if (param->symbol)
-    enter_parameter(param, variable);
-  attach_attributes(get_param_variable_attr_copies(param->param_type), variable, iek_variable);
-}
-
-// Tags and enumerators of the parameter list are known in the body.
-static void reactivate_prototype_scope_symbols(a_func_info_block* func_info) {
-  a_symbol* next;
-  for (a_symbol* symbol = func_info->first_prototype_symbol; symbol; symbol = next) {
-    next = symbol->next_in_scope;
-    if (symbol->kind != symk_parameter)
-      reenter_symbol(symbol, depth_scope_stack, false);
-  }
-}
-
-static void check_return_type_of_definition(a_routine* routine) {
-  if (is_error_type(routine->type))
-    return;
-  a_type* type = return_type_of(routine->type);
-  if (is_incomplete_type(type) && !is_void_type(type) && !is_error_type(type))
-    pos_error(ec_incomplete_type_not_allowed, &routine->source_corresp.position);
-}
-
-// At the `{`; the `}` is read.
-void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
-  if (routine->storage_kind == sc_extern)
-    routine->storage_kind = sc_none;
-  check_return_type_of_definition(routine);
-  routine->has_body = true;
-  skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;
-  a_pack_alignment_state pack_state;
-  reset_pack_alignment_state(current_pack_pragma_value(), &pack_state);
-  push_function_scope(routine);
-  a_scope* scope = scope_stack[depth_scope_stack].il_scope;
-  reactivate_prototype_scope_symbols(func_info);
-  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
-    make_parameter_variable(param);
-  push_stop_token_stack();
-  a_statement* body = compound_statement_full(true);
-  scope->assoc_statement = body;
-  pop_stop_token_stack();
-  pop_scope();
-  required_token(tok_rbrace, ec_exp_rbrace);
-  // A pragma in front of the brace has acted now.
-  restore_pack_alignment_state(&pack_state);
 }

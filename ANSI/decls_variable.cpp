@@ -6,6 +6,7 @@
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "il_statements.h"
 #include "lookup.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -22,24 +23,63 @@ struct a_variable_declaration {
   a_decl_parse_state* state;
   unsigned flags;
   a_storage_kind storage;
-  an_id_linkage_kind linkage;
+  an_id_linkage_kind linkage_wanted;
   int depth;
-  a_symbol* match; // an earlier declaration of the entity, or null
+  a_symbol* match;         // an earlier declaration of the entity, or null
+  bool is_hidden_by_local; // the match is out of sight here
 };
 
 } // namespace
 
-static an_id_linkage_kind linkage_wanted(a_storage_kind storage) {
-  if (storage == sc_extern)
+// ---- Linkage ----
+
+// C++11 3.5 p3: a constant has internal linkage unless it says `extern`.
+static bool is_internal_constant(const a_decl_parse_state* state) {
+  a_type* type = state->declared_type;
+  while (is_array_type(type))
+    type = array_element_type(type);
+  return in_cplusplus_mode() && state->storage_class_before_declarator == sc_none &&
+         is_const_qualified_type(type) && !is_volatile_qualified_type(type);
+}
+
+static bool is_in_unnamed_namespace() {
+  for (int64_t depth = depth_of_linked_entities(); depth > 0;
+       depth = scope_stack[depth].parent_depth)
+    if (scope_stack[depth].namespace_entry &&
+        scope_stack[depth].namespace_entry->source_corresp.is_unnamed)
+      return true;
+  return false;
+}
+
+static an_id_linkage_kind linkage_of_declaration(const a_decl_parse_state* state) {
+  if (state->storage_class == sc_extern)
     return idl_external;
   if (is_in_function())
     return idl_none;
-  return storage == sc_static ? idl_internal : idl_external;
+  return state->storage_class == sc_static || is_internal_constant(state) ? idl_internal
+                                                                          : idl_external;
 }
 
 static bool is_variable_symbol(const a_symbol* symbol) {
   return symbol->kind == symk_variable || symbol->kind == symk_extern_variable;
 }
+
+// Without `static` a declaration takes the linkage of an earlier one that is
+// visible (C99 6.2.2 p4).
+static void take_linkage_of_match(a_variable_declaration* decl) {
+  if (!decl->match || decl->linkage_wanted == idl_none || decl->storage == sc_static ||
+      decl->is_hidden_by_local)
+    return;
+  an_id_linkage_kind linkage =
+      static_cast<an_id_linkage_kind>(decl->match->variant.variable->source_corresp.linkage);
+  if (linkage == idl_none || linkage == decl->linkage_wanted)
+    return;
+  decl->linkage_wanted = linkage;
+  if (linkage == idl_internal && !is_in_function() && check_misra_c_2004)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_11, &decl->locator->position);
+}
+
+// ---- The match ----
 
 // A match that can't be joined is reported, and the declaration goes its own
 // way with a symbol that nobody finds.
@@ -48,17 +88,37 @@ static void check_match(a_variable_declaration* decl) {
   if (!match)
     return;
   bool same_scope = match->scope_number == scope_stack[decl->depth].number;
-  if (same_scope && decl->linkage == idl_none && is_variable_symbol(match)) {
+  if (same_scope && decl->linkage_wanted == idl_none && is_variable_symbol(match)) {
     pos_st_error(ec_id_already_declared, &decl->locator->position,
                  decl->locator->header->identifier);
   } else if (!is_variable_symbol(match) ||
              match->variant.variable->source_corresp.linkage == idl_none) {
     report_incompatible_redeclaration(&decl->locator->position, match);
+  } else if (in_cplusplus_mode() && (decl->flags & dvf_definition) &&
+             match->variant.variable->is_defined) {
+    // C++ has one definition only (C++11 3.2 p1).
+    pos_sy_error(ec_already_defined, &decl->locator->position, match);
+    match->is_error = true;
   } else {
     return;
   }
   set_to_error_locator(decl->locator);
   decl->match = nullptr;
+}
+
+static void find_match(a_variable_declaration* decl) {
+  bool is_definition = (decl->flags & dvf_definition) != 0;
+  if (decl->locator->is_template_id) {
+    pos_error(ec_explicit_template_args_not_allowed, &decl->locator->position);
+    set_to_error_locator(decl->locator);
+  } else if (decl->locator->is_qualified) {
+    decl->match = find_qualified_declaration(decl->locator, is_definition);
+  } else {
+    decl->is_hidden_by_local =
+        decl->linkage_wanted != idl_none && is_hidden_by_local(decl->locator);
+    decl->match = forget_predeclared_function(
+        find_linked_declaration(decl->locator, decl->linkage_wanted != idl_none));
+  }
 }
 
 static a_symbol* new_symbol(a_variable_declaration* decl) {
@@ -67,46 +127,44 @@ static a_symbol* new_symbol(a_variable_declaration* decl) {
   return enter_symbol(symk_variable, decl->locator, decl->depth, &check);
 }
 
-static void set_variable_facts(a_variable* variable, const a_variable_declaration* decl) {
-  variable->source_corresp.linkage = decl->linkage;
-  variable->source_corresp.local_to_function = is_in_function() && decl->linkage == idl_none;
-  variable->is_variably_modified = is_variably_modified_type(variable->type);
-}
-
-static a_variable* new_variable(a_variable_declaration* decl, a_symbol* symbol) {
-  // An entity of a block's extern declaration belongs to the file scope.
-  int depth = decl->linkage == idl_none ? decl->depth : 0;
-  a_variable* variable = make_variable(decl->state->declared_type, decl->storage, depth);
-  symbol->variant.variable = variable;
-  set_source_corresp_with_scope_depth(&variable->source_corresp, symbol, depth);
-  set_variable_facts(variable, decl);
-  return variable;
-}
-
 // ---- Redeclaration ----
+
+static bool is_repaired_by_old_compilers(a_type* new_type, a_type* old_type) {
+  return gcc_mode && gnu_version < 30000 &&
+         f_types_are_compatible(new_type, old_type,
+                                tcf_error_matches | tcf_allow_unknown_bound |
+                                    tcf_ignore_top_qualifiers);
+}
 
 static void reconcile_types(a_variable_declaration* decl, a_variable* variable) {
   a_type* new_type = decl->state->declared_type;
-  if (redeclaration_types_are_compatible(new_type, variable->type)) {
-    if (!is_error_type(new_type) && !is_error_type(variable->type))
-      variable->type = composite_type(new_type, variable->type);
-    decl->state->declared_type = variable->type;
-    return;
+  bool is_repaired = false;
+  if (!redeclaration_types_are_compatible(new_type, variable->type)) {
+    is_repaired = is_repaired_by_old_compilers(new_type, variable->type);
+    pos_sy_diagnostic(is_repaired ? es_warning : es_error, ec_not_compatible_with_previous_decl,
+                      &decl->locator->position, decl->match);
+    if (!is_repaired) {
+      if (decl->match->defined)
+        decl->state->declared_type = error_type();
+      else
+        variable->type = new_type;
+      return;
+    }
+    new_type =
+        type_plus_qualifiers_from_second_type(make_unqualified_type(new_type), variable->type);
   }
-  report_incompatible_redeclaration(&decl->locator->position, decl->match);
-  decl->state->declared_type = error_type();
+  if (!is_error_type(new_type) && !is_error_type(variable->type))
+    variable->type = composite_type(new_type, variable->type);
+  decl->state->declared_type = variable->type;
 }
 
-// C99 6.2.2 p7. An `extern` takes the linkage of an earlier declaration, but
-// of a visible one only (p4).
+// C99 6.2.2 p7.
 static void reconcile_linkage(a_variable_declaration* decl, a_variable* variable) {
   bool was_static = variable->source_corresp.linkage == idl_internal;
-  bool wants_static = decl->linkage == idl_internal;
-  if (was_static == wants_static ||
-      (was_static && decl->storage == sc_extern && !is_hidden_by_local(decl->locator)))
+  bool wants_static = decl->linkage_wanted == idl_internal;
+  if (was_static == wants_static)
     return;
-  pos_diagnostic(strict_ansi_mode ? strict_ansi_error_severity : es_warning, ec_linkage_conflict,
-                 &decl->locator->position);
+  report_linkage_conflict(&decl->locator->position);
   // `extern int x; static int x;` ends static, `int x; static int x;` external.
   if (variable->storage_kind != sc_none && decl->storage != sc_none) {
     variable->source_corresp.linkage = idl_internal;
@@ -118,35 +176,77 @@ static void reconcile_linkage(a_variable_declaration* decl, a_variable* variable
   }
 }
 
+// In C a tentative definition behind an initialised one defines nothing; the
+// initialiser reports a second initialised one.
+static void check_repeated_definition(a_variable_declaration* decl, const a_variable* variable) {
+  if ((decl->flags & dvf_tentative) && variable->is_defined &&
+      (variable->init_kind != initk_none || !variable->is_tentative))
+    decl->flags &= ~(dvf_definition | dvf_tentative);
+}
+
 // Lists hold variables in the order of their definitions.
+static void move_to_end_of_list(a_variable* variable, const a_symbol* match) {
+  int depth = depth_of_linked_entities();
+  bool is_pushed = push_namespace_of_member(match);
+  if (is_pushed)
+    depth = depth_scope_stack;
+  remove_from_variables_list(variable, depth);
+  add_to_variables_list(variable, depth);
+  if (is_pushed)
+    pop_scope();
+}
+
 static void define_again(a_variable_declaration* decl, a_variable* variable) {
   bool is_tentative = decl->flags & dvf_tentative;
-  if (is_tentative && variable->is_defined && !variable->is_tentative)
-    return;
-  if (!is_tentative || !variable->is_defined) {
-    remove_from_variables_list(variable, 0);
-    add_to_variables_list(variable, 0);
-  }
+  if (!is_tentative || !variable->is_defined)
+    move_to_end_of_list(variable, decl->match);
   variable->is_defined = true;
   variable->is_tentative = is_tentative;
   variable->source_corresp.position = decl->locator->position;
   if (variable->storage_kind == sc_extern)
-    variable->storage_kind = sc_none;
+    variable->storage_kind = variable->source_corresp.linkage == idl_internal ? sc_static : sc_none;
 }
 
 static void redeclare(a_variable_declaration* decl) {
   a_variable* variable = decl->match->variant.variable;
   reconcile_types(decl, variable);
   reconcile_linkage(decl, variable);
+  check_repeated_definition(decl, variable);
   if (decl->flags & dvf_definition)
     define_again(decl, variable);
-  if (decl->match->scope_number == scope_stack[decl->depth].number &&
-      decl->match->kind == symk_variable) {
+  bool is_own_symbol =
+      decl->match->kind == symk_variable &&
+      (decl->match->scope_number == scope_stack[decl->depth].number || !is_in_function());
+  if (is_own_symbol) {
     decl->state->symbol = decl->match;
     return;
   }
   decl->state->symbol = new_symbol(decl);
   decl->state->symbol->variant.variable = variable;
+  decl->state->symbol->is_local_extern = is_in_function();
+}
+
+// ---- New variables ----
+
+static void set_variable_facts(a_variable* variable, const a_variable_declaration* decl) {
+  an_id_linkage_kind linkage = decl->linkage_wanted;
+  if (linkage == idl_external && is_in_unnamed_namespace())
+    linkage = idl_internal; // C++11 3.5 p4
+  variable->source_corresp.linkage = linkage;
+  variable->source_corresp.local_to_function = is_in_function() && linkage == idl_none;
+  variable->is_variably_modified = is_variably_modified_type(variable->type);
+}
+
+static a_variable* new_variable(a_variable_declaration* decl, a_symbol* symbol) {
+  // An entity of a block's extern declaration belongs to the file scope.
+  int depth = decl->linkage_wanted == idl_none ? decl->depth : depth_of_linked_entities();
+  a_storage_kind storage =
+      decl->linkage_wanted == idl_internal && decl->storage == sc_none ? sc_static : decl->storage;
+  a_variable* variable = make_variable(decl->state->declared_type, storage, depth);
+  symbol->variant.variable = variable;
+  set_source_corresp_with_scope_depth(&variable->source_corresp, symbol, depth);
+  set_variable_facts(variable, decl);
+  return variable;
 }
 
 static void declare_new(a_variable_declaration* decl) {
@@ -156,10 +256,34 @@ static void declare_new(a_variable_declaration* decl) {
   variable->is_tentative = (decl->flags & dvf_tentative) != 0;
   decl->state->symbol = symbol;
   // Later declarations must agree, though the block's name is out of sight.
-  if (decl->linkage == idl_external && is_in_function() && !decl->locator->is_error_locator) {
+  if (decl->linkage_wanted == idl_external && is_in_function() &&
+      !decl->locator->is_error_locator) {
+    symbol->is_local_extern = true;
     a_symbol* extern_symbol = enter_extern_symbol(symk_extern_variable, decl->locator);
     extern_symbol->variant.variable = variable;
   }
+}
+
+// ---- What the declaration adds ----
+
+void update_variable_decl_modifiers(a_decl_parse_state* state) {
+  a_variable* variable = state->symbol->variant.variable;
+  variable->decl_modifiers |= state->modifiers.mask;
+  if (state->modifiers.thread_local_seen)
+    variable->is_thread_local = true;
+  if (state->modifiers.declared_alignment > variable->alignment)
+    variable->alignment = static_cast<uint16_t>(state->modifiers.declared_alignment);
+}
+
+// A type that depends on a value is made where its declaration is reached
+// (C99 6.7.5.2 p5).
+static void note_variably_modified_type(a_variable* variable, const a_source_position* position) {
+  if (!is_variably_modified_type(variable->type))
+    return;
+  a_statement* statement = add_statement_at_stmt_pos(stmk_vla_decl, position);
+  statement->variant.vla_decl.variable = variable;
+  if (is_vla_type(variable->type) && variable->storage_kind == sc_auto)
+    update_init_statement_control_flow(statement);
 }
 
 static void note_local_variable(a_variable_declaration* decl) {
@@ -171,6 +295,16 @@ static void note_local_variable(a_variable_declaration* decl) {
       check_c99_inline_definition(routine, &decl->locator->position, true);
   }
   record_entity_in_decl_stmt_if_needed(symbol);
+  note_variably_modified_type(symbol->variant.variable, &decl->locator->position);
+}
+
+// `register int x asm("r1");` at file scope names a register that the whole
+// program shares: it declares, and defines no object.
+static void check_global_register(a_variable_declaration* decl) {
+  if (decl->storage != sc_register || !decl->state->asm_name || is_in_function())
+    return;
+  decl->storage = decl->state->storage_class = sc_extern;
+  decl->flags &= ~(dvf_definition | dvf_tentative);
 }
 
 void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigned flags) {
@@ -179,22 +313,32 @@ void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigne
   decl.state = state;
   decl.flags = flags;
   decl.storage = state->storage_class;
-  decl.linkage = linkage_wanted(decl.storage);
+  check_global_register(&decl);
+  decl.linkage_wanted = linkage_of_declaration(state);
   decl.depth = decl_scope_level;
-  decl.match =
-      forget_predeclared_function(find_linked_declaration(locator, decl.linkage != idl_none));
+  find_match(&decl);
   check_match(&decl);
-  if (decl.match)
+  take_linkage_of_match(&decl);
+  const bool is_redeclared = decl.match != nullptr;
+  if (is_redeclared)
     redeclare(&decl);
   else
     declare_new(&decl);
   a_symbol* symbol = state->symbol;
+  a_variable* variable = symbol->variant.variable;
+  bool defines = (decl.flags & dvf_definition) && !(decl.flags & dvf_tentative);
+  apply_asm_name_to_variable(symbol, state, is_redeclared);
   attach_decl_attributes(state, false);
-  bool defines = (flags & dvf_definition) && !(flags & dvf_tentative);
-  if (flags & dvf_definition)
+  update_variable_decl_modifiers(state);
+  if (decl.flags & dvf_definition) {
     symbol->defined = true;
+    if (is_volatile_qualified_type(variable->type))
+      mark_as_needed(variable, iek_variable);
+  }
   record_symbol_declaration(defines ? srk_definition : srk_declaration, symbol, &locator->position,
                             nullptr);
+  if (!is_redeclared || (decl.flags & dvf_definition))
+    update_decl_pos_info(&variable->source_corresp, state);
   if (is_in_function())
     note_local_variable(&decl);
 }

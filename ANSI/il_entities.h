@@ -328,6 +328,9 @@ struct a_variable {
   a_named_register* named_register; // of static duration, a text is the section
   uint32_t decl_modifiers;          // target modifiers of the declaration
   SYMTAB* file_symbol;              // set while the intermediate file is written
+  // The variable before it in its list, when it was entered; a hint that spares
+  // the search when a definition moves the variable.
+  a_variable* previous;
 };
 
 // Alias, redeclaration and section texts share this shape: a register, section

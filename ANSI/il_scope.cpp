@@ -321,7 +321,24 @@ a_variable_list variable_list(const a_list_place& place, a_storage_kind storage_
 void add_to_variables_list(a_variable* variable, int depth) {
   a_list_place place = place_for(&variable->source_corresp, iek_variable, depth);
   a_variable_list list = variable_list(place, variable->storage_kind);
+  variable->previous = list.tail != nullptr ? *list.tail : nullptr;
   append(list.head, list.tail, variable);
+}
+
+// Unlinks with the hint of the variable's place; false when that is stale.
+static bool unlink_behind_previous(const a_variable_list& list, a_variable* variable) {
+  a_variable* previous = variable->previous;
+  a_variable** link = previous != nullptr ? &previous->next : list.head;
+  const bool is_last = variable->next == nullptr;
+  if (*link != variable || (is_last && (list.tail == nullptr || *list.tail != variable)))
+    return false;
+  *link = variable->next;
+  if (is_last)
+    *list.tail = previous;
+  else
+    variable->next->previous = previous;
+  variable->next = variable->previous = nullptr;
+  return true;
 }
 
 void remove_from_variables_list(a_variable* variable, int depth) {
@@ -330,6 +347,8 @@ void remove_from_variables_list(a_variable* variable, int depth) {
   // The storage may have changed since the variable was entered.
   for (a_storage_kind storage_kind : {sc_none, sc_auto}) {
     a_variable_list list = variable_list(place, storage_kind);
+    if (unlink_behind_previous(list, variable))
+      return;
     unlink(list.head, list.tail, variable);
   }
 }

@@ -95,6 +95,7 @@ void visit(a_variable& variable, FIELD_VISITOR& v) {
   v.sideways(variable.next_same_name, iek_variable);
   v.child(variable.named_register, iek_named_register);
   v.front_end(variable.file_symbol);
+  v.front_end(variable.previous);
 }
 
 void visit(a_routine& routine, FIELD_VISITOR& v) {

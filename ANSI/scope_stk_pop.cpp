@@ -191,8 +191,6 @@ static void check_symbol_at_end_of_scope(a_symbol* symbol, a_scope_kind kind) {
 static bool kind_has_checks(a_scope_kind kind) {
   switch (kind) {
   case sk_file:
-  case sk_namespace:
-  case sk_namespace_extension:
   case sk_block:
   case sk_condition:
   case sk_function:
@@ -202,7 +200,18 @@ static bool kind_has_checks(a_scope_kind kind) {
   }
 }
 
-void wrapup_scope(a_scope*, a_scope_kind kind, a_scope_pointers_block* block, int depth) {
+// A namespace may be opened again up to the end of the file.
+static void check_namespaces_at_end_of_file(const a_scope* scope) {
+  for (const a_namespace* n = scope->namespaces; n != nullptr; n = n->next) {
+    if (n->is_alias || n->pointers_block == nullptr)
+      continue;
+    for (a_symbol* s = n->pointers_block->first_symbol; s != nullptr; s = s->next_in_scope)
+      check_symbol_at_end_of_scope(s, sk_namespace);
+    check_namespaces_at_end_of_file(n->variant.scope);
+  }
+}
+
+void wrapup_scope(a_scope* scope, a_scope_kind kind, a_scope_pointers_block* block, int depth) {
   const bool wants_checks =
       kind_has_checks(kind) && (depth < 0 || !scope_stack[depth].unwanted_diagnostics);
   for (a_symbol* symbol = block->first_symbol; symbol != nullptr; symbol = symbol->next_in_scope) {
@@ -214,6 +223,8 @@ void wrapup_scope(a_scope*, a_scope_kind kind, a_scope_pointers_block* block, in
     if (can_be_reopened(kind) && !symbol->hidden_from_ordinary_entry)
       add_symbol_to_inactive_list(symbol);
   }
+  if (kind == sk_file && wants_checks && scope != nullptr)
+    check_namespaces_at_end_of_file(scope);
 }
 
 // ---- Inline definitions of C99 ----

@@ -332,11 +332,12 @@ static void bad_statement() {
     get_token();
 }
 
-static void refuse_statement() {
-  pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
-  flush_tokens();
-  if (curr_token == tok_semicolon)
-    get_token();
+static void asm_statement() {
+  a_source_position position = pos_curr_token;
+  warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
+  a_statement* statement = add_statement_at_stmt_pos(stmk_asm, &position);
+  statement->variant.asm_entry = asm_declaration(true);
+  required_semicolon();
 }
 
 // A declaration where a statement must stand.
@@ -405,7 +406,7 @@ void statement(bool is_body) {
     return return_statement();
   case tok_asm:
   case tok_ms_asm:
-    return refuse_statement();
+    return asm_statement();
   default:
     if (!can_begin_expression())
       bad_statement();

@@ -121,8 +121,10 @@ void record_symbol_reference_full(uint32_t kind, a_symbol* symbol,
   if (corresp == nullptr)
     corresp = source_corresp_entry_for_symbol(real);
   real->referenced = true;
-  if (corresp != nullptr)
+  if (corresp != nullptr) {
     corresp->referenced = true;
+    corresp->reference_state = ref_state_used;
+  }
   if (kind & srk_value_read)
     mark_variable_value_used(real);
   if (kind & srk_modified)

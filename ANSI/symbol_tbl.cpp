@@ -957,6 +957,11 @@ void set_source_corresp_with_scope_depth(a_source_correspondence* corresp, a_sym
   a_scope* scope = ensure_il_scope_exists(&scope_stack[depth]);
   if (kind != iek_none && scope != nullptr)
     set_parent_scope(corresp, kind, scope);
+  a_namespace* owner = scope_stack[depth].namespace_entry;
+  if (owner != nullptr && symbol->scope_number == scope_stack[depth].number) {
+    symbol->parent.namespace_entry = owner;
+    symbol->is_namespace_member = true;
+  }
 }
 
 void set_class_membership(a_symbol* symbol, a_source_correspondence* corresp, a_type* class_type) {

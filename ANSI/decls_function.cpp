@@ -1,0 +1,319 @@
+// Function definitions (C99 6.9.1, C++11 8.4).
+
+#include "attribute.h"
+#include "decls_int.h"
+#include "error.h"
+#include "expr.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "il_expr.h"
+#include "il_statements.h"
+#include "layout.h"
+#include "lexical.h"
+#include "mode_words.h"
+#include "scope_stk.h"
+#include "source_file.h"
+#include "statements.h"
+#include "symbol_ref.h"
+#include "target.h"
+#include "types.h"
+
+#include <vector>
+
+// ---- Parameters of the old style ----
+
+// The names of the list are known in the declarations of the parameters, and
+// the tags declared there in the body.
+static void scan_old_style_declarations(a_type* routine_type, a_func_info_block* func_info) {
+  push_scope(sk_function_prototype, func_info->prototype_scope_number, routine_type, nullptr);
+  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
+    if (param->symbol && !param->symbol->not_in_lookup)
+      reenter_symbol(param->symbol, depth_scope_stack, false);
+  while (curr_token != tok_lbrace && curr_token != tok_end_of_source &&
+         (curr_token == tok_identifier || is_decl_start(0)))
+    declaration(false, true, false, false, func_info, nullptr);
+  if (curr_token == tok_ellipsis && gcc_mode) {
+    routine_type->variant.routine.routine_supplement->has_ellipsis = true;
+    get_token();
+  }
+  func_info->first_prototype_symbol = scope_stack[depth_scope_stack].pointers.first_symbol;
+  pop_scope();
+}
+
+// C99 6.9.1 p6 wants a declaration of each parameter; before, one without was
+// an int.
+static void assume_int(a_param_id* param) {
+  param->type = param->declared_type = integer_type(ik_int);
+  param->storage_class = sc_auto;
+  param->is_implicit = true;
+  if (std_version >= 199901)
+    pos_sy_diagnostic(tolerated_breach_severity(), ec_undeclared_parameter, &param->position,
+                      param->symbol);
+}
+
+static a_param_type* make_old_style_param_type(const a_param_id* param, uint32_t number) {
+  a_type* type =
+      remove_qualifiers_from_param_types ? make_unqualified_type(param->type) : param->type;
+  if (type_kind(type) == tk_float && skip_typerefs(type)->variant.float_kind == fk_float)
+    type = float_type(fk_double);
+  a_param_type* param_type = make_param_type(type);
+  param_type->declared_type = param->declared_type;
+  param_type->param_qualifiers = get_type_qualifiers(param->type) & 0xff;
+  param_type->param_number = number;
+  param_type->name = param->symbol->header->identifier;
+  param_type->is_register = param->is_register;
+  set_arg_transfer_method_flag(param_type);
+  return param_type;
+}
+
+// `int f(a, b) char b; {...}`, behind the declarator.
+static void old_style_parameter_declarations(a_type* routine_type, a_func_info_block* func_info) {
+  scan_old_style_declarations(routine_type, func_info);
+  a_routine_type_supplement* supplement = routine_type->variant.routine.routine_supplement;
+  a_param_type** link = &supplement->param_types;
+  uint32_t number = 1;
+  for (a_param_id* param = func_info->param_id_list; param; param = param->next) {
+    if (!param->type)
+      assume_int(param);
+    param->param_type = *link = make_old_style_param_type(param, number++);
+    attach_attributes(param->attributes, param->param_type, iek_param_type);
+    link = &param->param_type->next;
+  }
+  supplement->old_style_definition = true;
+}
+
+// ---- main (C99 5.1.2.2.1, C++11 3.6.1) ----
+
+static void check_return_type_of_main(a_type* type, const a_source_position* position) {
+  a_type* return_type = return_type_of(type);
+  if (type_kind(return_type) == tk_integer &&
+      identical_types(make_unqualified_type(return_type), integer_type(ik_int)))
+    return;
+  pos_diagnostic(in_cplusplus_mode() && !is_error_type(return_type) ? es_discretionary_error
+                                                                    : es_warning,
+                 ec_bad_return_type_on_main, position);
+}
+
+static void check_main(const a_routine* routine, const a_decl_parse_state* state,
+                       const a_source_position* position) {
+  if (!is_main_function(routine) || is_error_type(routine->type))
+    return;
+  if (routine->is_inline) // C99 6.7.4 p4
+    pos_error(ec_inline_main, position);
+  if (in_cplusplus_mode() && state->storage_class == sc_static)
+    pos_error(ec_bad_function_storage_class, &state->storage_class_position);
+  check_return_type_of_main(routine->type, position);
+}
+
+// ---- The definition ----
+
+static bool is_in_header(uint32_t seq) {
+  uint32_t line;
+  a_boolean at_end;
+  const a_source_file* file = source_file_for_seq(seq, &line, &at_end, false);
+  return file && file->is_include_file;
+}
+
+static void check_misra_rules(const a_decl_parse_state* state, const a_source_position* position) {
+  if (!check_misra_c_2004)
+    return;
+  if (is_in_header(position->seq))
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_5, position);
+  if (is_function_type(state->declared_type) &&
+      skip_typerefs(state->declared_type)->variant.routine.routine_supplement->has_ellipsis)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_16_1, position);
+}
+
+static void check_storage_class(a_decl_parse_state* state) {
+  if (state->storage_class == sc_none || state->storage_class == sc_extern ||
+      state->storage_class == sc_static)
+    return;
+  pos_error(ec_bad_function_storage_class, &state->storage_class_position);
+  state->storage_class = sc_none;
+}
+
+// `= delete` (C++11 8.4.3).
+static void deleted_definition(a_routine* routine, const a_source_position* position) {
+  if (is_main_function(routine))
+    pos_error(ec_deleted_main, position);
+  routine->is_deleted = true;
+  get_token();
+  get_token();
+}
+
+bool is_deleted_definition() {
+  return in_cplusplus_mode() && curr_token == tok_assign && next_token() == tok_delete;
+}
+
+void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
+                         a_func_info_block* func_info) {
+  check_misra_rules(state, &locator->position);
+  if (func_info->is_from_typedef) {
+    pos_error(ec_function_type_must_come_from_declarator, &locator->position);
+    state->declared_type = copy_routine_type_with_param_types(skip_typerefs(state->declared_type));
+  }
+  check_storage_class(state);
+  if (func_info->is_old_style)
+    old_style_parameter_declarations(skip_typerefs(state->declared_type), func_info);
+  if (state->asm_name) {
+    pos_error(ec_asm_name_in_rout_defn, &state->asm_name_position);
+    state->asm_name = nullptr;
+  }
+  decl_routine(locator, state, func_info, drf_declaration | drf_definition);
+  run_end_of_parse_actions(state, false);
+  a_routine* routine = state->symbol->variant.routine;
+  check_main(routine, state, &locator->position);
+  if (is_deleted_definition()) {
+    deleted_definition(routine, &locator->position);
+    return;
+  }
+  state->parse_flags.is_function_definition = true;
+  if (curr_token != tok_lbrace) {
+    syntax_error(ec_exp_lbrace);
+    if (curr_token != tok_lbrace)
+      return;
+  }
+  a_source_range body = {pos_curr_token, pos_curr_token};
+  scan_function_body(routine, func_info);
+  body.end = curr_construct_end_position;
+  note_definition_range(&routine->source_corresp, nullptr, &body);
+}
+
+// ---- The body ----
+
+static void check_parameter(a_param_id* param) {
+  if (is_incomplete_type(param->type) && !is_error_type(param->type)) {
+    pos_error(ec_incomplete_type_not_allowed, &param->position);
+    param->type = error_type();
+  }
+  if (!param->symbol && in_C_mode())
+    pos_diagnostic(es_discretionary_error, ec_all_proto_params_must_be_named, &param->position);
+}
+
+static void enter_parameter(a_param_id* param, a_variable* variable) {
+  a_symbol_locator locator;
+  clear_locator(&locator, &param->position);
+  locator.header = param->symbol->header;
+  locator.position = param->symbol->position;
+  if (param->symbol->not_in_lookup)
+    set_to_error_locator(&locator);
+  a_symbol* symbol = enter_local_symbol(symk_variable, &locator, nullptr);
+  symbol->variant.variable = variable;
+  symbol->defined = true;
+  set_source_corresp_with_scope_depth(&variable->source_corresp, symbol, depth_scope_stack);
+  record_symbol_declaration(srk_definition, symbol, &locator.position, nullptr);
+  mark_variable_value_set(symbol);
+}
+
+static a_variable* make_parameter_variable(a_param_id* param, a_type* type) {
+  a_variable* variable = alloc_variable(param->is_register ? sc_register : sc_auto);
+  variable->type = type;
+  variable->param_type = param->param_type;
+  variable->is_parameter = true;
+  variable->is_implicit = param->is_implicit;
+  variable->is_defined = true;
+  variable->source_corresp.local_to_function = true;
+  variable->source_corresp.position = param->position;
+  attach_attributes(get_param_variable_attr_copies(param->param_type), variable, iek_variable);
+  add_to_parameters_list(variable, depth_scope_stack);
+  return variable;
+}
+
+static void declare_parameter(a_param_id* param) {
+  check_parameter(param);
+  param->variable = make_parameter_variable(param, param->type);
+  if (param->symbol)
+    enter_parameter(param, param->variable);
+}
+
+// A float parameter of the old style arrives as a double (C99 6.5.2.2 p6); its
+// name is that of a float object, which gets the value.
+static bool arrives_as_double(const a_param_id* param, const a_func_info_block* func_info) {
+  a_type* type = skip_typerefs(param->type);
+  return func_info->is_old_style && type->kind == tk_float && type->variant.float_kind == fk_float;
+}
+
+static an_expr_node* declare_converted_parameter(a_param_id* param) {
+  a_variable* arrived = make_parameter_variable(param, float_type(fk_double));
+  arrived->is_compiler_generated = true;
+  param->variable = make_variable(param->type, sc_auto, depth_scope_stack);
+  param->variable->is_defined = true;
+  enter_parameter(param, param->variable);
+  a_type* type = make_unqualified_type(param->type);
+  return make_assignment_expr(var_lvalue_expr(param->variable), eok_assign,
+                              add_cast(var_rvalue_expr(arrived), type));
+}
+
+// The parameters, and the statements that convert those of them that arrive
+// with another type.
+static void declare_parameters(a_func_info_block* func_info,
+                               std::vector<a_statement*>* conversions) {
+  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
+    if (arrives_as_double(param, func_info))
+      conversions->push_back(alloc_expr_statement(declare_converted_parameter(param)));
+    else
+      declare_parameter(param);
+}
+
+static void insert_at_start(a_statement* block, const std::vector<a_statement*>& statements) {
+  for (size_t i = statements.size(); i-- > 0;) {
+    a_statement* statement = statements[i];
+    statement->position = block->position;
+    statement->end_position = block->position;
+    statement->is_generated = true;
+    statement->parent = block;
+    statement->next = block->variant.block.first_statement;
+    block->variant.block.first_statement = statement;
+  }
+}
+
+// Tags and enumerators of the parameter list are known in the body.
+static void reactivate_prototype_scope_symbols(a_func_info_block* func_info) {
+  a_symbol* next;
+  for (a_symbol* symbol = func_info->first_prototype_symbol; symbol; symbol = next) {
+    next = symbol->next_in_scope;
+    if (symbol->kind != symk_parameter)
+      reenter_symbol(symbol, depth_scope_stack, false);
+  }
+}
+
+static void check_return_type_of_definition(a_routine* routine) {
+  if (is_error_type(routine->type))
+    return;
+  a_type* type = return_type_of(routine->type);
+  if (is_incomplete_type(type) && !is_void_type(type) && !is_error_type(type))
+    pos_error(ec_incomplete_type_not_allowed, &routine->source_corresp.position);
+}
+
+static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_info) {
+  push_function_scope(routine);
+  a_scope* scope = scope_stack[depth_scope_stack].il_scope;
+  std::vector<a_statement*> conversions;
+  reactivate_prototype_scope_symbols(func_info);
+  declare_parameters(func_info, &conversions);
+  push_stop_token_stack();
+  a_statement* body = compound_statement_full(true);
+  insert_at_start(body, conversions);
+  scope->assoc_statement = body;
+  pop_stop_token_stack();
+  pop_scope();
+}
+
+// At the `{`; the `}` is read.
+void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
+  if (routine->storage_kind == sc_extern)
+    routine->storage_kind = sc_none;
+  check_return_type_of_definition(routine);
+  routine->has_body = true;
+  skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;
+  a_pack_alignment_state pack_state;
+  reset_pack_alignment_state(current_pack_pragma_value(), &pack_state);
+  const a_symbol* symbol = routine->source_corresp.symbol;
+  bool is_pushed = symbol && push_namespace_of_member(symbol);
+  scan_body_in_its_scope(routine, func_info);
+  if (is_pushed)
+    pop_scope();
+  required_token(tok_rbrace, ec_exp_rbrace);
+  // A pragma in front of the brace has acted now.
+  restore_pack_alignment_state(&pack_state);
+}
