@@ -1,44 +1,75 @@
 // Assignment (C99 6.5.16).
 
-#include "expr_int.h"
+#include "decl_inits.h"
+#include "expr_operator.h"
 #include "il.h"
 #include "mode_words.h"
+
+// ---- Common to all forms ----
 
 // What every assignment asks of its left operand.
 static bool prepare_left_operand(an_operand* left, const a_source_position* position) {
   do_operand_transformations(left, ot_keep_glvalue | ot_keep_array);
   if (is_error_operand(left))
     return false;
-  if (expr_stack->flags.strict_constant) {
-    expr_pos_error(ec_bad_constant_operator, position);
+  if (is_refused_in_constant(position)) {
     conv_to_error_operand(left);
     return false;
   }
   return check_modifiable_lvalue_operand(left);
 }
 
-// ---- = ----
-
+// In C++ the result is the object.
 static void build_assignment(an_expr_operator_kind op, an_operand* left, an_operand* right,
                              an_operand* result) {
-  an_expr_node* object = left->variant.expr;
-  an_expr_node* node = make_assignment_expr(object, op, make_node_from_operand(right));
+  an_expr_node* node = make_assignment_expr(left->variant.expr, op, make_node_from_operand(right));
   node->is_volatile_access = is_volatile_qualified_type(left->type);
-  make_expression_operand(node, result);
+  if (in_cplusplus_mode()) {
+    node->type = left->type;
+    node->is_lvalue = true;
+    node->variant.operation.lvalue_semantics = true;
+  }
+  make_lvalue_or_rvalue_expression_operand(node, result);
   rule_out_expr_kinds(rule_out_constant, result);
 }
 
-static void process_simple_assignment(an_operand* left, an_operand* right, an_operand* result) {
-  if (!is_error_operand(left)) {
-    change_ref_kinds(left->ref_entries, srk_modified);
-    prep_conversion_operand(right, left->type, ec_incompatible_assignment_operands,
-                            &right->position);
+// ---- = ----
+
+// The list initialises an object of the left operand's type (C++11 5.17 p9); a
+// scalar takes one element.
+static bool take_single_element_of_list(an_operand* right) {
+  an_init_component* list = right->variant.init_component;
+  an_init_component* element = list->variant.braced.first;
+  if (!element || element->next || element->kind != ick_expression)
+    return false;
+  *right = element->variant.operand;
+  return true;
+}
+
+static bool prep_right_operand(an_operand* left, an_operand* right) {
+  bool is_list = right->kind == ok_braced_list;
+  if (is_list && (!is_scalar_type(left->type) || !take_single_element_of_list(right))) {
+    error_in_operand(ec_braced_init_list_not_allowed, right);
+    return false;
   }
-  if (is_error_operand(left) || is_error_operand(right)) {
-    operand_will_not_be_used_because_of_error(right);
-    make_error_operand(result);
+  prep_assignment_operand(right, left->type, ec_incompatible_assignment_operands, &right->position);
+  return !is_error_operand(right);
+}
+
+static void process_simple_assignment(an_operand* left, an_operand* right,
+                                      const an_operator_place* place, an_operand* result) {
+  if (operator_is_overloaded(place, left, right, result))
+    return;
+  bool good = prepare_left_operand(left, &place->position);
+  if (good)
+    change_ref_kinds(left->ref_entries, srk_modified);
+  else
+    do_operand_transformations(right, ot_keep_glvalue | ot_keep_array);
+  if (!good || !prep_right_operand(left, right)) {
+    make_error_result(left, right, result);
     return;
   }
+  misra_check_pointer_assignment(left, right, &place->position);
   build_assignment(eok_assign, left, right, result);
 }
 
@@ -53,23 +84,41 @@ static bool is_shift_assign(a_token_kind token) {
   return token == tok_shift_left_assign || token == tok_shift_right_assign;
 }
 
-static bool prepare_pointer_step(an_operand* left, an_operand* right) {
-  if (!check_pointer_arithmetic_operand(left) || !check_integral_or_enum_operand(right))
-    return false;
-  promote_operand(right);
-  return true;
+static bool prepare_pointer_step(an_operand* left, an_operand* right,
+                                 const a_source_position* position) {
+  misra_check_pointer_arithmetic(position);
+  bool good = check_pointer_arithmetic_operand(left);
+  good &= check_integral_or_enum_operand(right);
+  if (good)
+    promote_operand(right);
+  return good && !is_error_operand(right);
 }
 
 static bool check_compound_operands(a_token_kind token, an_operand* left, an_operand* right) {
-  if (takes_any_arithmetic(token))
-    return check_arithmetic_or_enum_operand(left) && check_arithmetic_or_enum_operand(right);
-  return check_integral_or_enum_operand(left) && check_integral_or_enum_operand(right);
+  bool any_arithmetic = takes_any_arithmetic(token);
+  bool good = any_arithmetic ? check_arithmetic_or_enum_operand(left)
+                             : check_integral_or_enum_operand(left);
+  good &= any_arithmetic ? check_arithmetic_or_enum_operand(right)
+                         : check_integral_or_enum_operand(right);
+  return good;
+}
+
+// In C++ an integer doesn't convert to an enumeration (C++11 5.17 p7).
+static bool check_left_enum(an_operand* left) {
+  if (in_C_mode() || !is_enum_type(left->type))
+    return true;
+  if (allow_anachronisms) {
+    expr_pos_warning(ec_mixed_enum_type_anachronism, &left->position);
+    return true;
+  }
+  error_in_operand(ec_enum_type_not_allowed, left);
+  return false;
 }
 
 // The right operand takes the type in which the operation is done; the left is
 // converted to it, and the result back, by the operator itself.
 static bool prepare_arithmetic_step(a_token_kind token, an_operand* left, an_operand* right) {
-  if (!check_compound_operands(token, left, right))
+  if (!check_compound_operands(token, left, right) || !check_left_enum(left))
     return false;
   if (is_shift_assign(token)) {
     promote_operand(right);
@@ -82,37 +131,52 @@ static bool prepare_arithmetic_step(a_token_kind token, an_operand* left, an_ope
   return !is_error_operand(right);
 }
 
-static void process_compound_assignment(a_token_kind token, an_operand* left, an_operand* right,
-                                        an_operand* result) {
+static void process_compound_assignment(const an_operator_place* place, an_operand* left,
+                                        an_operand* right, an_operand* result) {
+  a_token_kind token = place->token;
   bool is_additive = token == tok_plus_assign || token == tok_minus_assign;
   an_expr_operator_kind op = which_assignment_operator(token);
+  bool good = prepare_left_operand(left, &place->position);
   do_operand_transformations(right, ot_all);
-  bool good = !is_error_operand(left) && !is_error_operand(right);
+  good &= !is_error_operand(right);
   if (good && is_additive && is_pointer_type(left->type)) {
     op = token == tok_plus_assign ? eok_pointer_add_assign : eok_pointer_subtract_assign;
-    good = prepare_pointer_step(left, right);
+    good = prepare_pointer_step(left, right, &place->position);
   } else if (good) {
     good = prepare_arithmetic_step(token, left, right);
   }
   if (!good) {
-    make_error_operand(result);
+    make_error_result(left, right, result);
     return;
   }
   change_ref_kinds(left->ref_entries, srk_value_read | srk_modified);
   build_assignment(op, left, right, result);
 }
 
+static void scan_right_operand(an_operand* right) {
+  if (curr_token != tok_lbrace || !list_init_enabled) {
+    scan_expr(right, nullptr, lev_assignment, 0);
+    return;
+  }
+  a_source_position start = pos_curr_token;
+  an_init_component* list = scan_init_component();
+  clear_operand(ok_braced_list, right);
+  right->variant.init_component = list;
+  right->position = start;
+  right->end_position = list->variant.braced.end_position;
+}
+
 void scan_assignment_operator(an_operand* operand) {
-  a_token_kind token = curr_token;
-  a_source_position position = pos_curr_token;
+  an_operator_place place = place_of_curr_token();
   an_operand left = *operand, right;
-  prepare_left_operand(&left, &position);
   get_token();
-  scan_expr(&right, nullptr, lev_assignment, 0);
+  scan_right_operand(&right);
+  an_init_component* list = right.kind == ok_braced_list ? right.variant.init_component : nullptr;
   a_source_position end = right.end_position;
-  if (token == tok_assign)
-    process_simple_assignment(&left, &right, operand);
-  else
-    process_compound_assignment(token, &left, &right, operand);
-  set_operator_positions(operand, &left.position, &position, &end);
+  if (place.token == tok_assign)
+    process_simple_assignment(&left, &right, &place, operand);
+  else if (!operator_is_overloaded(&place, &left, &right, operand))
+    process_compound_assignment(&place, &left, &right, operand);
+  free_init_component_list(list);
+  set_operator_positions(operand, &left.position, &place.position, &end);
 }

@@ -1,19 +1,60 @@
 // Binary operators (C99 6.5.5 to 6.5.15, 6.5.17).
 
-#include "const_ints.h"
-#include "expr_int.h"
+#include "expr_operator.h"
 #include "il.h"
 #include "mode_words.h"
 #include "target.h"
 
-// ---- Classes of tokens ----
+// ---- Common parts of operators ----
 
-static bool is_relational_token(a_token_kind token) {
-  return token >= tok_lt && token <= tok_ge;
+void make_error_result(an_operand* left, an_operand* right, an_operand* result) {
+  operand_will_not_be_used_because_of_error(left);
+  if (right)
+    operand_will_not_be_used_because_of_error(right);
+  make_error_operand(result);
 }
 
-static bool is_equality_token(a_token_kind token) {
-  return token == tok_eq || token == tok_ne;
+a_fold_context fold_context_of_operator(const a_source_position* position) {
+  return {in_constant_expr_kind(), value_is_evaluated(), position, false, false};
+}
+
+bool is_refused_in_constant(const a_source_position* position) {
+  if (!expr_stack->flags.strict_constant)
+    return false;
+  expr_pos_error(ec_bad_constant_operator, position);
+  return true;
+}
+
+// Whether the operand alone makes it worth while to look for a function.
+static bool may_have_operator_functions(const an_operand* operand, bool is_first) {
+  return operand->kind == ok_error || operand->kind == ok_braced_list ||
+         (is_first ? is_overloadable_first_operand_type(operand->type)
+                   : is_overloadable_type(operand->type));
+}
+
+static bool search_operator(const an_operator_place* place, bool is_postfix, an_operand* left,
+                            an_operand* right, an_operand* result) {
+  if (in_C_mode() || !(may_have_operator_functions(left, true) ||
+                       (right && may_have_operator_functions(right, false))))
+    return false;
+  an_operator_search search = {};
+  search.kind = opname_kind_for_token[place->token];
+  search.is_postfix = is_postfix;
+  search.must_be_member = search.kind == opn_assign || search.kind == opn_subscript ||
+                          search.kind == opn_call || search.kind == opn_arrow;
+  search.position = place->position;
+  search.sequence_number = place->sequence_number;
+  return check_for_operator_overloading(&search, left, right, result);
+}
+
+bool operator_is_overloaded(const an_operator_place* place, an_operand* left, an_operand* right,
+                            an_operand* result) {
+  return search_operator(place, false, left, right, result);
+}
+
+bool postfix_operator_is_overloaded(const an_operator_place* place, an_operand* operand,
+                                    an_operand* result) {
+  return search_operator(place, true, operand, nullptr, result);
 }
 
 // ---- Folding and building ----
@@ -43,7 +84,7 @@ static bool fold_binary_operation(an_expr_operator_kind op, const an_operand* le
   if (!is_constant_operand(left) || !is_constant_operand(right))
     return false;
   a_constant constant;
-  a_fold_context context = {in_constant_expr_kind(), value_is_evaluated(), position, false, false};
+  a_fold_context context = fold_context_of_operator(position);
   clear_constant(&constant, con_error);
   binary_operation(op, &left->variant.constant, &right->variant.constant, type, &constant,
                    &context);
@@ -71,9 +112,7 @@ static void force_operands_to_constants(an_expr_operator_kind op, an_operand* le
 void do_binary_operation(an_expr_operator_kind op, an_operand* left, an_operand* right,
                          a_type* type, const a_source_position* position, an_operand* result) {
   if (is_error_operand(left) || is_error_operand(right) || is_error_type(type)) {
-    operand_will_not_be_used_because_of_error(left);
-    operand_will_not_be_used_because_of_error(right);
-    make_error_operand(result);
+    make_error_result(left, right, result);
     return;
   }
   uint8_t rule_out = left->rule_out | right->rule_out;
@@ -114,15 +153,19 @@ void warn_about_shift_count(const an_operand* right, a_type* left_type) {
 
 static void arithmetic_operation(a_token_kind token, an_operand* left, an_operand* right,
                                  const a_source_position* position, an_operand* result) {
-  bool is_multiplicative = token == tok_star || token == tok_divide || token == tok_plus ||
-                           token == tok_minus || token == tok_min || token == tok_max;
-  bool good = is_multiplicative ? check_arithmetic_or_enum_operand(left)
-                                : check_integral_or_enum_operand(left);
-  good &= is_multiplicative ? check_arithmetic_or_enum_operand(right)
-                            : check_integral_or_enum_operand(right);
+  bool takes_floating = token == tok_star || token == tok_divide || token == tok_plus ||
+                        token == tok_minus || token == tok_min || token == tok_max;
+  bool good = takes_floating ? check_arithmetic_or_enum_operand(left)
+                             : check_integral_or_enum_operand(left);
+  good &= takes_floating ? check_arithmetic_or_enum_operand(right)
+                         : check_integral_or_enum_operand(right);
   if (!good) {
-    make_error_operand(result);
+    make_error_result(left, right, result);
     return;
+  }
+  if (token == tok_ampersand || token == tok_or || token == tok_excl_or) {
+    misra_check_bitwise_operand(left);
+    misra_check_bitwise_operand(right);
   }
   a_type* type = determine_arithmetic_conversions(left, right);
   change_binary_operand_types(type, left, right);
@@ -136,9 +179,10 @@ static void shift_operation(a_token_kind token, an_operand* left, an_operand* ri
   bool good = check_integral_or_enum_operand(left);
   good &= check_integral_or_enum_operand(right);
   if (!good) {
-    make_error_operand(result);
+    make_error_result(left, right, result);
     return;
   }
+  misra_check_bitwise_operand(left);
   promote_operand(left);
   promote_operand(right);
   // The folder reports the count of a constant left operand.
@@ -149,22 +193,17 @@ static void shift_operation(a_token_kind token, an_operand* left, an_operand* ri
 
 // ---- Pointer arithmetic (C99 6.5.6) ----
 
+// The object that the pointer steps over is of known size; GNU C gives void and
+// functions the size 1.
 bool check_pointer_arithmetic_operand(an_operand* operand) {
   a_type* pointed_to = type_pointed_to(operand->type);
-  if (is_void_type(pointed_to) || is_function_type(pointed_to)) {
-    bool is_error = !gnu_mode || strict_ansi_mode;
-    if (is_error && strict_ansi_mode) {
-      error_in_operand(ec_expr_not_object_pointer, operand);
-      return false;
-    }
-    if (!gnu_mode)
-      expr_pos_warning(ec_nonobject_pointer_arithmetic, &operand->position);
-    return true;
-  }
-  if (is_incomplete_type(pointed_to)) {
+  bool is_nonobject = is_void_type(pointed_to) || is_function_type(pointed_to);
+  if (is_nonobject ? strict_ansi_mode || in_cplusplus_mode() : is_incomplete_type(pointed_to)) {
     error_in_operand(ec_expr_not_object_pointer, operand);
     return false;
   }
+  if (is_nonobject && !gnu_mode)
+    expr_pos_warning(ec_nonobject_pointer_arithmetic, &operand->position);
   return true;
 }
 
@@ -172,10 +211,11 @@ static void pointer_plus_or_minus_integer(a_token_kind token, an_operand* left, 
                                           const a_source_position* position, an_operand* result) {
   an_operand* pointer = is_pointer_type(left->type) ? left : right;
   an_operand* integer = pointer == left ? right : left;
+  misra_check_pointer_arithmetic(position);
   bool good = check_integral_or_enum_operand(integer);
   good &= !is_error_operand(pointer) && check_pointer_arithmetic_operand(pointer);
   if (!good) {
-    make_error_operand(result);
+    make_error_result(left, right, result);
     return;
   }
   promote_operand(integer);
@@ -185,19 +225,23 @@ static void pointer_plus_or_minus_integer(a_token_kind token, an_operand* left, 
 
 static void pointer_difference(an_operand* left, an_operand* right,
                                const a_source_position* position, an_operand* result) {
-  if (!check_pointer_arithmetic_operand(left) || !check_pointer_arithmetic_operand(right)) {
-    make_error_operand(result);
+  misra_check_pointer_arithmetic(position);
+  bool good = check_pointer_arithmetic_operand(left);
+  good &= check_pointer_arithmetic_operand(right);
+  if (!good) {
+    make_error_result(left, right, result);
     return;
   }
   a_type* left_object = make_unqualified_type(type_pointed_to(left->type));
   a_type* right_object = make_unqualified_type(type_pointed_to(right->type));
   if (!types_are_compatible(left_object, right_object)) {
     bool same_size = size_of_type(left_object) == size_of_type(right_object);
-    an_error_severity severity = strict_ansi_mode || !same_size ? es_error : es_warning;
+    bool is_error = strict_ansi_mode || in_cplusplus_mode() || !same_size;
+    an_error_severity severity = is_error ? es_error : es_warning;
     if (expr_diagnostic_should_be_issued(severity, ec_nonstandard_ptr_minus_ptr, position))
       pos_ty2_diagnostic(severity, ec_nonstandard_ptr_minus_ptr, position, left->type, right->type);
     if (severity == es_error) {
-      make_error_operand(result);
+      make_error_result(left, right, result);
       return;
     }
   }
@@ -218,221 +262,55 @@ static void additive_operation(a_token_kind token, an_operand* left, an_operand*
     arithmetic_operation(token, left, right, position, result);
 }
 
-// ---- Comparison (C99 6.5.8, 6.5.9) ----
-
-static bool is_unsigned_comparison(a_type* type) {
-  return is_integral_or_enum_type(type) && !is_signed_integral_type(type);
-}
-
-static bool is_negative_constant(const a_constant* constant) {
-  return constant && constant->kind == con_integer && is_integral_or_enum_type(constant->type) &&
-         cmplit_integer_constant(constant, 0) < 0;
-}
-
-static bool is_zero_integer(const a_constant* constant) {
-  return constant && constant->kind == con_integer && constant->value.int_value == 0;
-}
-
-// `u < 0`, `u >= 0` and their mirror images have one answer.
-static bool is_pointless_with_zero(a_token_kind token, const a_constant* left,
-                                   const a_constant* right) {
-  if (is_zero_integer(right) && !left)
-    return token == tok_lt || token == tok_ge;
-  if (is_zero_integer(left) && !right)
-    return token == tok_gt || token == tok_le;
-  return false;
-}
-
-struct a_sign_summary {
-  bool unsigned_meets_negative;
-  bool signs_differ;
-};
-
-static bool is_signed_nonconstant(const an_operand* operand) {
-  return !is_constant_operand(operand) &&
-         is_signed_integral_type(operand_type_after_integral_promotion(operand));
-}
-
-static bool is_unsigned_operand(const an_operand* operand) {
-  return is_unsigned_comparison(operand_type_after_integral_promotion(operand));
-}
-
-static a_sign_summary summarize_signs(const an_operand* left, const an_operand* right) {
-  a_sign_summary summary = {};
-  if (!is_integral_or_enum_type(left->type) || !is_integral_or_enum_type(right->type))
-    return summary;
-  bool left_unsigned = is_unsigned_operand(left), right_unsigned = is_unsigned_operand(right);
-  summary.unsigned_meets_negative =
-      (left_unsigned && is_negative_constant(constant_of_operand(right))) ||
-      (right_unsigned && is_negative_constant(constant_of_operand(left)));
-  summary.signs_differ = (left_unsigned && is_signed_nonconstant(right)) ||
-                         (right_unsigned && is_signed_nonconstant(left));
-  return summary;
-}
-
-static void warn_about_unsigned_comparison(a_token_kind token, const a_sign_summary* signs,
-                                           a_type* type, const an_operand* left,
-                                           const an_operand* right,
-                                           const a_source_position* position) {
-  if (!value_is_evaluated() || !is_unsigned_comparison(type))
-    return;
-  if (signs->unsigned_meets_negative)
-    expr_pos_warning(ec_unsigned_compare_with_negative, position);
-  else if (!is_relational_token(token))
-    return;
-  else if (is_pointless_with_zero(token, constant_of_operand(left), constant_of_operand(right)))
-    expr_pos_warning(ec_unsigned_compare_with_zero, position);
-  else if (signs->signs_differ)
-    expr_pos_diagnostic(es_remark, ec_signed_unsigned_comparison, position);
-}
-
-static void arithmetic_comparison(a_token_kind token, an_operand* left, an_operand* right,
-                                  const a_source_position* position, an_operand* result) {
-  if (!check_scalar_operand(left) || !check_scalar_operand(right)) {
-    make_error_operand(result);
-    return;
-  }
-  a_sign_summary signs = summarize_signs(left, right);
-  a_type* type = determine_arithmetic_conversions(left, right);
-  // The message about the comparison stands for that about the constant.
-  bool was_evaluated = expr_stack->flags.value_is_evaluated;
-  if (signs.unsigned_meets_negative)
-    expr_stack->flags.value_is_evaluated = false;
-  change_binary_operand_types(type, left, right);
-  expr_stack->flags.value_is_evaluated = was_evaluated;
-  if (!is_error_operand(left) && !is_error_operand(right))
-    warn_about_unsigned_comparison(token, &signs, type, left, right, position);
-  do_binary_operation(which_binary_operator(token), left, right, boolean_result_type(), position,
-                      result);
-}
-
-static bool is_null_pointer_operand(const an_operand* operand) {
-  return is_constant_operand(operand) && is_null_pointer_constant(&operand->variant.constant);
-}
-
-static void report_pointer_mismatch(an_error_severity severity, an_operand* left, an_operand* right,
-                                    const a_source_position* position) {
-  if (expr_diagnostic_should_be_issued(severity, ec_incompatible_operands, position))
-    pos_ty2_diagnostic(severity, ec_incompatible_operands, position, left->type, right->type);
-}
-
-static an_error_severity mixed_pointer_severity() {
-  return strict_ansi_mode ? strict_ansi_error_severity : es_warning;
-}
-
-// Both are pointers.
-static a_type* common_pointer_type(an_operand* left, an_operand* right,
-                                   const a_source_position* position, bool is_relational) {
-  a_type* left_object = type_pointed_to(left->type);
-  a_type* right_object = type_pointed_to(right->type);
-  a_type_qualifier_set qualifiers =
-      get_type_qualifiers(left_object) | get_type_qualifiers(right_object);
-  a_type* left_bare = make_unqualified_type(left_object);
-  a_type* right_bare = make_unqualified_type(right_object);
-  if (types_are_compatible(left_bare, right_bare))
-    return make_pointer_type(
-        make_qualified_type(composite_type(left_bare, right_bare), qualifiers));
-  bool left_void = is_void_type(left_bare), right_void = is_void_type(right_bare);
-  if (left_void || right_void) {
-    bool with_function = is_function_type(left_bare) || is_function_type(right_bare);
-    if ((with_function || is_relational) && strict_ansi_mode)
-      report_pointer_mismatch(strict_ansi_error_severity, left, right, position);
-    return make_pointer_type(make_qualified_type(void_type(), qualifiers));
-  }
-  report_pointer_mismatch(mixed_pointer_severity(), left, right, position);
-  return make_pointer_type(make_qualified_type(void_type(), qualifiers));
-}
-
-// A pointer and an integer.
-static a_type* pointer_met_by_integer(an_operand* left, an_operand* right,
-                                      const a_source_position* position, bool is_relational) {
-  an_operand* pointer = is_pointer_type(left->type) ? left : right;
-  an_operand* other = pointer == left ? right : left;
-  if (!is_integral_or_enum_type(other->type)) {
-    report_pointer_mismatch(es_error, left, right, position);
-    return nullptr;
-  }
-  bool is_good = is_null_pointer_operand(other) && (!is_relational || !strict_ansi_mode);
-  if (!is_good)
-    report_pointer_mismatch(mixed_pointer_severity(), left, right, position);
-  return pointer->type;
-}
-
-a_type* check_compatibility_of_pointer_operands(an_operand* left, an_operand* right,
-                                                const a_source_position* position,
-                                                bool is_relational) {
-  if (is_pointer_type(left->type) && is_pointer_type(right->type)) {
-    if (!is_relational && is_null_pointer_operand(right) && !is_null_pointer_operand(left))
-      return left->type;
-    if (!is_relational && is_null_pointer_operand(left) && !is_null_pointer_operand(right))
-      return right->type;
-    return common_pointer_type(left, right, position, is_relational);
-  }
-  return pointer_met_by_integer(left, right, position, is_relational);
-}
-
-// The address that the pointer holds is that of an object or a function.
-static bool can_never_be_null(const an_operand* operand) {
-  an_operand copy = *operand;
-  force_operand_to_constant_if_possible(&copy);
-  const a_constant* constant = constant_of_operand(&copy);
-  return constant && constant->kind == con_address &&
-         constant_bool_value_known_at_compile_time(constant) && constant_bool_value(constant);
-}
-
-static void remark_on_comparison_with_null(const an_operand* left, const an_operand* right,
-                                           const a_source_position* position) {
-  bool is_known = (is_null_pointer_operand(right) && can_never_be_null(left)) ||
-                  (is_null_pointer_operand(left) && can_never_be_null(right));
-  if (is_known && value_is_evaluated())
-    expr_pos_diagnostic(es_remark, ec_known_comparison_with_null, position);
-}
-
-static void pointer_comparison(a_token_kind token, an_operand* left, an_operand* right,
-                               const a_source_position* position, an_operand* result) {
-  bool is_relational = is_relational_token(token);
-  a_type* type = check_compatibility_of_pointer_operands(left, right, position, is_relational);
-  if (!type) {
-    make_error_operand(result);
-    return;
-  }
-  if (!is_relational)
-    remark_on_comparison_with_null(left, right, position);
-  change_binary_operand_types(type, left, right);
-  do_binary_operation(which_binary_operator(token), left, right, boolean_result_type(), position,
-                      result);
-}
-
-static void comparison(a_token_kind token, an_operand* left, an_operand* right,
-                       const a_source_position* position, an_operand* result) {
-  if (is_error_operand(left) || is_error_operand(right))
-    do_binary_operation(which_binary_operator(token), left, right, error_type(), position, result);
-  else if (is_pointer_type(left->type) || is_pointer_type(right->type))
-    pointer_comparison(token, left, right, position, result);
-  else
-    arithmetic_comparison(token, left, right, position, result);
-}
-
 // ---- The common frame ----
 
-void scan_binary_operator(an_operand* operand) {
-  a_token_kind token = curr_token;
-  a_source_position position = pos_curr_token;
-  an_operand left = *operand, right;
-  get_token();
-  scan_expr(&right, nullptr, level_of_token(token), 0);
-  a_source_position end = right.end_position;
-  do_operand_transformations(&left, ot_all);
-  do_operand_transformations(&right, ot_all);
+static bool is_comparison_level(int level) {
+  return level == lev_relational || level == lev_equality;
+}
+
+// A template argument of the old kind is computed from integers alone.
+static void check_template_arg_operand(const an_operand* operand) {
+  if (expr_stack->kind == ek_template_arg && expr_stack->flags.strict_constant &&
+      !is_error_operand(operand) && !is_integral_or_enum_type(operand->type) &&
+      !is_template_param_type(operand->type))
+    expr_pos_error(ec_non_integral_operation_in_templ_arg, &operand->position);
+}
+
+static void builtin_binary_operation(const an_operator_place* place, an_operand* left,
+                                     an_operand* right, an_operand* result) {
+  a_token_kind token = place->token;
+  check_template_arg_operand(left);
+  check_template_arg_operand(right);
+  do_operand_transformations(left, ot_all);
+  do_operand_transformations(right, ot_all);
   if (token == tok_plus || token == tok_minus)
-    additive_operation(token, &left, &right, &position, operand);
+    additive_operation(token, left, right, &place->position, result);
   else if (token == tok_shift_left || token == tok_shift_right)
-    shift_operation(token, &left, &right, &position, operand);
-  else if (is_relational_token(token) || is_equality_token(token))
-    comparison(token, &left, &right, &position, operand);
+    shift_operation(token, left, right, &place->position, result);
+  else if (is_comparison_level(level_of_token(token)))
+    comparison_operation(token, left, right, &place->position, result);
   else
-    arithmetic_operation(token, &left, &right, &position, operand);
-  set_operator_positions(operand, &left.position, &position, &end);
+    arithmetic_operation(token, left, right, &place->position, result);
+}
+
+void scan_binary_operator(an_operand* operand) {
+  if (level_of_token(curr_token) == lev_ptr_to_member) {
+    scan_ptr_to_member_operator(operand);
+    return;
+  }
+  an_operator_place place = place_of_curr_token();
+  an_operand left = *operand, right;
+  bool saved_gcc_equality = expr_stack->flags.gcc_equality_operands;
+  int level = level_of_token(place.token);
+  if (gcc_mode && level == lev_equality && expr_stack->kind == ek_strict_constant)
+    expr_stack->flags.gcc_equality_operands = true;
+  get_token();
+  scan_expr(&right, nullptr, level, 0);
+  expr_stack->flags.gcc_equality_operands = saved_gcc_equality;
+  a_source_position end = right.end_position;
+  if (!operator_is_overloaded(&place, &left, &right, operand))
+    builtin_binary_operation(&place, &left, &right, operand);
+  set_operator_positions(operand, &left.position, &place.position, &end);
 }
 
 // ---- && and || (C99 6.5.13, 6.5.14) ----
@@ -444,6 +322,12 @@ static bool left_decides(an_expr_operator_kind op, const an_operand* left) {
          constant_bool_value(constant) == (op == eok_lor);
 }
 
+static void make_truth_operand(bool value, an_operand* result) {
+  make_integer_constant_operand(value, ik_int, result);
+  if (in_cplusplus_mode())
+    cast_operand(bool_type(), result, true);
+}
+
 static void logical_result(an_expr_operator_kind op, an_operand* left, an_operand* right,
                            const a_source_position* position, an_operand* result) {
   bool both_good = !is_error_operand(left) && !is_error_operand(right);
@@ -452,53 +336,108 @@ static void logical_result(an_expr_operator_kind op, an_operand* left, an_operan
     return;
   }
   change_ref_kinds(right->ref_entries, srk_reference);
-  make_integer_constant_operand(op == eok_lor, ik_int, result);
+  make_truth_operand(op == eok_lor, result);
 }
 
-void scan_logical_operator(an_operand* operand) {
-  an_expr_operator_kind op = which_binary_operator(curr_token);
-  a_source_position position = pos_curr_token;
-  an_operand left = *operand, right;
-  check_boolean_controlling_expr(&left);
-  flush_operand_ref_entries(&left);
-  if (in_constant_expr_kind())
-    force_operand_to_constant_if_possible(&left);
-  an_expr_stack_flags saved = expr_stack->flags;
-  if (left_decides(op, &left)) {
+// An operator function takes the operands as they are, and both of them.
+static bool may_be_user_logical_operator(a_token_kind token) {
+  return in_cplusplus_mode() && any_opname_function_symbol(opname_kind_for_token[token]);
+}
+
+static void begin_logical_right_operand(an_expr_operator_kind op, const an_operand* left) {
+  if (left_decides(op, left)) {
     expr_stack->flags.value_is_evaluated = false;
     expr_stack->flags.strict_constant = false;
   }
   expr_stack->flags.branch_context = true;
+}
+
+static void restore_branch_flags(const an_expr_stack_flags* saved) {
+  expr_stack->flags.value_is_evaluated = saved->value_is_evaluated;
+  expr_stack->flags.strict_constant = saved->strict_constant;
+  expr_stack->flags.branch_context = saved->branch_context;
+}
+
+static void convert_logical_operand(an_operand* operand) {
+  if (in_cplusplus_mode() && is_class_struct_union_type(operand->type))
+    try_to_convert_class_operand_to_builtin_type(operand, bts_scalar, 0);
+  check_boolean_controlling_expr(operand);
+}
+
+void scan_logical_operator(an_operand* operand) {
+  an_operator_place place = place_of_curr_token();
+  an_expr_operator_kind op = which_binary_operator(place.token);
+  bool may_be_user_operator = may_be_user_logical_operator(place.token);
+  an_operand left = *operand, right;
+  an_expr_stack_flags saved = expr_stack->flags;
+  if (!may_be_user_operator) {
+    convert_logical_operand(&left);
+    flush_operand_ref_entries(&left);
+    if (in_constant_expr_kind())
+      force_operand_to_constant_if_possible(&left);
+    begin_logical_right_operand(op, &left);
+  }
   get_token();
-  scan_expr(&right, nullptr, op == eok_land ? lev_land : lev_lor, 0);
+  scan_expr(&right, nullptr, level_of_token(place.token), 0);
   a_source_position end = right.end_position;
-  check_boolean_controlling_expr(&right);
-  expr_stack->flags.value_is_evaluated = saved.value_is_evaluated;
-  expr_stack->flags.strict_constant = saved.strict_constant;
-  expr_stack->flags.branch_context = saved.branch_context;
-  logical_result(op, &left, &right, &position, operand);
-  set_operator_positions(operand, &left.position, &position, &end);
+  if (!may_be_user_operator || !operator_is_overloaded(&place, &left, &right, operand)) {
+    if (may_be_user_operator)
+      convert_logical_operand(&left);
+    misra_check_logical_operands(&left, &right);
+    convert_logical_operand(&right);
+    restore_branch_flags(&saved);
+    logical_result(op, &left, &right, &place.position, operand);
+  }
+  set_operator_positions(operand, &left.position, &place.position, &end);
 }
 
 // ---- Comma (C99 6.5.17) ----
 
+// Nobody sees the object that a discarded call returns.
+static void discard_left_operand(an_operand* left) {
+  flush_operand_ref_entries(left);
+  do_void_operand_transformations(left, false);
+  check_for_no_effect(left);
+  if (left->kind == ok_expression && is_operation_node(left->variant.expr, eok_call))
+    left->variant.expr->is_discarded_call = true;
+}
+
+static void comma_result(an_operand* left, an_operand* right, const a_source_position* position,
+                         an_operand* result) {
+  bool is_unevaluated_c99 = in_C_mode() && std_version >= 199901 && !value_is_evaluated();
+  if (expr_stack->flags.strict_constant && !is_unevaluated_c99) {
+    error_and_make_error_operand(ec_bad_constant_operator, position, result);
+  } else if (is_error_operand(left) || is_error_operand(right)) {
+    make_error_result(left, right, result);
+  } else if (constexpr_enabled && in_constant_expr_kind() && is_constant_operand(left) &&
+             is_constant_operand(right)) {
+    *result = *right;
+  } else {
+    bool is_lvalue = is_glvalue_operand(right) || right->state == os_function_designator;
+    build_binary_result_operand(eok_comma, left, right, right->type, result);
+    if (is_lvalue && result->kind == ok_expression) {
+      copy_node_value_category(right->variant.expr, result->variant.expr);
+      set_glvalue_operand_state(result);
+    }
+  }
+}
+
 void scan_comma_operator(an_operand* operand) {
-  a_source_position position = pos_curr_token;
+  an_operator_place place = place_of_curr_token();
   an_operand left = *operand, right;
-  flush_operand_ref_entries(&left);
-  do_void_operand_transformations(&left, false);
-  check_for_no_effect(&left);
+  misra_check_comma(&place.position);
+  bool may_be_user_operator = may_be_user_logical_operator(tok_comma);
+  if (!may_be_user_operator)
+    discard_left_operand(&left);
   get_token();
   scan_expr(&right, nullptr, lev_comma, 0);
   a_source_position end = right.end_position;
-  do_operand_transformations(&right, ot_all);
-  bool is_unevaluated_c99 = in_C_mode() && std_version >= 199901 && !value_is_evaluated();
-  if (expr_stack->flags.strict_constant && !is_unevaluated_c99)
-    error_and_make_error_operand(ec_bad_constant_operator, &position, operand);
-  else if (is_error_operand(&left) || is_error_operand(&right))
-    make_error_operand(operand);
-  else
-    build_binary_result_operand(eok_comma, &left, &right, right.type, operand);
-  rule_out_expr_kinds(rule_out_constant, operand);
-  set_operator_positions(operand, &left.position, &position, &end);
+  if (!may_be_user_operator || !operator_is_overloaded(&place, &left, &right, operand)) {
+    if (may_be_user_operator)
+      discard_left_operand(&left);
+    do_operand_transformations(&right, in_C_mode() ? ot_all : ot_keep_glvalue | ot_keep_array);
+    comma_result(&left, &right, &place.position, operand);
+    rule_out_expr_kinds(rule_out_constant, operand);
+  }
+  set_operator_positions(operand, &left.position, &place.position, &end);
 }

@@ -2,11 +2,10 @@
 
 #include "decl_inits.h"
 #include "decls.h"
-#include "expr_int.h"
+#include "expr_operator.h"
 #include "il.h"
 #include "mode_words.h"
-#include "overload.h"
-#include "scope_stk.h"
+#include "templates.h"
 
 // ---- Implicit declarations (C89 3.3.2.2) ----
 
@@ -16,14 +15,24 @@ static an_error_severity implicit_declaration_severity() {
   return strict_ansi_mode ? strict_ansi_error_severity : es_warning;
 }
 
+// A MISRA rule that is checked has a message of its own for it.
+static void report_implicit_declaration(const a_symbol_locator* locator) {
+  an_error_code code = ec_implicit_func_decl;
+  an_error_severity severity = implicit_declaration_severity();
+  if (check_misra_c_2004 &&
+      misra_c_2004_generate_diagnostic(ec_misra_c_2004_8_1_n, misra_required_severity)) {
+    code = ec_misra_c_2004_8_1_n;
+    severity = misra_required_severity;
+  }
+  if (expr_diagnostic_should_be_issued(severity, code, &locator->position))
+    pos_st_diagnostic(severity, code, &locator->position, locator->header->identifier);
+}
+
 static void declare_implicitly(an_operand* operand) {
   a_symbol_locator locator = cleared_locator;
   locator.header = operand->symbol->header;
   locator.position = operand->name_position;
-  an_error_severity severity = implicit_declaration_severity();
-  if (expr_diagnostic_should_be_issued(severity, ec_implicit_func_decl, &locator.position))
-    pos_st_diagnostic(severity, ec_implicit_func_decl, &locator.position,
-                      locator.header->identifier);
+  report_implicit_declaration(&locator);
   a_source_position start = operand->position, end = operand->end_position;
   a_symbol* symbol = decl_default_function(&locator);
   if (symbol && symbol->kind == symk_routine)
@@ -40,14 +49,12 @@ static bool may_be_declared_implicitly() {
 
 // ---- The function ----
 
+static bool is_direct_call(const an_operand* function) {
+  return function->kind == ok_expression && function->variant.expr->kind == expr_routine;
+}
+
 // The routine type that the operand designates; null after an error.
 static a_type* check_call_function_pointer_operand(an_operand* function) {
-  if (function->kind == ok_undefined_symbol) {
-    if (may_be_declared_implicitly())
-      declare_implicitly(function);
-    else
-      finish_undefined_symbol_operand(function);
-  }
   do_operand_transformations(function, ot_all);
   if (is_error_operand(function))
     return nullptr;
@@ -56,13 +63,22 @@ static a_type* check_call_function_pointer_operand(an_operand* function) {
     return nullptr;
   }
   // A call of the function takes no address.
-  bool is_direct = function->kind == ok_expression && function->variant.expr->kind == expr_routine;
-  change_ref_kinds(function->ref_entries, is_direct ? srk_reference : srk_value_read);
+  change_ref_kinds(function->ref_entries,
+                   is_direct_call(function) ? srk_reference : srk_value_read);
   return skip_typerefs(type_pointed_to(function->type));
 }
 
+static void declare_undefined_function(an_operand* function) {
+  if (function->kind != ok_undefined_symbol)
+    return;
+  if (may_be_declared_implicitly())
+    declare_implicitly(function);
+  else
+    finish_undefined_symbol_operand(function);
+}
+
 static a_routine* routine_of_call(const an_operand* function) {
-  if (function->kind != ok_expression || function->variant.expr->kind != expr_routine)
+  if (!is_direct_call(function))
     return nullptr;
   return function->variant.expr->variant.routine.ptr;
 }
@@ -83,6 +99,7 @@ static an_init_component* scan_call_argument_list(a_source_position* closing_pos
   an_init_component* list = nullptr;
   an_init_component** link = &list;
   add_stop_token(tok_rparen);
+  expr_stack->flags.decltype_top_level = false;
   ++expr_stack->template_arg_paren_depth;
   if (curr_token != tok_rparen) {
     add_stop_token(tok_comma);
@@ -102,47 +119,124 @@ static an_init_component* scan_call_argument_list(a_source_position* closing_pos
 
 // ---- The call ----
 
-static bool check_type_of_result(a_type* type, const a_source_position* position) {
-  if (!is_incomplete_type(type) || is_void_type(type))
+static bool check_type_of_result(a_type* type, bool may_be_incomplete,
+                                 const a_source_position* position) {
+  if (!is_incomplete_type(type) || is_void_type(type) || may_be_incomplete)
     return true;
   if (expr_error_should_be_issued())
     pos_ty_error(ec_incomplete_function_return_type, position, type);
   return false;
 }
 
+// A function that returns a reference gives the object.
+static void add_indirection_to_call(an_operand* result) {
+  if (!in_cplusplus_mode() || !is_reference_type(result->type))
+    return;
+  bool is_xvalue =
+      is_rvalue_reference_type(result->type) && !is_function_type(type_pointed_to(result->type));
+  an_expr_node* object = make_lvalue_operator_node(eok_ref_indirect, type_pointed_to(result->type),
+                                                   result->variant.expr);
+  if (is_xvalue) {
+    object->is_lvalue = false;
+    object->is_xvalue = true;
+  }
+  make_glvalue_expression_operand(object, result);
+}
+
+static void make_function_call(an_expr_node* callee, a_type* return_type, an_operand* result) {
+  make_expression_operand(make_operator_node(eok_call, return_type, callee), result);
+  normalize_error_operand(result);
+  if (!is_error_operand(result))
+    add_indirection_to_call(result);
+}
+
 static void assemble_function_call(an_operand* function, a_type* function_type,
                                    an_expr_node* arguments, an_operand* result) {
-  a_type* return_type = prvalue_type(return_type_of(function_type));
+  a_type* return_type = return_type_of(function_type);
   a_routine* routine = routine_of_call(function);
   if (routine && expr_stack->flags.references_count)
     routine->called = true;
   an_expr_node* callee = make_node_from_operand(function);
   callee->next = arguments;
-  an_expr_node* call = make_operator_node(eok_call, return_type, callee);
-  make_expression_operand(call, result);
-  normalize_error_operand(result);
+  make_function_call(callee,
+                     in_cplusplus_mode() && is_reference_type(return_type)
+                         ? return_type
+                         : prvalue_type(return_type),
+                     result);
 }
 
-void scan_function_call(an_operand* operand) {
-  check_stack_limit();
+// The set is resolved when the arguments are known.
+static a_type* resolve_overloaded_call(an_operand* function, an_init_component* arg_list,
+                                       an_arg_check_block* block, an_expr_node** arguments) {
+  bool by_arguments = arg_dependent_lookup_enabled && !function->flags.qualified_name;
+  a_routine* routine = select_and_prepare_to_call_overloaded_function(function, nullptr, arg_list,
+                                                                      by_arguments, arguments);
+  block->any_error = !routine;
+  return routine ? check_call_function_pointer_operand(function) : nullptr;
+}
+
+static bool is_refused_call(const a_source_position* position) {
+  if (!expr_stack->flags.strict_constant && expr_stack->kind != ek_pp)
+    return false;
+  expr_pos_error(ec_bad_constant_function_call, position);
+  return true;
+}
+
+// An object of a class is called by its operator().
+static bool is_called_object(const an_operand* function) {
+  return in_cplusplus_mode() && !is_error_operand(function) &&
+         is_class_struct_union_type(function->type);
+}
+
+static void scan_call_of_object(an_operand* operand) {
+  an_operator_place place = place_of_curr_token();
+  a_source_position start = operand->position, closing_position, end;
+  f_instantiate_template_class(operand->type);
+  a_symbol* symbol = is_incomplete_type(operand->type)
+                         ? nullptr
+                         : opname_member_function_symbol(operand->type, opn_call);
+  get_token();
+  free_init_component_list(scan_call_argument_list(&closing_position, &end));
+  if (symbol)
+    operator_is_overloaded(&place, operand, nullptr, operand);
+  else
+    error_in_operand(ec_expr_not_ptr_to_function, operand);
+  conv_to_error_operand(operand);
+  set_operator_positions(operand, &start, &place.position, &end);
+}
+
+static void scan_ordinary_call(an_operand* operand) {
   a_source_position start = operand->position, position = pos_curr_token, end;
   an_operand function = *operand;
   an_arg_check_block block;
-  a_type* function_type = check_call_function_pointer_operand(&function);
-  bool is_refused = expr_stack->flags.strict_constant && function_type;
-  if (is_refused)
-    expr_pos_error(ec_bad_constant_function_call, &position);
+  bool is_set = function.kind == ok_indefinite_function;
+  bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
+  a_type* function_type = is_set ? nullptr : check_call_function_pointer_operand(&function);
+  bool is_refused = (is_set || function_type) && is_refused_call(&position);
   get_token();
   start_call_argument_processing(function_type, routine_of_call(&function), &block);
   an_init_component* arg_list = scan_call_argument_list(&block.position, &end);
-  an_expr_node* arguments = process_call_argument_list(arg_list, &block);
+  an_expr_node* arguments = nullptr;
+  if (is_set)
+    function_type = resolve_overloaded_call(&function, arg_list, &block, &arguments);
+  else
+    arguments = process_call_argument_list(arg_list, &block);
   free_init_component_list(arg_list);
   if (!function_type || is_refused || block.any_error ||
-      !check_type_of_result(return_type_of(function_type), &start)) {
+      !check_type_of_result(return_type_of(function_type), is_top_of_decltype, &start)) {
     make_error_operand(operand);
   } else {
     assemble_function_call(&function, function_type, arguments, operand);
     rule_out_expr_kinds(rule_out_constant, operand);
   }
   set_operator_positions(operand, &start, &position, &end);
+}
+
+void scan_function_call(an_operand* operand) {
+  check_stack_limit();
+  declare_undefined_function(operand);
+  if (is_called_object(operand))
+    scan_call_of_object(operand);
+  else if (!scan_special_builtin_call(operand))
+    scan_ordinary_call(operand);
 }

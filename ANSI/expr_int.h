@@ -246,7 +246,6 @@ bool make_this_pointer_operand(an_operand* result);
 void expr_check_ambiguity_and_verify_access(a_symbol* symbol, a_symbol_locator* locator);
 void scan_generic_selection(an_operand* result);
 void scan_address_of(an_operand* result);
-void scan_parameter_address(an_operand* result);
 void scan_indirection(an_operand* result);
 void scan_unary_arithmetic(an_operand* result);
 void scan_prefix_incr_decr(an_operand* result);
@@ -267,7 +266,8 @@ void scan_subscript(an_operand* operand);
 void scan_field_selection(an_operand* operand);
 void scan_function_call(an_operand* operand);
 
-// The selection of a field from the object or through the pointer.
+// The selection of a field from the object or through the pointer, by way of the
+// anonymous members that hold it.
 void select_field(an_operand* operand, a_field* field, bool is_arrow);
 void do_subscript(an_operand* left, an_operand* index, const a_source_position* operator_position,
                   const a_source_position* end);
@@ -276,8 +276,6 @@ void do_indirection(an_operand* operand);
 // operand has become a pointer to a function.
 bool make_address_operand(an_operand* operand, const a_source_position* operator_position);
 void take_address_of_operand(an_operand* operand, const a_source_position* operator_position);
-// The name behind `.` or `->`, which becomes the field; null after an error.
-a_field* scan_member_name(a_type* class_type);
 
 void do_binary_operation(an_expr_operator_kind op, an_operand* left, an_operand* right,
                          a_type* type, const a_source_position* position, an_operand* result);

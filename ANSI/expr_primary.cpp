@@ -1,7 +1,7 @@
 // Primary expressions (C99 6.5.1) and what a prefix token begins.
 
 #include "declarator.h"
-#include "expr_int.h"
+#include "expr_operator.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "mode_words.h"
@@ -158,103 +158,12 @@ static void scan_parenthesis(an_operand* result, uint32_t flags) {
     scan_parenthesized_expression(result, flags, &start);
 }
 
-// ---- _Generic (C11 6.5.1.1) ----
-
-struct a_generic_selection {
-  a_type* type; // of the controlling expression
-  an_operand result;
-  bool is_matched;
-  bool has_default;
-};
-
-static void scan_controlling_operand(a_generic_selection* selection) {
-  an_expr_stack_entry entry;
-  an_operand operand;
-  push_nested_expr_stack(ek_unevaluated, &entry);
-  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
-  do_operand_transformations(&operand, ot_all);
-  pop_expr_stack();
-  selection->type = operand.type;
-}
-
-static void scan_association(a_generic_selection* selection) {
-  bool is_default = curr_token == tok_default;
-  a_type* type = nullptr;
-  if (is_default)
-    get_token();
-  else
-    type = type_name();
-  required_token(tok_colon, ec_exp_colon);
-  bool matches = type && !is_error_type(type) && !is_error_type(selection->type) &&
-                 types_are_compatible(type, selection->type);
-  if (!matches && !(is_default && !selection->is_matched && !selection->has_default)) {
-    an_expr_stack_entry entry;
-    an_operand ignored;
-    push_nested_expr_stack(ek_unevaluated, &entry);
-    scan_expr(&ignored, nullptr, lev_none, sef_no_comma);
-    finish_undefined_symbol_operand(&ignored);
-    pop_expr_stack();
-    return;
-  }
-  scan_expr(&selection->result, nullptr, lev_none, sef_no_comma);
-  finish_undefined_symbol_operand(&selection->result);
-  selection->is_matched |= matches;
-  selection->has_default |= is_default;
-}
-
-void scan_generic_selection(an_operand* result) {
-  check_stack_limit();
-  a_source_position start = pos_curr_token;
-  a_generic_selection selection;
-  selection.is_matched = selection.has_default = false;
-  make_error_operand(&selection.result);
-  get_token();
-  required_token(tok_lparen, ec_exp_lparen);
-  add_stop_token(tok_rparen);
-  add_stop_token(tok_comma);
-  add_stop_token(tok_colon);
-  scan_controlling_operand(&selection);
-  while (loop_token(tok_comma))
-    scan_association(&selection);
-  remove_stop_token(tok_colon);
-  remove_stop_token(tok_comma);
-  remove_stop_token(tok_rparen);
-  a_source_position end = end_pos_curr_token;
-  required_token(tok_rparen, ec_exp_rparen);
-  if (!selection.is_matched && !selection.has_default && !is_error_type(selection.type) &&
-      expr_error_should_be_issued())
-    pos_ty_error(ec_no_match_in_c11_generic, &start, selection.type);
-  *result = selection.result;
-  set_operand_range(result, &start, &end);
-}
-
 // ---- The first token ----
 
-// Keyword forms that have no meaning here yet.
+// Keyword forms that stand only for code that the program doesn't write.
 static bool is_refused_keyword(a_token_kind token) {
-  switch (token) {
-  case tok_va_start:
-  case tok_va_arg:
-  case tok_va_end:
-  case tok_va_copy:
-  case tok_va_argref:
-  case tok_va_argcsu:
-  case tok_real:
-  case tok_imag:
-  case tok_i_constant:
-  case tok_nan:
-  case tok_infinity:
-  case tok_intaddr:
-  case tok_builtin_complex:
-  case tok_memory_of:
-  case tok_segment_begin:
-  case tok_segment_end:
-  case tok_segment_size:
-  case tok_type_generic:
-    return true;
-  default:
-    return false;
-  }
+  return token == tok_va_start || token == tok_va_arg || token == tok_va_end ||
+         token == tok_va_copy;
 }
 
 static void refuse_keyword(an_operand* result) {
@@ -345,24 +254,12 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   case tok_gnu_alignof:
     scan_alignof(result);
     break;
-  case tok_va_parmadr:
-    scan_parameter_address(result);
-    break;
-  case tok_builtin_offsetof:
-    scan_builtin_offsetof(result);
-    break;
-  case tok_builtin_types_compatible_p:
-    scan_types_compatible(result);
-    break;
-  case tok_generic:
-    scan_generic_selection(result);
-    break;
   default:
     if (is_refused_keyword(curr_token))
       refuse_keyword(result);
     else if (in_cplusplus_mode() && simple_type_of_token(curr_token))
       scan_simple_type_cast(result);
-    else
+    else if (!scan_keyword_form(result))
       missing_expression(result);
     break;
   }

@@ -1,11 +1,13 @@
-// Subscripts and the selection of members (C99 6.5.2.1, 6.5.2.3).
+// Subscripts and the selection of members (C99 6.5.2.1, 6.5.2.3; C++11 5.2.5,
+// 5.5).
 
 #include "class_decl.h"
 #include "const_ints.h"
-#include "expr_int.h"
+#include "expr_operator.h"
 #include "il.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "templates.h"
 
 // ---- [] ----
 
@@ -68,26 +70,48 @@ void do_subscript(an_operand* left, an_operand* index, const a_source_position* 
   set_operator_positions(left, &start, operator_position, end);
 }
 
-void scan_subscript(an_operand* operand) {
-  check_stack_limit();
-  a_source_position position = pos_curr_token;
-  an_operand index;
-  get_token();
+// The index, behind the `[`; reads the `]`.
+static void scan_index(an_operand* index, a_source_position* end) {
   add_stop_token(tok_rbracket);
   ++expr_stack->template_arg_paren_depth;
-  scan_expr(&index, nullptr, lev_none, 0);
+  scan_expr(index, nullptr, lev_none, 0);
   --expr_stack->template_arg_paren_depth;
   remove_stop_token(tok_rbracket);
-  a_source_position end = end_pos_curr_token;
+  *end = end_pos_curr_token;
   required_token(tok_rbracket, ec_exp_rbracket);
+}
+
+void scan_subscript(an_operand* operand) {
+  check_stack_limit();
+  an_operator_place place = place_of_curr_token();
+  a_source_position start = operand->position, end;
+  an_operand index;
+  get_token();
+  if (curr_token == tok_lbracket && in_cplusplus_mode() && std_attributes_enabled)
+    expr_pos_error(ec_must_introduce_attribute, &place.position);
+  scan_index(&index, &end);
+  if (operator_is_overloaded(&place, operand, &index, operand))
+    set_operator_positions(operand, &start, &place.position, &end);
+  else
+    do_subscript(operand, &index, &place.position, &end);
+}
+
+void scan_offsetof_subscript(an_operand* operand) {
+  a_source_position position = pos_curr_token, end;
+  an_operand index;
+  get_token();
+  scan_index(&index, &end);
+  if (in_cplusplus_mode() && is_class_struct_union_type(operand->type))
+    error_in_operand(ec_no_overloaded_subscript_with_offsetof, operand);
   do_subscript(operand, &index, &position, &end);
 }
 
 // ---- . and -> ----
 
-a_field* scan_member_name(a_type* class_type) {
+// The symbol behind the token of a member's name; null after an error.
+static a_symbol* scan_member_symbol(a_type* class_type) {
   if (curr_token != tok_identifier) {
-    required_token_no_advance(tok_identifier, ec_exp_field_name);
+    required_token_no_advance(tok_identifier, in_C_mode() ? ec_exp_field_name : ec_exp_member_name);
     return nullptr;
   }
   a_symbol_locator locator = locator_for_curr_id;
@@ -98,14 +122,17 @@ a_field* scan_member_name(a_type* class_type) {
     return nullptr;
   a_type* bare = skip_typerefs(class_type);
   a_symbol* symbol = class_qualified_id_lookup(&locator, bare, ilo_none);
-  if (!symbol || symbol->kind != symk_field) {
+  bool is_found = symbol && (in_cplusplus_mode() || symbol->kind == symk_field);
+  if (!is_found) {
     if (expr_error_should_be_issued())
-      pos_stsy_error(ec_not_a_field, &position, locator.header->identifier,
-                     bare->source_corresp.symbol);
+      pos_stsy_error(in_C_mode() ? ec_not_a_field : ec_not_a_member, &position,
+                     locator.header->identifier, bare->source_corresp.symbol);
     return nullptr;
   }
+  if (in_cplusplus_mode())
+    check_access_to_symbol(symbol, bare, bare, &position);
   record_symbol_reference(srk_reference, symbol, &position, expr_stack->flags.references_count);
-  return symbol->variant.field;
+  return symbol;
 }
 
 static void select_direct_field(an_operand* operand, a_field* field, bool is_arrow) {
@@ -123,6 +150,11 @@ static void select_direct_field(an_operand* operand, a_field* field, bool is_arr
   operand->flags.parenthesized = false;
 }
 
+static bool is_member_of_base(const a_field* field, const a_type* class_type) {
+  const a_scope* scope = field->source_corresp.parent_scope;
+  return in_cplusplus_mode() && scope && scope->assoc.type != skip_typerefs(class_type);
+}
+
 void select_field(an_operand* operand, a_field* field, bool is_arrow) {
   a_type* class_type = is_arrow ? type_pointed_to(operand->type) : operand->type;
   while (a_field* around = anonymous_field_around(field, skip_typerefs(class_type))) {
@@ -130,47 +162,220 @@ void select_field(an_operand* operand, a_field* field, bool is_arrow) {
     class_type = around->type;
     is_arrow = false;
   }
+  if (is_member_of_base(field, class_type)) {
+    if (expr_error_should_be_issued())
+      pos_st_error(ec_feature_not_allowed_in_current_mode, &operand->position, "base class");
+    conv_to_error_operand(operand);
+    return;
+  }
   select_direct_field(operand, field, is_arrow);
 }
 
-// The class in which the member is looked for; null after an error.
-static a_type* class_of_selection(an_operand* operand, bool is_arrow) {
+// The object is evaluated for nothing, and the member stands alone.
+static void select_static_member(an_operand* operand, a_symbol* symbol) {
+  an_operand object = *operand;
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &operand->position);
+  make_lvalue_variable_operand(symbol->variant.variable, ref, operand);
+  if (object.kind == ok_expression && node_has_side_effects(object.variant.expr)) {
+    an_expr_node* member = operand->variant.expr;
+    make_glvalue_expression_operand(make_comma_node(object.variant.expr, member), operand);
+    operand->ref_entries = ref;
+  }
+  flush_operand_ref_entries(&object);
+  set_operand_range(operand, &object.position, &object.end_position);
+}
+
+static void select_enumerator(an_operand* operand, a_symbol* symbol) {
+  an_operand object = *operand;
+  make_sym_constant_operand(symbol, operand);
+  set_operand_range(operand, &object.position, &object.end_position);
+}
+
+static void select_member(an_operand* operand, a_symbol* symbol, bool is_arrow) {
+  switch (symbol->kind) {
+  case symk_field:
+    select_field(operand, symbol->variant.field, is_arrow);
+    break;
+  case symk_static_data_member:
+    select_static_member(operand, symbol);
+    break;
+  case symk_constant:
+    select_enumerator(operand, symbol);
+    break;
+  case symk_member_function:
+  case symk_overloaded_function:
+  case symk_function_template:
+    if (expr_error_should_be_issued())
+      pos_st_error(ec_feature_not_allowed_in_current_mode, &operand->position, "member function");
+    conv_to_error_operand(operand);
+    break;
+  default:
+    error_in_operand(ec_type_identifier_not_allowed, operand);
+    break;
+  }
+}
+
+void select_named_field(an_operand* operand, bool is_arrow) {
+  bool is_good = !is_error_operand(operand);
+  a_type* class_type = is_good && is_arrow ? type_pointed_to(operand->type) : operand->type;
+  a_symbol* symbol = scan_member_symbol(class_type);
+  if (is_good && symbol)
+    select_member(operand, symbol, is_arrow);
+  else
+    conv_to_error_operand(operand);
+}
+
+// The operand has a class or points to one, which is complete.
+static bool check_object_of_selection(an_operand* operand, bool is_arrow) {
   a_type* type = operand->type;
+  if (is_error_operand(operand))
+    return false;
   if (is_arrow) {
     if (!is_pointer_type(type) || !is_class_struct_union_type(type_pointed_to(type))) {
       error_in_operand(in_C_mode() ? ec_expr_not_ptr_to_struct_or_union : ec_expr_not_ptr_to_class,
                        operand);
-      return nullptr;
+      return false;
     }
     type = type_pointed_to(type);
   } else if (!is_class_struct_union_type(type)) {
     error_in_operand(in_C_mode() ? ec_expr_not_struct_or_union : ec_expr_not_class, operand);
-    return nullptr;
+    return false;
   }
+  f_instantiate_template_class(type);
   if (is_incomplete_type(type)) {
     error_in_operand(ec_incomplete_type_not_allowed, operand);
-    return nullptr;
+    return false;
   }
-  return type;
+  return true;
+}
+
+// ---- The pseudo destructor (C++11 5.2.4) ----
+
+static void replace_by_void_value(an_operand* operand, const a_source_position* end) {
+  an_operand object = *operand;
+  cast_operand_to_void(operand);
+  set_operand_range(operand, &object.position, end);
+}
+
+static void check_pseudo_destructor_name(an_operand* operand, a_type* object_type) {
+  if (curr_token != tok_identifier) {
+    expr_pos_error(ec_exp_identifier, &pos_curr_token);
+    conv_to_error_operand(operand);
+    return;
+  }
+  const a_symbol* named = curr_type_symbol();
+  if (!named || !identical_types(prvalue_type(named->variant.type), prvalue_type(object_type))) {
+    if (expr_error_should_be_issued())
+      pos_stty_error(ec_destructor_type_mismatch, &pos_curr_token,
+                     locator_for_curr_id.header->identifier, object_type);
+    conv_to_error_operand(operand);
+  }
+  get_token();
+}
+
+// `object.~type()` of a scalar, at the `~`: evaluates the object alone.
+static void scan_pseudo_destructor(an_operand* operand, bool is_arrow) {
+  get_token();
+  check_pseudo_destructor_name(operand, is_arrow ? type_pointed_to(operand->type) : operand->type);
+  required_token(tok_lparen, ec_exp_lparen);
+  a_source_position end = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  if (!is_error_operand(operand))
+    replace_by_void_value(operand, &end);
+}
+
+static bool is_pseudo_destructor(const an_operand* operand, bool is_arrow) {
+  if (in_C_mode() || curr_token != tok_compl || is_error_operand(operand))
+    return false;
+  if (is_arrow)
+    return is_pointer_type(operand->type) && is_scalar_type(type_pointed_to(operand->type));
+  return is_scalar_type(operand->type);
 }
 
 void scan_field_selection(an_operand* operand) {
-  bool is_arrow = curr_token == tok_arrow;
-  a_source_position start = operand->position, position = pos_curr_token;
+  an_operator_place place = place_of_curr_token();
+  bool is_arrow = place.token == tok_arrow;
+  a_source_position start = operand->position;
   get_token();
   a_source_position end = end_pos_curr_token;
+  if (is_arrow && operator_is_overloaded(&place, operand, nullptr, operand)) {
+    select_named_field(operand, false);
+    set_operator_positions(operand, &start, &place.position, &end);
+    return;
+  }
   if (is_arrow) {
     do_operand_transformations(operand, ot_all);
     change_ref_kinds(operand->ref_entries, srk_value_read);
     operand->ref_entries = nullptr;
   } else {
-    do_operand_transformations(operand, ot_keep_glvalue | ot_keep_array | ot_keep_function);
+    eliminate_unusual_operand_kinds(operand);
   }
-  a_type* class_type = is_error_operand(operand) ? nullptr : class_of_selection(operand, is_arrow);
-  a_field* field = scan_member_name(class_type ? class_type : error_type());
-  if (field && class_type)
-    select_field(operand, field, is_arrow);
-  else
-    conv_to_error_operand(operand);
-  set_operator_positions(operand, &start, &position, &end);
+  if (is_pseudo_destructor(operand, is_arrow)) {
+    scan_pseudo_destructor(operand, is_arrow);
+  } else {
+    if (!check_object_of_selection(operand, is_arrow))
+      conv_to_error_operand(operand);
+    select_named_field(operand, is_arrow);
+  }
+  set_operator_positions(operand, &start, &place.position, &end);
+}
+
+// ---- .* and ->* (C++11 5.5) ----
+
+static bool check_ptr_to_member_operands(an_operand* object, an_operand* member, bool is_arrow) {
+  if (is_error_operand(object) || is_error_operand(member))
+    return false;
+  if (!is_ptr_to_member_type(member->type)) {
+    error_in_operand(ec_expr_not_ptr_to_member, member);
+    return false;
+  }
+  if (!check_object_of_selection(object, is_arrow))
+    return false;
+  a_type* class_type = f_skip_typerefs(is_arrow ? type_pointed_to(object->type) : object->type);
+  a_type* member_class = f_skip_typerefs(pm_class_type(member->type));
+  if (class_type == member_class || find_base_class_of(class_type, member_class))
+    return true;
+  type2_error_in_operand(ec_incompatible_operands, object, object->type, member->type);
+  return false;
+}
+
+static void ptr_to_member_selection(an_operand* object, an_operand* member, bool is_arrow,
+                                    an_operand* result) {
+  if (is_function_type(pm_member_type(member->type))) {
+    if (expr_error_should_be_issued())
+      pos_st_error(ec_feature_not_allowed_in_current_mode, &member->position, "member function");
+    make_error_result(object, member, result);
+    return;
+  }
+  a_type* object_type = is_arrow ? type_pointed_to(object->type) : object->type;
+  a_type* type = make_pm_selection_type(member->type, get_type_qualifiers(object_type));
+  bool is_lvalue = is_arrow || object->state == os_glvalue;
+  an_expr_node* first = make_node_from_operand(object);
+  first->next = make_node_from_operand(member);
+  first->next->next = nullptr;
+  an_expr_operator_kind op = is_arrow ? eok_arrow_ptr_to_member : eok_dot_ptr_to_member;
+  an_expr_node* node = make_lvalue_operator_node(op, type, first);
+  if (!is_lvalue) {
+    node->is_lvalue = false;
+    node->is_xvalue = true;
+  }
+  make_glvalue_expression_operand(node, result);
+}
+
+void scan_ptr_to_member_operator(an_operand* operand) {
+  an_operator_place place = place_of_curr_token();
+  bool is_arrow = place.token == tok_arrow_star;
+  an_operand object = *operand, member;
+  get_token();
+  scan_expr(&member, nullptr, lev_ptr_to_member, 0);
+  a_source_position end = member.end_position;
+  if (!is_arrow || !operator_is_overloaded(&place, &object, &member, operand)) {
+    do_operand_transformations(&object, is_arrow ? ot_all : ot_keep_glvalue);
+    do_operand_transformations(&member, ot_all);
+    if (check_ptr_to_member_operands(&object, &member, is_arrow))
+      ptr_to_member_selection(&object, &member, is_arrow, operand);
+    else
+      make_error_result(&object, &member, operand);
+  }
+  set_operator_positions(operand, &object.position, &place.position, &end);
 }

@@ -3,44 +3,59 @@
 
 #include "const_ints.h"
 #include "declarator.h"
-#include "expr_int.h"
+#include "expr_operator.h"
 #include "il.h"
 #include "mode_words.h"
 #include "target.h"
 
-// The operand is a type in parentheses or an expression; `operand` is an
-// expression's.
+// ---- Operands that aren't evaluated ----
+
+static a_type* scan_parenthesized_type(an_operand* operand, const a_source_position* start) {
+  add_stop_token(tok_rparen);
+  a_type* type = scan_type_for_sizeof();
+  remove_stop_token(tok_rparen);
+  make_error_operand(operand);
+  set_operand_range(operand, start, &end_pos_curr_token);
+  required_token(tok_rparen, ec_exp_rparen);
+  return in_cplusplus_mode() && is_reference_type(type) ? type_pointed_to(type) : type;
+}
+
 static a_type* scan_type_or_expression(an_operand* operand, bool* is_type) {
+  uint32_t flags = 0;
   *is_type = false;
   if (curr_token == tok_lparen) {
     a_source_position start = pos_curr_token;
     get_token();
-    if (is_type_start(dst_expr_context)) {
-      *is_type = true;
-      add_stop_token(tok_rparen);
-      a_type* type = scan_type_for_sizeof();
-      remove_stop_token(tok_rparen);
-      clear_operand(ok_error, operand);
-      set_operand_range(operand, &start, &end_pos_curr_token);
-      required_token(tok_rparen, ec_exp_rparen);
-      return type;
-    }
-    scan_expr(operand, nullptr, lev_unary, sef_opening_paren_taken);
-  } else {
-    scan_expr(operand, nullptr, lev_unary, 0);
+    *is_type = is_decl_not_expr(dst_expr_context);
+    if (*is_type)
+      return scan_parenthesized_type(operand, &start);
+    flags = sef_opening_paren_taken;
   }
-  do_operand_transformations(operand, ot_keep_function | ot_keep_array | ot_keep_glvalue);
+  scan_expr(operand, nullptr, lev_unary, flags);
+  eliminate_unusual_operand_kinds(operand);
   return operand->type;
 }
 
-static void begin_unevaluated(an_expr_stack_entry* entry) {
-  push_nested_expr_stack(ek_unevaluated, entry);
-  entry->flags.keep_side_effects = true;
+a_type* scan_unevaluated_operand(an_operand* operand, bool* is_type) {
+  an_expr_stack_entry entry;
+  push_nested_expr_stack(ek_unevaluated, &entry);
+  entry.flags.keep_side_effects = true;
+  a_type* type = scan_type_or_expression(operand, is_type);
+  pop_expr_stack();
+  return type;
+}
+
+void make_size_operand(uint64_t size, an_operand* result) {
+  a_constant constant;
+  clear_constant(&constant, con_integer);
+  set_unsigned_integer_constant(&constant, size,
+                                static_cast<an_integer_kind>(targ_size_t_int_kind));
+  make_constant_operand(&constant, result);
 }
 
 // ---- sizeof ----
 
-static void check_sizeof_operand(a_type** type, an_operand* operand, bool is_type) {
+static void check_sizeof_operand(a_type** type, const an_operand* operand, bool is_type) {
   an_error_code code = 0;
   if (is_error_type(*type))
     return;
@@ -57,38 +72,54 @@ static void check_sizeof_operand(a_type** type, an_operand* operand, bool is_typ
 }
 
 // GNU C gives void and functions the size 1.
-static uint64_t sizeof_type(a_type* type) {
+static uint64_t sizeof_type(const a_type* type) {
   return is_void_type(type) || is_function_type(type) ? 1 : size_of_type(type);
 }
 
-static void make_size_operand(uint64_t size, an_operand* result) {
-  a_constant constant;
-  clear_constant(&constant, con_integer);
-  set_unsigned_integer_constant(&constant, size,
-                                static_cast<an_integer_kind>(targ_size_t_int_kind));
-  make_constant_operand(&constant, result);
+// `sizeof...(pack)`, at the `...` (C++11 5.3.3 p5). No template with a pack can
+// be declared yet, so that the name is none of one.
+static void scan_sizeof_pack(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  get_token();
+  required_token(tok_lparen, ec_exp_lparen);
+  expr_pos_error(ec_sizeof_pack_in_non_variadic_context, &position);
+  if (curr_token == tok_identifier)
+    get_token();
+  else
+    expr_pos_error(ec_exp_identifier, &pos_curr_token);
+  make_error_operand(result);
+  result->end_position = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
 }
 
-void scan_sizeof(an_operand* result) {
-  a_source_position position = pos_curr_token;
-  an_expr_stack_entry entry;
+static void scan_sizeof_operand(an_operand* result) {
   bool is_type;
-  get_token();
-  begin_unevaluated(&entry);
-  a_type* type = scan_type_or_expression(result, &is_type);
-  pop_expr_stack();
-  a_source_position end = result->end_position;
+  a_type* type = scan_unevaluated_operand(result, &is_type);
+  misra_check_sizeof_operand(result);
   check_sizeof_operand(&type, result, is_type);
+  a_source_position end = result->end_position;
   if (is_error_type(type))
     make_error_operand(result);
   else
     make_size_operand(sizeof_type(type), result);
+  result->end_position = end;
+}
+
+void scan_sizeof(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  get_token();
+  if (variadic_templates_enabled && curr_token == tok_ellipsis)
+    scan_sizeof_pack(result);
+  else
+    scan_sizeof_operand(result);
+  a_source_position end = result->end_position;
   set_operator_positions(result, &position, &position, &end);
 }
 
 // ---- _Alignof ----
 
-static uint64_t alignment_of_operand(const an_operand* operand, a_type* type) {
+// An object or a field may have an alignment of its own.
+static uint64_t alignment_of_operand(const an_operand* operand, const a_type* type) {
   if (operand->kind == ok_expression && operand->variant.expr->kind == expr_variable) {
     const a_variable* variable = operand->variant.expr->variant.variable.ptr;
     if (variable->alignment != 0)
@@ -97,61 +128,71 @@ static uint64_t alignment_of_operand(const an_operand* operand, a_type* type) {
   return f_alignment_of_type(skip_array_types(type));
 }
 
-void scan_alignof(an_operand* result) {
-  a_source_position position = pos_curr_token;
-  bool is_standard = curr_token == tok_alignof;
-  an_expr_stack_entry entry;
-  bool is_type;
-  get_token();
-  begin_unevaluated(&entry);
-  a_type* type = scan_type_or_expression(result, &is_type);
-  pop_expr_stack();
-  a_source_position end = result->end_position;
-  bool is_incomplete = is_incomplete_type(skip_array_types(type)) && !is_void_type(type);
-  if (is_standard && !is_type && strict_ansi_mode && !is_error_type(type))
-    expr_pos_diagnostic(strict_ansi_discretionary_severity, ec_std_alignof_with_expr_arg,
-                        &position);
-  if (!is_error_type(type) &&
-      (is_incomplete || ((is_void_type(type) || is_function_type(type)) && !gnu_mode))) {
-    expr_pos_error(is_function_type(type) ? ec_function_type_not_allowed
-                                          : ec_alignof_incomplete_type,
-                   &result->position);
-    type = error_type();
+static an_error_code fault_of_alignof_type(const a_type* type) {
+  if (is_void_type(type) || is_function_type(type)) {
+    if (gnu_mode)
+      return 0;
+    return is_function_type(type) ? ec_function_type_not_allowed : ec_alignof_incomplete_type;
   }
-  if (is_error_type(type))
+  return is_incomplete_type(skip_array_types(type)) ? ec_alignof_incomplete_type : 0;
+}
+
+static void make_alignment_operand(a_type* type, bool is_type, an_operand* result) {
+  an_error_code code = is_error_type(type) ? 0 : fault_of_alignof_type(type);
+  if (code == 0 && !is_type && result->kind == ok_expression &&
+      bit_field_of_node(result->variant.expr, false))
+    code = ec_sizeof_bit_field;
+  if (code != 0)
+    expr_pos_error(code, &result->position);
+  if (code != 0 || is_error_type(type))
     make_error_operand(result);
   else if (is_void_type(type) || is_function_type(type))
     make_size_operand(1, result);
   else
     make_size_operand(alignment_of_operand(result, type), result);
+}
+
+void scan_alignof(an_operand* result) {
+  a_source_position position = pos_curr_token;
+  bool is_standard = curr_token == tok_alignof;
+  bool is_type;
+  get_token();
+  a_type* type = scan_unevaluated_operand(result, &is_type);
+  a_source_position end = result->end_position;
+  if (is_standard && !is_type && strict_ansi_mode && !is_error_type(type))
+    expr_pos_diagnostic(strict_ansi_discretionary_severity, ec_std_alignof_with_expr_arg,
+                        &position);
+  make_alignment_operand(type, is_type, result);
   set_operator_positions(result, &position, &position, &end);
 }
 
 // ---- __builtin_offsetof ----
 
+// The layout of such a class is the compiler's own affair (C++11 18.2 p4).
+static bool is_non_pod_class(const a_type* type) {
+  const a_class_type_supplement* info = class_supplement_of(type);
+  return info->base_classes || info->has_user_constructor || info->has_user_destructor ||
+         skip_typerefs(type)->variant.class_struct_union.has_virtual_functions;
+}
+
 // The designator is walked as selections and subscripts on an object at
 // address 0.
-static void scan_offsetof_designator(an_operand* object) {
-  a_field* field = scan_member_name(object->type);
-  if (!field) {
-    conv_to_error_operand(object);
+static void select_designated_field(an_operand* object) {
+  if (!is_class_struct_union_type(object->type)) {
+    error_in_operand(in_C_mode() ? ec_expr_not_struct_or_union : ec_expr_not_class, object);
     return;
   }
-  select_field(object, field, false);
+  select_named_field(object, false);
+}
+
+static void scan_offsetof_designator(an_operand* object) {
+  select_designated_field(object);
   while (!is_error_operand(object) && (curr_token == tok_period || curr_token == tok_lbracket)) {
-    if (curr_token == tok_period) {
-      get_token();
-      if (!is_class_struct_union_type(object->type)) {
-        error_in_operand(ec_expr_not_struct_or_union, object);
-        return;
-      }
-      field = scan_member_name(object->type);
-      if (field)
-        select_field(object, field, false);
-      else
-        conv_to_error_operand(object);
+    if (curr_token == tok_lbracket) {
+      scan_offsetof_subscript(object);
     } else {
-      scan_subscript(object);
+      get_token();
+      select_designated_field(object);
     }
   }
 }
@@ -185,6 +226,8 @@ void scan_builtin_offsetof(an_operand* result) {
   a_type* type = type_name();
   remove_stop_token(tok_comma);
   bool has_class = is_class_struct_union_type(type) && !is_incomplete_type(type);
+  if (has_class && in_cplusplus_mode() && is_non_pod_class(type))
+    expr_pos_warning(ec_offset_in_non_POD_nonstandard, &type_position);
   if (!has_class && !is_error_type(type))
     expr_pos_error(is_class_struct_union_type(type) ? ec_incomplete_type_not_allowed
                                                     : ec_exp_class_type,

@@ -108,15 +108,21 @@ static bool is_builtin_for_classes(const an_operator_search* search, bool is_una
          (search->kind == opn_ampersand && is_unary);
 }
 
+static std::string text_of_type(const a_type* type) {
+  size_t length;
+  const char* text = format_type_string(type, &length);
+  return std::string(text, length);
+}
+
 static void report_no_operator(const an_operator_search* search, const an_operand* first,
                                const an_operand* second) {
   if (!expr_error_should_be_issued())
     return;
   constexpr an_error_code text_operand_types = 743;
   const char* name = opname_names[search->kind];
-  std::string types = format_type_string(first->type, nullptr);
+  std::string types = text_of_type(first->type);
   if (second)
-    types = types + " " + name + " " + format_type_string(second->type, nullptr);
+    types = types + " " + name + " " + text_of_type(second->type);
   else
     types = std::string(name) + " " + types;
   a_diagnostic* diag =
