@@ -7,6 +7,7 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "il_statements.h"
+#include "layout.h"
 #include "lexical.h"
 #include "mem_manage.h"
 #include "mode_words.h"
@@ -412,6 +413,9 @@ void* transparent_union_action(an_attribute* attribute, void* entity, an_il_entr
     attribute->kind = attrk_dropped;
   } else {
     type->variant.class_struct_union.is_transparent_union = true;
+    // A union that is being defined is checked with its layout.
+    if (type->variant.class_struct_union.is_complete_definition)
+      check_transparent_union(type, &attribute->position);
   }
   return entity;
 }

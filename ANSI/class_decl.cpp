@@ -14,7 +14,6 @@
 #include "scope_stk.h"
 #include "stack_limit.h"
 #include "symbol_ref.h"
-#include "target.h"
 #include "types.h"
 
 // ---- Tags (C99 6.7.2.3) ----

@@ -71,4 +71,6 @@ SAME(__alignof__(struct reduced_class), 4);
 union floating { float f; int i; } __attribute__((transparent_union));
 // CHECK: line [[#@LINE+1]]: warning #1185-D: union cannot be transparent because of its field field "i"
 union wider { char c; int i; } __attribute__((transparent_union));
+// CHECK: line [[#@LINE+1]]: warning #1185-D
+typedef union { char c; int i; } wider_typedef __attribute__((transparent_union));
 #endif

@@ -22,7 +22,8 @@ struct a_base_spec {
 enum a_class_flag { plain = 0, polymorphic = 1, pod = 2 };
 
 // A class to build: its fields are ints, or of a class named before, or
-// `name[n]` of it; `:n` is an int bit-field of that width, `.` a char.
+// `name[n]` of it; `.` is a char, and `:n` behind a type, or behind nothing for
+// int, makes a bit-field of that width.
 struct a_class_spec {
   const char* name;
   int flags;
@@ -51,7 +52,7 @@ protected:
   a_type* type_of_field(const std::string& text) {
     if (text == "int" || text[0] == ':')
       return integer_type(ik_int);
-    if (text == ".")
+    if (text == "." || text.starts_with(".:"))
       return integer_type(ik_char);
     size_t bracket = text.find('[');
     if (bracket == std::string::npos)
@@ -64,9 +65,9 @@ protected:
     a_field* field = alloc_field(type_of_field(text));
     field->source_corresp.name = "field";
     set_parent_scope(&field->source_corresp, iek_field, class_supplement_of(type)->scope);
-    if (text[0] == ':') {
+    if (const char* colon = strchr(text, ':')) {
       field->is_bit_field = true;
-      field->bit_size = static_cast<uint8_t>(std::stoul(text + 1));
+      field->bit_size = static_cast<uint8_t>(std::stoul(colon + 1));
     }
     a_field** link = &type->variant.class_struct_union.fields;
     while (*link)
@@ -358,6 +359,75 @@ TEST_F(LAYOUT, Limits) {
   build({"TooLarge", plain, {{"Big", false}}, {"Big", "int"}});
   EXPECT_NE(messages().find("class is too large"), std::string::npos);
   EXPECT_EQ(classes["TooLarge"]->size, 400000004u); // the last good place
+}
+
+// The behaviours that other processors have.
+TEST_F(LAYOUT, Modes) {
+  static const struct {
+    int* mode;
+    int value;
+    std::vector<const char*> fields;
+    std::vector<uint64_t> bit_offsets;
+    uint64_t size;
+  } rows[] = {
+      {&targ_bit_field_container_size, -1, {":15", ":10"}, {0, 15}, 4},
+      {&targ_bit_field_container_size, 2, {":15", ":10"}, {0, 16}, 4},
+      {&targ_bit_field_container_size, 0, {":15", ":10"}, {0, 15}, 4},
+      {&targ_zero_width_bit_field_alignment, -1, {":3", ":0", ":3"}, {0, 8, 8}, 4},
+      {&targ_zero_width_bit_field_alignment, 4, {":3", ":0", ":3"}, {0, 32, 32}, 8},
+      {&targ_zero_width_bit_field_alignment, 0, {":3", ":0", ":3"}, {0, 8, 8}, 4},
+      // A container holds fields of its own type only, and all of it is taken.
+      {&targ_microsoft_bit_field_allocation, 1, {":3", ".:2", ".:2", "."}, {0, 32, 34, 40}, 6},
+      {&targ_microsoft_bit_field_allocation, 1, {":30", ":3", "."}, {0, 32, 64}, 9},
+      {&targ_microsoft_bit_field_allocation, 1, {":3", ":0", ".:1"}, {0, 32, 32}, 5},
+      {&targ_microsoft_bit_field_allocation, 0, {":3", ".:2", ".:2", "."}, {0, 3, 5, 8}, 4},
+  };
+  int row_number = 0;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(++row_number);
+    int saved = *row.mode;
+    *row.mode = row.value;
+    std::string name = "M" + std::to_string(row_number);
+    a_type* type = build({name.c_str(), plain, {}, row.fields});
+    *row.mode = saved;
+    std::vector<uint64_t> bit_offsets;
+    for (a_field* field = type->variant.class_struct_union.fields; field; field = field->next)
+      bit_offsets.push_back(field->offset * 8 + field->bit_offset);
+    EXPECT_EQ(bit_offsets, row.bit_offsets);
+    EXPECT_EQ(type->size, row.size);
+  }
+}
+
+TEST_F(LAYOUT, OrderOfAccess) {
+  a_type* type = build({"Accesses", plain, {}, {"int", ".", "int"}});
+  a_field* first = type->variant.class_struct_union.fields;
+  first->source_corresp.access = as_private;
+  first->next->source_corresp.access = as_protected;
+  for (bool in_order : {true, false}) {
+    targ_field_alloc_sequence_equals_decl_sequence = in_order;
+    type->variant.class_struct_union.layout_pending = true;
+    do_class_layout(type);
+    EXPECT_EQ(field_offsets(type),
+              in_order ? (std::vector<uint64_t>{0, 4, 5}) : (std::vector<uint64_t>{5, 4, 0}));
+  }
+  targ_field_alloc_sequence_equals_decl_sequence = 1;
+}
+
+TEST_F(LAYOUT, DeclaredContainers) {
+  static const struct {
+    uint64_t container_bits, alignment_bits, start, size, offset;
+    bool holds;
+  } rows[] = {
+      {32, 8, 8, 3, 0, true},     {32, 8, 30, 10, 8, true}, {32, 32, 30, 10, 32, false},
+      {16, 16, 16, 16, 16, true}, {8, 8, 3, 8, 8, false},
+  };
+  for (const auto& row : rows) {
+    uint64_t offset = 77;
+    EXPECT_EQ(TYPE_PKG::get_container_offset_for_field(row.container_bits, row.alignment_bits,
+                                                       row.start, row.size, &offset),
+              row.holds);
+    EXPECT_EQ(offset, row.offset) << row.start;
+  }
 }
 
 // Every level has the last one as a base twice, so that the number of subobjects
