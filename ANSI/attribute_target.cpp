@@ -19,13 +19,6 @@
 #include "target.h"
 #include "types.h"
 
-// Bits of a declaration's target modifiers.
-static constexpr uint32_t dm_dllimport = 1;
-static constexpr uint32_t dm_dllexport = 2;
-static constexpr uint32_t dm_notshared = 4;
-static constexpr uint32_t dm_near = 32;
-static constexpr uint32_t dm_far = 64;
-
 static uint32_t* decl_modifiers_of(void* entity, an_il_entry_kind kind) {
   if (kind == iek_variable)
     return &static_cast<a_variable*>(entity)->decl_modifiers;

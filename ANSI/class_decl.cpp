@@ -158,7 +158,8 @@ static void record_pack_alignment(a_type* class_type) {
 }
 
 // At the `{`; the `}` is read.
-static void scan_class_definition(a_type* class_type, an_attribute* attributes) {
+static void scan_class_definition(a_type* class_type, an_attribute* attributes,
+                                  a_decl_parse_state* state) {
   auto& info = class_type->variant.class_struct_union;
   a_source_position position = pos_curr_token;
   info.is_being_defined = true;
@@ -171,6 +172,7 @@ static void scan_class_definition(a_type* class_type, an_attribute* attributes) 
   record_pack_alignment(class_type);
   push_class_scope(class_type);
   member_declaration_list(class_type);
+  state->end_position = end_pos_curr_token;
   required_token(tok_rbrace, ec_exp_rbrace);
   append_attributes(&attributes, scan_gnu_attribute_groups(al_tag_end));
   attach_type_attributes(class_type, attributes);
@@ -188,7 +190,7 @@ a_type* class_specifier(a_decl_parse_state* state) {
   a_symbol_kind symbol_kind = kind == tk_union ? symk_union : symk_class_or_struct;
   a_symbol_locator locator;
   an_attribute* attributes;
-  if (!scan_tag(&locator, &attributes))
+  if (!scan_tag(&locator, &attributes, state))
     return error_type();
   bool is_definition = curr_token == tok_lbrace;
   // `struct s;` declares a tag of this scope, unless more specifiers precede.
@@ -202,7 +204,7 @@ a_type* class_specifier(a_decl_parse_state* state) {
     return attach_type_attributes(type, attributes);
   state->decl_flags.defines_tag = true;
   if (!is_error_type(type)) {
-    scan_class_definition(type, attributes);
+    scan_class_definition(type, attributes, state);
   } else {
     flush_until_matching_token();
   }

@@ -8,16 +8,67 @@
 #include "basics.h"
 #include "il_entities.h"
 #include "il_types.h"
+#include "lexical.h"
 
-// Target modifiers and thread storage read among the specifiers.
+// The target's modifiers of a declaration: bits of its modifier mask, which the
+// entity keeps as its decl_modifiers.
+enum a_decl_modifier : uint32_t {
+  dm_none = 0,
+  dm_dllimport = 1u << 0,
+  dm_dllexport = 1u << 1,
+  dm_notshared = 1u << 2,
+  dm_interrupt = 1u << 3,
+  dm_nmi_interrupt = 1u << 4,
+  dm_near = 1u << 5,
+  dm_far = 1u << 6,
+  dm_reentrant = 1u << 7,
+  dm_port = 1u << 8,
+  dm_shared = 1u << 9,
+  dm_sharedpp = 1u << 10,
+  dm_trap = 1u << 11,
+  dm_cregister = 1u << 12,
+  dm_global = 1u << 13,
+  dm_data_mem_bank = 1u << 14,
+  dm_data_align = 1u << 15,
+  dm_last = 1u << 16
+};
+inline constexpr int num_decl_modifiers = 17;
+// What messages call them, in the order of the bits.
+extern const char* const decl_modifier_names[num_decl_modifiers];
+
+// What is read among the specifiers beside the type and the storage class.
 struct a_decl_modifiers_block {
   uint32_t mask; // a_decl_modifier
   a_source_position position;
-  uint8_t thread_local_seen : 1;
-  uint8_t inline_seen : 1;
-  uint8_t noreturn_seen : 1;
-  uint32_t declared_alignment; // in bytes, of _Alignas; 0: none
+  uint16_t thread_local_seen : 1;
+  uint16_t inline_seen : 1;
+  uint16_t noreturn_seen : 1;
+  uint16_t mutable_seen : 1;
+  uint16_t constexpr_seen : 1;
+  uint16_t virtual_seen : 1;
+  uint16_t explicit_seen : 1;
+  uint16_t friend_seen : 1;
+  uint16_t before_gnu_40800 : 1; // GNU C++ that knows no deferred defaults
+  uint32_t declared_alignment;   // in bytes, of _Alignas; 0: none
   a_source_position inline_position;
+  a_source_position noreturn_position;
+  a_source_position thread_local_position;
+  a_source_position mutable_position;
+  a_source_position constexpr_position;
+  a_source_position virtual_position;
+  a_source_position explicit_position;
+  a_source_position friend_position;
+};
+
+// Where the parts of one declaration stand; an entity keeps them in its
+// a_decl_position_supplement.
+struct a_decl_pos_block {
+  a_source_range specifiers_range;
+  a_source_range declarator_range;
+  a_source_position name_end_position;
+  a_source_range variant_range; // the initializer, or the body
+  a_source_position equals_position;
+  a_source_position storage_class_position;
 };
 
 // Work that waits for the end of a declarator or of the whole declaration. No
@@ -34,13 +85,16 @@ struct a_decl_flags {
   uint32_t unused_1 : 3;
   uint32_t specifier_error : 1;
   uint32_t unused_5 : 1;
-  uint32_t is_plain_void : 1; // the specifiers were the single token void
-  uint32_t defines_tag : 1;   // a struct, union or enum was defined by them
-  uint32_t declares_tag : 1;  // one was named by them
+  // The specifiers were the single token void, or `typedef void;` and `typedef
+  // int void;`, which old headers have.
+  uint32_t is_plain_void : 1;
+  uint32_t defines_tag : 1;  // a struct, union or enum was defined by them
+  uint32_t declares_tag : 1; // one was named by them
   uint32_t no_type_given : 1;
   uint32_t storage_class_after_type : 1;
   uint32_t is_initializing : 1;
-  uint32_t unused : 20;
+  uint32_t has_auto_type : 1; // a placeholder type stands among the specifiers
+  uint32_t unused : 19;
 };
 
 struct a_parse_flags {
@@ -80,8 +134,9 @@ struct a_decl_parse_state {
   a_source_position storage_class_position;
   a_type* declared_type;
   a_type* base_type;
-  a_symbol* symbol; // the entity declared
-  a_param_id* param_id_entry;
+  a_symbol* symbol;            // the entity declared
+  a_param_id* param_id_entry;  // the old-style parameter that is declared
+  a_param_id* auto_param_list; // parameters whose type is a placeholder
   a_param_id* param_id_list;
   an_end_of_parse_action* end_of_parse_actions;
   a_decl_parse_state* head_state; // of the declaration; usually the state itself
@@ -103,30 +158,69 @@ enum a_decl_specifiers_option : unsigned {
   dso_no_type_required = 16,
   dso_file_scope = 32,
   dso_for_init = 64,
+  // The caller deals with `virtual`, `explicit` and `friend`.
+  dso_class_words = 0x200,
   dso_allow_typedef_in_parameter = 0x1000,
+  // `unsigned T` takes the type name T, where the dialect has it.
+  dso_modified_typedef_allowed = 0x80000,
   dso_skip_misra_basic_type_check = 0x10000000
 };
 
 // Reads the specifiers into the state; type_specifier_type is never null after
-// it (error_type() after an error).
-void decl_specifiers(unsigned options, a_decl_parse_state* state);
+// it (error_type() after an error). `positions` may be null.
+void decl_specifiers(unsigned options, a_decl_parse_state* state,
+                     a_decl_pos_block* positions = nullptr);
 
-// Reads qualifiers as long as there are any.
+// int was assumed.
+void report_missing_type_specifier(const a_source_position* position);
+
+// Reads qualifiers as long as there are any; either pointer may be null.
 a_type_qualifier_set collect_type_qualifiers(a_decl_parse_state* positions);
+// Whether the type is one that `restrict` can qualify (C99 6.7.3 p2), else after
+// a message.
 bool restrict_qualifier_is_allowed(a_type* type, const a_source_position* position);
+// The same for the nullability qualifiers among `bits`, of which only one may
+// stand; true when they apply.
+bool check_nullability_qualifiers(a_type_qualifier_set bits, a_type* type,
+                                  const a_source_position* position);
+// The target has no rule of its own for the qualifiers of a member.
+void check_ql_type_qualifiers(a_type* type, const a_source_position* position, unsigned flags);
 
-// The type symbol that the current identifier names, or null.
+// The type symbol that the current identifier names, or null. A qualified name
+// is folded into one token.
 a_symbol* curr_type_symbol();
 
-enum a_decl_start_option : unsigned { dst_expr_context = 1, dst_guess_misspelled_type = 2 };
+enum a_decl_start_option : unsigned {
+  dst_expr_context = 1, // an expression may stand here too
+  dst_guess_misspelled_type = 2,
+  dst_condition = 4,    // of an if, a while or a for
+  dst_statement = 0x100 // where a statement begins
+};
+// Whether the current token begins a type.
 bool is_type_start(unsigned options);
+// Whether it begins a declaration.
 bool is_decl_start(unsigned options);
+// Whether what follows is a declaration: in a statement, in a condition, or,
+// without either option, a type name behind the parenthesis of a cast (C++11
+// 6.8, 8.2). No token is consumed.
 bool is_decl_not_expr(unsigned options);
+
+// What stands where a declarator may: found without parsing it.
+struct a_declarator_prescan {
+  bool is_declarator; // the tokens have the form of one
+  bool name_seen;
+  a_token_kind stop_token; // behind it
+};
+void prescan_and_find_declarator(a_declarator_prescan* out);
+// At `C::*` in C++.
+bool at_ptr_to_member();
+// Whether a `:` follows the first declarator, behind the `(` of a for.
+bool is_start_of_range_based_for();
 
 // The tag of a struct, union or enum specifier, at the keyword, and the
 // attributes before it: an unnamed locator when a definition follows without
 // one, false after a message.
-bool scan_tag(a_symbol_locator* locator, an_attribute** attributes);
+bool scan_tag(a_symbol_locator* locator, an_attribute** attributes, a_decl_parse_state* state);
 // enum specifier (C99 6.7.2.2), at the keyword; error_type() after an error.
 a_type* enum_specifier(a_decl_parse_state* state);
 

@@ -28,7 +28,8 @@ struct a_func_info_block {
   a_symbol* first_prototype_symbol;
   int32_t prototype_scope_number; // -1: none
   bool is_old_style;
-  bool is_from_typedef; // the routine type came without a declarator
+  bool is_from_typedef;       // the routine type came without a declarator
+  a_source_position position; // of the parenthesis
 };
 void clear_func_info(a_func_info_block* func_info);
 
@@ -36,6 +37,7 @@ enum a_declarator_option : unsigned {
   do_name_required = 1,
   do_name_optional = 4, // the declarator may be abstract
   do_parameter = 8,
+  do_parenthesized = 16, // inside parentheses of the declarator
   do_for_init = 32,
   do_abstract_only = 0x100,
   do_member = 0x400,
@@ -45,19 +47,29 @@ enum a_declarator_option : unsigned {
 
 // Reads one declarator around the state's type_specifier_type, or around
 // `type` when it isn't null; sets state->declared_type and the locator, which
-// is an error locator when no name was found.
+// is an error locator when no name was found. `positions` may be null.
 void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
-                a_symbol_locator* locator, a_func_info_block* func_info);
+                a_symbol_locator* locator, a_func_info_block* func_info,
+                a_decl_pos_block* positions = nullptr);
 
-// The declared type as a parameter has it (C99 6.7.5.3 p7, p8).
+// The declared type as a parameter has it (C99 6.7.5.3 p7, p8), the error type
+// for void.
 void check_and_adjust_parameter_type(a_decl_parse_state* state, const a_source_position* position);
 a_type* adjust_parameter_type(a_type* type);
+// The bounds of a parameter's arrays where the function is defined: `[*]` stands
+// in prototypes only (C99 6.7.5.2 p4).
+void check_bounds_of_parameter(a_param_id* param);
 // Reports a return type that is none.
 bool check_return_type(a_type* type, const a_source_position* position);
 void add_to_param_id_list(a_param_id* entry, a_func_info_block* func_info);
 
 // A type name; the error type after an error.
 a_type* type_name();
+// The same with what else the state of the parse shows.
+a_type* type_name_full(a_decl_parse_state* state);
+// The type of a new expression: specifiers and pointers (C++11 5.3.4). The
+// bounds of an array are left.
+a_type* new_type_name();
 a_type* scan_type_for_cast();
 a_type* scan_type_for_sizeof();
 

@@ -307,7 +307,7 @@ static bool is_start_without_type(const a_decl_parse_state* state) {
 }
 
 static unsigned options_of_specifiers(const a_decl_parse_state* state) {
-  unsigned options = dso_type_specifiers | dso_storage_class;
+  unsigned options = dso_type_specifiers | dso_storage_class | dso_modified_typedef_allowed;
   if (state->parse_flags.is_file_scope)
     options |= dso_file_scope;
   if (state->parse_flags.is_old_style_param)
@@ -342,7 +342,9 @@ static bool is_special_declaration(a_decl_parse_state* state) {
 }
 
 static bool can_begin_declarator() {
-  return curr_token == tok_identifier || curr_token == tok_star || curr_token == tok_lparen;
+  return curr_token == tok_identifier || curr_token == tok_star || curr_token == tok_lparen ||
+         (in_cplusplus_mode() && (curr_token == tok_ampersand || curr_token == tok_and_and ||
+                                  curr_token == tok_colon_colon));
 }
 
 static void report_missing_type(const a_decl_parse_state* state) {

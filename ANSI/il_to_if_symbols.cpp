@@ -10,6 +10,7 @@
 #include <string>
 
 #include "cmd_line.h"
+#include "decl_spec.h"
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -20,9 +21,6 @@
 #include "target.h"
 
 namespace {
-
-// Bits of a declaration's target modifiers.
-constexpr uint32_t dm_interrupt = 1 << 3;
 
 enum a_content_class { cc_text, cc_data, cc_const };
 

@@ -39,6 +39,10 @@ void process_misra_severity(a_misra_rule_kind kind, const char* text,
 // report goes to the current error position.
 void misra_check_header_name(const char* text, size_t length, char closing_delimiter);
 
+// How many levels of pointers the type has, arrays of arrays counting as one
+// level. Arrays of known bound count only with `count_all_arrays`.
+int misra_get_pointer_depth(const a_type* type, bool count_all_arrays);
+
 // Reports what only the whole unit can show.
 void misra_wrapup();
 

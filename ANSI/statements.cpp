@@ -250,7 +250,10 @@ static void do_statement() {
 
 static void for_initialisation() {
   top_stmt_entry()->in_for_init = true;
-  if (std_version >= 199901 && is_decl_start(dst_guess_misspelled_type)) {
+  if (is_start_of_range_based_for())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, "range-based for");
+  if ((in_cplusplus_mode() || std_version >= 199901) &&
+      is_decl_not_expr(dst_guess_misspelled_type | dst_statement)) {
     for_init_declaration();
   } else if (curr_token != tok_semicolon) {
     a_statement* init = add_statement_at_stmt_pos(stmk_expr, &pos_curr_token);
@@ -410,7 +413,8 @@ void statement(bool is_body) {
   default:
     if (!can_begin_expression())
       bad_statement();
-    else if ((is_body || is_labelled) && is_decl_start(dst_guess_misspelled_type))
+    else if ((is_body || is_labelled) &&
+             is_decl_not_expr(dst_guess_misspelled_type | dst_statement))
       misplaced_declaration(!is_labelled);
     else
       expression_statement();
@@ -435,7 +439,7 @@ static void block_items() {
   add_stop_token(tok_semicolon);
   while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {
     a_token_sequence_number first = curr_token_sequence_number;
-    if (!is_label_start() && is_decl_start(dst_guess_misspelled_type)) {
+    if (!is_label_start() && is_decl_not_expr(dst_guess_misspelled_type | dst_statement)) {
       check_declaration_behind_statement(statement_seen);
       top_stmt_entry()->declaration_seen = true;
       declaration(false, false, false, false, nullptr, nullptr);

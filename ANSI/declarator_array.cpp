@@ -1,0 +1,140 @@
+// Array declarators (C99 6.7.5.2).
+
+#include "const_ints.h"
+#include "declarator_int.h"
+#include "error.h"
+#include "expr_int.h"
+#include "lexical.h"
+#include "mode_words.h"
+#include "types.h"
+
+static void set_bound(a_derivation* array, const a_constant* constant,
+                      const a_source_position* position) {
+  if (constant->kind != con_integer) {
+    array->is_bad = true;
+    return;
+  }
+  int order = cmplit_integer_constant(constant, 0);
+  if (order < 0 || (order == 0 && !gnu_mode)) {
+    pos_error(ec_array_size_must_be_positive, position);
+    array->is_bad = true;
+    return;
+  }
+  if (order == 0 && report_gnu_extensions)
+    pos_warning(ec_zero_length_array_is_gnu_extension, position);
+  array->bound_is_known = true;
+  array->bound = constant->value.int_value;
+}
+
+// A bound that isn't constant. In a prototype it says no more than `*` does
+// (C99 6.7.5.2 p5), and a function's outermost array is a pointer anyway;
+// elsewhere an array of variable length has no form yet that could be written.
+static void set_variable_bound(unsigned options, a_derivation* array,
+                               const a_source_position* position) {
+  if (std_version < 199901 && report_gnu_extensions)
+    pos_warning(ec_vla_is_nonstandard, position);
+  if (options & do_parameter) {
+    array->bound_is_variable = true;
+  } else if (options & do_member) {
+    pos_diagnostic(strict_ansi_error_severity, ec_vla_size_ignored, position);
+    array->bound_is_known = true;
+  } else {
+    pos_error(ec_vla_not_allowed, position);
+    array->is_bad = true;
+  }
+}
+
+// The bound of a parameter's array may name other parameters, which have no
+// values here: it is read like the operand of sizeof. False for a bound that
+// isn't constant.
+static bool scan_parameter_bound(a_constant* constant, bool* is_bad) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_unevaluated, &full);
+  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
+  do_operand_transformations(&operand, ot_all);
+  check_integral_or_enum_operand(&operand);
+  *is_bad = is_error_operand(&operand);
+  bool is_constant = operand.kind == ok_constant && operand_constant_value(&operand, constant);
+  end_full_expression(&full, &operand);
+  return is_constant;
+}
+
+static void scan_bound(unsigned options, a_derivation* array) {
+  a_source_position position = pos_curr_token;
+  a_constant constant;
+  bool is_constant;
+  if ((options & do_parameter) && vla_enabled && in_C_mode()) {
+    is_constant = scan_parameter_bound(&constant, &array->is_bad);
+  } else {
+    an_expr_node* expr;
+    is_constant = scan_array_bound_expression(&constant, &expr);
+    array->is_bad = !is_constant && is_error_type(expr->type);
+  }
+  if (is_constant)
+    set_bound(array, &constant, &position);
+  else if (!array->is_bad)
+    set_variable_bound(options, array, &position);
+}
+
+// At the `*` of `[*]`.
+static void scan_unspecified_bound(unsigned options, a_derivation* array) {
+  if (vla_enabled && in_C_mode() && (options & do_parameter)) {
+    array->bound_is_variable = array->bound_is_star = true;
+  } else {
+    pos_error(ec_vla_with_unspecified_bound_not_allowed, &pos_curr_token);
+    array->is_bad = true;
+  }
+  get_token();
+}
+
+// Qualifiers and `static` stand in a parameter's outermost array alone (C99
+// 6.7.5.2 p1).
+static void scan_bound_qualifiers(unsigned options, a_derivation* array, bool is_outermost) {
+  a_source_position position = pos_curr_token;
+  if (loop_token(tok_static))
+    array->has_static_bound = true;
+  array->qualifiers = collect_type_qualifiers(nullptr);
+  if (!array->has_static_bound && loop_token(tok_static))
+    array->has_static_bound = true;
+  if ((array->has_static_bound || array->qualifiers != tq_none) &&
+      !((options & do_parameter) && is_outermost && in_C_mode())) {
+    pos_error(ec_type_qualifier_not_allowed, &position);
+    array->qualifiers = tq_none;
+  }
+}
+
+// Of a function's outermost array the bound may be forgotten: the parameter is a
+// pointer. A level below it would have to be measured when the function runs.
+void check_bounds_of_parameter(a_param_id* param) {
+  const a_type* declared = skip_typerefs(param->declared_type);
+  bool has_star = false;
+  for (const a_type* level = declared; level->kind == tk_array;
+       level = skip_typerefs(level->variant.array.element_type))
+    has_star |= level->variant.array.bound_is_star;
+  if (has_star)
+    pos_error(ec_vla_with_unspecified_bound_not_allowed, &param->position);
+  else if (is_variably_modified_type(param->type))
+    pos_error(ec_vla_not_allowed, &param->position);
+  else
+    return;
+  param->type = error_type();
+}
+
+void array_declarator(unsigned options, bool is_outermost) {
+  a_derivation array = {};
+  array.kind = dk_array;
+  array.position = pos_curr_token;
+  get_token();
+  add_stop_token(tok_rbracket);
+  scan_bound_qualifiers(options, &array, is_outermost);
+  if (curr_token == tok_star && next_token() == tok_rbracket)
+    scan_unspecified_bound(options, &array);
+  else if (curr_token != tok_rbracket)
+    scan_bound(options, &array);
+  else if (array.has_static_bound)
+    pos_error(ec_exp_primary_expr, &pos_curr_token);
+  remove_stop_token(tok_rbracket);
+  required_token(tok_rbracket, ec_exp_rbracket);
+  derivations.push_back(array);
+}

@@ -1,0 +1,112 @@
+// The placeholder types of C++11, `auto` and `decltype(auto)`: what stands for
+// them is read off the initializer before the entity is declared (C++11
+// 7.1.6.4).
+
+#include "decl_spec_int.h"
+#include "declarator_int.h"
+#include "error.h"
+#include "lexical.h"
+#include "mode_words.h"
+#include "stack_limit.h"
+#include "types.h"
+
+static a_placeholder_kind placeholder_of(const a_type* type) {
+  const a_type* bare = skip_typerefs(type);
+  return bare->kind == tk_template_param
+             ? bare->variant.template_param.template_param_supplement->placeholder
+             : plk_none;
+}
+
+// At the `=`: the type of the expression behind it, which is then read again.
+// After an error it is not.
+static bool prescan_initializer_for_auto_type_deduction(an_unevaluated_operand* operand) {
+  a_token_cache cache;
+  a_token_set_array stop_set = {};
+  stop_set.member[tok_comma] = stop_set.member[tok_semicolon] = true;
+  clear_token_cache(&cache, false);
+  cache_token_stream(&cache, &stop_set);
+  rescan_copy_of_cache(&cache);
+  get_token();
+  scan_operand_for_its_type(operand, true);
+  if (is_error_type(operand->type)) {
+    discard_token_cache(&cache);
+    return false;
+  }
+  rescan_cached_tokens(&cache);
+  return true;
+}
+
+// `pattern` with its placeholder replaced, so that it matches the type; null
+// when none does.
+static a_type* match_placeholder(a_type* pattern, a_type* type) {
+  check_stack_limit();
+  a_type_qualifier_set qualifiers = get_type_qualifiers(pattern) & tq_all_qualifiers;
+  if (placeholder_of(pattern) != plk_none)
+    return make_qualified_type(type, qualifiers);
+  if (type_kind(pattern) != tk_pointer || type_kind(type) != tk_pointer)
+    return nullptr;
+  a_type* target = match_placeholder(type_pointed_to(pattern), type_pointed_to(type));
+  return target ? make_qualified_type(make_pointer_type(target), qualifiers) : nullptr;
+}
+
+// The type of a value made of the operand.
+static a_type* value_type(const an_unevaluated_operand* operand) {
+  a_type* type = operand->type;
+  if (is_reference_type(type))
+    type = type_pointed_to(type);
+  if (is_function_type(type))
+    return make_pointer_type(type);
+  if (is_array_type(type))
+    return type_after_array_to_pointer_transformation(type);
+  return make_unqualified_type(type);
+}
+
+static a_type* match_operand(a_type* declared, const an_unevaluated_operand* operand) {
+  if (!is_reference_type(declared))
+    return match_placeholder(declared, value_type(operand));
+  a_type* pattern = type_pointed_to(declared);
+  a_type* type = is_reference_type(operand->type) ? type_pointed_to(operand->type) : operand->type;
+  a_type* target = match_placeholder(pattern, type);
+  if (!target)
+    return nullptr;
+  // `auto&&` takes either kind of value.
+  bool is_forwarding = is_rvalue_reference_type(declared) && placeholder_of(pattern) != plk_none &&
+                       get_type_qualifiers(pattern) == tq_none;
+  if (is_forwarding && operand->is_lvalue)
+    return make_reference_type(target);
+  return make_reference_type_of_same_kind(declared, target);
+}
+
+static an_error_code rejection_of_initializer(a_placeholder_kind kind) {
+  if (curr_token != tok_assign)
+    return kind == plk_auto ? ec_auto_type_requires_initializer
+                            : ec_decltype_auto_type_requires_initializer;
+  return next_token() == tok_lbrace ? ec_auto_brace_initialization_not_allowed : 0;
+}
+
+a_type* deduce_placeholder_type(a_type* declared, const a_decl_parse_state* state,
+                                const a_source_position* position) {
+  if (is_error_type(declared))
+    return declared;
+  a_placeholder_kind kind = placeholder_of(find_bottom_of_type(declared));
+  if (kind == plk_none) // of a function with a trailing return type
+    return declared;
+  an_error_code code = state->storage_class == sc_typedef ? ec_auto_not_allowed_here
+                                                          : rejection_of_initializer(kind);
+  if (code == 0 && kind == plk_decltype_auto && placeholder_of(declared) == plk_none)
+    code = ec_modified_decltype_auto_type;
+  if (code != 0) {
+    pos_error(code, position);
+    return error_type();
+  }
+  an_unevaluated_operand operand;
+  if (!prescan_initializer_for_auto_type_deduction(&operand))
+    return error_type();
+  a_type* type =
+      kind == plk_decltype_auto ? operand.decltype_type : match_operand(declared, &operand);
+  if (type)
+    return type;
+  pos_error(kind == plk_auto ? ec_cannot_deduce_auto_type : ec_cannot_deduce_decltype_auto_type,
+            position);
+  return error_type();
+}
