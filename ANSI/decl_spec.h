@@ -194,15 +194,16 @@ enum a_decl_start_option : unsigned {
   dst_expr_context = 1, // an expression may stand here too
   dst_guess_misspelled_type = 2,
   dst_condition = 4,    // of an if, a while or a for
+  dst_parameter = 8,    // behind the parenthesis that follows a declared name
   dst_statement = 0x100 // where a statement begins
 };
 // Whether the current token begins a type.
 bool is_type_start(unsigned options);
 // Whether it begins a declaration.
 bool is_decl_start(unsigned options);
-// Whether what follows is a declaration: in a statement, in a condition, or,
-// without either option, a type name behind the parenthesis of a cast (C++11
-// 6.8, 8.2). No token is consumed.
+// Whether what follows is a declaration: in a statement, in a condition, of a
+// parameter, or, without any of these options, a type name behind the
+// parenthesis of a cast (C++11 6.8, 8.2). No token is consumed.
 bool is_decl_not_expr(unsigned options);
 
 // What stands where a declarator may: found without parsing it.

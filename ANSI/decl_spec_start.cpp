@@ -281,17 +281,22 @@ static bool skip_simple_type(a_prescan* prescan) {
   return !has_operand || curr_token != tok_lparen || skip_balanced(prescan);
 }
 
+static bool is_type_name_context(unsigned options) {
+  return !(options & (dst_statement | dst_condition | dst_parameter));
+}
+
 static bool ends_declarator(unsigned options, const a_declarator_prescan* found) {
   a_token_kind token = found->stop_token;
-  if (!(options & (dst_statement | dst_condition))) // a type name
-    return token == tok_rparen && !found->name_seen;
+  if (options & dst_parameter)
+    return token == tok_rparen || token == tok_comma || token == tok_assign ||
+           token == tok_ellipsis;
   if (!found->name_seen)
     return false;
+  if (token == tok_assign || token == tok_semicolon || (token == tok_lbrace && list_init_enabled))
+    return true;
   if (options & dst_condition)
-    return token == tok_assign || token == tok_semicolon || token == tok_rparen ||
-           (token == tok_lbrace && list_init_enabled);
-  return token == tok_semicolon || token == tok_assign || token == tok_colon || token == tok_asm ||
-         token == tok_attribute || (token == tok_lbrace && list_init_enabled);
+    return token == tok_rparen;
+  return token == tok_colon || token == tok_asm || token == tok_attribute;
 }
 
 // At a type that is followed by a parenthesis: a declarator in parentheses, or
@@ -304,9 +309,8 @@ static bool prescan_finds_declaration(unsigned options) {
     return !list_init_enabled;
   if (curr_token != tok_lparen)
     return true;
-  bool is_type_name = !(options & (dst_statement | dst_condition));
   a_declarator_prescan found = {};
-  if (is_type_name) {
+  if (is_type_name_context(options)) {
     // `int ()`, `int (*)()`, `int (T)`, unlike `int (1)`.
     prescan.advance();
     if (curr_token == tok_rparen || curr_token == tok_ellipsis || is_decl_start(0))

@@ -190,7 +190,7 @@ static bool parenthesis_encloses_parameters(unsigned options) {
   cache_curr_token(&cache);
   get_token();
   bool encloses = curr_token == tok_rparen || curr_token == tok_ellipsis ||
-                  is_decl_start(dst_guess_misspelled_type) ||
+                  is_decl_not_expr(dst_parameter | dst_guess_misspelled_type) ||
                   (allow_anachronisms && depth_innermost_function_scope < 0);
   f_rescan_cached_tokens(&cache, true);
   return encloses;

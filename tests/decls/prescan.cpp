@@ -6,6 +6,10 @@ typedef int T;
 struct S { int a; };
 int x;
 
+// Parameters, not the initialisers of variables.
+int function(T(), T(a), T (&b)[2], T((*c)));
+int (*to_function)(T (*)(), T, T (&)[2], T *) = function;
+
 void statements(T value, S *s) {
   {
     T(a);
