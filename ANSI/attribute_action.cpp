@@ -213,8 +213,8 @@ void* target_action(an_attribute* attribute, void* entity, an_il_entry_kind) {
   }
   if (is_bad)
     pos_error(ec_exp_string_literal, &attribute->position);
-  else // this processor has no such options
-    pos_warning(ec_unrecognized_target_attribute, &attribute->position);
+  else
+    validate_target_argument(&attribute->position);
   attribute->kind = attrk_dropped;
   return entity;
 }

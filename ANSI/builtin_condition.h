@@ -1,4 +1,4 @@
-// Conditions under which a builtin function or an attribute exists.
+// Conditions under which a builtin function exists.
 //
 // A text that begins with "QL" names a condition. Any other is a row of terms,
 // and holds when one of them does. A term is a compiler that is imitated (g GNU,
