@@ -220,12 +220,20 @@ static void check_enum_mix(const an_operand* operand, a_type* type,
 
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position) {
-  do_operand_transformations(operand, ot_all);
+  if (is_reference_type(type)) {
+    bind_reference_operand(type, operand, code, position);
+    return;
+  }
+  do_operand_transformations(operand, ot_keep_overload_set);
   if (is_error_operand(operand))
     return;
   type = prvalue_type(type);
   if (is_error_type(type)) {
     conv_to_error_operand(operand);
+    return;
+  }
+  if (operand->kind == ok_indefinite_function) {
+    cast_overloaded_function(type, operand);
     return;
   }
   a_std_conv_descr descr;
@@ -277,15 +285,14 @@ bool operand_constant_value(an_operand* operand, a_constant* constant) {
 
 // ---- Cast expressions ----
 
-static bool is_object_address(const an_operand* operand) {
-  return is_pointer_type(operand->type);
-}
-
 static void warn_about_pointer_size(a_type* type, const an_operand* operand,
                                     const a_source_position* position) {
-  if (is_object_address(operand) && is_integral_or_enum_type(type) && !is_bool_type(type) &&
-      size_of_type(type) < size_of_type(operand->type))
-    expr_pos_warning(ec_pointer_conversion_loses_bits, position);
+  if (!is_pointer_type(operand->type) || !is_integral_or_enum_type(type) || is_bool_type(type) ||
+      size_of_type(type) >= size_of_type(operand->type))
+    return;
+  const a_constant* constant = constant_of_operand(operand);
+  bool is_address = constant && constant->kind == con_address;
+  expr_pos_warning(is_address ? ec_integer_truncated : ec_pointer_conversion_loses_bits, position);
 }
 
 // A type that no value is cast to.

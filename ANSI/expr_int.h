@@ -228,6 +228,10 @@ void scan_simple_type_cast(an_operand* result);
 // As if by assignment (C99 6.5.16.1); `code` reports what doesn't convert.
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position);
+// Makes a reference of the type to the object that the operand names; `code`
+// reports a type that doesn't fit.
+void bind_reference_operand(a_type* type, an_operand* operand, an_error_code code,
+                            const a_source_position* position);
 void force_operand_to_constant_if_possible(an_operand* operand);
 // The value; an error constant, and an error operand, behind a message that the
 // operand has none.

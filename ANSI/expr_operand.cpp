@@ -8,8 +8,14 @@
 #include "mode_words.h"
 #include "scope_stk.h"
 
+#include <cstddef>
+#include <cstring>
+
+// The constant in the operand is as large as all the rest, and is always set as
+// a whole: it need not be cleared.
 void clear_operand(an_operand_kind kind, an_operand* operand) {
-  *operand = {};
+  memset(static_cast<void*>(operand), 0, offsetof(an_operand, variant));
+  operand->variant.expr = nullptr;
   operand->kind = kind;
   operand->type = kind == ok_error ? error_type() : unknown_type();
   operand->position = pos_curr_token;
