@@ -261,7 +261,7 @@ void prep_initializer_operand(an_operand* operand, a_type* type, an_error_code c
 
 void force_operand_to_constant_if_possible(an_operand* operand) {
   if (operand->kind != ok_expression || operand->state != os_prvalue ||
-      !is_pointer_type(operand->type))
+      (!is_pointer_type(operand->type) && !is_reference_type(operand->type)))
     return;
   a_constant constant;
   if (!constant_prvalue_pointer(operand->variant.expr, &constant))
