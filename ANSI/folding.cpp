@@ -8,7 +8,9 @@
 #include "expr.h"
 #include "folding_int.h"
 #include "il_types.h"
+#include "lower_il.h"
 #include "mode_words.h"
+#include "scope_stk.h"
 #include "target.h"
 #include "types.h"
 
@@ -58,11 +60,25 @@ void report_fold_problem(const a_fold_problem* problem, a_constant* result,
   issue_fold_problem(severity, problem->code, context);
 }
 
+// A value that an `int` of 32 bits would hold, where it has fewer.
+static bool depends_on_width_of_int(uint64_t value, bool is_signed, an_integer_kind kind) {
+  if (!check_32bit_int_portability || (kind != ik_int && kind != ik_unsigned_int))
+    return false;
+  uint64_t mask = make_integer_value_mask(32);
+  uint64_t most = kind == ik_int ? mask >> 1 : mask, least = kind == ik_int ? ~most : 0;
+  return cmp_integer_values(value, is_signed, least, kind == ik_int) >= 0 &&
+         cmp_integer_values(value, is_signed, most, kind == ik_int) <= 0;
+}
+
 void trunc_and_set_integer(uint64_t value, bool is_signed, a_constant* constant,
                            bool check_overflow, bool saturate, an_error_code* code,
                            an_error_severity* severity) {
   an_integer_kind kind = int_kind_of(constant->type);
   if (!in_range_for_integer_kind(value, is_signed, kind)) {
+    if (*code == 0 && depends_on_width_of_int(value, is_signed, kind)) {
+      *code = ec_folding_int;
+      *severity = es_warning;
+    }
     if (check_overflow && *code == 0) {
       *code = ec_integer_overflow;
       *severity = integer_overflow_severity();
@@ -76,12 +92,22 @@ void trunc_and_set_integer(uint64_t value, bool is_signed, a_constant* constant,
   constant->value.int_value = truncate_integer_value(value, kind);
 }
 
-void check_shift_count(const a_constant* count, a_type* left_type, an_error_code* code) {
-  int width = precision_of_int_kind(int_kind_of(left_type));
-  if (cmplit_integer_constant(count, 0) < 0)
+static int width_of_integer_type(const a_type* type) {
+  return precision_of_int_kind(int_kind_of(type));
+}
+
+void check_shift_count(const a_constant* count, a_type* left_type, a_type* full_left_type,
+                       an_error_code* code) {
+  if (count->kind != con_integer)
+    return;
+  bool is_negative = cmplit_integer_constant(count, 0) < 0;
+  if (is_negative)
     *code = ec_negative_shift_count;
-  else if (cmplit_integer_constant(count, width) >= 0)
+  else if (cmplit_integer_constant(count, width_of_integer_type(left_type)) >= 0)
     *code = ec_shift_count_too_large;
+  if (check_misra_c_2004 &&
+      (is_negative || cmplit_integer_constant(count, width_of_integer_type(full_left_type)) >= 0))
+    *code = ec_misra_c_2004_12_8;
 }
 
 // ---- Binary operators on integers ----
@@ -195,23 +221,41 @@ static bool is_comparison(an_expr_operator_kind op) {
   return op >= eok_eq && op <= eok_le;
 }
 
-static void fold_comparison(an_expr_operator_kind op, const a_constant* left,
-                            const a_constant* right, a_type* result_type, a_constant* result,
-                            a_fold_context* context) {
-  if (left->kind == con_address || right->kind == con_address) {
-    fold_address_comparison(op, left, right, result_type, result, context);
-    return;
-  }
-  if (is_floating_constant(left)) {
-    fold_float_comparison(op, left, right, result_type, result, context);
-    return;
-  }
-  // Pointers made from integers compare as unsigned values.
-  bool is_signed = !is_pointer_valued(left) && int_constant_is_signed(left);
+// Pointers made from integers compare as unsigned values.
+static void fold_integer_comparison(an_expr_operator_kind op, const a_constant* left,
+                                    const a_constant* right, a_type* result_type,
+                                    a_constant* result, const a_fold_context* context) {
+  bool is_signed = is_integral_or_enum_type(left->type) && int_constant_is_signed(left);
   int order =
       cmp_integer_values(left->value.int_value, is_signed, right->value.int_value, is_signed);
   start_result(result_type, result, context);
   result->value.int_value = relation_holds(op, order);
+}
+
+static bool both_are(a_constant_kind kind, const a_constant* left, const a_constant* right) {
+  return left->kind == kind && right->kind == kind;
+}
+
+static bool is_equality(an_expr_operator_kind op) {
+  return op == eok_eq || op == eok_ne;
+}
+
+static void fold_comparison(an_expr_operator_kind op, const a_constant* left,
+                            const a_constant* right, a_type* result_type, a_constant* result,
+                            a_fold_context* context) {
+  if (both_are(con_integer, left, right)) {
+    fold_integer_comparison(op, left, right, result_type, result, context);
+  } else if (is_floating_constant(left) && is_floating_constant(right)) {
+    fold_float_comparison(op, left, right, result_type, result, context);
+  } else if (both_are(con_ptr_to_member, left, right) && is_equality(op)) {
+    bool equal = compare_constants(left, right, ccf_ignore_types);
+    start_result(result_type, result, context);
+    result->value.int_value = equal == (op == eok_eq);
+  } else if (left->kind == con_address || right->kind == con_address) {
+    fold_address_comparison(op, left, right, result_type, result, context);
+  } else {
+    context->not_folded = true;
+  }
 }
 
 static void fold_logical(an_expr_operator_kind op, const a_constant* left, const a_constant* right,
@@ -226,44 +270,100 @@ static void fold_logical(an_expr_operator_kind op, const a_constant* left, const
   result->value.int_value = op == eok_land ? a && b : a || b;
 }
 
-static bool both_are_integers(const a_constant* left, const a_constant* right) {
-  return left->kind == con_integer && right->kind == con_integer;
+// ---- Any operands ----
+
+static void fold_by_operator(an_expr_operator_kind op, const a_constant* left,
+                             const a_constant* right, a_type* result_type, a_constant* result,
+                             a_fold_context* context) {
+  if (op == eok_land || op == eok_lor)
+    fold_logical(op, left, right, result_type, result, context);
+  else if (op == eok_pointer_add || op == eok_pointer_subtract)
+    fold_pointer_arithmetic(op, left, right, result_type, result, context);
+  else if (op == eok_pointer_difference)
+    do_pdiff(left, right, result_type, result, context);
+  else if (is_comparison(op))
+    fold_comparison(op, left, right, result_type, result, context);
+  else if (both_are(con_integer, left, right) && is_integral_or_enum_type(result_type))
+    fold_integer_arithmetic(op, left, right, result_type, result, context);
+  else if (is_floating_constant(left) && is_floating_constant(right) &&
+           is_floating_type(result_type))
+    fold_float_arithmetic(op, left, right, result_type, result, context);
+  else
+    context->not_folded = true;
 }
 
-static bool both_are_floating(const a_constant* left, const a_constant* right) {
-  return is_floating_constant(left) && is_floating_constant(right);
+bool is_integer_valued_address(const a_constant* constant) {
+  return constant->kind == con_address && is_integral_or_enum_type(constant->type);
 }
 
-static bool is_foldable_operand(const a_constant* constant) {
-  return constant->kind == con_integer || constant->kind == con_address ||
-         is_floating_constant(constant);
+static bool is_zero_integer(const a_constant* constant) {
+  return constant->kind == con_integer && constant->value.int_value == 0;
+}
+
+static bool subtracts_integer_valued_addresses() {
+  return gcc_mode || (gpp_mode && gnu_version < 40000);
+}
+
+// `(int)&object`: what it is as a number only the linker knows, so that little
+// can be done with it.
+static void fold_integer_valued_address(an_expr_operator_kind op, const a_constant* left,
+                                        const a_constant* right, a_type* result_type,
+                                        a_constant* result, a_fold_context* context) {
+  bool both = is_integer_valued_address(left) && is_integer_valued_address(right);
+  const a_constant* other = is_integer_valued_address(left) ? right : left;
+  if (op == eok_add && other->kind == con_integer) {
+    fold_pointer_arithmetic(eok_pointer_add, left, right, result_type, result, context);
+  } else if (op == eok_subtract && right->kind == con_integer) {
+    fold_pointer_arithmetic(eok_pointer_subtract, left, right, result_type, result, context);
+  } else if (op == eok_subtract && both && subtracts_integer_valued_addresses()) {
+    do_pdiff(left, right, result_type, result, context);
+  } else if (op == eok_bit_and && gnu_mode && is_zero_integer(other)) {
+    start_result(result_type, result, context);
+    result->overflow_or_wrap = true;
+  } else {
+    context->not_folded = true;
+  }
+}
+
+static bool is_dependent_constant(const a_constant* constant) {
+  return constant->kind == con_template_param ||
+         (constant->kind == con_aggregate && is_template_dependent_type(constant->type));
+}
+
+// In a template, what depends on its parameters waits for their arguments.
+static bool is_dependent_operation(const a_constant* left, const a_constant* right,
+                                   a_type* result_type) {
+  bool in_template = in_cplusplus_mode() && !il_lowering_underway && depth_scope_stack >= 0 &&
+                     scope_stack[depth_scope_stack].is_dependent;
+  return in_template && (is_dependent_constant(left) || is_dependent_constant(right) ||
+                         is_template_dependent_type(result_type));
+}
+
+// Whether the operand may stand in an integer constant expression (C99 6.6 p6).
+static bool is_strict_integer(const a_constant* constant) {
+  return constant->kind == con_integer && !constant->not_strict_constant &&
+         (!constant->is_pointer_value || constant->value.int_value == 0);
 }
 
 void binary_operation(an_expr_operator_kind op, const a_constant* left, const a_constant* right,
                       a_type* result_type, a_constant* result, a_fold_context* context) {
   if (left->kind == con_error || right->kind == con_error) {
     set_error_constant(result);
-  } else if (op == eok_comma) {
-    copy_constant(right, result);
-  } else if (!is_foldable_operand(left) || !is_foldable_operand(right)) {
-    context->not_folded = true;
-  } else if (op == eok_land || op == eok_lor) {
-    fold_logical(op, left, right, result_type, result, context);
-  } else if (op == eok_pointer_add || op == eok_pointer_subtract) {
-    fold_pointer_arithmetic(op, left, right, result_type, result, context);
-  } else if (op == eok_pointer_difference) {
-    do_pdiff(left, right, result_type, result, context);
-  } else if (is_floating_constant(left) != is_floating_constant(right)) {
-    context->not_folded = true;
-  } else if (is_comparison(op)) {
-    fold_comparison(op, left, right, result_type, result, context);
-  } else if (both_are_integers(left, right) && is_integral_or_enum_type(result_type)) {
-    fold_integer_arithmetic(op, left, right, result_type, result, context);
-  } else if (both_are_floating(left, right) && is_floating_type(result_type)) {
-    fold_float_arithmetic(op, left, right, result_type, result, context);
-  } else {
-    context->not_folded = true;
+    return;
   }
+  bool is_strict = is_strict_integer(left) && is_strict_integer(right);
+  if (op == eok_comma)
+    copy_constant(right, result);
+  else if (is_dependent_operation(left, right, result_type))
+    context->not_folded = context->error_reported = true;
+  else if (left->kind == con_address_difference || right->kind == con_address_difference)
+    context->not_folded = true;
+  else if (is_integer_valued_address(left) || is_integer_valued_address(right))
+    fold_integer_valued_address(op, left, right, result_type, result, context);
+  else
+    fold_by_operator(op, left, right, result_type, result, context);
+  if (!context->not_folded)
+    result->not_strict_constant = !is_strict;
 }
 
 // ---- Unary operators ----
@@ -285,29 +385,65 @@ static void fold_negate(const a_constant* operand, a_type* result_type, a_consta
   report_fold_problem(&problem, result, context);
 }
 
+static void fold_not(const a_constant* operand, a_type* result_type, a_constant* result,
+                     a_fold_context* context) {
+  if (!constant_bool_value_known_at_compile_time(operand)) {
+    context->not_folded = true;
+    return;
+  }
+  bool truth = constant_bool_value(operand);
+  start_result(result_type, result, context);
+  result->value.int_value = !truth;
+}
+
+static void fold_integer_unary(an_expr_operator_kind op, const a_constant* operand,
+                               a_type* result_type, a_constant* result, a_fold_context* context) {
+  an_error_code code = 0;
+  an_error_severity severity = es_none;
+  uint64_t value = operand->value.int_value;
+  switch (op) {
+  case eok_negate:
+    fold_negate(operand, result_type, result, context);
+    return;
+  case eok_complement:
+    value = ~value;
+    break;
+  case eok_imag_part:
+    value = 0;
+    break;
+  case eok_unary_plus:
+  case eok_real_part:
+  case eok_conjugate:
+    break;
+  default:
+    context->not_folded = true;
+    return;
+  }
+  start_result(result_type, result, context);
+  trunc_and_set_integer(value, int_constant_is_signed(operand), result, false, false, &code,
+                        &severity);
+}
+
 void unary_operation(an_expr_operator_kind op, const a_constant* operand, a_type* result_type,
                      a_constant* result, a_fold_context* context) {
+  bool is_strict = is_strict_integer(operand);
   if (operand->kind == con_error) {
     set_error_constant(result);
-  } else if (op == eok_not) {
-    if (!is_foldable_operand(operand) || !constant_bool_value_known_at_compile_time(operand)) {
-      context->not_folded = true;
-      return;
-    }
-    start_result(result_type, result, context);
-    result->value.int_value = !constant_bool_value(operand);
-  } else if (is_floating_constant(operand)) {
-    fold_float_unary(op, operand, result_type, result, context);
-  } else if (operand->kind != con_integer || !is_integral_or_enum_type(operand->type)) {
-    context->not_folded = true;
-  } else if (op == eok_negate) {
-    fold_negate(operand, result_type, result, context);
-  } else {
-    uint64_t value = operand->value.int_value;
-    start_result(result_type, result, context);
-    result->value.int_value =
-        truncate_integer_value(op == eok_complement ? ~value : value, int_kind_of(result_type));
+    return;
   }
+  if (is_dependent_operation(operand, operand, result_type))
+    context->not_folded = context->error_reported = true;
+  else if (op == eok_not)
+    fold_not(operand, result_type, result, context);
+  else if (is_floating_constant(operand))
+    fold_float_unary(op, operand, result_type, result, context);
+  else if (operand->kind == con_integer && is_integral_or_enum_type(operand->type) &&
+           is_integral_or_enum_type(result_type))
+    fold_integer_unary(op, operand, result_type, result, context);
+  else
+    context->not_folded = true;
+  if (!context->not_folded)
+    result->not_strict_constant = !is_strict;
 }
 
 // ---- Truth and null pointers ----
@@ -316,12 +452,25 @@ bool is_false_constant(const a_constant* constant) {
   return constant_bool_value_known_at_compile_time(constant) && !constant_bool_value(constant);
 }
 
+static const an_address_value* label_of_address(const a_constant* constant) {
+  bool is_label = constant->kind == con_address && constant->value.address.base_kind == abk_label;
+  return is_label ? &constant->value.address : nullptr;
+}
+
+// Two labels whose distance is that of their offsets.
+static bool is_known_difference(const an_address_difference_value* difference) {
+  const an_address_value* a = label_of_address(difference->minuend);
+  const an_address_value* b = label_of_address(difference->subtrahend);
+  return a && b && a->base.label == b->base.label;
+}
+
 bool constant_bool_value_known_at_compile_time(const a_constant* constant) {
   switch (constant->kind) {
   case con_template_param:
-  case con_address_difference:
   case con_dynamic_init:
     return false;
+  case con_address_difference:
+    return is_known_difference(&constant->value.address_difference);
   case con_address:
     if (constant->value.address.base_kind == abk_variable)
       return variable_has_non_null_address(constant->value.address.base.variable);
@@ -334,8 +483,19 @@ bool constant_bool_value_known_at_compile_time(const a_constant* constant) {
 }
 
 bool constant_bool_value(const a_constant* constant) {
-  return is_floating_constant(constant) ? float_constant_is_true(constant)
-                                        : !is_zero_constant(constant);
+  switch (constant->kind) {
+  case con_float:
+  case con_imaginary:
+  case con_complex:
+    return float_constant_is_true(constant);
+  case con_ptr_to_member:
+    return constant->value.ptr_to_member.is_routine || constant->value.ptr_to_member.member.field;
+  case con_address_difference:
+    return constant->value.address_difference.minuend->value.address.offset !=
+           constant->value.address_difference.subtrahend->value.address.offset;
+  default:
+    return !is_zero_constant(constant);
+  }
 }
 
 bool variable_has_non_null_address(const a_variable* variable) {
@@ -355,6 +515,8 @@ bool is_null_pointer_value(const a_constant* constant) {
 // `void *`.
 bool is_null_pointer_constant(const a_constant* constant) {
   if (constant->kind != con_integer || constant->value.int_value != 0)
+    return false;
+  if (strict_ansi_mode && constant->not_strict_constant)
     return false;
   if (is_nullptr_type(constant->type))
     return true;

@@ -41,6 +41,12 @@ void type_change_constant_full(a_constant* constant, a_type* type, bool is_expli
 // False when the constant can't be converted at compile time.
 bool type_change_constant(a_constant* constant, a_type* type);
 
+// A value that depends on template parameters: a cast of another constant, and
+// an expression. `operand` may be the result.
+void make_template_param_cast_constant(const a_constant* operand, a_type* type, bool is_implicit,
+                                       a_constant* result);
+void make_template_param_expr_constant(an_expr_node* expr, a_constant* result);
+
 // Stores a value into an integer constant of its type, which wraps. With
 // `overflow` on, or a value that doesn't fit while `check_overflow` is on, the
 // code and severity of integer_overflow are set.
@@ -51,7 +57,13 @@ void trunc_and_set_integer(uint64_t value, bool is_signed, a_constant* constant,
 void conv_integer_value_to_float(uint64_t word, bool is_signed, a_float_value* value, int kind,
                                  bool* failed);
 // Sets the code for a negative count, or one not below the left type's width.
-void check_shift_count(const a_constant* count, a_type* left_type, an_error_code* code);
+// Under MISRA the width is that of the type before its promotion, and the code
+// that of rule 12.8.
+void check_shift_count(const a_constant* count, a_type* left_type, a_type* full_left_type,
+                       an_error_code* code);
+inline void check_shift_count(const a_constant* count, a_type* left_type, an_error_code* code) {
+  check_shift_count(count, left_type, left_type, code);
+}
 
 // Whether the constant may stand for a null pointer (C99 6.3.2.3 p3).
 bool is_null_pointer_constant(const a_constant* constant);
@@ -65,9 +77,24 @@ bool routine_has_non_null_address(const a_routine* routine);
 
 // The address constant that a prvalue of pointer type, or the place that a
 // glvalue names, has before run time: an object of static duration, a
-// function, a string literal, and what lies inside them.
+// function, a string literal, and what lies inside them. Entities count as
+// address-taken unless `address_taken` is off.
 bool constant_prvalue_pointer(an_expr_node* expr, a_constant* result);
+bool constant_prvalue_pointer_full(an_expr_node* expr, a_constant* result, bool address_taken);
 bool constant_glvalue_address(an_expr_node* expr, a_constant* result);
+bool constant_is_pointer_to_string_literal(const a_constant* constant);
+// *literal is the string itself.
+bool expr_is_pointer_to_string_literal(an_expr_node* expr, const a_constant** literal);
+
+// The value of a field of an aggregate constant; false when it has none before
+// run time.
+bool fold_field_selection(const a_constant* object, const a_field* field, a_constant* result);
+// The value that lies at a constant address: in a const object with a constant
+// initialiser, a string literal or a temporary constant. It has the type that
+// the address points to, which need not be that of the whole object.
+bool constant_value_at_address(const a_constant* address, a_constant* result);
+// The same for an expression of pointer type.
+bool constant_value_addressed_by_node(an_expr_node* node, a_constant* result);
 
 void folding_one_time_init();
 void folding_init();

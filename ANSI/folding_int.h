@@ -40,6 +40,9 @@ void conv_integer_to_float(a_constant* constant, a_type* type, bool warn, a_fold
 void conv_float_to_integer(a_constant* constant, a_type* type, bool is_explicit,
                            a_fold_problem* problem);
 
+// An address held as an integer of its size.
+bool is_integer_valued_address(const a_constant* constant);
+
 // The bytes that a step of pointer arithmetic moves; 0 when it isn't known.
 uint64_t pointer_step(a_type* pointer_type);
 void fold_pointer_arithmetic(an_expr_operator_kind op, const a_constant* left,

@@ -839,6 +839,7 @@ static bool same_in_all_but_value(const a_constant* a, const a_constant* b) {
          a->is_character_literal == b->is_character_literal &&
          a->is_boolean_literal == b->is_boolean_literal &&
          a->non_decimal_literal == b->non_decimal_literal &&
+         a->not_strict_constant == b->not_strict_constant &&
          a->overflow_or_wrap == b->overflow_or_wrap && a->explicit_cast == b->explicit_cast &&
          a->implicit_cast == b->implicit_cast && a->from_extension == b->from_extension &&
          a->string_char_kind == b->string_char_kind && a->is_function_name == b->is_function_name;
@@ -877,13 +878,6 @@ static uint64_t hash_text(const char* text) {
 
 static uint64_t hash_name(const a_source_correspondence& head) {
   return hash_text(head.name);
-}
-
-static uint64_t hash_float_value(const a_float_value& value) {
-  uint64_t hash = static_cast<uint64_t>(value.exponent) + value.sign;
-  for (uint16_t word : value.mantissa)
-    hash += (word & 0xffu) + (word >> 8);
-  return hash;
 }
 
 static uint64_t hash_address(const an_address_value& address) {
@@ -960,10 +954,10 @@ uint64_t hash_constant(const a_constant* constant) {
                       constant->value.string.sequence_number + 100);
   case con_float:
   case con_imaginary:
-    return hash_float_value(constant->value.float_value) + 500;
+    return fp_hash(&constant->value.float_value) + 500;
   case con_complex:
-    return hash_float_value(constant->value.complex_value->real) +
-           hash_float_value(constant->value.complex_value->imaginary) + 250;
+    return fp_hash(&constant->value.complex_value->real) +
+           fp_hash(&constant->value.complex_value->imaginary) + 250;
   case con_address:
     return hash_address(constant->value.address);
   case con_ptr_to_member:

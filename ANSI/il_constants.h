@@ -187,7 +187,7 @@ struct a_constant {
   uint32_t is_character_literal : 1;
   uint32_t overflow_or_wrap : 1;
   uint32_t is_boolean_literal : 1;
-  uint32_t non_decimal_literal : 1;
+  uint32_t not_strict_constant : 1; // no integer constant expression (C99 6.6 p6)
   uint32_t is_unnamed_enumerator : 1;
   uint32_t is_enumerator : 1;
   uint32_t from_extension : 1; // written under __extension__
@@ -201,7 +201,8 @@ struct a_constant {
   uint32_t has_local_expr_node_ref : 1;
   uint32_t zero_fill : 1;
   uint32_t is_function_name : 1; // the text of __func__ and its like
-  uint32_t unused_flags : 5;
+  uint32_t non_decimal_literal : 1;
+  uint32_t unused_flags : 4;
   a_constant_kind kind;
 
   union {
