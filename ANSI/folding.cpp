@@ -112,10 +112,6 @@ void check_shift_count(const a_constant* count, a_type* left_type, a_type* full_
 
 // ---- Binary operators on integers ----
 
-static bool is_pointer_valued(const a_constant* constant) {
-  return constant->kind == con_address || is_pointer_type(constant->type);
-}
-
 void start_result(a_type* type, a_constant* result, const a_fold_context* context) {
   clear_constant(result, con_integer);
   result->type = type;

@@ -96,6 +96,16 @@ bool constant_value_at_address(const a_constant* address, a_constant* result);
 // The same for an expression of pointer type.
 bool constant_value_addressed_by_node(an_expr_node* node, a_constant* result);
 
+// Whether calls of the routine may fold. *special_syntax: its arguments aren't
+// those of an ordinary call.
+bool is_foldable_gnu_builtin_function(const a_routine* routine, bool* special_syntax);
+// The value of a call of a builtin function, whose arguments have been
+// converted to its parameters. False: the call stays; *error_code, when it
+// isn't 0, says what is wrong with it.
+bool fold_gnu_builtin_function_call_if_possible(const a_routine* routine, an_expr_node* args,
+                                                an_expr_node* call, a_constant* result,
+                                                an_error_code* error_code);
+
 void folding_one_time_init();
 void folding_init();
 void folding_trans_unit_init();
