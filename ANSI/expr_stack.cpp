@@ -2,6 +2,7 @@
 // makes, and its diagnostics.
 
 #include "expr_int.h"
+#include "folding_math.h"
 #include "il.h"
 #include "il_statements.h"
 #include "mem_manage.h"
@@ -123,6 +124,7 @@ void push_nested_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry)
 // ---- The end of a full expression ----
 
 an_expr_node* wrap_up_full_expression(an_expr_node* node) {
+  replace_math_funcs(node, node->type);
   an_object_lifetime* lifetime = expr_stack->object_lifetime;
   if (expr_stack->previous || !lifetime)
     return node;
