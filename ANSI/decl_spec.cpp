@@ -230,11 +230,22 @@ static void scan_auto_type(unsigned options, a_specifier_accumulator* acc,
 
 // ---- Type names ----
 
+// Whether the type name at hand leaves a name to be declared: `unsigned T x;`
+// modifies T, `unsigned T;` declares it again.
+static bool declarator_follows_type_name() {
+  a_token_kind next = next_token();
+  return next == tok_identifier || next == tok_star || next == tok_ampersand ||
+         next == tok_and_and || is_qualifier_token(next);
+}
+
 static bool takes_type_name(unsigned options, const a_specifier_accumulator* acc) {
   if (acc->base != btc_none || acc->complex != cxc_none)
     return false;
-  return !any_size_or_sign(acc) || C_dialect == cd_k_and_r ||
-         ((options & dso_modified_typedef_allowed) && gpp_mode && gnu_version >= 30400);
+  if (!any_size_or_sign(acc))
+    return true;
+  bool is_possible = C_dialect == cd_k_and_r ||
+                     ((options & dso_modified_typedef_allowed) && gpp_mode && gnu_version >= 30400);
+  return is_possible && declarator_follows_type_name();
 }
 
 // A type name ends the list once the type is known, so that `T T;` declares.

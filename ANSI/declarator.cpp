@@ -286,7 +286,8 @@ static void check_exception_specification(a_decl_parse_state* state,
 // A variable may be a register of the file only where its name follows.
 static void check_file_scope_register(a_decl_parse_state* state) {
   if (state->storage_class != sc_register || !state->parse_flags.is_file_scope ||
-      state->decl_flags.specifier_error || curr_token == tok_asm)
+      state->decl_flags.specifier_error || curr_token == tok_asm ||
+      is_function_type(state->declared_type))
     return;
   pos_error(ec_bad_file_scope_storage_class, &state->storage_class_position);
   state->storage_class = sc_none;

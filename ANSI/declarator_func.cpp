@@ -158,8 +158,6 @@ static void append_parameter(a_type* routine_type, a_param_id* param, a_func_inf
   if (last) {
     last->param_type->next = param->param_type;
     param->param_type->param_number = last->param_type->param_number + 1;
-    if (last->param_type->has_default_arg && !param->param_type->has_default_arg)
-      pos_error(ec_default_arg_not_at_end, &param->position);
   } else {
     routine_type->variant.routine.routine_supplement->param_types = param->param_type;
     param->param_type->param_number = 1;

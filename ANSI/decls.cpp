@@ -68,7 +68,7 @@ static void check_declaration_without_declarator(a_decl_parse_state* state) {
   if (state->decl_flags.defines_tag || state->decl_flags.declares_tag ||
       is_unnamed_class(state->type_specifier_type))
     check_lone_tag_declaration(state);
-  else if (state->storage_class == sc_typedef && state->type_specifier_type == void_type())
+  else if (state->storage_class == sc_typedef && state->decl_flags.is_plain_void)
     pos_warning(ec_decl_of_void_ignored, &state->specifiers_position);
   else if (state->storage_class == sc_typedef)
     pos_error(ec_missing_typedef_name, &state->specifiers_position);

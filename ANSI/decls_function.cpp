@@ -28,7 +28,7 @@ static void scan_old_style_declarations(a_type* routine_type, a_func_info_block*
   push_scope(sk_function_prototype, func_info->prototype_scope_number, routine_type, nullptr);
   for (a_param_id* param = func_info->param_id_list; param; param = param->next)
     if (param->symbol && !param->symbol->not_in_lookup)
-      reenter_symbol(param->symbol, depth_scope_stack, false);
+      reenter_symbol(param->symbol, depth_scope_stack, true);
   while (curr_token != tok_lbrace && curr_token != tok_end_of_source &&
          (curr_token == tok_identifier || is_decl_start(0)))
     declaration(false, true, false, false, func_info, nullptr);
