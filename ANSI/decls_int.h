@@ -9,6 +9,8 @@ bool is_in_function();
 // The depth of the namespace, or of the file scope, that holds what a
 // declaration with linkage declares here.
 int depth_of_linked_entities();
+// Whether what is declared there is known to this unit alone (C++11 3.5 p4).
+bool is_in_unnamed_namespace();
 
 // ---- Earlier declarations ----
 

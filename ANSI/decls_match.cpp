@@ -18,6 +18,15 @@ int depth_of_linked_entities() {
   return in_C_mode() || depth_innermost_namespace_scope < 0 ? 0 : depth_innermost_namespace_scope;
 }
 
+bool is_in_unnamed_namespace() {
+  for (int64_t depth = depth_of_linked_entities(); depth > 0;
+       depth = scope_stack[depth].parent_depth)
+    if (scope_stack[depth].namespace_entry &&
+        scope_stack[depth].namespace_entry->source_corresp.is_unnamed)
+      return true;
+  return false;
+}
+
 an_error_severity tolerated_breach_severity() {
   return strict_ansi_mode ? strict_ansi_error_severity : es_warning;
 }

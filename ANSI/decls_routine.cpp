@@ -60,9 +60,7 @@ static void reconcile_routine_types(a_routine* routine, a_type* new_type, bool i
   a_type* old_type = routine->type;
   if (is_error_type(new_type) || is_error_type(old_type))
     return;
-  if (is_definition)
-    routine->type = composite_type(new_type, old_type);
-  else if (!routine->defined && !routine->has_body)
+  if (is_definition || !routine->has_body)
     routine->type = composite_type(new_type, old_type);
 }
 
@@ -149,8 +147,7 @@ static void reconcile_storage(a_routine_declaration* decl, a_routine* routine) {
       pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_11, &decl->locator->position);
     return;
   }
-  if (was_static == wants_static ||
-      (wants_static && routine->source_corresp.symbol && routine->source_corresp.symbol->is_error))
+  if (was_static == wants_static)
     return;
   report_linkage_conflict(&decl->locator->position);
   if (wants_static && routine->storage_kind == sc_extern) {
@@ -327,13 +324,6 @@ static a_symbol* symbol_of_declaration(a_routine_declaration* decl) {
   return enter_symbol(symk_routine, decl->locator, decl_scope_level, &check);
 }
 
-static bool is_in_unnamed_namespace(int depth) {
-  for (int64_t d = depth; d > 0; d = scope_stack[d].parent_depth)
-    if (scope_stack[d].namespace_entry && scope_stack[d].namespace_entry->source_corresp.is_unnamed)
-      return true;
-  return false;
-}
-
 static a_routine* new_routine(a_symbol* symbol, a_decl_parse_state* state) {
   bool is_static = state->storage_class == sc_static;
   int depth = depth_of_linked_entities();
@@ -341,7 +331,7 @@ static a_routine* new_routine(a_symbol* symbol, a_decl_parse_state* state) {
   symbol->variant.routine = routine;
   set_source_corresp_with_scope_depth(&routine->source_corresp, symbol, depth);
   routine->source_corresp.linkage =
-      is_static || is_in_unnamed_namespace(depth) ? idl_internal : idl_external;
+      is_static || is_in_unnamed_namespace() ? idl_internal : idl_external;
   return routine;
 }
 

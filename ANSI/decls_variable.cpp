@@ -42,15 +42,6 @@ static bool is_internal_constant(const a_decl_parse_state* state) {
          is_const_qualified_type(type) && !is_volatile_qualified_type(type);
 }
 
-static bool is_in_unnamed_namespace() {
-  for (int64_t depth = depth_of_linked_entities(); depth > 0;
-       depth = scope_stack[depth].parent_depth)
-    if (scope_stack[depth].namespace_entry &&
-        scope_stack[depth].namespace_entry->source_corresp.is_unnamed)
-      return true;
-  return false;
-}
-
 static an_id_linkage_kind linkage_of_declaration(const a_decl_parse_state* state) {
   if (state->storage_class == sc_extern)
     return idl_external;
