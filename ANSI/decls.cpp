@@ -182,9 +182,13 @@ static void scan_initializer(a_decl_parse_state* state) {
   a_source_position equals_position = pos_curr_token;
   get_token();
   a_source_range range = {pos_curr_token, pos_curr_token};
+  // Names are looked up where the object belongs (C++11 9.4.2 p2, 3.4.1 p13).
+  bool is_pushed = push_namespace_of_member(state->symbol);
   state->decl_flags.is_initializing = true;
   initializer(state);
   state->decl_flags.is_initializing = false;
+  if (is_pushed)
+    pop_scope();
   mark_variable_value_set(state->symbol);
   range.end = curr_construct_end_position;
   a_variable* variable = state->symbol->variant.variable;
@@ -192,9 +196,20 @@ static void scan_initializer(a_decl_parse_state* state) {
   note_unreferenced_static(variable);
 }
 
+// C++11 7.1.5 p1, p9: such an object is const, and defined here.
+static void apply_constexpr(a_decl_parse_state* state, bool has_initializer) {
+  if (!state->modifiers.constexpr_seen || is_error_type(state->declared_type))
+    return;
+  if (!is_reference_type(state->declared_type))
+    state->declared_type = make_qualified_type(state->declared_type, tq_const);
+  if (!has_initializer)
+    pos_error(ec_constexpr_variable_decl_must_be_definition, &state->modifiers.constexpr_position);
+}
+
 static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
   bool has_initializer = curr_token == tok_assign;
   check_nonfunction_declaration_errors(state, locator);
+  apply_constexpr(state, has_initializer);
   a_storage_kind written = state->storage_class;
   state->storage_class = storage_of_variable(state, has_initializer);
   unsigned flags = flags_of_variable(state, has_initializer);

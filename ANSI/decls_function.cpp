@@ -37,6 +37,9 @@ static void scan_old_style_declarations(a_type* routine_type, a_func_info_block*
     get_token();
   }
   func_info->first_prototype_symbol = scope_stack[depth_scope_stack].pointers.first_symbol;
+  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
+    if (param->symbol && !param->symbol->not_in_lookup)
+      unlink_symbol_from_symbol_table(param->symbol);
   pop_scope();
 }
 
@@ -98,9 +101,11 @@ static void check_main(const a_routine* routine, const a_decl_parse_state* state
                        const a_source_position* position) {
   if (!is_main_function(routine) || is_error_type(routine->type))
     return;
-  if (routine->is_inline) // C99 6.7.4 p4
+  if (routine->is_inline && !state->modifiers.constexpr_seen) // C99 6.7.4 p4
     pos_error(ec_inline_main, position);
-  if (in_cplusplus_mode() && state->storage_class == sc_static)
+  if (state->modifiers.constexpr_seen)
+    pos_error(ec_constexpr_main, position);
+  else if (in_cplusplus_mode() && state->storage_class == sc_static)
     pos_error(ec_bad_function_storage_class, &state->storage_class_position);
   check_return_type_of_main(routine->type, position);
 }

@@ -132,11 +132,10 @@ static a_scope* scope_of_member(const a_symbol* member) {
                                      : il_header.primary_scope;
 }
 
-static bool is_open_around(const a_scope* scope) {
-  for (int64_t depth = decl_scope_level; depth >= 0; depth = scope_stack[depth].parent_depth)
-    if (scope_stack[depth].il_scope == scope)
-      return true;
-  return false;
+static bool is_within_current_scope(const a_scope* scope) {
+  while (scope && scope != scope_stack[decl_scope_level].il_scope)
+    scope = scope->parent;
+  return scope != nullptr;
 }
 
 static a_symbol* look_up_qualified(a_symbol_locator* locator) {
@@ -168,7 +167,7 @@ a_symbol* find_qualified_declaration(a_symbol_locator* locator, bool is_definiti
   } else if (symbol->is_class_member) {
     pos_st_error(ec_feature_not_allowed_in_current_mode, &locator->position,
                  locator->header->identifier);
-  } else if (is_in_function() || !is_open_around(scope_of_member(symbol))) {
+  } else if (is_in_function() || !is_within_current_scope(scope_of_member(symbol))) {
     pos_sy_error(is_definition ? ec_bad_scope_for_definition : ec_bad_scope_for_redeclaration,
                  &locator->position, symbol);
   } else {

@@ -339,8 +339,8 @@ void update_routine_decl_modifiers(a_routine* routine, const a_decl_parse_state*
   routine->decl_modifiers |= state->modifiers.mask;
   if (state->modifiers.declared_alignment > routine->alignment)
     routine->alignment = state->modifiers.declared_alignment;
-  if (state->modifiers.inline_seen)
-    set_inline_flag(routine, true);
+  if (state->modifiers.inline_seen || state->modifiers.constexpr_seen)
+    set_inline_flag(routine, true); // C++11 7.1.5 p1
   if (state->modifiers.noreturn_seen) {
     routine->no_return = true;
     if (is_function_type(routine->type))
@@ -362,6 +362,15 @@ static void note_inline_definition(a_routine* routine, const a_routine_declarati
     routine->has_external_declaration = true;
 }
 
+// C++11 7.1.5 p1: all declarations say `constexpr`, or none.
+static void check_constexpr(const a_routine_declaration* decl, const a_routine* routine) {
+  if (in_C_mode() || routine->is_constexpr == decl->state->modifiers.constexpr_seen)
+    return;
+  pos_sy_error(routine->is_constexpr ? ec_previous_constexpr_decl_conflict
+                                     : ec_previous_nonconstexpr_decl_conflict,
+               &decl->locator->position, decl->match);
+}
+
 static void redeclare_routine(a_routine_declaration* decl) {
   a_routine* routine = decl->match->variant.routine;
   a_type* new_type = decl->state->declared_type;
@@ -375,6 +384,7 @@ static void redeclare_routine(a_routine_declaration* decl) {
     report_incompatible_types(decl, routine);
   }
   reconcile_storage(decl, routine);
+  check_constexpr(decl, routine);
   if (decl->state->modifiers.inline_seen && routine->called && !routine->is_inline)
     pos_sy_remark(ec_called_function_redeclared_inline, &decl->locator->position, decl->match);
 }
@@ -405,7 +415,6 @@ static void check_declaration(const a_routine_declaration* decl) {
   }
   if (scope_stack[decl_scope_level].kind == sk_function_prototype)
     pos_warning(ec_decl_in_prototype_scope, &decl->locator->position);
-  check_default_args(decl);
   check_misra_rules(decl);
 }
 
@@ -449,6 +458,7 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
     pos_sy_warning(ec_first_decl_not_gnu_inline, &locator->position, symbol);
   update_routine_decl_modifiers(routine, state);
   note_inline_definition(routine, &decl);
+  check_default_args(&decl);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;
   if (decl.is_definition) {
     // The definition is what positions in messages and in the file point at.
