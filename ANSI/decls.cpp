@@ -183,12 +183,11 @@ static void scan_initializer(a_decl_parse_state* state) {
   get_token();
   a_source_range range = {pos_curr_token, pos_curr_token};
   // Names are looked up where the object belongs (C++11 9.4.2 p2, 3.4.1 p13).
-  bool is_pushed = push_namespace_of_member(state->symbol);
+  int number_pushed = push_namespaces_of_member(state->symbol);
   state->decl_flags.is_initializing = true;
   initializer(state);
   state->decl_flags.is_initializing = false;
-  if (is_pushed)
-    pop_scope();
+  pop_namespaces(number_pushed);
   mark_variable_value_set(state->symbol);
   range.end = curr_construct_end_position;
   a_variable* variable = state->symbol->variant.variable;

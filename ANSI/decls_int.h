@@ -31,9 +31,10 @@ void report_linkage_conflict(const a_source_position* position);
 // The severity of a breach of the language that older compilers tolerate.
 an_error_severity tolerated_breach_severity();
 
-// Opens the namespace that an entity declared outside of it belongs to; false
-// when it is the current scope already. To be closed with pop_scope.
-bool push_namespace_of_member(const a_symbol* member);
+// Opens the namespaces between the current scope and an entity declared outside
+// of its own; the result is their number, for the second.
+int push_namespaces_of_member(const a_symbol* member);
+void pop_namespaces(int number);
 
 // Whether a function is deleted by what follows its declarator.
 bool is_deleted_definition();

@@ -10,6 +10,8 @@
 #include "scope_stk.h"
 #include "types.h"
 
+#include <vector>
+
 bool is_in_function() {
   return depth_innermost_function_scope >= 0;
 }
@@ -183,12 +185,21 @@ a_symbol* find_qualified_declaration(a_symbol_locator* locator, bool is_definiti
   return nullptr;
 }
 
-bool push_namespace_of_member(const a_symbol* member) {
-  if (!member->is_namespace_member ||
-      scope_of_member(member) == scope_stack[decl_scope_level].il_scope)
-    return false;
-  f_push_namespace_extension_scope(member->parent.namespace_entry);
-  return true;
+int push_namespaces_of_member(const a_symbol* member) {
+  if (!member->is_namespace_member || !is_within_current_scope(scope_of_member(member)))
+    return 0;
+  std::vector<a_namespace*> closed;
+  for (a_scope* scope = scope_of_member(member); scope != scope_stack[decl_scope_level].il_scope;
+       scope = scope->parent)
+    closed.push_back(scope->assoc.namespace_entry);
+  for (size_t i = closed.size(); i-- > 0;)
+    f_push_namespace_extension_scope(closed[i]);
+  return static_cast<int>(closed.size());
+}
+
+void pop_namespaces(int number) {
+  for (; number > 0; --number)
+    pop_scope();
 }
 
 // ---- Positions ----

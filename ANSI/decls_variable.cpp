@@ -178,13 +178,12 @@ static void check_repeated_definition(a_variable_declaration* decl, const a_vari
 // Lists hold variables in the order of their definitions.
 static void move_to_end_of_list(a_variable* variable, const a_symbol* match) {
   int depth = depth_of_linked_entities();
-  bool is_pushed = push_namespace_of_member(match);
-  if (is_pushed)
+  int number_pushed = push_namespaces_of_member(match);
+  if (number_pushed > 0)
     depth = depth_scope_stack;
   remove_from_variables_list(variable, depth);
   add_to_variables_list(variable, depth);
-  if (is_pushed)
-    pop_scope();
+  pop_namespaces(number_pushed);
 }
 
 static void define_again(a_variable_declaration* decl, a_variable* variable) {
