@@ -181,6 +181,28 @@ static void operand_for_symbol(a_symbol* symbol, an_operand* result) {
   }
 }
 
+// The class or namespace that the qualifier names; null for another one.
+static const a_symbol* symbol_of_qualifier(const a_symbol_locator* locator) {
+  if (!locator->is_qualified || !locator->qualifier.entry)
+    return nullptr;
+  return locator->is_class_qualified || locator->is_enum_qualified
+             ? locator->qualifier.class_type->source_corresp.symbol
+             : locator->qualifier.namespace_entry->source_corresp.symbol;
+}
+
+// A name without a declaration may still be that of a function to be declared,
+// unless it was sought in one place.
+static void undeclared_name_operand(const a_symbol_locator* locator, an_operand* result) {
+  const a_symbol* place = symbol_of_qualifier(locator);
+  if (!place) {
+    make_undefined_symbol_operand(locator, result);
+    return;
+  }
+  if (expr_error_should_be_issued())
+    pos_stsy_error(ec_not_a_member, &locator->position, locator->header->identifier, place);
+  make_error_operand(result);
+}
+
 static void record_written_form(const a_symbol_locator* locator, an_operand* result) {
   result->flags.id_detail = locator->id_detail;
   result->flags.id_detail_2 = locator->id_detail_2;
@@ -207,7 +229,7 @@ void scan_identifier(an_operand* result) {
   if (!symbol && !locator.is_qualified)
     symbol = load_builtin_function(locator.header);
   if (!symbol) {
-    make_undefined_symbol_operand(&locator, result);
+    undeclared_name_operand(&locator, result);
     get_token();
     return;
   }
