@@ -119,8 +119,9 @@ static a_type* type_info_class() {
   find_symbol_header("type_info", 0, &locator);
   a_symbol* symbol = namespace_qualified_id_lookup(
       &locator, symbol_for_namespace_std->variant.namespace_entry, ilo_none);
-  bool is_class = symbol && symbol->kind == symk_class_or_struct;
-  return is_class ? symbol->variant.type : nullptr;
+  bool is_defined = symbol && symbol->kind == symk_class_or_struct &&
+                    !is_incomplete_type(symbol->variant.type);
+  return is_defined ? symbol->variant.type : nullptr;
 }
 
 static bool check_typeid_operand(a_type* type, const a_source_position* position) {
