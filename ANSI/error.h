@@ -75,6 +75,9 @@ void pos_sy_diagnostic(an_error_severity severity, an_error_code code,
                        const a_source_position* position, const a_symbol* symbol);
 void pos2_diagnostic(an_error_severity severity, an_error_code code,
                      const a_source_position* position, const a_source_position* position2);
+void pos2_ty_diagnostic(an_error_severity severity, an_error_code code,
+                        const a_source_position* position, const a_source_position* position2,
+                        const a_type* type);
 void pos2_sy_diagnostic(an_error_severity severity, an_error_code code,
                         const a_source_position* position, const a_source_position* position2,
                         const a_symbol* symbol);

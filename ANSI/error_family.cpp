@@ -93,6 +93,12 @@ void pos2_diagnostic(an_error_severity severity, an_error_code code,
   report(severity, code, position, position2);
 }
 
+void pos2_ty_diagnostic(an_error_severity severity, an_error_code code,
+                        const a_source_position* position, const a_source_position* position2,
+                        const a_type* type) {
+  report(severity, code, position, position2, type);
+}
+
 void pos2_sy_diagnostic(an_error_severity severity, an_error_code code,
                         const a_source_position* position, const a_source_position* position2,
                         const a_symbol* symbol) {

@@ -10,10 +10,15 @@
 
 // ---- _Generic ----
 
+struct an_association {
+  a_type* type;
+  a_source_position position;
+};
+
 struct a_generic_selection {
   a_type* type; // of the controlling expression; the error type after an error
   an_operand result;
-  std::vector<a_type*> types; // of the associations so far
+  std::vector<an_association> associations; // with a type, so far
   bool is_matched;
   bool has_default;
 };
@@ -38,30 +43,37 @@ static void scan_controlling_operand(a_generic_selection* selection) {
   selection->type = operand.type;
 }
 
-// p2: complete object types, of which no two are compatible.
-static a_type* check_association_type(const a_generic_selection* selection, a_type* type,
-                                      const a_source_position* position) {
-  an_error_code code = 0;
-  if (is_error_type(type))
-    return type;
+static const an_association* earlier_association(const a_generic_selection* selection,
+                                                 a_type* type) {
+  for (const an_association& association : selection->associations)
+    if (types_are_compatible(association.type, type))
+      return &association;
+  return nullptr;
+}
+
+static an_error_code fault_of_association_type(const a_type* type) {
   if (is_variably_modified_type(type))
-    code = ec_variably_modified_type_not_allowed_here;
-  else if (is_function_type(type))
-    code = ec_function_type_not_allowed;
-  else if (is_incomplete_type(type) || is_void_type(type))
-    code = ec_incomplete_type_not_allowed;
-  for (size_t i = 0; code == 0 && i < selection->types.size(); ++i)
-    if (types_are_compatible(selection->types[i], type))
-      code = ec_duplicate_type_in_c11_generic;
-  if (code == 0)
-    return type;
-  if (expr_error_should_be_issued()) {
-    if (code == ec_duplicate_type_in_c11_generic)
-      pos_ty_error(code, position, type);
-    else
-      pos_error(code, position);
+    return ec_variably_modified_type_not_allowed_here;
+  if (is_function_type(type))
+    return ec_function_type_not_allowed;
+  return is_incomplete_type(type) || is_void_type(type) ? ec_incomplete_type_not_allowed : 0;
+}
+
+// p2: complete object types, of which no two are compatible.
+static bool check_association_type(const a_generic_selection* selection, a_type* type,
+                                   const a_source_position* position) {
+  if (is_error_type(type))
+    return false;
+  an_error_code code = fault_of_association_type(type);
+  if (code != 0) {
+    expr_pos_error(code, position);
+    return false;
   }
-  return error_type();
+  const an_association* earlier = earlier_association(selection, type);
+  if (earlier && expr_error_should_be_issued())
+    pos2_ty_diagnostic(es_error, ec_duplicate_type_in_c11_generic, position, &earlier->position,
+                       type);
+  return !earlier;
 }
 
 // The type that the association names; null for `default`.
@@ -73,9 +85,10 @@ static a_type* scan_association_type(a_generic_selection* selection) {
     get_token();
     return nullptr;
   }
-  a_type* type = check_association_type(selection, type_name(), &position);
-  if (!is_error_type(type))
-    selection->types.push_back(type);
+  a_type* type = type_name();
+  if (!check_association_type(selection, type, &position))
+    return error_type();
+  selection->associations.push_back({type, position});
   return type;
 }
 

@@ -274,7 +274,7 @@ static void scan_va_type_question(an_operand* result) {
   a_source_position position = pos_curr_token;
   bool asks_reference = curr_token == tok_va_argref, is_type;
   get_token();
-  const a_type* type = scan_unevaluated_operand(result, &is_type);
+  const a_type* type = scan_unevaluated_parenthesized(result, &is_type);
   a_source_position end = result->end_position;
   if (is_error_type(type))
     make_error_operand(result);

@@ -65,6 +65,8 @@ void misra_check_pointer_assignment(const an_operand* left, const an_operand* ri
 // A type in parentheses or an expression, as sizeof takes it; the type, and the
 // operand of an expression.
 a_type* scan_unevaluated_operand(an_operand* operand, bool* is_type);
+// The same, always in parentheses.
+a_type* scan_unevaluated_parenthesized(an_operand* operand, bool* is_type);
 // A constant of type size_t.
 void make_size_operand(uint64_t size, an_operand* result);
 

@@ -36,6 +36,31 @@ static a_type* scan_type_or_expression(an_operand* operand, bool* is_type) {
   return operand->type;
 }
 
+// The operand is what stands in the parentheses, and no more.
+static a_type* scan_type_or_parenthesized(an_operand* operand, bool* is_type) {
+  a_source_position start = pos_curr_token;
+  required_token(tok_lparen, ec_exp_lparen);
+  *is_type = is_decl_not_expr(dst_expr_context);
+  if (*is_type)
+    return scan_parenthesized_type(operand, &start);
+  add_stop_token(tok_rparen);
+  scan_expr(operand, nullptr, lev_none, 0);
+  remove_stop_token(tok_rparen);
+  operand->end_position = end_pos_curr_token;
+  required_token(tok_rparen, ec_exp_rparen);
+  eliminate_unusual_operand_kinds(operand);
+  return operand->type;
+}
+
+a_type* scan_unevaluated_parenthesized(an_operand* operand, bool* is_type) {
+  an_expr_stack_entry entry;
+  push_nested_expr_stack(ek_unevaluated, &entry);
+  entry.flags.keep_side_effects = true;
+  a_type* type = scan_type_or_parenthesized(operand, is_type);
+  pop_expr_stack();
+  return type;
+}
+
 a_type* scan_unevaluated_operand(an_operand* operand, bool* is_type) {
   an_expr_stack_entry entry;
   push_nested_expr_stack(ek_unevaluated, &entry);

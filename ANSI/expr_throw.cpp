@@ -119,8 +119,8 @@ static a_type* type_info_class() {
   find_symbol_header("type_info", 0, &locator);
   a_symbol* symbol = namespace_qualified_id_lookup(
       &locator, symbol_for_namespace_std->variant.namespace_entry, ilo_none);
-  bool is_defined = symbol && symbol->kind == symk_class_or_struct &&
-                    !is_incomplete_type(symbol->variant.type);
+  bool is_defined =
+      symbol && symbol->kind == symk_class_or_struct && !is_incomplete_type(symbol->variant.type);
   return is_defined ? symbol->variant.type : nullptr;
 }
 
@@ -170,7 +170,7 @@ void scan_typeid(an_operand* result) {
   get_token();
   if (embedded_cplusplus_mode)
     expr_pos_error(ec_rtti_in_embedded_cplusplus, &start);
-  a_type* type = scan_unevaluated_operand(&operand, &is_type);
+  a_type* type = scan_unevaluated_parenthesized(&operand, &is_type);
   a_source_position end = operand.end_position;
   bool good = check_typeid_operand(type, &operand.position);
   if (good && !info_class) {
