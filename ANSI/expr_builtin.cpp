@@ -221,9 +221,7 @@ static void scan_va_arg_pack(an_operand* function, an_operand* result) {
     error_and_make_error_operand(ec_bad_function_for_gnu_va_arg_pack, &function->position, result);
     return;
   }
-  if (expr_error_should_be_issued())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, &function->position,
-                 "__builtin_va_arg_pack");
+  refuse_construct("__builtin_va_arg_pack", &function->position);
   make_error_operand(result);
 }
 

@@ -280,7 +280,8 @@ static a_type* common_cplusplus_type(an_operand* left, an_operand* right,
 }
 
 static bool is_special_to_cplusplus(const a_type* type) {
-  return is_nullptr_type(type) || is_ptr_to_member_type(type) || is_scoped_enum_type(type);
+  return in_cplusplus_mode() &&
+         (is_nullptr_type(type) || is_ptr_to_member_type(type) || is_scoped_enum_type(type));
 }
 
 static void cplusplus_comparison(a_token_kind token, an_operand* left, an_operand* right,

@@ -87,6 +87,8 @@ void expr_pos_diagnostic(an_error_severity severity, an_error_code code,
 bool expr_diagnostic_should_be_issued(an_error_severity severity, an_error_code code,
                                       const a_source_position* position);
 void expr_syntax_error(an_error_code code);
+// What a program may not use yet, by its name.
+void refuse_construct(const char* construct, const a_source_position* position);
 // The error is reported and the operand becomes one.
 void error_in_operand(an_error_code code, an_operand* operand);
 void type2_error_in_operand(an_error_code code, an_operand* operand, a_type* type1, a_type* type2);

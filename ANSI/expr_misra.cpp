@@ -82,6 +82,19 @@ void misra_check_comma(const a_source_position* position) {
     report_required(ec_misra_c_2004_12_10, position);
 }
 
+// The object of which a place is a part.
+static const an_expr_node* whole_object(const an_expr_node* place) {
+  for (;;) {
+    bool is_element = is_operation_node(place, eok_subscript) &&
+                      is_operation_node(place->variant.operation.operands, eok_array_to_pointer);
+    if (is_element)
+      place = place->variant.operation.operands;
+    else if (!is_operation_node(place, eok_dot_field))
+      return place;
+    place = place->variant.operation.operands;
+  }
+}
+
 // The automatic variable whose address the operand is.
 static const a_variable* is_operand_ptr_to_nonstatic(const an_operand* operand) {
   if (operand->kind != ok_expression)
@@ -91,9 +104,7 @@ static const a_variable* is_operand_ptr_to_nonstatic(const an_operand* operand) 
     node = node->variant.operation.operands;
   if (!is_operation_node(node, eok_address_of) && !is_operation_node(node, eok_array_to_pointer))
     return nullptr;
-  node = node->variant.operation.operands;
-  while (is_operation_node(node, eok_dot_field))
-    node = node->variant.operation.operands;
+  node = whole_object(node->variant.operation.operands);
   if (node->kind != expr_variable || node->variant.variable.ptr->storage_kind < sc_auto)
     return nullptr;
   return node->variant.variable.ptr;

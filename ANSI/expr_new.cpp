@@ -43,11 +43,6 @@ static bool has_user_destructor(const a_type* class_type) {
   return class_type && class_supplement_of(class_type)->has_user_destructor;
 }
 
-static void refuse(const char* construct, const a_source_position* position) {
-  if (expr_error_should_be_issued())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, position, construct);
-}
-
 // ---- The type behind new ----
 
 struct a_new_expression {
@@ -177,7 +172,7 @@ static bool check_new_type(a_new_expression* info) {
     return false;
   }
   if (has_user_constructor(class_type)) {
-    refuse("constructor", &info->start);
+    refuse_construct("constructor", &info->start);
     return false;
   }
   return true;
@@ -278,7 +273,7 @@ static void check_deleted_object(an_operand* pointer, bool* is_array) {
                                          &pointer->position))
       pos_ty_warning(ec_delete_of_incomplete_class, &pointer->position, class_type);
   } else if (has_user_destructor(class_type)) {
-    refuse("destructor", &pointer->position);
+    refuse_construct("destructor", &pointer->position);
     conv_to_error_operand(pointer);
   }
 }

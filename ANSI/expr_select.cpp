@@ -163,8 +163,7 @@ void select_field(an_operand* operand, a_field* field, bool is_arrow) {
     is_arrow = false;
   }
   if (is_member_of_base(field, class_type)) {
-    if (expr_error_should_be_issued())
-      pos_st_error(ec_feature_not_allowed_in_current_mode, &operand->position, "base class");
+    refuse_construct("base class", &operand->position);
     conv_to_error_operand(operand);
     return;
   }
@@ -205,8 +204,7 @@ static void select_member(an_operand* operand, a_symbol* symbol, bool is_arrow) 
   case symk_member_function:
   case symk_overloaded_function:
   case symk_function_template:
-    if (expr_error_should_be_issued())
-      pos_st_error(ec_feature_not_allowed_in_current_mode, &operand->position, "member function");
+    refuse_construct("member function", &operand->position);
     conv_to_error_operand(operand);
     break;
   default:
@@ -342,8 +340,7 @@ static bool check_ptr_to_member_operands(an_operand* object, an_operand* member,
 static void ptr_to_member_selection(an_operand* object, an_operand* member, bool is_arrow,
                                     an_operand* result) {
   if (is_function_type(pm_member_type(member->type))) {
-    if (expr_error_should_be_issued())
-      pos_st_error(ec_feature_not_allowed_in_current_mode, &member->position, "member function");
+    refuse_construct("member function", &member->position);
     make_error_result(object, member, result);
     return;
   }

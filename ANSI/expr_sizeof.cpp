@@ -52,22 +52,22 @@ static a_type* scan_type_or_parenthesized(an_operand* operand, bool* is_type) {
   return operand->type;
 }
 
-a_type* scan_unevaluated_parenthesized(an_operand* operand, bool* is_type) {
+static a_type* scan_unevaluated(a_type* (*scan)(an_operand*, bool*), an_operand* operand,
+                                bool* is_type) {
   an_expr_stack_entry entry;
   push_nested_expr_stack(ek_unevaluated, &entry);
   entry.flags.keep_side_effects = true;
-  a_type* type = scan_type_or_parenthesized(operand, is_type);
+  a_type* type = scan(operand, is_type);
   pop_expr_stack();
   return type;
 }
 
+a_type* scan_unevaluated_parenthesized(an_operand* operand, bool* is_type) {
+  return scan_unevaluated(scan_type_or_parenthesized, operand, is_type);
+}
+
 a_type* scan_unevaluated_operand(an_operand* operand, bool* is_type) {
-  an_expr_stack_entry entry;
-  push_nested_expr_stack(ek_unevaluated, &entry);
-  entry.flags.keep_side_effects = true;
-  a_type* type = scan_type_or_expression(operand, is_type);
-  pop_expr_stack();
-  return type;
+  return scan_unevaluated(scan_type_or_expression, operand, is_type);
 }
 
 void make_size_operand(uint64_t size, an_operand* result) {

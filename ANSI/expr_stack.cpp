@@ -294,6 +294,11 @@ void expr_syntax_error(an_error_code code) {
     flush_tokens_without_warning();
 }
 
+void refuse_construct(const char* construct, const a_source_position* position) {
+  if (expr_error_should_be_issued())
+    pos_st_error(ec_feature_not_allowed_in_current_mode, position, construct);
+}
+
 void error_in_operand(an_error_code code, an_operand* operand) {
   if (is_error_operand(operand))
     return;

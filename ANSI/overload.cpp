@@ -80,11 +80,6 @@ bool is_overloadable_first_operand_type(const a_type* type) {
   return is_overloadable_type(type);
 }
 
-static void refuse(const char* construct, const a_source_position* position) {
-  if (expr_error_should_be_issued())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, position, construct);
-}
-
 static bool has_conversion_functions(const a_type* type) {
   return is_class_struct_union_type(type) && class_supplement_of(type)->conversions;
 }
@@ -148,7 +143,7 @@ bool check_for_operator_overloading(const an_operator_search* search, an_operand
                     (second && is_class_struct_union_type(second->type));
   if (any_opname_function_symbol(search->kind) || has_conversion_functions(first->type) ||
       (second && has_conversion_functions(second->type))) {
-    refuse("operator overloading", &search->position);
+    refuse_construct("operator overloading", &search->position);
     return drop_operands(first, second, result);
   }
   if (!with_class || is_builtin_for_classes(search, !second))
@@ -168,7 +163,7 @@ void clear_conv_descr(a_conv_descr* descr) {
 bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t, uint32_t) {
   if (!has_conversion_functions(operand->type))
     return false;
-  refuse("conversion function", &operand->position);
+  refuse_construct("conversion function", &operand->position);
   conv_to_error_operand(operand);
   return true;
 }
@@ -188,7 +183,7 @@ bool conditional_operator_conversion_possible(const an_operand* source, const an
 
 void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr* descr) {
   if (descr->routine || descr->std_conv.is_derived_to_base) {
-    refuse("conversion of a class", &operand->position);
+    refuse_construct("conversion of a class", &operand->position);
     conv_to_error_operand(operand);
     return;
   }
@@ -215,7 +210,7 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function, 
   a_routine* routine = function->symbol ? only_routine_of_set(function->symbol) : nullptr;
   *arguments = nullptr;
   if (!routine) {
-    refuse("overloaded function", &function->position);
+    refuse_construct("overloaded function", &function->position);
     conv_to_error_operand(function);
     return nullptr;
   }

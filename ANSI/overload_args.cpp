@@ -127,8 +127,7 @@ static void check_missing_arguments(an_arg_check_block* block) {
   if (!param || !(block->is_prototyped || block->is_old_style_definition))
     return;
   if (param->has_default_arg) {
-    if (expr_error_should_be_issued())
-      pos_st_error(ec_feature_not_allowed_in_current_mode, &block->position, "default argument");
+    refuse_construct("default argument", &block->position);
     block->any_error = true;
     return;
   }

@@ -28,8 +28,7 @@ void wrapup_auto_instantiation_information() {
 
 // A program can't declare templates yet.
 static void refuse_dependent_operation(const a_source_position* position, an_operand* result) {
-  if (expr_error_should_be_issued())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, position, "template");
+  refuse_construct("template", position);
   make_error_operand(result);
 }
 
