@@ -429,8 +429,7 @@ static void make_temp_literal_operand(a_type* type, a_constant* value, a_dynamic
 }
 
 // C99 6.5.2.5, at the `{`.
-static void scan_compound_literal(a_type* type, const a_source_position* start,
-                                  an_operand* result) {
+void scan_compound_literal(a_type* type, const a_source_position* start, an_operand* result) {
   bool is_static = depth_innermost_function_scope < 0;
   a_dynamic_init* init = nullptr;
   if (in_C_mode() && strict_ansi_mode && std_version < 199901)

@@ -240,6 +240,8 @@ void force_operand_to_constant_if_possible(an_operand* operand);
 void extract_constant_from_operand(an_operand* operand, a_constant* constant);
 // Behind the `(`, at the type of a cast or of a compound literal.
 void scan_cast_expression(an_operand* result, const a_source_position* start);
+// Behind the `)` of a compound literal's type, at the `{`.
+void scan_compound_literal(a_type* type, const a_source_position* start, an_operand* result);
 
 // ---- Operators ----
 
@@ -260,6 +262,8 @@ void scan_alignof(an_operand* result);
 void scan_builtin_offsetof(an_operand* result);
 void scan_types_compatible(an_operand* result);
 
+// The operators behind an operand that bind tighter than the level.
+void scan_operators(an_operand* result, int level, uint32_t flags);
 // Operators behind their left operand, which `operand` holds and which becomes
 // the result; at the operator's token.
 void scan_binary_operator(an_operand* operand);

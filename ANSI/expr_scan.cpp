@@ -243,7 +243,7 @@ static void scan_unevaluated_branch(an_operand* result, an_operand* selector, in
 
 // ---- The scanner ----
 
-static void scan_operators(an_operand* result, int level, uint32_t flags) {
+void scan_operators(an_operand* result, int level, uint32_t flags) {
   for (;;) {
     if (C_dialect == cd_k_and_r)
       join_old_style_assignment();

@@ -20,15 +20,26 @@ static a_type* scan_parenthesized_type(an_operand* operand, const a_source_posit
   return in_cplusplus_mode() && is_reference_type(type) ? type_pointed_to(type) : type;
 }
 
+// `sizeof (type){...}` is that of the object, or of a part of it.
+static a_type* scan_compound_literal_operand(a_type* type, const a_source_position* start,
+                                             an_operand* operand) {
+  scan_compound_literal(type, start, operand);
+  scan_operators(operand, lev_unary, 0);
+  eliminate_unusual_operand_kinds(operand);
+  return operand->type;
+}
+
 static a_type* scan_type_or_expression(an_operand* operand, bool* is_type) {
   uint32_t flags = 0;
   *is_type = false;
   if (curr_token == tok_lparen) {
     a_source_position start = pos_curr_token;
     get_token();
-    *is_type = is_decl_not_expr(dst_expr_context);
-    if (*is_type)
-      return scan_parenthesized_type(operand, &start);
+    if (is_decl_not_expr(dst_expr_context)) {
+      a_type* type = scan_parenthesized_type(operand, &start);
+      *is_type = curr_token != tok_lbrace;
+      return *is_type ? type : scan_compound_literal_operand(type, &start, operand);
+    }
     flags = sef_opening_paren_taken;
   }
   scan_expr(operand, nullptr, lev_unary, flags);
