@@ -128,26 +128,12 @@ static bool check_type_of_result(a_type* type, bool may_be_incomplete,
   return false;
 }
 
-// A function that returns a reference gives the object.
-static void add_indirection_to_call(an_operand* result) {
-  if (!in_cplusplus_mode() || !is_reference_type(result->type))
-    return;
-  bool is_xvalue =
-      is_rvalue_reference_type(result->type) && !is_function_type(type_pointed_to(result->type));
-  an_expr_node* object = make_lvalue_operator_node(eok_ref_indirect, type_pointed_to(result->type),
-                                                   result->variant.expr);
-  if (is_xvalue) {
-    object->is_lvalue = false;
-    object->is_xvalue = true;
-  }
-  make_glvalue_expression_operand(object, result);
-}
-
 static void make_function_call(an_expr_node* callee, a_type* return_type, an_operand* result) {
   make_expression_operand(make_operator_node(eok_call, return_type, callee), result);
   normalize_error_operand(result);
-  if (!is_error_operand(result))
-    add_indirection_to_call(result);
+  // A function that returns a reference gives the object.
+  if (in_cplusplus_mode())
+    add_reference_indirection(result);
 }
 
 static void assemble_function_call(an_operand* function, a_type* function_type,
