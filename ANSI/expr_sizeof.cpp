@@ -95,6 +95,11 @@ static void check_sizeof_operand(a_type** type, const an_operand* operand, bool 
   an_error_code code = 0;
   if (is_error_type(*type))
     return;
+  if (is_vla_type(*type)) {
+    refuse_construct("variable length array", &operand->position);
+    *type = error_type();
+    return;
+  }
   if (!is_type && operand->kind == ok_expression && bit_field_of_node(operand->variant.expr, false))
     code = ec_sizeof_bit_field;
   else if (is_function_type(*type))
