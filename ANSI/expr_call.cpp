@@ -136,8 +136,28 @@ static void make_function_call(an_expr_node* callee, a_type* return_type, an_ope
     add_reference_indirection(result);
 }
 
+// The value that a call of a builtin function has before run time.
+static void fold_gnu_call_if_possible(const a_routine* routine, an_expr_node* arguments,
+                                      an_operand* result) {
+  bool is_builtin =
+      routine && routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0;
+  if (!is_builtin || result->kind != ok_expression)
+    return;
+  an_expr_node* call = result->variant.expr;
+  a_constant constant;
+  an_error_code code;
+  clear_constant(&constant, con_error);
+  bool is_folded =
+      fold_gnu_builtin_function_call_if_possible(routine, arguments, call, &constant, &code);
+  if (code != 0)
+    expr_pos_error(code, &call->position);
+  if (is_folded)
+    make_constant_operand(&constant, result);
+}
+
 static void assemble_function_call(an_operand* function, a_type* function_type,
-                                   an_expr_node* arguments, an_operand* result) {
+                                   an_expr_node* arguments, const a_source_position* position,
+                                   an_operand* result) {
   a_type* return_type = return_type_of(function_type);
   a_routine* routine = routine_of_call(function);
   if (routine && expr_stack->flags.references_count)
@@ -149,6 +169,11 @@ static void assemble_function_call(an_operand* function, a_type* function_type,
                          ? return_type
                          : prvalue_type(return_type),
                      result);
+  if (result->kind == ok_expression)
+    result->variant.expr->position = *position;
+  fold_gnu_call_if_possible(routine, arguments, result);
+  if (!is_constant_operand(result))
+    rule_out_expr_kinds(rule_out_constant, result);
 }
 
 // The set is resolved when the arguments are known.
@@ -212,8 +237,7 @@ static void scan_ordinary_call(an_operand* operand) {
       !check_type_of_result(return_type_of(function_type), is_top_of_decltype, &start)) {
     make_error_operand(operand);
   } else {
-    assemble_function_call(&function, function_type, arguments, operand);
-    rule_out_expr_kinds(rule_out_constant, operand);
+    assemble_function_call(&function, function_type, arguments, &position, operand);
   }
   set_operator_positions(operand, &start, &position, &end);
 }
