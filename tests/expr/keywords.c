@@ -38,3 +38,4 @@ char offset[__intaddr__(((struct s *)0)->b) == 4 && __builtin_offsetof(struct s,
 char nan[sizeof __NAN__ == sizeof(float) && sizeof __INFINITY__ == sizeof(float) ? 1 : -1];
 char same[__builtin_types_compatible_p(const int, int) && !__builtin_types_compatible_p(int, long) &&
                   __builtin_types_compatible_p(int[], int[3]) ? 1 : -1];
+char literals[sizeof(int[]){1, 2, 3} == 12 && sizeof(struct s){1}.b == 4 ? 1 : -1];
