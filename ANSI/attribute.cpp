@@ -140,12 +140,18 @@ const an_attribute_row* find_attribute_row(const char* name, size_t length, uint
   return nullptr;
 }
 
+const char* bare_attribute_name(const char* name, size_t* length) {
+  constexpr size_t longest_bare_name = 100;
+  if (*length < 5 || *length > longest_bare_name + 4 || memcmp(name, "__", 2) != 0 ||
+      memcmp(name + *length - 2, "__", 2) != 0)
+    return name;
+  *length -= 4;
+  return name + 2;
+}
+
 bool gnu_attribute_is_supported(const char* name) {
   size_t length = strlen(name);
-  if (length > 4 && memcmp(name, "__", 2) == 0 && strcmp(name + length - 2, "__") == 0) {
-    name += 2;
-    length -= 4;
-  }
+  name = bare_attribute_name(name, &length);
   return find_attribute_row(name, length, af_gnu, nullptr) != nullptr;
 }
 

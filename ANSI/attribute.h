@@ -21,8 +21,7 @@ enum an_attribute_location_tag : uint8_t {
   al_none = 0,
   al_declaration_start = 1,
   al_specifiers = 2, // also within a declarator
-  al_declarator = 3, // behind the declarator
-  al_name = 4,       // [[...]] behind the declared name
+  al_declarator = 3, // behind the declarator or its name
   al_tag = 5,        // behind the keyword of a class or enum
   al_tag_end = 6,    // behind the brace that ends its definition
   al_base_class = 8,

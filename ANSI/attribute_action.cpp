@@ -36,15 +36,18 @@ void* deprecated_action(an_attribute* attribute, void* entity, an_il_entry_kind 
   return entity;
 }
 
-// No report of the entity as unused is wanted.
+void suppress_report_of_unused(void* entity, an_il_entry_kind kind) {
+  if (a_symbol* symbol = symbol_of_entity(entity, kind))
+    symbol->unused_reported = true;
+}
+
 void* unused_action(an_attribute*, void* entity, an_il_entry_kind kind) {
   if (kind == iek_label)
     static_cast<a_label*>(entity)->is_unused_attr = true;
   else if (kind == iek_param_type)
     static_cast<a_param_type*>(entity)->is_unused = true;
-  a_symbol* symbol = symbol_of_entity(entity, kind);
-  if (symbol != nullptr && kind != iek_label)
-    symbol->unused_reported = true;
+  else
+    suppress_report_of_unused(entity, kind);
   return entity;
 }
 
@@ -75,6 +78,7 @@ void* used_action(an_attribute*, void* entity, an_il_entry_kind kind) {
     static_cast<a_routine*>(entity)->is_used = true;
   else
     static_cast<a_variable*>(entity)->is_used = true;
+  suppress_report_of_unused(entity, kind);
   mark_as_needed(entity, kind);
   return entity;
 }
@@ -199,6 +203,7 @@ void* constructor_action(an_attribute* attribute, void* entity, an_il_entry_kind
   }
   gnu_supplement_of(routine)->constructor_priority = static_cast<int32_t>(priority);
   routine->in_init_array = true;
+  suppress_report_of_unused(routine, iek_routine);
   mark_as_needed(routine, iek_routine);
   return entity;
 }

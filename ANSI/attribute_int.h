@@ -30,6 +30,10 @@ extern const an_attribute_kind_row attribute_kind_rows[num_attribute_kinds];
 const an_attribute_row* find_attribute_row(const char* name, size_t length, uint8_t form,
                                            const char* namespace_name);
 
+// The name without surrounding double underscores; *length, its length, is
+// updated.
+const char* bare_attribute_name(const char* name, size_t* length);
+
 // Whether the attribute may stand with the entity; reports and drops it if not.
 bool check_attribute_target(an_attribute* attribute, void* entity, an_il_entry_kind kind);
 
@@ -53,6 +57,9 @@ void reset_attribute_reading();
 void reset_alias_fixups();
 
 a_source_correspondence* source_corresp_of_entity(void* entity, an_il_entry_kind kind);
+
+// No report that nothing uses the entity will be made.
+void suppress_report_of_unused(void* entity, an_il_entry_kind kind);
 
 // The actions, named in attribute_kinds.def.
 inline constexpr an_attribute_action* no_action = nullptr;

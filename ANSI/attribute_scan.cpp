@@ -72,12 +72,6 @@ static const char* keep_text(const char* text) {
   return keep_text(text, strlen(text));
 }
 
-// __name__ means name.
-static bool has_surrounding_underscores(const char* name, size_t length) {
-  return length >= 5 && length <= 104 && memcmp(name, "__", 2) == 0 &&
-         memcmp(name + length - 2, "__", 2) == 0;
-}
-
 // ---- Arguments ----
 
 // The next item of a format's list, at *text, which moves behind it and its
@@ -360,8 +354,8 @@ static bool scan_attribute_namespace(const a_list_scan* scan, an_attribute* attr
 static const an_attribute_row* find_row_of_written_name(const an_attribute* attribute,
                                                         const char* name) {
   size_t length = strlen(name);
-  if (attribute->form <= af_gnu && has_surrounding_underscores(name, length))
-    return find_attribute_row(name + 2, length - 4, attribute->form, attribute->namespace_name);
+  if (attribute->form <= af_gnu)
+    name = bare_attribute_name(name, &length);
   return find_attribute_row(name, length, attribute->form, attribute->namespace_name);
 }
 

@@ -156,6 +156,7 @@ void* retain_action(an_attribute* attribute, void* entity, an_il_entry_kind kind
     return entity;
   }
   mark_as_needed(entity, kind);
+  suppress_report_of_unused(entity, kind);
   add_pragma_to_entity(pa_retain, attribute, entity, kind, {});
   return entity;
 }

@@ -161,10 +161,7 @@ static bool is_format_function_name(const char* name) {
   static const char* const names[] = {"printf",     "scanf",     "strftime",     "strfmon",
                                       "gnu_printf", "gnu_scanf", "gnu_strftime", "gnu_strfmon"};
   size_t length = strlen(name);
-  if (length > 4 && memcmp(name, "__", 2) == 0 && strcmp(name + length - 2, "__") == 0) {
-    name += 2;
-    length -= 4;
-  }
+  name = bare_attribute_name(name, &length);
   for (const char* known : names)
     if (strlen(known) == length && memcmp(known, name, length) == 0)
       return true;
@@ -298,10 +295,7 @@ static const a_mode_row mode_rows[] = {
 
 static const a_mode_row* find_mode(const char* name) {
   size_t length = strlen(name);
-  if (length > 4 && memcmp(name, "__", 2) == 0 && strcmp(name + length - 2, "__") == 0) {
-    name += 2;
-    length -= 4;
-  }
+  name = bare_attribute_name(name, &length);
   for (const a_mode_row& row : mode_rows)
     if (strlen(row.name) == length && memcmp(row.name, name, length) == 0)
       return &row;

@@ -227,7 +227,7 @@ static void scan_declarator(unsigned options, a_decl_parse_state* state, a_symbo
     *name_end = end_pos_curr_token;
     scan_name(options, locator);
     if (curr_token == tok_lbracket)
-      append_attributes(&state->attributes_after, scan_attributes(al_name));
+      append_attributes(&state->attributes_after, scan_attributes(al_declarator));
   }
   bool is_next_to_name = derivations.size() == start + number_of_pointers;
   suffixes(options, is_next_to_name ? func_info : nullptr, is_next_to_name);

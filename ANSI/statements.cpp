@@ -343,9 +343,22 @@ static void asm_statement() {
   required_semicolon();
 }
 
+// Attributes that were read before it was known that a declaration follows.
+static void hand_attributes_to_declaration() {
+  if (!waiting_attributes)
+    return;
+  bool has_specifiers = curr_token != tok_static_assert && curr_token != tok_asm;
+  if (has_specifiers)
+    unscan_attributes(waiting_attributes);
+  else
+    pos_error(ec_attributes_with_no_decl, &waiting_attributes->position);
+  waiting_attributes = nullptr;
+}
+
 // A declaration where a statement must stand.
 static void misplaced_declaration(bool is_body) {
   pos_error(is_body ? ec_dependent_stmt_is_declaration : ec_labeled_declaration, &pos_curr_token);
+  hand_attributes_to_declaration();
   declaration(false, false, false, false, nullptr, nullptr);
 }
 
@@ -379,11 +392,7 @@ static void nested_block() {
   compound_statement_full(false);
 }
 
-void statement(bool is_body) {
-  check_stack_limit();
-  while (curr_token == tok_extension)
-    get_token();
-  bool is_labelled = scan_labels();
+static void unlabelled_statement(bool is_body, bool is_labelled) {
   switch (curr_token) {
   case tok_lbrace:
     return nested_block();
@@ -421,6 +430,23 @@ void statement(bool is_body) {
   }
 }
 
+static void report_unattached_attributes() {
+  if (waiting_attributes)
+    pos_warning(ec_unattached_attribute, &waiting_attributes->position);
+  waiting_attributes = nullptr;
+}
+
+void statement(bool is_body) {
+  check_stack_limit();
+  while (curr_token == tok_extension)
+    get_token();
+  append_attributes(&waiting_attributes, scan_attributes(al_statement));
+  bool is_labelled = scan_labels();
+  append_attributes(&waiting_attributes, scan_attributes(al_statement));
+  unlabelled_statement(is_body, is_labelled);
+  report_unattached_attributes();
+}
+
 // ---- Blocks (C99 6.8.2) ----
 
 static void check_declaration_behind_statement(bool statement_seen) {
@@ -439,8 +465,10 @@ static void block_items() {
   add_stop_token(tok_semicolon);
   while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {
     a_token_sequence_number first = curr_token_sequence_number;
+    waiting_attributes = scan_attributes(al_statement);
     if (!is_label_start() && is_decl_not_expr(dst_guess_misspelled_type | dst_statement)) {
       check_declaration_behind_statement(statement_seen);
+      hand_attributes_to_declaration();
       top_stmt_entry()->declaration_seen = true;
       declaration(false, false, false, false, nullptr, nullptr);
     } else {
@@ -533,6 +561,7 @@ void statements_one_time_init() {
 
 void statements_init() {
   depth_stmt_stack = -1;
+  waiting_attributes = nullptr;
 }
 
 void statements_trans_unit_init() {

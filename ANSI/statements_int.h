@@ -53,6 +53,9 @@ inline a_struct_stmt_stack_entry* top_stmt_entry() {
   return &struct_stmt_stack[depth_stmt_stack];
 }
 
+// Attributes that the next statement takes, but for a label.
+extern an_attribute* waiting_attributes;
+
 void mark_reachable();
 void mark_unreachable();
 void merge_reachability(a_reachability* into, const a_reachability* from);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "attribute.h"
 #include "error.h"
 #include "folding.h"
 #include "il.h"
@@ -14,6 +15,7 @@
 a_struct_stmt_stack_entry* struct_stmt_stack;
 int depth_stmt_stack = -1;
 a_reachability reachability;
+an_attribute* waiting_attributes;
 
 static int size_stmt_stack;
 static constexpr int stmt_stack_increment = 30;
@@ -98,11 +100,19 @@ void attach_statement(a_statement* statement) {
   entry->decl_statement = nullptr;
 }
 
+static void take_waiting_attributes(a_statement* statement) {
+  an_attribute* list = waiting_attributes;
+  waiting_attributes = nullptr;
+  attach_attributes(list, statement, iek_statement);
+}
+
 a_statement* add_statement_at_stmt_pos(a_statement_kind kind, const a_source_position* position) {
   a_statement* statement = alloc_statement(kind);
   statement->position = *position;
   statement->is_unreachable = !reachability.code_is_reachable;
   attach_statement(statement);
+  if (kind != stmk_label)
+    take_waiting_attributes(statement);
   if (kind == stmk_goto || kind == stmk_return)
     mark_unreachable();
   return statement;
@@ -199,6 +209,8 @@ a_statement* open_block(bool is_generated, const a_source_position* position) {
   block->is_generated = is_generated;
   block->is_unreachable = !reachability.code_is_reachable;
   attach_statement(block);
+  if (!is_generated)
+    take_waiting_attributes(block);
   push_scope(sk_block, -1, nullptr, nullptr);
   push_stmt_entry(ssk_block, block);
   top_stmt_entry()->is_generated = is_generated;
