@@ -21,7 +21,8 @@ enum an_attribute_location_tag : uint8_t {
   al_none = 0,
   al_declaration_start = 1,
   al_specifiers = 2, // also within a declarator
-  al_declarator = 3, // behind the declarator or its name
+  al_declarator = 3, // behind the declarator
+  al_name = 4,       // [[...]] behind the declared name
   al_tag = 5,        // behind the keyword of a class or enum
   al_tag_end = 6,    // behind the brace that ends its definition
   al_base_class = 8,
@@ -73,6 +74,11 @@ a_type* attach_type_attributes(a_type* type, an_attribute* list);
 // The type with what the attributes of a declarator or a type name say of it.
 a_type* transform_type_with_gnu_attributes(a_type* type, an_attribute* list);
 a_type* make_typeref_with_attributes(a_type* type, an_attribute* list);
+// Of a declaration without declarators: what belongs to the type that it declares
+// is attached, and the rest reported.
+void attach_lone_type_attributes(a_decl_parse_state* state);
+// Whether the declaration whose attributes are being attached repeats one.
+extern a_boolean attaching_to_redeclaration;
 // To the entity of the state's symbol go copies of the attributes of the
 // specifiers, and those of the declarator.
 void attach_decl_attributes(a_decl_parse_state* state, bool is_definition);

@@ -13,8 +13,11 @@
 
 // ---- Kinds of entities ----
 
+a_boolean attaching_to_redeclaration;
+
 static bool is_declared_type_location(const an_attribute* attribute) {
-  return attribute->location == al_specifiers || attribute->location == al_declarator;
+  return attribute->location == al_specifiers || attribute->location == al_declarator ||
+         attribute->location == al_name;
 }
 
 static bool type_matches_letter(char letter, const an_attribute* attribute, const a_type* type) {
@@ -275,6 +278,10 @@ void attach_declarator_attributes(a_decl_parse_state* state, void* entity, an_il
     attach_attributes(attributes_of_declaration(state), entity, kind);
 }
 
+static bool precedes(const a_source_position* a, const a_source_position* b) {
+  return a->seq != b->seq ? a->seq < b->seq : a->column < b->column;
+}
+
 void attach_decl_attributes(a_decl_parse_state* state, bool is_definition) {
   a_symbol* symbol = state->symbol;
   if (symbol == nullptr ||
@@ -284,6 +291,39 @@ void attach_decl_attributes(a_decl_parse_state* state, bool is_definition) {
   void* entity = il_entry_for_symbol(symbol, &kind);
   if (is_definition && kind == iek_routine)
     check_attributes_of_definition(state);
-  if (entity != nullptr)
-    attach_declarator_attributes(state, entity, kind);
+  if (entity == nullptr)
+    return;
+  attaching_to_redeclaration = precedes(&symbol->position, &state->start_position);
+  attach_declarator_attributes(state, entity, kind);
+  attaching_to_redeclaration = 0;
+}
+
+// Splits the __declspec attributes off, which mean the type.
+static an_attribute* take_declspec_attributes(an_attribute** list) {
+  an_attribute* taken = nullptr;
+  an_attribute** end = &taken;
+  while (an_attribute* attribute = *list) {
+    if (attribute->form != af_declspec) {
+      list = &attribute->next;
+      continue;
+    }
+    *list = attribute->next;
+    attribute->next = nullptr;
+    *end = attribute;
+    end = &attribute->next;
+  }
+  return taken;
+}
+
+void attach_lone_type_attributes(a_decl_parse_state* state) {
+  an_attribute* declspecs = take_declspec_attributes(&state->attributes_before);
+  if (state->decl_flags.defines_tag || state->decl_flags.declares_tag)
+    attach_type_attributes(skip_typerefs(state->type_specifier_type), declspecs);
+  for (const an_attribute* attribute = state->attributes_before; attribute != nullptr;
+       attribute = attribute->next) {
+    if (attribute->kind <= attrk_using_prefix)
+      continue;
+    pos_warning(ec_unattached_attribute, &attribute->position);
+    return;
+  }
 }

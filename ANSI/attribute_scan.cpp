@@ -181,6 +181,7 @@ static bool scan_expression_argument(an_attribute_arg* arg) {
 }
 
 static bool scan_argument(const an_argument_item* item, an_attribute_arg* arg) {
+  check_stack_limit(); // a type may have attributes with types
   if (item->kind[0] == '*')
     return scan_token_argument(arg);
   if (item->kind[0] == 'n')

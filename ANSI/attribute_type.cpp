@@ -96,7 +96,18 @@ static bool change_function_type(an_attribute* attribute, void* entity, an_il_en
 
 // ---- Properties of functions ----
 
+// C++11 7.6.3 p1: the first declaration must say it.
+static bool comes_too_late(const an_attribute* attribute, const void* entity,
+                           an_il_entry_kind kind) {
+  return attaching_to_redeclaration && attribute->form == af_std && kind == iek_routine &&
+         !static_cast<const a_routine*>(entity)->no_return;
+}
+
 void* noreturn_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
+  if (comes_too_late(attribute, entity, kind)) {
+    drop_attribute(es_error, ec_attr_must_also_appear_in_first_declaration, attribute);
+    return entity;
+  }
   bool changed =
       change_function_type(attribute, entity, kind, [](a_routine_type_supplement* supplement) {
         supplement->does_not_return = true;

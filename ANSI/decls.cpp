@@ -65,6 +65,7 @@ static void check_lone_tag_declaration(a_decl_parse_state* state) {
 static void check_declaration_without_declarator(a_decl_parse_state* state) {
   if (state->decl_flags.specifier_error || is_error_type(state->type_specifier_type))
     return;
+  attach_lone_type_attributes(state);
   if (state->decl_flags.defines_tag || state->decl_flags.declares_tag ||
       is_unnamed_class(state->type_specifier_type))
     check_lone_tag_declaration(state);

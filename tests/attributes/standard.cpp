@@ -8,6 +8,11 @@ void stop_too [[noreturn]] ();
 // CHECK: line [[#@LINE+1]]: error #2103: attribute appears more than once
 [[noreturn, noreturn]] void twice();
 
+void late();
+// CHECK: line [[#@LINE+1]]: error #2115: attribute "noreturn" did not appear on original declaration
+[[noreturn]] void late();
+[[noreturn]] void stop();
+
 [[deprecated]] int old();
 [[deprecated("use new")]] extern int old_value;
 typedef int old_type [[deprecated]];

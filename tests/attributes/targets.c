@@ -4,6 +4,8 @@
 
 // CHECK: line [[#@LINE+1]]: error #2104: attribute "noreturn" does not apply here
 struct s1 { int a; } __attribute__((noreturn));
+// CHECK: line [[#@LINE+1]]: warning #2135-D: these attributes do not apply to anything
+__attribute__((aligned(8))) struct lone { int a; };
 // CHECK: line [[#@LINE+1]]: error #1218: attribute "noreturn" does not apply to non-function type "int"
 int v1 __attribute__((noreturn));
 // CHECK: line [[#@LINE+1]]: error #2104: attribute "malloc" does not apply here
