@@ -379,8 +379,11 @@ static a_field* member_without_declarator(a_type* class_type, const a_decl_parse
 static void member_declaration(a_type* class_type, a_field** last) {
   a_decl_parse_state state;
   clear_decl_parse_state(&state);
+  while (loop_token(tok_extension))
+    state.parse_flags.has_extension_prefix = true;
   decl_specifiers(dso_type_specifiers | dso_member, &state);
   if (curr_token == tok_semicolon) {
+    attach_lone_type_attributes(&state);
     if (a_field* field = member_without_declarator(class_type, &state))
       append_field(class_type, field, last);
     return;

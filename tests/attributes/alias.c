@@ -1,4 +1,4 @@
-// RUN: not %krtparse --gcc --no_code_gen --display_error_number %s 2> %t.err
+// RUN: ! %krtparse --gcc --no_code_gen --display_error_number %s 2> %t.err
 // RUN: %FileCheck %s --implicit-check-not='{{error|warning}} #' < %t.err
 // Aliases are resolved at the end of the unit, by names for the assembler.
 

@@ -1,4 +1,5 @@
-// RUN: %krtparse --gcc --i_output_file=%t.if %s 2>&1 | count 0
+// RUN: %krtparse --gcc --i_output_file=%t.if %s > %t.out 2>&1
+// RUN: test ! -s %t.out
 // RUN: %ifdump %t.if | %FileCheck %s
 // What attributes come to in the intermediate file.
 

@@ -1,4 +1,4 @@
-// RUN: not %krtparse --gcc --no_code_gen --remarks --display_error_number %s 2> %t.err
+// RUN: ! %krtparse --gcc --no_code_gen --remarks --display_error_number %s 2> %t.err
 // RUN: %FileCheck %s --implicit-check-not='{{error|warning|remark}} #' < %t.err
 // How attributes are written: names, arguments, repeats and faults.
 

@@ -1,4 +1,4 @@
-// RUN: not %krtparse --g++ --gnu_version=60000 --no_code_gen --remarks --display_error_number %s 2> %t.err
+// RUN: ! %krtparse --g++ --gnu_version=60000 --no_code_gen --remarks --display_error_number %s 2> %t.err
 // RUN: %FileCheck %s --implicit-check-not='{{error|warning}} #' < %t.err
 // Standard attributes (C++11 7.6).
 
