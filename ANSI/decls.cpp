@@ -175,6 +175,7 @@ static a_storage_kind storage_of_variable(const a_decl_parse_state* state, bool 
 static void note_unreferenced_static(a_variable* variable) {
   if (!keep_unneeded_statics && !is_in_function() && variable->storage_kind == sc_static &&
       variable->init_kind == initk_constant && !variable->source_corresp.referenced &&
+      !variable->is_used && !variable->source_corresp.needed &&
       !is_volatile_qualified_type(variable->type))
     variable->source_corresp.reference_state = ref_state_unreferenced_static;
 }
@@ -297,8 +298,8 @@ static void init_declarator_list(a_decl_parse_state* state) {
     clear_func_info(&func_info);
     state->storage_class = storage_class;
     state->asm_name = nullptr;
-    declarator(do_name_required, state, nullptr, &locator, &func_info);
     state->attributes_after = scan_gnu_attribute_groups(al_specifiers);
+    declarator(do_name_required, state, nullptr, &locator, &func_info);
     scan_gnu_asm_name(state);
     append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
     bool more = declare(&locator, state, &func_info);

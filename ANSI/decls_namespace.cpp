@@ -1,6 +1,7 @@
 // Namespaces, using-directives and using-declarations (C++11 7.3), linkage
 // specifications (7.5).
 
+#include "attribute.h"
 #include "decls_int.h"
 #include "error.h"
 #include "il.h"
@@ -145,16 +146,21 @@ static bool is_ignored_std() {
          strcmp(locator_for_curr_id.header->identifier, "std") == 0;
 }
 
-static void namespace_definition(a_decl_parse_state* state, bool is_inline) {
+static void namespace_definition(a_decl_parse_state* state, an_attribute* attributes,
+                                 bool is_inline) {
   int number = 0;
   if (is_ignored_std())
     get_token();
   else if (curr_token == tok_identifier)
     number = open_nested_namespaces(is_inline);
-  else if (curr_token == tok_lbrace) {
+  else if (curr_token == tok_lbrace || is_attribute_start(al_namespace)) {
     open_unnamed_namespace(is_inline);
     number = 1;
   }
+  append_attributes(&attributes, scan_attributes(al_namespace));
+  if (number > 0)
+    attach_attributes(attributes, scope_stack[depth_scope_stack].il_scope->assoc.namespace_entry,
+                      iek_namespace);
   if (curr_token == tok_lbrace) {
     scan_declaration_block();
   } else {
@@ -221,6 +227,7 @@ static void namespace_declaration(a_decl_parse_state* state) {
   a_source_position position = pos_curr_token;
   bool is_inline = loop_token(tok_inline);
   get_token();
+  an_attribute* attributes = scan_attributes(al_namespace);
   bool is_alias = curr_token == tok_identifier && next_token() == tok_assign;
   if (is_alias) {
     if (is_inline)
@@ -236,7 +243,7 @@ static void namespace_declaration(a_decl_parse_state* state) {
       state->parse_flags.is_function_definition = true;
     }
   } else {
-    namespace_definition(state, is_inline);
+    namespace_definition(state, attributes, is_inline);
   }
 }
 
@@ -252,8 +259,10 @@ static void using_directive() {
     return;
   }
   a_namespace* nominated = scan_namespace_name();
+  an_attribute* attributes = scan_attributes(al_using_directive);
   if (nominated)
-    enter_using_directive(nominated, decl_scope_level, &position);
+    attach_attributes(attributes, enter_using_directive(nominated, decl_scope_level, &position),
+                      iek_using_decl);
 }
 
 static void list_using_declaration(const a_symbol* symbol, const a_source_position* position) {

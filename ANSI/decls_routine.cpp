@@ -452,11 +452,11 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   a_routine* routine = declared_routine(&decl);
   a_symbol* symbol = state->symbol;
   apply_asm_name_to_routine(symbol, state, is_redeclared);
+  update_routine_decl_modifiers(routine, state);
   const bool was_gnu_inline = routine->is_gnu_inline;
   attach_decl_attributes(state, decl.is_definition);
   if (is_redeclared && routine->is_gnu_inline && !was_gnu_inline)
     pos_sy_warning(ec_first_decl_not_gnu_inline, &locator->position, symbol);
-  update_routine_decl_modifiers(routine, state);
   note_inline_definition(routine, &decl);
   check_default_args(&decl);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;

@@ -88,7 +88,8 @@ void discard_deferred_access_checks_at_depth(int depth);
 // ---- Using-directives and using-declarations (C++11 7.3.3, 7.3.4) ----
 
 // Makes the names of a namespace visible from the scope at a depth on.
-void enter_using_directive(a_namespace* nominated, int depth, const a_source_position* position);
+a_using_decl* enter_using_directive(a_namespace* nominated, int depth,
+                                    const a_source_position* position);
 // What a namespace that is opened again says itself.
 void activate_using_directives_of_scope(a_scope* scope, int depth);
 // Takes back the directives of the scope at the top of the stack.

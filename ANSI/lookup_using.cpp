@@ -212,7 +212,8 @@ static void activate(a_namespace* nominated, int32_t depth) {
     scope_stack[d].use_scope_lookup = true;
 }
 
-void enter_using_directive(a_namespace* nominated, int depth, const a_source_position* position) {
+a_using_decl* enter_using_directive(a_namespace* nominated, int depth,
+                                    const a_source_position* position) {
   nominated = f_skip_namespace_aliases(nominated);
   a_using_decl* decl = alloc_using_decl();
   decl->entity_kind = iek_namespace;
@@ -224,10 +225,11 @@ void enter_using_directive(a_namespace* nominated, int depth, const a_source_pos
   // It acts wherever a directive nominates the namespace that has it.
   const a_scope* scope = scope_stack[depth].il_scope;
   if (scope == nullptr || scope->kind != sk_namespace)
-    return;
+    return decl;
   for (int32_t d = depth_scope_stack; d >= 0; --d)
     if (is_active_at(namespace_of_scope(scope), d))
       activate(nominated, d);
+  return decl;
 }
 
 void activate_using_directives_of_scope(a_scope* scope, int depth) {
