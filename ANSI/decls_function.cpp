@@ -37,9 +37,6 @@ static void scan_old_style_declarations(a_type* routine_type, a_func_info_block*
     get_token();
   }
   func_info->first_prototype_symbol = scope_stack[depth_scope_stack].pointers.first_symbol;
-  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
-    if (param->symbol && !param->symbol->not_in_lookup)
-      unlink_symbol_from_symbol_table(param->symbol);
   pop_scope();
 }
 

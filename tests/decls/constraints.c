@@ -81,7 +81,8 @@ int use(void) { return stays_external() + use_static; }
 
 // ---- External definitions (C99 6.9 p2, p3, 6.9.1, 6.9.2 p3) ----
 
-// ALL: line [[#@LINE+1]]: error #151: a global-scope declaration may not have this storage class
+// LAX: line [[#@LINE+2]]: error #87: invalid storage class for a function
+// STRICT: line [[#@LINE+1]]: error #151: a global-scope declaration may not have this storage class
 register int in_register(void);
 // ALL: line [[#@LINE+1]]: error #71: incomplete type is not allowed
 static int internal_and_incomplete[];
