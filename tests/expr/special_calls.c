@@ -5,6 +5,9 @@ int global, array[3];
 const int constant = 3;
 struct s { int a; } s1, *sp;
 int function(void);
+double infinity = __builtin_inf();
+unsigned length = __builtin_strlen("text");
+int absolute = __builtin_abs(-3);
 char known[__builtin_constant_p(3) && __builtin_constant_p("text") && __builtin_constant_p(1.5) &&
                    !__builtin_constant_p(global) && !__builtin_constant_p(&global) &&
                    !__builtin_constant_p(function()) ? 1 : -1];
