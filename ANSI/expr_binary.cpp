@@ -59,10 +59,6 @@ bool postfix_operator_is_overloaded(const an_operator_place* place, an_operand* 
 
 // ---- Folding and building ----
 
-static bool is_pointer_arithmetic(an_expr_operator_kind op) {
-  return op == eok_pointer_add || op == eok_pointer_subtract;
-}
-
 static void build_binary_result_operand(an_expr_operator_kind op, an_operand* left,
                                         an_operand* right, a_type* type, an_operand* result) {
   an_expr_node* first = make_node_from_operand(left);
@@ -101,9 +97,7 @@ static bool is_early_address_operation(an_expr_operator_kind op) {
 
 static void force_operands_to_constants(an_expr_operator_kind op, an_operand* left,
                                         an_operand* right) {
-  if (is_pointer_arithmetic(op) && !expr_stack->flags.constant_context)
-    return;
-  if (in_constant_expr_kind() || is_early_address_operation(op) || is_pointer_arithmetic(op)) {
+  if (expr_stack->flags.constant_context || is_early_address_operation(op)) {
     force_operand_to_constant_if_possible(left);
     force_operand_to_constant_if_possible(right);
   }
@@ -383,7 +377,7 @@ void scan_logical_operator(an_operand* operand) {
   if (!may_be_user_operator) {
     convert_logical_operand(&left);
     flush_operand_ref_entries(&left);
-    if (in_constant_expr_kind())
+    if (expr_stack->flags.constant_context)
       force_operand_to_constant_if_possible(&left);
     begin_logical_right_operand(op, &left);
   }

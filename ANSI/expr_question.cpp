@@ -51,7 +51,7 @@ static void analyse_condition(a_question* question) {
     try_to_convert_class_operand_to_builtin_type(condition, bts_scalar, 0);
   check_boolean_controlling_expr(condition);
   flush_operand_ref_entries(condition);
-  if (in_constant_expr_kind())
+  if (expr_stack->flags.constant_context)
     force_operand_to_constant_if_possible(condition);
   const a_constant* constant = constant_of_operand(condition);
   question->is_known = constant && constant_bool_value_known_at_compile_time(constant);

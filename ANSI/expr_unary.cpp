@@ -184,7 +184,7 @@ static an_expr_operator_kind unary_operator(a_token_kind token) {
 static void do_unary_operation(an_expr_operator_kind op, a_type* type, an_operand* operand,
                                const a_source_position* position) {
   an_operand saved = *operand;
-  if (op == eok_not && in_constant_expr_kind())
+  if (op == eok_not && expr_stack->flags.constant_context)
     force_operand_to_constant_if_possible(operand);
   if (is_constant_operand(operand)) {
     a_constant constant;

@@ -38,6 +38,11 @@ static const int rows[] = {
     &array[3] - &array[1] == 2, &array[9] > &array[0], (char *)&x.e[1].d - (char *)&x == sizeof x - 2,
     &x != &y, &x.a == (int *)&x, &array[10] == array + 10, &f != &g, &x ? 1 : 0, !&x == 0,
     (int *)4 + 1 == (int *)8, (char *)8 - (char *)4 == 4,
+    "abc" ? 1 : 0, array ? 1 : 0, !array == 0, f && 1, array && &x, &array[9] > array,
+    // Builtin functions.
+    __builtin_abs(-5) == 5, __builtin_inf() == 1 / 0.0, __builtin_huge_valf() > 3e38f,
+    __builtin_nan("") != __builtin_nan("1"), __builtin_strlen("abc") == 3,
+    __builtin_strlen("a\0b") == 1, sizeof __builtin_inff() == 4,
     (int)&((struct s *)0)->b[2] == 6, &((struct s *)16)->e[1].c > (short *)16,
 };
 
