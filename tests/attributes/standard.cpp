@@ -51,6 +51,7 @@ typedef alignas(4) int bad_typedef;
 // CHECK: line [[#@LINE+1]]: error #80: expected a type specifier
 alignas int no_value;
 
+// CHECK: line [[#@LINE+1]]: warning #2104-D: attribute "unused" does not apply here
 namespace [[deprecated]] old_namespace __attribute__((unused)) { int member; }
 // CHECK: line [[#@LINE+1]]: warning #3104-D: attribute "abi_tag" is ignored on a namespace that is not inline
 namespace tagged __attribute__((__abi_tag__("one"))) { int member; }
