@@ -205,6 +205,7 @@ static void enter_parameter(a_param_id* param, a_variable* variable) {
   symbol->defined = true;
   set_source_corresp_with_scope_depth(&variable->source_corresp, symbol, depth_scope_stack);
   record_symbol_declaration(srk_definition, symbol, &locator.position, nullptr);
+  attach_attributes(get_param_variable_attr_copies(param->param_type), variable, iek_variable);
   mark_variable_value_set(symbol);
 }
 
@@ -217,7 +218,6 @@ static a_variable* make_parameter_variable(a_param_id* param, a_type* type) {
   variable->is_defined = true;
   variable->source_corresp.local_to_function = true;
   variable->source_corresp.position = param->position;
-  attach_attributes(get_param_variable_attr_copies(param->param_type), variable, iek_variable);
   add_to_parameters_list(variable, depth_scope_stack);
   return variable;
 }
