@@ -584,6 +584,7 @@ static void set_location(an_attribute* list, an_attribute_location_tag location)
 
 an_attribute* scan_attributes(an_attribute_location_tag location) {
   an_attribute* list = attributes_were_unscanned ? take_unscanned_attributes() : nullptr;
+  set_location(list, location);
   while (is_attribute_start(location)) {
     an_attribute* group = scan_group();
     set_location(group, location);

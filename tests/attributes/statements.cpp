@@ -13,6 +13,7 @@ void statements(int n) {
   [[]] n = 3;
   [[]] { n = 4; }
   [[deprecated]] int declared = n;
+  [[deprecated]] typedef int local_type;
   __attribute__((unused)) static int gnu_declared;
   // CHECK: line [[#@LINE+1]]: warning #1291-D: "declared"
   n = declared;
