@@ -2,6 +2,7 @@
 // and what statements are told.
 
 #include <cstring>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -85,6 +86,9 @@ enum a_pragma_of_attribute : uint8_t {
   pa_persistent = 102
 };
 
+// The objects of the entries, at addresses that stay.
+static std::deque<PRAGMA> pragma_objects;
+
 static a_pragma* make_pragma(a_pragma_of_attribute kind, const an_attribute* attribute,
                              const a_source_correspondence* owner, void* entity,
                              an_il_entry_kind entity_kind, std::vector<std::string> strings) {
@@ -92,7 +96,7 @@ static a_pragma* make_pragma(a_pragma_of_attribute kind, const an_attribute* att
   pragma->entity = entity;
   pragma->entity_kind = entity_kind;
   pragma->position = attribute->position;
-  pragma->pragma_object = new PRAGMA(pragma->tool_kind, std::move(strings));
+  pragma->pragma_object = &pragma_objects.emplace_back(pragma->tool_kind, std::move(strings));
   return pragma;
 }
 
