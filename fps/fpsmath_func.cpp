@@ -47,8 +47,10 @@ int f_sqrt(const simul_fval* value, simul_fval* result) {
   return pack(wide, result);
 }
 
-// The terms x^n / (n! ) of the exponential until they no longer count.
+// The terms x^n / (n! ) of the exponential until they no longer count; those of
+// a tiny x may leave the range without a word.
 static simul_fval exponential_series(const simul_fval* x) {
+  const unsigned status = fp_error;
   simul_fval sum = const_dig[1], term = const_dig[1];
   for (int n = 1; n < 40; n++) {
     const simul_fval divisor = float_of_int(n);
@@ -56,6 +58,7 @@ static simul_fval exponential_series(const simul_fval* x) {
     f_div(&term, &divisor, &term);
     f_add(&sum, &term, &sum);
   }
+  fp_error = status;
   return sum;
 }
 
@@ -166,6 +169,24 @@ static bool is_whole(const simul_fval* value) {
   return f_eq(value, &whole);
 }
 
+// Of a whole number; one that needs more than 128 bits, or an infinity, is even.
+static bool is_odd(const simul_fval* value) {
+  const an_unpacked wide = unpack(value);
+  return wide.kind == fc_finite && wide.exponent <= 128 &&
+         (wide.mantissa >> (128 - wide.exponent) & 1) != 0;
+}
+
+// Whole powers up to this are multiplied out.
+static constexpr int64_t greatest_whole_power = 1024;
+
+// Whether the power of a finite value is multiplied out.
+static bool is_small_whole_power(const simul_fval* power) {
+  const simul_fval limit = float_of_int(greatest_whole_power);
+  simul_fval magnitude;
+  f_abs(power, &magnitude);
+  return f_le(&magnitude, &limit) && is_whole(power);
+}
+
 static int power_by_squares(const simul_fval* base, uint64_t exponent, simul_fval* result) {
   simul_fval square = *base, product = const_dig[1];
   int status = 0;
@@ -179,39 +200,55 @@ static int power_by_squares(const simul_fval* base, uint64_t exponent, simul_fva
   return status;
 }
 
-// Whole powers up to this are multiplied out.
-static constexpr int64_t greatest_whole_power = 1024;
+// Of the reciprocal for a negative power, since the positive one could leave the
+// range at the other end.
+static int whole_power(const simul_fval* base, int64_t power, simul_fval* result) {
+  if (power >= 0)
+    return power_by_squares(base, static_cast<uint64_t>(power), result);
+  simul_fval reciprocal;
+  const int status = f_div(&const_dig[1], base, &reciprocal);
+  if (status == 0)
+    return power_by_squares(&reciprocal, static_cast<uint64_t>(-power), result);
+  // Of a zero.
+  set_special(reciprocal, reciprocal.sign != 0 && power % 2 != 0, result);
+  return status;
+}
 
-int f_pow(const simul_fval* base, const simul_fval* power, simul_fval* result) {
-  if (f_is_zero(power) || f_eq(base, &const_dig[1]))
-    return *result = const_dig[1], 0;
-  if (f_is_nan(base) || f_is_nan(power))
-    return *result = a_nan, 0;
-  const bool whole = is_whole(power);
-  int64_t count = 0;
-  if (whole && f_ftoi(power, &count) == 0 && count >= -greatest_whole_power &&
-      count <= greatest_whole_power) {
-    const int status =
-        power_by_squares(base, static_cast<uint64_t>(count < 0 ? -count : count), result);
-    if (count > 0 || status != 0)
-      return status;
-    return f_div(&const_dig[1], result, result);
-  }
-  if (base->sign && !f_is_zero(base) && !whole)
-    return invalid_argument(result);
-  simul_fval magnitude, exponent;
-  f_abs(base, &magnitude);
-  if (f_is_zero(&magnitude)) {
+// The power of a magnitude; f_pow has dealt with the signs.
+static int positive_power(const simul_fval* base, const simul_fval* power, simul_fval* result) {
+  if (f_is_zero(base)) {
     if (!power->sign)
       return *result = pos_zero, 0;
     fp_error |= fpe_zero_division;
     *result = pos_infin;
     return -1;
   }
-  f_log(&magnitude, &exponent);
+  if (f_eq(base, &const_dig[1]))
+    return *result = const_dig[1], 0;
+  simul_fval exponent;
+  f_log(base, &exponent);
   f_mul(&exponent, power, &exponent);
-  const int status = f_exp(&exponent, result);
-  result->sign = base->sign && (count & 1) != 0;
+  return f_exp(&exponent, result);
+}
+
+int f_pow(const simul_fval* base, const simul_fval* power, simul_fval* result) {
+  if (f_is_zero(power) || f_eq(base, &const_dig[1]))
+    return *result = const_dig[1], 0;
+  if (f_is_nan(base) || f_is_nan(power))
+    return *result = a_nan, 0;
+  if (is_small_whole_power(power)) {
+    int64_t count;
+    f_ftoi(power, &count);
+    return whole_power(base, count, result);
+  }
+  const bool whole = is_whole(power);
+  if (base->sign && !f_is_zero(base) && !f_is_infinity(base) && !whole)
+    return invalid_argument(result);
+  const bool negative = base->sign && whole && is_odd(power);
+  simul_fval magnitude;
+  f_abs(base, &magnitude);
+  const int status = positive_power(&magnitude, power, result);
+  result->sign = negative;
   return status;
 }
 

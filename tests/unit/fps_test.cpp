@@ -309,6 +309,24 @@ TEST(FPS_TEST, FunctionsAreFaithful) {
   }
 }
 
+// C99 F.9.4.4: powers that are special, whole and great, or both.
+TEST(FPS_TEST, PowersOfAllKindsAreThoseOfTheHost) {
+  const double operands[] = {0.0,    -0.0,    1,     -1,     2,      -2,   0.5,      -0.5,
+                             3,      1.5,     1e20,  -1e20,  1e300,  1025, 1e-300,   -INFINITY,
+                             5e-324, -1025.0, 1e-20, 0x1p53, -1e300, NAN,  INFINITY, 0x1p53 - 1};
+  for (double base : operands)
+    for (double power : operands) {
+      const simul_fval x = simulated(base), y = simulated(power);
+      simul_fval result;
+      fp_error = 0;
+      const bool failed = f_pow(&x, &y, &result) != 0;
+      EXPECT_EQ(failed, fp_error != 0) << base << " " << power;
+      const double ours = rounded<double>(&result), theirs = pow(base, power);
+      EXPECT_TRUE(same(ours, theirs) || fabs(ours - theirs) <= fabs(theirs) * 4e-16)
+          << base << " " << power << ": " << ours << " " << theirs;
+    }
+}
+
 TEST(FPS_TEST, FailuresAreTold) {
   const simul_fval one = simulated(1.0), huge = simulated(1.7e308), least = simulated(5e-324);
   a_float_value result;
