@@ -106,8 +106,8 @@ static an_error_code rejection_in_parameter(unsigned options, a_storage_kind sto
 static an_error_code rejection_at_file_scope(a_storage_kind storage) {
   if (storage == sc_auto)
     return gcc_mode ? ec_auto_ignored : ec_bad_file_scope_storage_class;
-  // A register may be named behind the declarator, which is looked at then.
-  return storage == sc_register && !gnu_mode ? ec_bad_file_scope_storage_class : 0;
+  // A register may be named by the declarator or behind it, and is judged there.
+  return 0;
 }
 
 // The number of the rejection of a storage class at this place, or 0.

@@ -18,6 +18,7 @@
 #include "scope_stk.h"
 #include "stack_limit.h"
 #include "symbol_ref.h"
+#include "target.h"
 #include "types.h"
 
 // ---- Pointers ----
@@ -283,11 +284,22 @@ static void check_exception_specification(a_decl_parse_state* state,
   supplement->exception_specification = nullptr;
 }
 
-// A variable may be a register of the file only where its name follows.
-static void check_file_scope_register(a_decl_parse_state* state) {
+// Whether a declaration with `register` at file scope may name a register that the
+// whole program shares, which has no initializer. The name of a variable of C++ is
+// judged later.
+static bool may_be_global_register(const a_decl_parse_state* state,
+                                   const a_symbol_locator* locator) {
+  if (is_function_type(state->declared_type))
+    return gnu_mode; // reported as a function
+  if (curr_token == tok_assign)
+    return false;
+  return (gnu_mode && curr_token == tok_asm) || in_cplusplus_mode() ||
+         (locator->header != nullptr && is_global_register_name(locator->header->identifier));
+}
+
+static void check_file_scope_register(a_decl_parse_state* state, const a_symbol_locator* locator) {
   if (state->storage_class != sc_register || !state->parse_flags.is_file_scope ||
-      state->decl_flags.specifier_error || curr_token == tok_asm ||
-      is_function_type(state->declared_type))
+      state->decl_flags.specifier_error || may_be_global_register(state, locator))
     return;
   pos_error(ec_bad_file_scope_storage_class, &state->storage_class_position);
   state->storage_class = sc_none;
@@ -326,7 +338,7 @@ static void finish_declared_type(unsigned options, a_decl_parse_state* state,
     if (state->modifiers.constexpr_seen && !is_function_type(state->declared_type))
       state->declared_type = make_qualified_type(state->declared_type, tq_const);
   }
-  check_file_scope_register(state);
+  check_file_scope_register(state, locator);
   check_function_words(state);
   if (check_misra_c_2004)
     check_misra_pointer_depth(options, state->declared_type, &locator->position);

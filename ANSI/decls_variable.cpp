@@ -13,6 +13,7 @@
 #include "statements.h"
 #include "symbol_ref.h"
 #include "sys_predef.h"
+#include "target.h"
 #include "types.h"
 
 namespace {
@@ -256,8 +257,23 @@ static void declare_new(a_variable_declaration* decl) {
 
 // ---- What the declaration adds ----
 
+// `register` at file scope, where no asm name says which register.
+static void check_register_of_target(a_variable* variable, const a_decl_parse_state* state) {
+  const a_symbol* symbol = state->symbol;
+  const a_source_position* position = &state->declarator_range.start;
+  if (!TRG_is_greg_name(variable, symbol))
+    pos_st_error(ec_unrecognized_gregister, position, symbol->header->identifier);
+  else if (!TRG_is_greg_type(variable, symbol))
+    pos_error(ec_illegal_gregister_type, position);
+  else
+    variable->decl_modifiers |= dm_global;
+}
+
 void update_variable_decl_modifiers(a_decl_parse_state* state) {
   a_variable* variable = state->symbol->variant.variable;
+  if (state->storage_class == sc_extern && state->storage_class_before_declarator == sc_register &&
+      !state->asm_name)
+    check_register_of_target(variable, state);
   variable->decl_modifiers |= state->modifiers.mask;
   if (state->modifiers.thread_local_seen)
     variable->is_thread_local = true;
@@ -288,10 +304,10 @@ static void note_local_variable(a_variable_declaration* decl) {
   note_variably_modified_type(symbol->variant.variable, &decl->locator->position);
 }
 
-// `register int x asm("r1");` at file scope names a register that the whole
-// program shares: it declares, and defines no object.
+// `register` at file scope names a register that the whole program shares: it
+// declares, and defines no object.
 static void check_global_register(a_variable_declaration* decl) {
-  if (decl->storage != sc_register || !decl->state->asm_name || is_in_function())
+  if (decl->storage != sc_register || is_in_function())
     return;
   decl->storage = decl->state->storage_class = sc_extern;
   decl->flags &= ~(dvf_definition | dvf_tentative);

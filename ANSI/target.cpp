@@ -156,19 +156,23 @@ struct a_global_register {
 static const a_global_register global_registers[] = {
     {"__SP", false}, {"__R30", true}, {"__R31", true}};
 
-static const a_global_register* find_global_register(const a_symbol* symbol) {
+static const a_global_register* find_global_register(const char* name) {
   for (const a_global_register& reg : global_registers)
-    if (strcmp(symbol->header->identifier, reg.name) == 0)
+    if (strcmp(name, reg.name) == 0)
       return &reg;
   return nullptr;
 }
 
+bool is_global_register_name(const char* name) {
+  return find_global_register(name) != nullptr;
+}
+
 bool TRG_is_greg_name(const a_variable*, const a_symbol* symbol) {
-  return find_global_register(symbol) != nullptr;
+  return is_global_register_name(symbol->header->identifier);
 }
 
 bool TRG_is_greg_type(a_variable* variable, const a_symbol* symbol) {
-  const a_global_register* reg = find_global_register(symbol);
+  const a_global_register* reg = find_global_register(symbol->header->identifier);
   if (reg != nullptr && reg->is_volatile)
     variable->type = make_qualified_type(variable->type, tq_volatile);
   return (is_integral_type(variable->type) || is_pointer_type(variable->type)) &&

@@ -81,6 +81,7 @@ void validate_target_argument(const a_source_position* position);
 // A variable that stands for a register: whether the symbol's name is one of
 // them, and whether the variable's type and storage class are such as a register
 // can have. Those that change by themselves make the variable's type volatile.
+bool is_global_register_name(const char* name);
 bool TRG_is_greg_name(const a_variable* variable, const a_symbol* symbol);
 bool TRG_is_greg_type(a_variable* variable, const a_symbol* symbol);
 // Banks of memory: any is legal.
