@@ -173,8 +173,6 @@ a_symbol* make_predeclared_function_symbol(const char* name, a_type* type, int64
 
 // The function is known in namespace std under the same name.
 void enter_in_namespace_std(const char* name, a_routine* routine) {
-  if (symbol_for_namespace_std == nullptr)
-    return;
   push_namespace_scope(symbol_for_namespace_std->variant.namespace_entry);
   full_enter_symbol(name, strlen(name), symk_routine, &null_source_position, depth_scope_stack)
       ->variant.routine = routine;
