@@ -251,6 +251,7 @@ static a_field* member_declarator(a_type* class_type, a_decl_parse_state* state)
   declarator(do_name_required | do_member, state, nullptr, &locator, &func_info);
   append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
   remove_stop_token(tok_colon);
+  check_ql_type_qualifiers(state->declared_type, &locator.position, 0);
   a_field* field = make_named_field(class_type, state->declared_type, &locator);
   field->is_mutable = state->modifiers.mutable_seen;
   return field;

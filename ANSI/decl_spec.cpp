@@ -80,11 +80,15 @@ void discard_end_of_parse_actions(a_decl_parse_state* state) {
 
 // ---- Errors ----
 
+void note_specifier_error(a_decl_parse_state* state) {
+  state->decl_flags.specifier_error = true;
+  state->parse_flags.specifier_error = true;
+}
+
 void specifier_error(an_error_code code, const a_source_position* position,
                      a_decl_parse_state* state) {
   pos_error(code, position);
-  state->decl_flags.specifier_error = true;
-  state->parse_flags.specifier_error = true;
+  note_specifier_error(state);
 }
 
 // ---- Tags ----
@@ -119,7 +123,7 @@ static an_error_severity severity_of_repeated_sign(const a_decl_parse_state* sta
 static void repeated_word(an_error_severity severity, a_decl_parse_state* state) {
   pos_diagnostic(severity, ec_dupl_decl_specifier, &pos_curr_token);
   if (severity >= es_error)
-    state->decl_flags.specifier_error = state->parse_flags.specifier_error = true;
+    note_specifier_error(state);
 }
 
 static void scan_sign(a_specifier_accumulator* acc, a_decl_parse_state* state) {
@@ -207,19 +211,20 @@ static void scan_decltype_specifier(a_specifier_accumulator* acc, a_decl_parse_s
 
 // ---- `auto` as a type (C++11 7.1.6.4) ----
 
+// Where the word has both meanings it is a storage class before a type alone.
 static bool auto_is_type(const a_specifier_accumulator* acc) {
-  if (!in_cplusplus_mode() || !auto_type_specifier_enabled || any_type_word(acc))
+  if (!in_cplusplus_mode() || !auto_type_specifier_enabled)
     return false;
-  if (!auto_storage_class_specifier_enabled)
-    return true;
-  a_token_kind next = next_token();
-  return next == tok_identifier || next == tok_star || next == tok_ampersand ||
-         next == tok_and_and || next == tok_const || next == tok_volatile;
+  if (any_type_word(acc))
+    return acc->base == btc_auto;
+  return !auto_storage_class_specifier_enabled || !is_type_keyword(next_token());
 }
 
 static void scan_auto_type(unsigned options, a_specifier_accumulator* acc,
                            a_decl_parse_state* state) {
-  if (!(options & dso_storage_class) || (options & (dso_parameter | dso_member))) {
+  if (acc->base == btc_auto) {
+    specifier_error(ec_auto_used_two_ways, &pos_curr_token, state);
+  } else if (!(options & dso_storage_class) || (options & (dso_parameter | dso_member))) {
     specifier_error(ec_auto_not_allowed_here, &pos_curr_token, state);
     acc->base = btc_error;
   } else {
@@ -266,7 +271,7 @@ static bool scan_type_name_specifier(unsigned options, a_specifier_accumulator* 
 
 static void refuse_specifier(a_decl_parse_state* state) {
   pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
-  state->decl_flags.specifier_error = true;
+  note_specifier_error(state);
   get_token();
   if (curr_token == tok_lparen)
     flush_until_matching_token();
@@ -350,12 +355,11 @@ static bool scan_specifier(unsigned options, a_specifier_accumulator* acc,
   return true;
 }
 
-void report_missing_type_specifier(const a_source_position* position) {
+void report_missing_type_specifier(an_error_code code, const a_source_position* position) {
   bool is_error = std_version >= 199901 && strict_ansi_mode;
   if (check_misra_c_2004)
     pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_2, position);
-  pos_diagnostic(is_error ? strict_ansi_error_severity : es_warning, ec_missing_type_specifier,
-                 position);
+  pos_diagnostic(is_error ? strict_ansi_error_severity : es_warning, code, position);
 }
 
 // The specifiers name no type, which C took for int before 1999. A declaration
@@ -368,7 +372,7 @@ static void handle_missing_type(unsigned options, a_specifier_accumulator* acc,
   if ((options & dso_no_type_required) || is_int) {
     acc->base = btc_int;
     if ((options & dso_parameter) || !(options & dso_storage_class))
-      report_missing_type_specifier(&state->specifiers_position);
+      report_missing_type_specifier(ec_missing_type_specifier, &state->specifiers_position);
     return;
   }
   if (curr_token == tok_identifier && is_misspelled_type(0)) {
@@ -377,8 +381,7 @@ static void handle_missing_type(unsigned options, a_specifier_accumulator* acc,
   } else {
     syntax_error(ec_exp_type_specifier);
   }
-  state->decl_flags.specifier_error = true;
-  state->parse_flags.specifier_error = true;
+  note_specifier_error(state);
   acc->base = btc_error;
 }
 
@@ -396,13 +399,7 @@ static void check_type_definition(unsigned options, const a_decl_parse_state* st
                    ec_type_definition_not_allowed, &state->specifiers_position);
 }
 
-static void set_specifiers_positions(const a_decl_parse_state* state, a_decl_pos_block* positions) {
-  positions->specifiers_range.start = state->specifiers_position;
-  positions->specifiers_range.end = state->end_position;
-  positions->storage_class_position = state->storage_class_position;
-}
-
-void decl_specifiers(unsigned options, a_decl_parse_state* state, a_decl_pos_block* positions) {
+void decl_specifiers(unsigned options, a_decl_parse_state* state) {
   a_specifier_accumulator acc = {};
   int count = 0;
   state->specifiers_position = pos_curr_token;
@@ -429,8 +426,8 @@ void decl_specifiers(unsigned options, a_decl_parse_state* state, a_decl_pos_blo
   check_type_definition(options, state);
   state->declared_type = state->base_type = state->type_specifier_type;
   state->storage_class_before_declarator = state->storage_class;
-  if (positions)
-    set_specifiers_positions(state, positions);
+  state->positions.specifiers_range = {state->specifiers_position, state->end_position};
+  state->positions.storage_class_position = state->storage_class_position;
 }
 
 void decl_spec_one_time_init() {

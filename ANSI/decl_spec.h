@@ -60,14 +60,12 @@ struct a_decl_modifiers_block {
   a_source_position friend_position;
 };
 
-// Where the parts of one declaration stand; an entity keeps them in its
+// Where the parts of one declaration stand; the entity keeps them in its
 // a_decl_position_supplement.
 struct a_decl_pos_block {
   a_source_range specifiers_range;
   a_source_range declarator_range;
   a_source_position name_end_position;
-  a_source_range variant_range; // the initializer, or the body
-  a_source_position equals_position;
   a_source_position storage_class_position;
 };
 
@@ -77,7 +75,7 @@ typedef void (*an_end_of_parse_function)(a_decl_parse_state* state);
 struct an_end_of_parse_action {
   an_end_of_parse_action* next;
   an_end_of_parse_function function;
-  bool keep; // run for each declarator of the declaration
+  bool keep; // for the next declarator of the declaration
 };
 
 struct a_decl_flags {
@@ -91,10 +89,8 @@ struct a_decl_flags {
   uint32_t defines_tag : 1;  // a struct, union or enum was defined by them
   uint32_t declares_tag : 1; // one was named by them
   uint32_t no_type_given : 1;
-  uint32_t storage_class_after_type : 1;
-  uint32_t is_initializing : 1;
   uint32_t has_auto_type : 1; // a placeholder type stands among the specifiers
-  uint32_t unused : 19;
+  uint32_t unused : 21;
 };
 
 struct a_parse_flags {
@@ -132,6 +128,7 @@ struct a_decl_parse_state {
   a_storage_kind storage_class;
   a_storage_kind storage_class_before_declarator;
   a_source_position storage_class_position;
+  a_decl_pos_block positions;
   a_type* declared_type;
   a_type* base_type;
   a_symbol* symbol;            // the entity declared
@@ -139,6 +136,7 @@ struct a_decl_parse_state {
   a_param_id* auto_param_list; // parameters whose type is a placeholder
   a_param_id* param_id_list;
   an_end_of_parse_action* end_of_parse_actions;
+  a_type* deduced_auto_type;      // what `auto` stood for in the declarators so far, or null
   a_decl_parse_state* head_state; // of the declaration; usually the state itself
   const char* asm_name;           // of an asm name behind the declarator, or null
   a_source_position asm_name_position;
@@ -167,12 +165,11 @@ enum a_decl_specifiers_option : unsigned {
 };
 
 // Reads the specifiers into the state; type_specifier_type is never null after
-// it (error_type() after an error). `positions` may be null.
-void decl_specifiers(unsigned options, a_decl_parse_state* state,
-                     a_decl_pos_block* positions = nullptr);
+// it (error_type() after an error).
+void decl_specifiers(unsigned options, a_decl_parse_state* state);
 
 // int was assumed.
-void report_missing_type_specifier(const a_source_position* position);
+void report_missing_type_specifier(an_error_code code, const a_source_position* position);
 
 // Reads qualifiers as long as there are any; either pointer may be null.
 a_type_qualifier_set collect_type_qualifiers(a_decl_parse_state* positions);
@@ -227,8 +224,8 @@ a_type* enum_specifier(a_decl_parse_state* state);
 
 void add_end_of_parse_action(an_end_of_parse_function function, a_decl_parse_state* state,
                              bool keep);
-// The last declarator of a declaration is `final`: the actions that are kept for
-// each declarator stay on the list.
+// Runs the actions, the last one added first. With `final` set, those to be kept
+// stay on the list for the next declarator of the declaration.
 void run_end_of_parse_actions(a_decl_parse_state* state, bool final);
 void discard_end_of_parse_actions(a_decl_parse_state* state);
 

@@ -48,7 +48,9 @@ inline bool any_type_word(const a_specifier_accumulator* acc) {
 // A GNU compiler of before the version is imitated.
 bool is_gnu_before(int version);
 
-// Reports an error among the specifiers; those that follow are still read.
+// After an error among the specifiers those that follow are still read.
+void note_specifier_error(a_decl_parse_state* state);
+// The same with its report.
 void specifier_error(an_error_code code, const a_source_position* position,
                      a_decl_parse_state* state);
 // The words don't go together: reported once, and the type is an error.
@@ -93,6 +95,9 @@ struct an_unevaluated_operand {
   bool is_lvalue;
 };
 void scan_operand_for_its_type(an_unevaluated_operand* out, bool stops_at_comma);
+
+// Whether a type specifier begins with the token, other than a name.
+bool is_type_keyword(a_token_kind token);
 
 // Whether the current identifier is an undeclared name where what follows can
 // only be a declarator.

@@ -115,6 +115,8 @@ a_type* apply_specifier_qualifiers(a_type* type, a_decl_parse_state* state) {
     qualifiers &= ~tq_restrict;
   if ((qualifiers & tq_nullability) && !check_nullability_qualifiers(qualifiers, type, position))
     qualifiers &= ~tq_nullability;
+  if (qualifiers == tq_none)
+    return type;
   if (is_function_type(type)) {
     pos_warning(ec_cv_qualified_function_type, position);
     return type;

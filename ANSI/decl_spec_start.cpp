@@ -54,7 +54,7 @@ static bool is_simple_type_keyword(a_token_kind token) {
   }
 }
 
-static bool is_type_keyword(a_token_kind token) {
+bool is_type_keyword(a_token_kind token) {
   switch (token) {
   case tok_enum:
   case tok_struct:
@@ -105,7 +105,7 @@ bool is_misspelled_type(unsigned options) {
 bool is_decl_start(unsigned options) {
   switch (curr_token) {
   case tok_auto:
-    return auto_storage_class_specifier_enabled || auto_type_specifier_enabled || in_C_mode();
+    return auto_storage_class_specifier_enabled || auto_type_specifier_enabled;
   case tok_declspec:
   case tok_alignas:
   case tok_static_assert:
@@ -168,7 +168,7 @@ static bool skip_balanced(a_prescan* prescan) {
   return true;
 }
 
-static void skip_qualifiers(a_prescan* prescan) {
+static void prescan_decl_modifiers(a_prescan* prescan) {
   while (is_qualifier_token(curr_token) || is_modifier_token(curr_token))
     prescan->advance();
 }
@@ -205,7 +205,7 @@ static bool walk_declarator(a_prescan* prescan, a_declarator_prescan* out, int d
   for (;;) {
     while (is_pointer_operator(curr_token)) {
       prescan->advance();
-      skip_qualifiers(prescan);
+      prescan_decl_modifiers(prescan);
     }
     if (curr_token != tok_identifier && curr_token != tok_colon_colon)
       break;
@@ -225,7 +225,7 @@ static bool walk_declarator(a_prescan* prescan, a_declarator_prescan* out, int d
   while (curr_token == tok_lbracket || curr_token == tok_lparen)
     if (!skip_balanced(prescan))
       return false;
-  skip_qualifiers(prescan);
+  prescan_decl_modifiers(prescan);
   return true;
 }
 

@@ -126,7 +126,7 @@ static a_type* floating_type_of_words(a_specifier_accumulator* acc, a_decl_parse
   int kind = acc->base == btc_float ? fk_float : fk_double;
   if (acc->size == szc_long && acc->base == btc_double) {
     kind = fk_long_double;
-  } else if (acc->size == szc_long && !gnu_mode && !strict_ansi_mode) {
+  } else if (acc->size == szc_long && in_cplusplus_mode() && !gnu_mode && !strict_ansi_mode) {
     pos_warning(ec_nonstandard_long_float, &state->specifiers_position);
     kind = fk_double;
   } else if (acc->size != szc_none) {
@@ -167,7 +167,7 @@ static bool complex_words_are_good(a_specifier_accumulator* acc, a_decl_parse_st
     acc->base = btc_double;
     return true;
   }
-  state->decl_flags.specifier_error = true;
+  note_specifier_error(state);
   if (acc->base == btc_none && !any_size_or_sign(acc))
     pos_error(ec_missing_floating_point_type, &state->specifiers_position);
   else
@@ -250,13 +250,28 @@ a_type* scan_typeof(a_decl_parse_state* state) {
   return type;
 }
 
+// The declared type of the member that the operand selects; null when it is no
+// `object.member` or `pointer->member`.
+static a_type* type_of_selected_member(const an_operand* operand) {
+  if (operand->kind != ok_expression || operand->variant.expr->kind != expr_operation)
+    return nullptr;
+  const auto& operation = operand->variant.expr->variant.operation;
+  bool is_selection = operation.op == eok_dot_field || operation.op == eok_arrow_field;
+  return is_selection ? operation.operands->next->type : nullptr;
+}
+
 // C++11 7.1.6.2 p4.
 static a_type* decltype_of_operand(const an_operand* operand) {
   a_type* type = operand->type;
   if (is_error_operand(operand) || is_error_type(type))
     return error_type();
-  bool is_name = operand->flags.names_variable && !operand->flags.parenthesized;
-  if (is_name || operand->state != os_glvalue)
+  if (!operand->flags.parenthesized) {
+    if (operand->flags.names_variable)
+      return type;
+    if (a_type* member_type = type_of_selected_member(operand))
+      return member_type;
+  }
+  if (operand->state != os_glvalue)
     return type;
   bool is_xvalue = operand->kind == ok_expression && operand->variant.expr->is_xvalue;
   return make_reference_to_reference(type, is_xvalue);

@@ -23,33 +23,6 @@
 
 // ---- Pointers ----
 
-// The class of a `C::*`, at its first token; null, after a message, for a name
-// that is no class. Reads through the `*`.
-static a_type* scan_class_of_ptr_to_member() {
-  a_symbol* symbol = nullptr;
-  a_source_position position = pos_curr_token;
-  while (curr_token != tok_star) {
-    if (curr_token == tok_identifier) {
-      a_symbol_locator locator = locator_for_curr_id;
-      if (symbol && symbol->kind == symk_namespace)
-        symbol = namespace_qualified_id_lookup(&locator, symbol->variant.namespace_entry,
-                                               ilo_followed_by_colons);
-      else if (symbol && is_class_struct_union_type(symbol->variant.type))
-        symbol = class_qualified_id_lookup(&locator, skip_typerefs(symbol->variant.type),
-                                           ilo_followed_by_colons);
-      else
-        symbol = normal_id_lookup(&locator, ilo_followed_by_colons);
-    }
-    get_token();
-  }
-  get_token();
-  bool is_type = symbol && (symbol->kind == symk_type || is_tag_symbol_kind(symbol->kind));
-  if (is_type && is_class_struct_union_type(symbol->variant.type))
-    return symbol->variant.type;
-  pos_error(ec_id_must_be_class_or_namespace_name, &position);
-  return nullptr;
-}
-
 static void scan_pointer(a_decl_parse_state* state, a_derivation* pointer) {
   if (curr_token == tok_star || curr_token == tok_ampersand || curr_token == tok_and_and) {
     pointer->kind = curr_token == tok_star        ? dk_pointer
@@ -128,9 +101,11 @@ static void check_qualified_name(unsigned options, a_symbol_locator* locator) {
   set_to_error_locator(locator);
 }
 
-static void scan_identifier(unsigned options, a_symbol_locator* locator) {
+static void scan_identifier(unsigned options, a_symbol_locator* locator,
+                            a_source_position* name_end) {
   if (in_cplusplus_mode())
     coalesce_and_lookup_qualified_name(ilo_none);
+  *name_end = end_pos_curr_token;
   *locator = locator_for_curr_id;
   if (locator->is_qualified)
     check_qualified_name(options, locator);
@@ -149,10 +124,11 @@ static void refuse_special_name(a_symbol_locator* locator) {
     get_token();
 }
 
-static void scan_name(unsigned options, a_symbol_locator* locator) {
+// *name_end is left alone where there is no name.
+static void scan_name(unsigned options, a_symbol_locator* locator, a_source_position* name_end) {
   bool may_be_named = !(options & do_abstract_only);
   if (may_be_named && f_is_generalized_identifier_start()) {
-    scan_identifier(options, locator);
+    scan_identifier(options, locator, name_end);
   } else if (may_be_named && in_cplusplus_mode() &&
              (curr_token == tok_operator || curr_token == tok_compl)) {
     refuse_special_name(locator);
@@ -225,8 +201,7 @@ static void scan_declarator(unsigned options, a_decl_parse_state* state, a_symbo
     remove_stop_token(tok_rparen);
     required_token(tok_rparen, ec_exp_rparen);
   } else {
-    *name_end = end_pos_curr_token;
-    scan_name(options, locator);
+    scan_name(options, locator, name_end);
     if (curr_token == tok_lbracket)
       append_attributes(&state->attributes_after, scan_attributes(al_declarator));
   }
@@ -345,23 +320,19 @@ static void finish_declared_type(unsigned options, a_decl_parse_state* state,
 }
 
 void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
-                a_symbol_locator* locator, a_func_info_block* func_info,
-                a_decl_pos_block* positions) {
+                a_symbol_locator* locator, a_func_info_block* func_info) {
   size_t base = derivations.size();
-  a_source_position name_end = end_pos_curr_token;
   state->declarator_position = pos_curr_token;
-  scan_declarator(options, state, locator, func_info, &name_end);
+  state->positions.name_end_position = end_pos_curr_token;
+  scan_declarator(options, state, locator, func_info, &state->positions.name_end_position);
   state->declarator_range.start = locator->position;
   state->declarator_range.end = curr_construct_end_position;
+  state->positions.declarator_range = {state->declarator_position, state->declarator_range.end};
   state->base_type = type ? type : state->type_specifier_type;
   state->declared_type = type_of_derivations(base, state->base_type);
   finish_declared_type(options, state, locator, func_info);
   func_info->is_from_typedef =
       is_function_type(state->declared_type) && func_info->prototype_scope_number == -1;
-  if (positions) {
-    positions->declarator_range = state->declarator_range;
-    positions->name_end_position = name_end;
-  }
 }
 
 // ---- Type names ----

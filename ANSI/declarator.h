@@ -41,16 +41,14 @@ enum a_declarator_option : unsigned {
   do_for_init = 32,
   do_abstract_only = 0x100,
   do_member = 0x400,
-  do_k_and_r_parameter = 0x800,
-  do_vla_allowed = 0x4000
+  do_k_and_r_parameter = 0x800 // in the declarations behind an identifier list
 };
 
 // Reads one declarator around the state's type_specifier_type, or around
 // `type` when it isn't null; sets state->declared_type and the locator, which
-// is an error locator when no name was found. `positions` may be null.
+// is an error locator when no name was found.
 void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
-                a_symbol_locator* locator, a_func_info_block* func_info,
-                a_decl_pos_block* positions = nullptr);
+                a_symbol_locator* locator, a_func_info_block* func_info);
 
 // The declared type as a parameter has it (C99 6.7.5.3 p7, p8), the error type
 // for void.

@@ -26,6 +26,11 @@ static void set_bound(a_derivation* array, const a_constant* constant,
   array->bound = constant->value.int_value;
 }
 
+// Of a parameter, whichever the style of its function.
+static bool is_parameter(unsigned options) {
+  return (options & (do_parameter | do_k_and_r_parameter)) != 0;
+}
+
 // A bound that isn't constant. In a prototype it says no more than `*` does
 // (C99 6.7.5.2 p5), and a function's outermost array is a pointer anyway;
 // elsewhere an array of variable length has no form yet that could be written.
@@ -33,7 +38,7 @@ static void set_variable_bound(unsigned options, a_derivation* array,
                                const a_source_position* position) {
   if (std_version < 199901 && report_gnu_extensions)
     pos_warning(ec_vla_is_nonstandard, position);
-  if (options & do_parameter) {
+  if (is_parameter(options)) {
     array->bound_is_variable = true;
   } else if (options & do_member) {
     pos_diagnostic(strict_ansi_error_severity, ec_vla_size_ignored, position);
@@ -64,7 +69,7 @@ static void scan_bound(unsigned options, a_derivation* array) {
   a_source_position position = pos_curr_token;
   a_constant constant;
   bool is_constant;
-  if ((options & do_parameter) && vla_enabled && in_C_mode()) {
+  if (is_parameter(options) && vla_enabled && in_C_mode()) {
     is_constant = scan_parameter_bound(&constant, &array->is_bad);
   } else {
     an_expr_node* expr;
@@ -98,7 +103,7 @@ static void scan_bound_qualifiers(unsigned options, a_derivation* array, bool is
   if (!array->has_static_bound && loop_token(tok_static))
     array->has_static_bound = true;
   if ((array->has_static_bound || array->qualifiers != tq_none) &&
-      !((options & do_parameter) && is_outermost && in_C_mode())) {
+      !(is_parameter(options) && is_outermost && in_C_mode())) {
     pos_error(ec_type_qualifier_not_allowed, &position);
     array->qualifiers = tq_none;
   }

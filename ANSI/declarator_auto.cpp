@@ -36,16 +36,24 @@ static bool prescan_initializer_for_auto_type_deduction(an_unevaluated_operand* 
   return true;
 }
 
+// The type without some of its qualifiers.
+static a_type* remove_qualifiers(a_type* type, a_type_qualifier_set removed) {
+  a_type_qualifier_set kept = get_type_qualifiers(type) & tq_all_qualifiers & ~removed;
+  return make_qualified_type(make_unqualified_type(type), kept);
+}
+
 // `pattern` with its placeholder replaced, so that it matches the type; null
-// when none does.
-static a_type* match_placeholder(a_type* pattern, a_type* type) {
+// when none does. *deduced is what the placeholder stands for.
+static a_type* match_placeholder(a_type* pattern, a_type* type, a_type** deduced) {
   check_stack_limit();
   a_type_qualifier_set qualifiers = get_type_qualifiers(pattern) & tq_all_qualifiers;
-  if (placeholder_of(pattern) != plk_none)
+  if (placeholder_of(pattern) != plk_none) {
+    *deduced = remove_qualifiers(type, qualifiers);
     return make_qualified_type(type, qualifiers);
+  }
   if (type_kind(pattern) != tk_pointer || type_kind(type) != tk_pointer)
     return nullptr;
-  a_type* target = match_placeholder(type_pointed_to(pattern), type_pointed_to(type));
+  a_type* target = match_placeholder(type_pointed_to(pattern), type_pointed_to(type), deduced);
   return target ? make_qualified_type(make_pointer_type(target), qualifiers) : nullptr;
 }
 
@@ -61,19 +69,20 @@ static a_type* value_type(const an_unevaluated_operand* operand) {
   return make_unqualified_type(type);
 }
 
-static a_type* match_operand(a_type* declared, const an_unevaluated_operand* operand) {
+static a_type* match_operand(a_type* declared, const an_unevaluated_operand* operand,
+                             a_type** deduced) {
   if (!is_reference_type(declared))
-    return match_placeholder(declared, value_type(operand));
+    return match_placeholder(declared, value_type(operand), deduced);
   a_type* pattern = type_pointed_to(declared);
   a_type* type = is_reference_type(operand->type) ? type_pointed_to(operand->type) : operand->type;
-  a_type* target = match_placeholder(pattern, type);
+  a_type* target = match_placeholder(pattern, type, deduced);
   if (!target)
     return nullptr;
   // `auto&&` takes either kind of value.
   bool is_forwarding = is_rvalue_reference_type(declared) && placeholder_of(pattern) != plk_none &&
                        get_type_qualifiers(pattern) == tq_none;
   if (is_forwarding && operand->is_lvalue)
-    return make_reference_type(target);
+    return *deduced = make_reference_type(target);
   return make_reference_type_of_same_kind(declared, target);
 }
 
@@ -84,7 +93,18 @@ static an_error_code rejection_of_initializer(a_placeholder_kind kind) {
   return next_token() == tok_lbrace ? ec_auto_brace_initialization_not_allowed : 0;
 }
 
-a_type* deduce_placeholder_type(a_type* declared, const a_decl_parse_state* state,
+// All declarators of a declaration agree about the type (C++11 7.1.6.4 p7).
+static bool check_consistent_deduction(a_type* deduced, a_decl_parse_state* state,
+                                       const a_source_position* position) {
+  a_type* earlier = state->deduced_auto_type;
+  state->deduced_auto_type = deduced;
+  if (!earlier || identical_types(earlier, deduced))
+    return true;
+  pos_ty2_error(ec_inconsistent_deduction_of_auto, position, earlier, deduced);
+  return false;
+}
+
+a_type* deduce_placeholder_type(a_type* declared, a_decl_parse_state* state,
                                 const a_source_position* position) {
   if (is_error_type(declared))
     return declared;
@@ -102,11 +122,12 @@ a_type* deduce_placeholder_type(a_type* declared, const a_decl_parse_state* stat
   an_unevaluated_operand operand;
   if (!prescan_initializer_for_auto_type_deduction(&operand))
     return error_type();
-  a_type* type =
-      kind == plk_decltype_auto ? operand.decltype_type : match_operand(declared, &operand);
-  if (type)
+  a_type* deduced = operand.decltype_type;
+  a_type* type = kind == plk_decltype_auto ? deduced : match_operand(declared, &operand, &deduced);
+  if (!type)
+    pos_error(kind == plk_auto ? ec_cannot_deduce_auto_type : ec_cannot_deduce_decltype_auto_type,
+              position);
+  else if (check_consistent_deduction(deduced, state, position))
     return type;
-  pos_error(kind == plk_auto ? ec_cannot_deduce_auto_type : ec_cannot_deduce_decltype_auto_type,
-            position);
   return error_type();
 }

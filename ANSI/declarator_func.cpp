@@ -166,33 +166,36 @@ static void append_parameter(a_type* routine_type, a_param_id* param, a_func_inf
   add_to_param_id_list(param, info);
 }
 
-// At the `...`, which ends the list.
+// At the `...`, the end of the list.
 static void scan_ellipsis(a_type* routine_type, const a_func_info_block* info) {
   if (!info->param_id_list && in_C_mode() && strict_ansi_mode)
     pos_diagnostic(strict_ansi_error_severity, ec_nonstd_ellipsis_only_param, &pos_curr_token);
   routine_type->variant.routine.routine_supplement->has_ellipsis = true;
   get_token();
-  if (curr_token == tok_comma)
-    syntax_error(ec_exp_rparen);
+}
+
+// What stands behind an ellipsis is read as parameters all the same.
+static bool another_parameter_follows(const a_type* routine_type) {
+  if (curr_token == tok_comma && routine_type->variant.routine.routine_supplement->has_ellipsis)
+    pos_error(ec_exp_rparen, &pos_curr_token);
+  return loop_token(tok_comma);
 }
 
 static void parameter_list(a_type* routine_type, a_func_info_block* info) {
   add_stop_token(tok_comma);
   do {
-    if (curr_token == tok_ellipsis) {
-      scan_ellipsis(routine_type, info);
-      break;
+    bool is_ellipsis = curr_token == tok_ellipsis;
+    if (!is_ellipsis) {
+      a_param_id* param = parameter_declaration(!info->param_id_list);
+      if (!param)
+        break;
+      append_parameter(routine_type, param, info);
+      // In C++ no comma is needed before the ellipsis.
+      is_ellipsis = in_cplusplus_mode() && curr_token == tok_ellipsis;
     }
-    a_param_id* param = parameter_declaration(!info->param_id_list);
-    if (!param)
-      break;
-    append_parameter(routine_type, param, info);
-    // In C++ no comma is needed before the ellipsis.
-    if (in_cplusplus_mode() && curr_token == tok_ellipsis) {
+    if (is_ellipsis)
       scan_ellipsis(routine_type, info);
-      break;
-    }
-  } while (loop_token(tok_comma));
+  } while (another_parameter_follows(routine_type));
   remove_stop_token(tok_comma);
 }
 

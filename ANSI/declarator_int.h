@@ -53,7 +53,7 @@ void function_declarator(unsigned options, a_func_info_block* func_info);
 
 // The declared type with its placeholder replaced by what the initializer that
 // follows asks for, or the error type after a message.
-a_type* deduce_placeholder_type(a_type* declared, const a_decl_parse_state* state,
+a_type* deduce_placeholder_type(a_type* declared, a_decl_parse_state* state,
                                 const a_source_position* position);
 
 #endif

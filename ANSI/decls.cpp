@@ -93,10 +93,7 @@ static a_param_id* param_id_on_list(const a_symbol_locator* locator, a_param_id*
   return list;
 }
 
-// The declarator names one of an identifier list (C99 6.9.1 p6).
-static void old_style_param_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
-  if (locator->is_error_locator)
-    return;
+static void declare_old_style_param(const a_symbol_locator* locator, a_decl_parse_state* state) {
   a_param_id* param = param_id_on_list(locator, state->param_id_list);
   if (!param || state->storage_class == sc_typedef) {
     pos_error(ec_decl_should_be_of_param, &locator->position);
@@ -106,6 +103,7 @@ static void old_style_param_declaration(a_symbol_locator* locator, a_decl_parse_
     pos_st_error(ec_id_already_declared, &locator->position, locator->header->identifier);
     return;
   }
+  state->param_id_entry = param;
   param->declared_type = state->declared_type;
   check_and_adjust_parameter_type(state, &locator->position);
   param->type = state->declared_type;
@@ -114,6 +112,13 @@ static void old_style_param_declaration(a_symbol_locator* locator, a_decl_parse_
   param->is_register = state->storage_class == sc_register;
   param->attributes = copy_of_attributes_list(state->attributes_before);
   append_attributes(&param->attributes, state->attributes_after);
+}
+
+// The declarator names one of an identifier list (C99 6.9.1 p6).
+static void old_style_param_declaration(const a_symbol_locator* locator,
+                                        a_decl_parse_state* state) {
+  if (!locator->is_error_locator)
+    declare_old_style_param(locator, state);
   if (curr_token == tok_assign) {
     pos_error(ec_initializer_in_param, &pos_curr_token);
     flush_initializer();
@@ -186,9 +191,7 @@ static void scan_initializer(a_decl_parse_state* state) {
   a_source_range range = {pos_curr_token, pos_curr_token};
   // Names are looked up where the object belongs (C++11 9.4.2 p2, 3.4.1 p13).
   int number_pushed = push_namespaces_of_member(state->symbol);
-  state->decl_flags.is_initializing = true;
   initializer(state);
-  state->decl_flags.is_initializing = false;
   pop_namespaces(number_pushed);
   mark_variable_value_set(state->symbol);
   range.end = curr_construct_end_position;
@@ -288,6 +291,15 @@ static bool declare(a_symbol_locator* locator, a_decl_parse_state* state,
   return true;
 }
 
+static unsigned options_of_declarator(const a_decl_parse_state* state) {
+  unsigned options = do_name_required;
+  if (state->parse_flags.is_old_style_param)
+    options |= do_k_and_r_parameter;
+  if (state->parse_flags.is_for_init)
+    options |= do_for_init;
+  return options;
+}
+
 static void init_declarator_list(a_decl_parse_state* state) {
   a_symbol_locator locator;
   a_func_info_block func_info;
@@ -299,13 +311,14 @@ static void init_declarator_list(a_decl_parse_state* state) {
     state->storage_class = storage_class;
     state->asm_name = nullptr;
     state->attributes_after = scan_gnu_attribute_groups(al_specifiers);
-    declarator(do_name_required, state, nullptr, &locator, &func_info);
+    declarator(options_of_declarator(state), state, nullptr, &locator, &func_info);
     scan_gnu_asm_name(state);
     append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
     bool more = declare(&locator, state, &func_info);
-    run_end_of_parse_actions(state, true);
-    if (!more || !loop_token(tok_comma))
+    if (!more || curr_token != tok_comma)
       break;
+    run_end_of_parse_actions(state, true);
+    get_token();
   }
   remove_stop_token(tok_assign);
   remove_stop_token(tok_comma);
@@ -368,10 +381,8 @@ static void report_missing_type(const a_decl_parse_state* state) {
     return;
   bool is_main =
       curr_token == tok_identifier && strcmp(locator_for_curr_id.header->identifier, "main") == 0;
-  bool is_error = std_version >= 199901 && strict_ansi_mode;
-  pos_diagnostic(is_error ? strict_ansi_error_severity : es_warning,
-                 is_main ? ec_implicit_int_on_main : ec_missing_type_specifier,
-                 &state->specifiers_position);
+  report_missing_type_specifier(is_main ? ec_implicit_int_on_main : ec_missing_type_specifier,
+                                &state->specifiers_position);
 }
 
 // A single declaration of `extern "C"` is `extern`, and nothing else (C++11 7.5
@@ -403,13 +414,13 @@ void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range
   check_stack_limit();
   if (range)
     range->start = pos_curr_token;
-  while (curr_token == tok_extension)
-    get_token();
+  while (loop_token(tok_extension))
+    state->parse_flags.has_extension_prefix = true;
   add_stop_token(tok_semicolon);
   scan_linkage_prefix(state);
   if (!is_special_declaration(state))
     declaration_with_specifiers(state);
-  discard_end_of_parse_actions(state);
+  run_end_of_parse_actions(state, false);
   if (state->parse_flags.has_linkage_specification)
     pop_name_linkage();
   if (range)

@@ -210,13 +210,11 @@ void update_decl_pos_info(a_source_correspondence* source_corresp,
     source_corresp->decl_position_supplement =
         alloc_decl_position_supplement(is_file_scope_entry(source_corresp));
   a_decl_position_supplement* positions = source_corresp->decl_position_supplement;
-  positions->specifiers_range = {state->specifiers_position, state->end_position};
-  positions->declarator_range = {state->declarator_position, state->declarator_range.end};
-  positions->storage_class_position = state->storage_class_position;
-  positions->name_end_position = source_corresp->position;
-  if (source_corresp->symbol)
-    positions->name_end_position.column = static_cast<uint16_t>(
-        positions->name_end_position.column + source_corresp->symbol->header->length - 1);
+  const a_decl_pos_block* block = &state->positions;
+  positions->specifiers_range = block->specifiers_range;
+  positions->declarator_range = block->declarator_range;
+  positions->name_end_position = block->name_end_position;
+  positions->storage_class_position = block->storage_class_position;
 }
 
 void note_definition_range(a_source_correspondence* source_corresp,

@@ -383,6 +383,8 @@ bool f_is_generalized_identifier_start();
 a_symbol* coalesce_and_lookup_qualified_name(uint32_t options);
 // The same for a name with or without a qualifier.
 a_symbol* coalesce_and_lookup_generalized_identifier(uint32_t options);
+// At `C::*`: reads through the `*`. The class, or null behind a message.
+a_type* scan_class_of_ptr_to_member();
 // The form in which a name was written, of the current token or a locator; null
 // for a plain name.
 a_name_reference* make_name_reference();

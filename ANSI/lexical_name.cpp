@@ -95,6 +95,34 @@ static bool scan_qualifier(a_name_place* place) {
   return is_known;
 }
 
+// At the start of a qualified name, or of what precedes the `*` in `C::*`:
+// advances to behind the last `::`. False after a message.
+static bool scan_qualifiers(a_name_place* place) {
+  bool is_good = true;
+  *place = {npk_anywhere, nullptr, nullptr};
+  if (loop_token(tok_colon_colon))
+    place->kind = npk_global;
+  while (curr_token == tok_identifier && next_token() == tok_colon_colon) {
+    if (is_good)
+      is_good = scan_qualifier(place);
+    else
+      skip_qualifier();
+  }
+  return is_good;
+}
+
+a_type* scan_class_of_ptr_to_member() {
+  a_source_position position = pos_curr_token;
+  a_name_place place;
+  bool is_good = scan_qualifiers(&place);
+  get_token();
+  if (is_good && place.kind == npk_class)
+    return place.type;
+  if (is_good)
+    pos_error(ec_id_must_be_class_or_namespace_name, &position);
+  return nullptr;
+}
+
 // -- Folding ------------------------------------------------------------------------------
 
 bool f_is_generalized_identifier_start() {
@@ -116,16 +144,8 @@ a_symbol* coalesce_and_lookup_qualified_name(uint32_t options) {
     return nullptr;
   a_source_position start = pos_curr_token;
   a_token_sequence_number number = curr_token_sequence_number;
-  a_name_place place = {npk_anywhere, nullptr, nullptr};
-  bool is_good = true;
-  if (loop_token(tok_colon_colon))
-    place.kind = npk_global;
-  while (curr_token == tok_identifier && next_token() == tok_colon_colon) {
-    if (is_good)
-      is_good = scan_qualifier(&place);
-    else
-      skip_qualifier();
-  }
+  a_name_place place;
+  bool is_good = scan_qualifiers(&place);
   if (curr_token != tok_identifier) {
     pos_error(ec_exp_identifier, &pos_curr_token);
     unget_token();
