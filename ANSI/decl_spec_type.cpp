@@ -126,7 +126,7 @@ static a_type* floating_type_of_words(a_specifier_accumulator* acc, a_decl_parse
   int kind = acc->base == btc_float ? fk_float : fk_double;
   if (acc->size == szc_long && acc->base == btc_double) {
     kind = fk_long_double;
-  } else if (acc->size == szc_long && in_cplusplus_mode() && !gnu_mode && !strict_ansi_mode) {
+  } else if (acc->size == szc_long && !gnu_mode && !strict_ansi_mode) {
     pos_warning(ec_nonstandard_long_float, &state->specifiers_position);
     kind = fk_double;
   } else if (acc->size != szc_none) {

@@ -363,6 +363,7 @@ a_type* new_type_name() {
   clear_decl_parse_state(&state);
   decl_specifiers(dso_type_specifiers, &state);
   pointer_declarator(&state);
+  discard_end_of_parse_actions(&state);
   return type_of_derivations(base, state.type_specifier_type);
 }
 

@@ -14,9 +14,10 @@
 static void parameter_of_prototype(a_symbol* symbol, an_operand* result) {
   const a_param_id* param = symbol->supplement.param_id;
   a_source_position position = pos_curr_token;
-  if (!expr_stack->flags.unevaluated_operand) {
+  bool is_undeclared = param && !param->type; // so far, one of the old style
+  if (!expr_stack->flags.unevaluated_operand || is_undeclared) {
     error_and_make_error_operand(ec_param_not_allowed, &position, result);
-  } else if (!param || !param->type || is_error_type(param->type)) {
+  } else if (!param || is_error_type(param->type)) {
     make_error_operand(result);
   } else {
     make_dummy_lvalue_operand(param->type, result);

@@ -88,25 +88,8 @@ static a_type* scan_further_bounds(a_type* type) {
   return bound.kind == con_integer ? make_array_type(element, bound.value.int_value) : error_type();
 }
 
-static a_type* scan_pointer_operators(a_type* type) {
-  while (curr_token == tok_star) {
-    get_token();
-    type = make_qualified_type(make_pointer_type(type), collect_type_qualifiers(nullptr));
-  }
-  return type;
-}
-
-static a_type* scan_specifiers_of_new_type() {
-  a_decl_parse_state state;
-  clear_decl_parse_state(&state);
-  decl_specifiers(dso_type_specifiers, &state);
-  a_type* type = state.type_specifier_type;
-  discard_end_of_parse_actions(&state);
-  return type ? type : error_type();
-}
-
 static void scan_new_type_id(a_new_expression* info) {
-  info->type = scan_pointer_operators(scan_specifiers_of_new_type());
+  info->type = new_type_name();
   if (curr_token != tok_lbracket)
     return;
   scan_first_bound(info);
@@ -160,6 +143,8 @@ static bool check_new_type(a_new_expression* info) {
     return false;
   if (is_function_type(info->type))
     code = ec_function_type_not_allowed;
+  else if (is_reference_type(info->type))
+    code = ec_pointer_to_reference; // the value would be one
   else if (is_incomplete_type(info->type) || is_void_type(info->type))
     code = ec_incomplete_type_not_allowed;
   if (code != 0) {

@@ -44,6 +44,11 @@ int outermost(int n, const int a[n + 1]) { return a[n]; }
 int star_in_definition(int a[*]) { return a != 0; }
 // CHECK: line [[#@LINE+1]]: error #1029: a variable length array is not allowed here
 int inner_bound(int n, int a[2][n]) { return n; }
+int old_style_bound(n, a) int n; int a[n]; { return a[0]; }
+// CHECK: line [[#@LINE+1]]: error #944: variable length array with unspecified bound is not allowed
+int old_style_star(a) int a[*]; { return a[0]; }
+// CHECK: line [[#@LINE+1]]: error #{{[0-9]+}}: a parameter is not allowed
+int bound_before_declaration(a, n) int a[n]; int n; { return a[0]; }
 // CHECK: line [[#@LINE+1]]: error
 void bad_bound(int n, int a[n.x], int b[n]);
 
@@ -77,6 +82,8 @@ int ellipsis_in_names(a, ...) int a; { return a; }
 // CHECK: line [[#@LINE+1]]: error #41: expected an identifier
 int number_in_names(a, 3) int a; { return a; }
 int only_ellipsis(...);
+// CHECK: line [[#@LINE+1]]: error #18: expected a ")"
+int after_ellipsis(int, ..., int);
 // CHECK: line [[#@LINE+1]]: error #101: duplicate parameter name
 int twice(int a, char a);
 // CHECK: line [[#@LINE+1]]: error #79: a parameter declaration may not have an initializer

@@ -35,6 +35,13 @@ extern void S::*void_member;
 extern int &S::*reference_member;
 // CHECK: line [[#@LINE+1]]: error #278: a name followed by "::" must be a class or namespace name
 extern int object::*no_class;
+// CHECK: line [[#@LINE+1]]: error #278: a name followed by "::" must be a class or namespace name
+extern int S::a::*no_nested_class;
+// CHECK: line [[#@LINE+1]]: error #20: identifier "missing" is undefined
+extern int missing::S::*no_qualifier;
+struct outer { struct S { int b; }; };
+namespace hiding { struct S { int c; }; extern int ::S::*global_member, outer::S::*nested_member; }
+extern int S::*hiding::global_member, outer::S::*hiding::nested_member;
 
 // ---- Functions (8.3.5) ----
 
@@ -65,6 +72,8 @@ int unprototyped();
 int unprototyped(void);
 int ellipsis(...);
 int no_comma(int...);
+// CHECK: line [[#@LINE+1]]: error #18: expected a ")"
+int after_ellipsis(int, ..., int);
 int with_default(int a, int b = 2);
 // CHECK: line [[#@LINE+1]]: error #308: a default argument must not be followed
 int default_first(int a = 1, int b);
@@ -97,8 +106,21 @@ const auto *through_pointer = &object;
 extern int from_int;
 extern int *from_pointer;
 extern const int *through_pointer;
+auto static order = 1, *same_type = &order;
+auto(*in_parentheses) = &object;
+auto (*returns_trailing)() -> int;
+// CHECK: line [[#@LINE+1]]: error #1867: inconsistent deduction of an auto type: "int" and "double"
+auto agrees = 1, disagrees = 1.0;
+// CHECK: line [[#@LINE+1]]: error #2769: "auto" is used both as a type specifier and as a storage class
+auto auto both_meanings = 1;
 decltype(object) same;
 extern int same;
+S s;
+const S const_s = {1, 2};
+extern decltype(const_s.a) member_type;
+extern int member_type;
+extern decltype((s.a)) member_lvalue_type;
+extern int &member_lvalue_type;
 // CHECK: line [[#@LINE+2]]: error #148: declaration is incompatible with
 extern decltype((object)) lvalue_type;
 extern int lvalue_type;

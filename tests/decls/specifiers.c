@@ -126,6 +126,9 @@ int *restrict restricted;
 typedef int function(void);
 // CHECK: line [[#@LINE+1]]: warning #979-D: type qualifiers on function types are ignored
 const function qualified_function;
+// CHECK: line [[#@LINE+2]]: error #646: "restrict" is not allowed here
+// CHECK-NOT: line [[#@LINE+1]]: warning #979-D
+restrict function restricted_function_type;
 
 // ---- Function specifiers (6.7.4) ----
 
