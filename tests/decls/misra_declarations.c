@@ -10,6 +10,7 @@ extern INT named;
 // CHECK: line [[#@LINE+1]]: {{.*}} #1498{{.*}}6.3
 extern INT basic_param(unsigned char a);
 extern void no_basic(void);
+// CHECK: line [[#@LINE+3]]: {{.*}} #1498{{.*}}6.3
 // CHECK: line [[#@LINE+2]]: {{.*}} #1385{{.*}}8.2
 // CHECK-NEXT: line [[#@LINE+1]]: {{.*}}type is missing
 static untyped;
