@@ -349,9 +349,25 @@ static void set_declspec_align(void* entity, an_il_entry_kind kind, uint32_t ali
   }
 }
 
+// What is laid out already is neither aligned nor packed.
+static bool is_laid_out_class(const a_type* type) {
+  return is_class_struct_union_kind(type->kind) &&
+         type->variant.class_struct_union.is_complete_definition &&
+         !type->variant.class_struct_union.is_being_defined;
+}
+
+static void ignore_on_type(an_attribute* attribute, a_type* type) {
+  pos_ty_warning(ec_attribute_does_not_apply_to_type, &attribute->position, type);
+  attribute->kind = attrk_dropped;
+}
+
 void* align_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
   if (!takes_alignment(attribute, entity, kind)) {
     refuse_alignment(attribute);
+    return entity;
+  }
+  if (kind == iek_type && is_laid_out_class(static_cast<a_type*>(entity))) {
+    ignore_on_type(attribute, static_cast<a_type*>(entity));
     return entity;
   }
   uint32_t alignment = alignment_of_argument(attribute);
@@ -364,8 +380,7 @@ void* align_action(an_attribute* attribute, void* entity, an_il_entry_kind kind)
 
 bool packed_attribute_allowed_on_type(const a_type* type) {
   if (is_class_struct_union_kind(type->kind))
-    return !type->variant.class_struct_union.is_complete_definition ||
-           type->variant.class_struct_union.is_being_defined;
+    return !is_laid_out_class(type);
   return type->kind == tk_integer && type->variant.integer.is_enum && type->is_incomplete;
 }
 
@@ -383,8 +398,7 @@ static void pack_class(a_type* type, bool is_packed) {
 
 static void set_type_packing(an_attribute* attribute, a_type* type, bool is_packed) {
   if (!packed_attribute_allowed_on_type(type)) {
-    pos_ty_warning(ec_attribute_does_not_apply_to_type, &attribute->position, type);
-    attribute->kind = attrk_dropped;
+    ignore_on_type(attribute, type);
   } else if (type->kind == tk_integer) {
     type->variant.integer.is_packed_enum = is_packed;
   } else {

@@ -46,6 +46,10 @@ static bool check_bit_field_type(a_type* type, const a_source_position* position
     pos_error(ec_bad_bit_field_type, position);
     return false;
   }
+  if (is_incomplete_type(type)) { // an enum that is only declared
+    pos_error(ec_incomplete_type_not_allowed, position);
+    return false;
+  }
   if (get_type_qualifiers(type) & tq_atomic) {
     pos_error(ec_c11_atomic_bit_field, position);
     return false;

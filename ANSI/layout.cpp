@@ -8,6 +8,7 @@
 #include "error.h"
 #include "layout_int.h"
 #include "mode_words.h"
+#include "symbol_tbl.h"
 #include "target.h"
 #include "types.h"
 
@@ -164,6 +165,19 @@ uint32_t alignment_of_field_full(a_field* field, bool for_bit_field) {
 
 // ---- Fields ----
 
+static a_symbol* unnamed_field_symbol(const a_field* field) {
+  a_symbol_locator locator;
+  make_unnamed_locator(&locator, &field->source_corresp.position);
+  a_symbol* symbol = make_symbol(symk_field, &locator);
+  symbol->variant.field = const_cast<a_field*>(field);
+  return symbol;
+}
+
+const a_symbol* symbol_of_field(const a_field* field) {
+  const a_symbol* symbol = field->source_corresp.symbol;
+  return symbol ? symbol : unnamed_field_symbol(field);
+}
+
 static void lay_out_plain_field(a_layout_cursor* cursor, a_field* field) {
   close_container(cursor);
   uint64_t alignment = alignment_of_field_full(field, false);
@@ -276,6 +290,10 @@ static uint64_t final_size(a_layout_cursor* cursor) {
   if (targ_reuse_tail_padding && warn_about_tail_padding_use && size != unshared_size)
     pos_warning(ec_size_affected_by_tail_padding, &cursor->class_type->source_corresp.position);
   size = std::max(size, cursor->container_end);
+  if (size > targ_max_class_object_size) {
+    report_too_large(cursor);
+    size = cursor->offset;
+  }
   if (size == 0 && !may_have_no_size(cursor->class_type))
     size = 1;
   return gnu_mode ? size : std::max(size, cursor->class_alignment);
@@ -303,10 +321,7 @@ void check_transparent_union(a_type* union_type, const a_source_position* positi
   }
   for (const a_field* field = first->next; field && info.is_transparent_union; field = field->next)
     if (size_of_type(field->type) > size_of_type(first->type)) {
-      if (field->source_corresp.symbol)
-        pos_sy_warning(ec_union_cannot_be_transparent_sym, position, field->source_corresp.symbol);
-      else
-        pos_warning(ec_union_cannot_be_transparent, position);
+      pos_sy_warning(ec_union_cannot_be_transparent_sym, position, symbol_of_field(field));
       info.is_transparent_union = false;
     }
 }

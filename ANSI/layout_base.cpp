@@ -181,7 +181,7 @@ static bool lies_in_tail_padding(a_layout_cursor* cursor) {
 void note_use_of_tail_padding(a_layout_cursor* cursor, const a_field* field) {
   if (lies_in_tail_padding(cursor))
     pos_sy_warning(ec_field_uses_tail_padding, &field->source_corresp.position,
-                   field->source_corresp.symbol);
+                   symbol_of_field(field));
 }
 
 // ---- The placing of one base ----

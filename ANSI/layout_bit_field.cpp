@@ -23,8 +23,8 @@ struct a_container {
 // The rules of the GNU compilers before 3.4 knew no packing of bit-fields.
 static constexpr int first_packed_union_gnu_version = 30300;
 
-// An advance of the cursor by bits that come to 65 or more can't be loaded.
-static constexpr uint64_t packed_access_bits = 65;
+// The widest access, from the byte in which a bit-field begins.
+static constexpr uint64_t max_access_bits = 64;
 
 static bool fits_in_open_container(const a_layout_cursor* cursor, const a_container* container,
                                    uint64_t width) {
@@ -131,11 +131,11 @@ static void adjust_container_alignment(const a_layout_cursor* cursor, const a_fi
 static bool bit_field_affects_alignment(const a_layout_cursor* cursor, const a_field* field) {
   if (is_union(cursor) && emulate_gnu_abi_bugs)
     return field->bit_size == 0;
+  if (is_union(cursor) && !targ_bit_field_affects_union_alignment)
+    return false;
   if (field->bit_size == 0)
     return targ_zero_width_bit_field_affects_struct_alignment;
-  if (!field->source_corresp.name && !targ_unnamed_bit_field_affects_struct_alignment)
-    return false;
-  return !is_union(cursor) || targ_bit_field_affects_union_alignment;
+  return field->source_corresp.name || targ_unnamed_bit_field_affects_struct_alignment;
 }
 
 static void raise_alignment_for_bit_field(a_layout_cursor* cursor, const a_field* field,
@@ -180,6 +180,8 @@ static void use_container_of_type(a_layout_cursor* cursor, const a_field* field,
 
 // ---- Placing ----
 
+// A packed bit-field follows its neighbour at the next bit, whatever its width,
+// unless a pack pragma or an alignment of its own says more.
 static bool skips_alignment(const a_layout_cursor* cursor, const a_field* field) {
   if (!is_packed_field(field))
     return false;
@@ -224,9 +226,9 @@ void lay_out_bit_field(a_layout_cursor* cursor, a_field* field) {
   field->bit_offset = static_cast<uint8_t>(cursor->bit_offset);
   if (field->bit_size != 0)
     note_use_of_tail_padding(cursor, field);
-  if (is_packed && cursor->bit_offset + field->bit_size >= packed_access_bits)
+  if (is_packed && cursor->bit_offset + field->bit_size > max_access_bits)
     pos_sy_error(ec_attribute_does_not_apply, &field->source_corresp.position,
-                 field->source_corresp.symbol);
+                 symbol_of_field(field));
   uint64_t start = cursor->offset * targ_char_bit + cursor->bit_offset;
   advance_bits(cursor, targ_pad_bit_fields_larger_than_base_type && field->declared_bit_size != 0
                            ? field->declared_bit_size

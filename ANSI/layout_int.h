@@ -58,6 +58,8 @@ bool is_union(const a_layout_cursor* cursor);
 uint32_t pack_alignment_of(const a_type* class_type);
 // Whether the field, or its class for all fields, is packed.
 bool is_packed_field(const a_field* field);
+// What a message names the field by, an unnamed one included.
+const a_symbol* symbol_of_field(const a_field* field);
 
 // Reports, once, that the class exceeds the greatest object.
 void report_too_large(a_layout_cursor* cursor);

@@ -80,8 +80,10 @@ bool check_pack_alignment_value(const a_constant* value, uint16_t* out) {
       cmplit_integer_constant(value, targ_maximum_pack_alignment) > 0)
     return false;
   uint64_t alignment = value->value.int_value;
+  if ((alignment & (alignment - 1)) != 0)
+    return false;
   *out = static_cast<uint16_t>(alignment);
-  return (alignment & (alignment - 1)) == 0;
+  return true;
 }
 
 static bool in_class_template_definition() {
@@ -136,12 +138,9 @@ static bool scan_pack_value(a_pack_request* request) {
     pos_error(ec_exp_int_constant, &pos_curr_token);
     return false;
   }
-  bool is_zero = cmplit_integer_constant(&const_for_curr_token, 0) == 0;
-  if (!check_pack_alignment_value(&const_for_curr_token, &request->value)) {
-    request->value = 0;
-    if (!gnu_mode || !is_zero)
-      pos_error(ec_bad_pack_alignment, &pos_curr_token);
-  }
+  bool is_gnu_zero = gnu_mode && cmplit_integer_constant(&const_for_curr_token, 0) == 0;
+  if (!check_pack_alignment_value(&const_for_curr_token, &request->value) && !is_gnu_zero)
+    pos_error(ec_bad_pack_alignment, &pos_curr_token);
   request->has_value = true;
   get_token();
   return true;

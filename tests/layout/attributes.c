@@ -53,12 +53,26 @@ SAME(sizeof(struct split), 5);
 struct aligned_bits { int a : 3; int b : 3 ALIGNED(4); };
 SAME(sizeof(struct aligned_bits), 8);
 
+// A width of zero closes the byte only where the fields aren't packed.
+struct packed_zero { int a : 3; int : 0; int b : 3; } PACKED;
+SAME(sizeof(struct packed_zero), 1);
+#pragma pack(push, 1)
+struct pragma_zero { int a : 3; int : 0; int b : 3; } PACKED;
+SAME(sizeof(struct pragma_zero), 2);
+#pragma pack(pop)
+// Of 1 a byte-aligned type has no alignment to lose.
+struct unreduced { char c; int i ALIGNED(1); };
+SAME(sizeof(struct unreduced), 5);
+
 typedef union { int *i; char *c; } any_pointer __attribute__((transparent_union));
 union of_pointers { int *i; char c; } __attribute__((transparent_union));
 
 #ifdef FAULTS
 // CHECK: line [[#@LINE+1]]: error #1168: invalid attribute for field "b"
 struct unloadable { long long a : 6, b : 60; } PACKED;
+// CHECK: line [[#@LINE+1]]: error #1168: invalid attribute for field "<unnamed>"
+struct unloadable_gap { long long a : 6, : 59; } PACKED;
+struct loadable { long long a : 6, b : 58; } PACKED;
 // CHECK: line [[#@LINE+1]]: warning #1236-D: a reduction in alignment without the "packed" attribute is ignored
 struct reduced { char c; struct aligned_class a ALIGNED(1); };
 SAME(OFFSET(struct reduced, a), 8);
@@ -67,6 +81,9 @@ SAME(OFFSET(struct reduced_packed, a), 2);
 // CHECK: line [[#@LINE+1]]: warning #1236-D
 struct ALIGNED(2) reduced_class { struct behind b; };
 SAME(__alignof__(struct reduced_class), 4);
+// CHECK: line [[#@LINE+1]]: warning #1167-D: invalid attribute for "struct behind"
+extern struct ALIGNED(8) behind late;
+SAME(__alignof__(struct behind), 4);
 // CHECK: line [[#@LINE+1]]: warning #2159-D
 union floating { float f; int i; } __attribute__((transparent_union));
 // CHECK: line [[#@LINE+1]]: warning #1185-D: union cannot be transparent because of its field field "i"

@@ -47,6 +47,8 @@ struct bit_fields {
   // CHECK: line [[#@LINE+1]]: warning #231-D
   enum sign one : 1;
   enum sign two : 2;
+  // CHECK: line [[#@LINE+1]]: error #71: incomplete type is not allowed
+  enum unknown incomplete : 3;
 };
 
 struct flexible { int n; char rest[]; };

@@ -64,6 +64,23 @@ struct outer {
 SAME(OFFSET(struct outer, i), 16);
 SAME(OFFSET(struct outer, next.i), 32 + 2);
 #pragma pack()
+struct first_thing {
+// CHECK: line [[#@LINE+1]]: remark #917-D: effect of this "#pragma pack" directive is local to struct "first_thing"
+#pragma pack(2)
+  char c;
+  struct inner i;
+#pragma pack()
+};
+SAME(OFFSET(struct first_thing, i), 16);
+struct before_brace
+#pragma pack(2)
+{
+  char c;
+  struct inner i;
+// CHECK: line [[#@LINE+1]]: remark #917-D: effect of this "#pragma pack" directive is local to struct "before_brace"
+#pragma pack()
+};
+SAME(OFFSET(struct before_brace, i), 2);
 int function(void) {
 // CHECK: line [[#@LINE+1]]: remark #917-D: effect of this "#pragma pack" directive is local to function "function"
 #pragma pack(push, 1)
