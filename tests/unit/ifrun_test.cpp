@@ -227,11 +227,11 @@ TEST(Ifrun, StopsAtFaults) {
   EXPECT_EQ(node.err, "ifrun: unsupported node RECIP in function main\n");
   EXPECT_EQ(node.status, 125);
 
-  a_result floating = run_statement([](a_sample_program& sample) {
-    sample.node(ifop_SCONV, sample.types.floats[TYPE::fkind_double]);
+  a_result wide = run_statement([](a_sample_program& sample) {
+    sample.node(ifop_SCONV, sample.types.mk_fltpt(TYPE::fkind_long_double, 96, 8));
     sample.icon(1);
   });
-  EXPECT_EQ(floating.err, "ifrun: values of the type double are not supported in function main\n");
+  EXPECT_EQ(wide.err, "ifrun: values of the type long double are not supported in function main\n");
 
   a_result indirect = run_statement([](a_sample_program& sample) {
     sample.node(ifop_UCALL, sample.integer);
