@@ -273,10 +273,13 @@ static bool may_be_global_register(const a_decl_parse_state* state,
 }
 
 static void check_file_scope_register(a_decl_parse_state* state, const a_symbol_locator* locator) {
-  if (state->storage_class != sc_register || !state->parse_flags.is_file_scope ||
-      state->decl_flags.specifier_error || may_be_global_register(state, locator))
+  if (state->storage_class != sc_register || !state->parse_flags.is_file_scope)
     return;
-  pos_error(ec_bad_file_scope_storage_class, &state->storage_class_position);
+  const bool is_reported = state->decl_flags.specifier_error || locator->is_error_locator;
+  if (!is_reported && may_be_global_register(state, locator))
+    return;
+  if (!is_reported)
+    pos_error(ec_bad_file_scope_storage_class, &state->storage_class_position);
   state->storage_class = sc_none;
 }
 

@@ -30,4 +30,8 @@ register unsigned __R31 = 1;
 // C: line [[#@LINE+2]]: error #151
 // CPP: line [[#@LINE+1]]: error #840: unrecognized global register "other"
 register int *__SP, other;
+// C: line [[#@LINE+3]]: error #82
+// CPP: line [[#@LINE+2]]: error #82
+// C-NEXT: errors detected
+register typedef int both;
 #endif
