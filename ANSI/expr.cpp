@@ -163,7 +163,14 @@ void extract_constant_from_operand(an_operand* operand, a_constant* constant) {
   set_error_constant(constant);
 }
 
-// Without constexpr only what folds at once is a constant.
+// An address in the clothes of an integer is a constant, but has no value here.
+static void extract_integral_constant(an_operand* operand, a_constant* constant) {
+  if (is_constant_operand(operand) && !is_integral_constant(operand))
+    error_in_operand(ec_expr_not_integral_constant, operand);
+  extract_constant_from_operand(operand, constant);
+}
+
+// Only what folds at once is a constant.
 static void finish_strict_constant_expression(an_operand* operand, a_constant* constant) {
   do_operand_transformations(operand, ot_all);
   if (!is_error_operand(operand) && !is_integral_constant(operand))
@@ -209,22 +216,24 @@ static void finish_constant_expression(an_operand* operand, a_type* target_type,
     error_in_operand(ec_array_size_must_be_positive, operand);
   if (target_type && !is_error_operand(operand))
     convert_constant_operand(operand, target_type);
-  extract_constant_from_operand(operand, constant);
+  extract_integral_constant(operand, constant);
 }
 
-static an_expression_kind kind_of_constant_expression() {
-  return constexpr_enabled ? ek_integral_constant : ek_strict_constant;
+// GNU compilers without constexpr take as constant what folds at once.
+static bool folds_constant_expressions_at_once() {
+  return !constexpr_enabled && (gcc_mode || (gpp_mode && gnu_version <= 39999));
 }
 
 static void scan_constant_expression(a_type* target_type, a_constant* constant) {
   a_full_expression full;
   an_operand operand;
-  begin_full_expression(kind_of_constant_expression(), &full);
+  bool is_strict = folds_constant_expressions_at_once();
+  begin_full_expression(is_strict ? ek_strict_constant : ek_integral_constant, &full);
   scan_expr(&operand, nullptr, lev_none, sef_no_comma);
-  if (constexpr_enabled)
-    finish_constant_expression(&operand, target_type, constant);
-  else
+  if (is_strict)
     finish_strict_constant_expression(&operand, constant);
+  else
+    finish_constant_expression(&operand, target_type, constant);
   wrap_up_constant_full_expression(constant);
   end_full_expression(&full, &operand);
 }
@@ -245,7 +254,7 @@ void scan_constant_dimension_expression(a_constant* constant) {
 void scan_bool_constant_expression(a_constant* constant) {
   a_full_expression full;
   an_operand operand;
-  begin_full_expression(kind_of_constant_expression(), &full);
+  begin_full_expression(ek_integral_constant, &full);
   scan_expr(&operand, nullptr, lev_none, sef_no_comma);
   check_boolean_controlling_expr(&operand);
   force_operand_to_constant_if_possible(&operand);
@@ -259,7 +268,7 @@ void scan_bool_constant_expression(a_constant* constant) {
 void scan_case_label_constant(a_type* switch_type, a_constant* constant) {
   a_full_expression full;
   an_operand operand;
-  begin_full_expression(kind_of_constant_expression(), &full);
+  begin_full_expression(constexpr_enabled ? ek_strict_constant : ek_integral_constant, &full);
   scan_expr(&operand, nullptr, lev_none, sef_no_comma);
   do_operand_transformations(&operand, ot_all);
   if (is_integral_constant(&operand) && !is_error_type(switch_type))

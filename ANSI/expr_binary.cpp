@@ -349,16 +349,13 @@ static bool may_be_user_logical_operator(a_token_kind token) {
 }
 
 static void begin_logical_right_operand(an_expr_operator_kind op, const an_operand* left) {
-  if (left_decides(op, left)) {
+  if (left_decides(op, left))
     expr_stack->flags.value_is_evaluated = false;
-    expr_stack->flags.strict_constant = false;
-  }
   expr_stack->flags.branch_context = true;
 }
 
 static void restore_branch_flags(const an_expr_stack_flags* saved) {
   expr_stack->flags.value_is_evaluated = saved->value_is_evaluated;
-  expr_stack->flags.strict_constant = saved->strict_constant;
   expr_stack->flags.branch_context = saved->branch_context;
 }
 

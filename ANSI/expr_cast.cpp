@@ -478,6 +478,7 @@ static void scan_any_constant(an_operand* operand) {
 
 void scan_cast_expression(an_operand* result, const a_source_position* start) {
   check_stack_limit();
+  expr_stack->flags.decltype_top_level = false;
   add_stop_token(tok_rparen);
   a_type* type = scan_type_for_cast();
   remove_stop_token(tok_rparen);

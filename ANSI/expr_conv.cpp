@@ -163,7 +163,7 @@ void conv_glvalue_to_prvalue(an_operand* operand) {
     use_constant_value(&constant, operand);
     return;
   }
-  if (expr_stack->flags.strict_constant && value_is_evaluated()) {
+  if (expr_stack->flags.strict_constant) {
     error_in_operand(ec_expr_not_constant, operand);
     return;
   }
@@ -179,7 +179,7 @@ void conv_glvalue_to_prvalue(an_operand* operand) {
 void add_reference_indirection(an_operand* operand) {
   if (is_error_operand(operand) || !is_reference_type(operand->type))
     return;
-  if (expr_stack->flags.strict_constant && value_is_evaluated()) {
+  if (expr_stack->flags.strict_constant) {
     error_in_operand(ec_expr_not_constant, operand);
     return;
   }
@@ -415,21 +415,15 @@ static bool is_modifiable_type(a_type* type) {
 bool check_modifiable_lvalue_operand(an_operand* operand) {
   if (is_error_operand(operand))
     return false;
-  if (operand->state == os_glvalue) {
-    if (is_modifiable_type(operand->type))
-      return true;
-    bool is_const_object = is_const_qualified_type(operand->type) &&
-                           !is_array_type(operand->type) && !is_incomplete_type(operand->type);
-    if (gcc_mode && is_const_object) {
-      expr_pos_diagnostic(es_discretionary_error, ec_expr_not_a_modifiable_lvalue,
-                          &operand->position);
-      return true;
-    }
-    if (is_incomplete_type(operand->type) && !is_void_type(operand->type) &&
-        !is_array_type(operand->type)) {
-      error_in_operand(ec_incomplete_type_not_allowed, operand);
-      return false;
-    }
+  bool is_lvalue = operand->state == os_glvalue && !is_an_xvalue(operand);
+  if (is_lvalue && is_modifiable_type(operand->type))
+    return true;
+  bool is_const_object = is_lvalue && is_const_qualified_type(operand->type) &&
+                         !is_array_type(operand->type) && !is_incomplete_type(operand->type);
+  if (gcc_mode && is_const_object) {
+    expr_pos_diagnostic(es_discretionary_error, ec_expr_not_a_modifiable_lvalue,
+                        &operand->position);
+    return true;
   }
   error_in_operand(ec_expr_not_a_modifiable_lvalue, operand);
   return false;

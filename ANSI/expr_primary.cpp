@@ -130,10 +130,13 @@ static void scan_parenthesized_expression(an_operand* result, uint32_t flags,
 }
 
 static void refuse_statement_expression(an_operand* result, const a_source_position* start) {
-  an_error_code code = in_constant_expr_kind() ? ec_expr_not_constant
-                       : depth_innermost_function_scope < 0
-                           ? ec_statement_expression_in_function_only
-                           : 0;
+  an_error_code code = 0;
+  if (in_constant_expr_kind())
+    code = ec_expr_not_constant;
+  else if (depth_innermost_function_scope < 0)
+    code = ec_statement_expression_in_function_only;
+  else if (expr_stack->flags.in_default_argument)
+    code = ec_statement_expr_in_default_arg;
   if (code != 0)
     expr_pos_error(code, start);
   else if (expr_error_should_be_issued())

@@ -63,13 +63,11 @@ static void begin_branch(const a_question* question, bool is_taken,
   bool is_dead = question->is_known && !is_taken;
   expr_stack->flags.branch_context = true;
   expr_stack->flags.value_is_evaluated = !is_dead && outer->value_is_evaluated;
-  expr_stack->flags.strict_constant = !is_dead && outer->strict_constant;
 }
 
 static void end_branches(const an_expr_stack_flags* outer) {
   expr_stack->flags.branch_context = outer->branch_context;
   expr_stack->flags.value_is_evaluated = outer->value_is_evaluated;
-  expr_stack->flags.strict_constant = outer->strict_constant;
 }
 
 // In C++ the operands may stay what they are: objects.

@@ -46,7 +46,8 @@ void push_expr_stack(an_expression_kind kind, an_expr_stack_entry* entry, bool l
   entry->flags.references_count = true;
   if (kind < ek_normal) {
     entry->flags.constant_context = true;
-    entry->flags.strict_constant = kind == ek_pp || !constexpr_enabled;
+    entry->flags.strict_constant =
+        kind == ek_pp || kind == ek_strict_constant || !constexpr_enabled;
   } else if (kind == ek_unevaluated) {
     entry->flags.value_is_evaluated = false;
     entry->flags.references_count = false;

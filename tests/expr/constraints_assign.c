@@ -60,7 +60,7 @@ void simple(void) {
   by_value().n = 1;
 // CHECK-NEXT: line [[@LINE-1]]: error #138:
   *hp = *hp;
-// CHECK-NEXT: line [[@LINE-1]]: error #71:
+// CHECK-NEXT: line [[@LINE-1]]: error #138:
   i = t1;
 // CHECK-NEXT: line [[@LINE-1]]: error #515:
   t1 = i;

@@ -49,7 +49,7 @@ void f(int a) {
   sp++;
 // CHECK-NEXT: line [[@LINE-1]]: error #906:
   *sp = *sp;
-// CHECK-NEXT: line [[@LINE-1]]: error #71:
+// CHECK-NEXT: line [[@LINE-1]]: error #138:
   (a) = (*ip) = arr[1] = ip[1] = bb.f = (&bb)->n = 1;
   ip = &*ip, ip = &arr[2], ip = &bb.n, ip = &*&a;
 }
