@@ -103,8 +103,9 @@ void take_address_of_operand(an_operand* operand, const a_source_position* opera
     force_operand_to_constant_if_possible(operand);
 }
 
-// An operator that has no place in some constant expressions.
-static void check_operator_of_constant(an_error_code in_integral, an_error_code in_template_arg) {
+// An operator that has no place in some constant expressions; true when it is
+// refused here.
+static bool is_refused_operator(an_error_code in_integral, an_error_code in_template_arg) {
   an_error_code code = 0;
   if (expr_stack->kind == ek_pp)
     code = ec_bad_pp_operator;
@@ -114,12 +115,15 @@ static void check_operator_of_constant(an_error_code in_integral, an_error_code 
     code = in_template_arg;
   if (code != 0)
     expr_pos_error(code, &pos_curr_token);
+  return code != 0;
 }
 
 static void scan_address_operand(an_operand* result, an_operator_place* place) {
   *place = place_of_curr_token();
-  check_operator_of_constant(ec_bad_integral_operator, 0);
+  bool is_refused = is_refused_operator(ec_bad_integral_operator, 0);
   scan_prefix_operand(result, sef_address_of_overload_allowed);
+  if (is_refused)
+    conv_to_error_operand(result);
 }
 
 void scan_address_of(an_operand* result) {
@@ -158,8 +162,10 @@ void do_indirection(an_operand* operand) {
 
 void scan_indirection(an_operand* result) {
   an_operator_place place = place_of_curr_token();
-  check_operator_of_constant(0, ec_bad_templ_arg_expr_operator);
+  bool is_refused = is_refused_operator(0, ec_bad_templ_arg_expr_operator);
   scan_prefix_operand(result, 0);
+  if (is_refused)
+    conv_to_error_operand(result);
   a_source_position end = result->end_position;
   if (!operator_is_overloaded(&place, result, nullptr, result))
     do_indirection(result);
