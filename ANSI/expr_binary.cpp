@@ -384,7 +384,7 @@ void scan_logical_operator(an_operand* operand) {
   if (!may_be_user_operator || !operator_is_overloaded(&place, &left, &right, operand)) {
     if (may_be_user_operator)
       convert_logical_operand(&left);
-    misra_check_logical_operands(&left, &right);
+    misra_check_logical_operands(op, &left, &right);
     convert_logical_operand(&right);
     restore_branch_flags(&saved);
     logical_result(op, &left, &right, &place.position, operand);
@@ -394,13 +394,18 @@ void scan_logical_operator(an_operand* operand) {
 
 // ---- Comma (C99 6.5.17) ----
 
-// Nobody sees the object that a discarded call returns.
+// Nobody sees the object of a class that a discarded call returns.
 static void discard_left_operand(an_operand* left) {
   flush_operand_ref_entries(left);
   do_void_operand_transformations(left, false);
   check_for_no_effect(left);
-  if (left->kind == ok_expression && is_operation_node(left->variant.expr, eok_call))
+  if (left->kind == ok_expression && is_operation_node(left->variant.expr, eok_call) &&
+      is_class_struct_union_type(left->type))
     left->variant.expr->is_discarded_call = true;
+}
+
+static bool has_side_effects(const an_operand* operand) {
+  return operand->kind == ok_expression && node_has_side_effects(operand->variant.expr);
 }
 
 static void comma_result(an_operand* left, an_operand* right, const a_source_position* position,
@@ -410,8 +415,8 @@ static void comma_result(an_operand* left, an_operand* right, const a_source_pos
     error_and_make_error_operand(ec_bad_constant_operator, position, result);
   } else if (is_error_operand(left) || is_error_operand(right)) {
     make_error_result(left, right, result);
-  } else if (constexpr_enabled && in_constant_expr_kind() && is_constant_operand(left) &&
-             is_constant_operand(right)) {
+  } else if (constexpr_enabled && in_constant_expr_kind() && is_constant_operand(right) &&
+             !has_side_effects(left)) {
     *result = *right;
   } else {
     bool is_lvalue = is_glvalue_operand(right) || right->state == os_function_designator;

@@ -64,7 +64,8 @@ static void scan_unevaluated_argument(bool is_lenient_constant, bool references_
 // ---- __builtin_constant_p ----
 
 static bool is_string_literal_pointer(const a_constant* constant) {
-  return constant->kind == con_address && constant->value.address.base_kind == abk_constant;
+  return constant->kind == con_address && constant->value.address.base_kind == abk_constant &&
+         constant->value.address.offset == 0;
 }
 
 static bool is_known_constant(const an_operand* argument) {
@@ -80,8 +81,7 @@ static bool in_file_scope() {
 
 // Where no later pass can tell, what isn't known isn't constant.
 static bool constant_p_is_settled() {
-  return in_file_scope() || in_constant_expr_kind() || expr_stack->flags.unevaluated_operand ||
-         always_fold_calls_to_builtin_constant_p;
+  return in_file_scope() || in_constant_expr_kind() || always_fold_calls_to_builtin_constant_p;
 }
 
 // The call stays for a later pass to decide.
@@ -164,7 +164,7 @@ static int class_of_integer_type(const a_type* type) {
 }
 
 static int class_of_ptr_to_member_type(const a_type* type) {
-  if (!classes_since(30400))
+  if (gnu_version < 30400)
     return 5;
   return is_function_type(pm_member_type(type)) ? 12 : 7;
 }

@@ -78,9 +78,22 @@ static void warn_about_unsigned_comparison(a_token_kind token, const a_sign_summ
     expr_pos_diagnostic(es_remark, ec_signed_unsigned_comparison, position);
 }
 
+// Complex and imaginary values have no order (C99 6.5.8 p2).
+static bool check_ordered_operand(an_operand* operand) {
+  if (!is_complex_type(operand->type) && !is_imaginary_type(operand->type))
+    return true;
+  error_in_operand(ec_complex_type_not_allowed, operand);
+  return false;
+}
+
+static bool check_compared_operand(a_token_kind token, an_operand* operand) {
+  return check_scalar_operand(operand) &&
+         (!is_relational_token(token) || check_ordered_operand(operand));
+}
+
 static void arithmetic_comparison(a_token_kind token, an_operand* left, an_operand* right,
                                   const a_source_position* position, an_operand* result) {
-  if (!check_scalar_operand(left) || !check_scalar_operand(right)) {
+  if (!check_compared_operand(token, left) || !check_compared_operand(token, right)) {
     make_error_result(left, right, result);
     return;
   }

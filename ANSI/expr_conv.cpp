@@ -288,14 +288,18 @@ static bool passes_bit_field_on(an_expr_operator_kind op) {
   return is_assignment_operator(op) || is_increment_operator(op) || op == eok_parens;
 }
 
+a_field* field_of_selection(const an_expr_node* node) {
+  if (!is_operation_node(node, eok_dot_field) && !is_operation_node(node, eok_arrow_field))
+    return nullptr;
+  return node->variant.operation.operands->next->variant.field.ptr;
+}
+
 a_field* bit_field_of_node(const an_expr_node* node, bool through_operators) {
   while (node->kind == expr_operation) {
     an_expr_operator_kind op = node->variant.operation.op;
     an_expr_node* first = node->variant.operation.operands;
-    if (op == eok_dot_field || op == eok_arrow_field) {
-      a_field* field = first->next->variant.field.ptr;
+    if (a_field* field = field_of_selection(node))
       return field->is_bit_field ? field : nullptr;
-    }
     if (!through_operators)
       return nullptr;
     if (op == eok_comma)

@@ -183,6 +183,8 @@ void change_binary_operand_types(a_type* type, an_operand* left, an_operand* rig
 a_type* boolean_result_type();
 // The type of the value of an object.
 a_type* prvalue_type(a_type* type);
+// The field that the node itself selects, or null.
+a_field* field_of_selection(const an_expr_node* node);
 // The bit-field that the expression selects, or null.
 a_field* bit_field_of_node(const an_expr_node* node, bool through_operators);
 

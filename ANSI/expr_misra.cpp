@@ -61,14 +61,25 @@ static bool misra_operand_is_primary_expr(const an_operand* operand) {
   }
 }
 
-void misra_check_logical_operands(const an_operand* left, const an_operand* right) {
+// A chain of one of the two operators needs no parentheses.
+static bool continues_chain(an_expr_operator_kind op, const an_operand* left) {
+  return left->kind == ok_expression && is_operation_node(left->variant.expr, op);
+}
+
+static void check_logical_operand(const an_operand* operand) {
+  if (!is_error_operand(operand) && !misra_operand_is_primary_expr(operand))
+    report_required(ec_misra_c_2004_12_5, &operand->position);
+}
+
+void misra_check_logical_operands(an_expr_operator_kind op, const an_operand* left,
+                                  const an_operand* right) {
   if (!check_misra_c_2004)
     return;
   if (right->kind == ok_expression && node_has_side_effects(right->variant.expr))
     report_required(ec_misra_c_2004_12_4, &right->position);
-  for (const an_operand* operand : {left, right})
-    if (!is_error_operand(operand) && !misra_operand_is_primary_expr(operand))
-      report_required(ec_misra_c_2004_12_5, &operand->position);
+  if (!continues_chain(op, left))
+    check_logical_operand(left);
+  check_logical_operand(right);
 }
 
 void misra_check_sizeof_operand(const an_operand* operand) {

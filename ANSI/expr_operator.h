@@ -56,7 +56,8 @@ void misra_check_equality_operands(const an_operand* left, const an_operand* rig
                                    const a_source_position* position);
 void misra_check_bitwise_operand(const an_operand* operand);
 void misra_check_unary_minus(const an_operand* operand);
-void misra_check_logical_operands(const an_operand* left, const an_operand* right);
+void misra_check_logical_operands(an_expr_operator_kind op, const an_operand* left,
+                                  const an_operand* right);
 void misra_check_sizeof_operand(const an_operand* operand);
 void misra_check_comma(const a_source_position* position);
 void misra_check_pointer_assignment(const an_operand* left, const an_operand* right,

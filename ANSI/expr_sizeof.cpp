@@ -5,6 +5,7 @@
 #include "declarator.h"
 #include "expr_operator.h"
 #include "il.h"
+#include "layout.h"
 #include "mode_words.h"
 #include "target.h"
 
@@ -159,14 +160,17 @@ void scan_sizeof(an_operand* result) {
 
 // ---- _Alignof ----
 
-// An object or a field may have an alignment of its own.
+// An object or a field may be aligned otherwise than its type.
 static uint64_t alignment_of_operand(const an_operand* operand, const a_type* type) {
-  if (operand->kind == ok_expression && operand->variant.expr->kind == expr_variable) {
-    const a_variable* variable = operand->variant.expr->variant.variable.ptr;
-    if (variable->alignment != 0)
-      return variable->alignment;
+  uint64_t own_alignment = 0;
+  if (operand->kind == ok_expression) {
+    const an_expr_node* node = operand->variant.expr;
+    if (node->kind == expr_variable)
+      own_alignment = node->variant.variable.ptr->alignment;
+    else if (a_field* field = field_of_selection(node))
+      own_alignment = alignment_of_field_full(field, false);
   }
-  return f_alignment_of_type(skip_array_types(type));
+  return own_alignment != 0 ? own_alignment : f_alignment_of_type(skip_array_types(type));
 }
 
 static an_error_code fault_of_alignof_type(const a_type* type) {

@@ -67,6 +67,10 @@ void bad(void) {
   case 1.0:;
 // CHECK-NEXT: line [[@LINE-1]]: error #901:
   }
+  i = dc < dc;
+// CHECK-NEXT: line [[@LINE-1]]: error #1098:
+  i = d >= fc;
+// CHECK-NEXT: line [[@LINE-1]]: error #1098:
   i = d % 2;
 // CHECK-NEXT: line [[@LINE-1]]: error #901:
   i = d << 1;

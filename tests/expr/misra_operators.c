@@ -15,6 +15,10 @@ int f(int a, unsigned int u, double d, int *p, int *q)
 // CHECK-NEXT: line [[@LINE-1]]: warning #1404-D:
   r = a != 0 && (r != 0);
 // CHECK-NEXT: line [[@LINE-1]]: warning #1405-D:
+  r = (a != 0) && (r != 0) && r && a;
+  r = (a || r) && r;
+  r = a && r || r;
+// CHECK-NEXT: line [[@LINE-1]]: warning #1405-D:
   r = a & 1;
 // CHECK-NEXT: line [[@LINE-1]]: warning #1406-D:
   r = ~a;

@@ -9,7 +9,7 @@ double infinity = __builtin_inf();
 unsigned length = __builtin_strlen("text");
 int absolute = __builtin_abs(-3);
 char known[__builtin_constant_p(3) && __builtin_constant_p("text") && __builtin_constant_p(1.5) &&
-                   !__builtin_constant_p(global) && !__builtin_constant_p(&global) &&
+                   !__builtin_constant_p("text" + 1) && !__builtin_constant_p(global) && !__builtin_constant_p(&global) &&
                    !__builtin_constant_p(function()) ? 1 : -1];
 char chosen[__builtin_choose_expr(sizeof(int) == 4, 5, global)];
 char five[sizeof chosen == 5 ? 1 : -1];

@@ -19,6 +19,8 @@ SAME(h4, sizeof 'a', 4); SAME(h5, sizeof(char), 1); SAME(h6, sizeof(pool)[1], 20
 SAME(i1, sizeof(1 ? (char)1 : (short)2), 4); SAME(i2, sizeof(1 ? 1 : 2ll), 8); SAME(i3, sizeof(pool[0].v[0]++), 4);
 SAME(j1, sizeof(int *), 4); SAME(j2, sizeof(int[3][2]), 24); SAME(j3, sizeof &pool, 4); SAME(j4, sizeof *&pool, 80);
 SAME(k1, (int)&((struct q *)0)->v[2], 12); SAME(k2, __builtin_offsetof(struct q, u.b), 16);
+struct __attribute__((packed)) packed { char c; int i; }; struct raised { char c __attribute__((aligned(8))); };
+SAME(l5, __alignof__(((struct packed *)0)->i), 1); SAME(l6, __alignof__(((struct raised *)0)->c), 8);
 SAME(l1, '\377' == (char)255, 1); SAME(l2, L'a', 97); SAME(l3, (1 ? -1 : 0u) > 0, 1); SAME(l4, __alignof__(char), 1);
 // CHECK-NEXT: line [[@LINE-1]]: warning #69-D:
 SAME(m1, sizeof(-(u8)1), 4); SAME(m2, ~(u8)0, -1); SAME(m3, (u8)~0, 255); SAME(m4, (int)(u8)-1 << 1, 510);
