@@ -122,7 +122,7 @@ static bool prepare_arithmetic_step(a_token_kind token, an_operand* left, an_ope
     return false;
   if (is_shift_assign(token)) {
     promote_operand(right);
-    warn_about_shift_count(right, operand_type_after_integral_promotion(left));
+    warn_about_shift_count(right, operand_type_after_integral_promotion(left), left->type);
   } else {
     cast_operand(determine_arithmetic_conversions(left, right), right, true);
   }

@@ -133,12 +133,12 @@ void warn_about_zero_divisor(a_token_kind token, const an_operand* right,
   expr_pos_warning(is_division ? ec_divide_by_zero : ec_mod_by_zero, position);
 }
 
-void warn_about_shift_count(const an_operand* right, a_type* left_type) {
+void warn_about_shift_count(const an_operand* right, a_type* left_type, a_type* full_left_type) {
   const a_constant* count = constant_of_operand(right);
   if (!value_is_evaluated() || !count || count->kind != con_integer)
     return;
   an_error_code code = 0;
-  check_shift_count(count, left_type, &code);
+  check_shift_count(count, left_type, full_left_type, &code);
   if (code != 0)
     expr_pos_warning(code, &right->position);
 }
@@ -168,6 +168,16 @@ static void arithmetic_operation(a_token_kind token, an_operand* left, an_operan
   do_binary_operation(which_binary_operator(token), left, right, type, position, result);
 }
 
+// The folder reports the count of a constant left operand, which for it has the
+// type that the shift is done in.
+static bool folder_reports_shift_count(const an_operand* left, const an_operand* right) {
+  const a_constant* count = constant_of_operand(right);
+  an_error_code code = 0;
+  if (is_constant_operand(left) && count)
+    check_shift_count(count, left->type, &code);
+  return code != 0;
+}
+
 static void shift_operation(a_token_kind token, an_operand* left, an_operand* right,
                             const a_source_position* position, an_operand* result) {
   bool good = check_integral_or_enum_operand(left);
@@ -177,11 +187,11 @@ static void shift_operation(a_token_kind token, an_operand* left, an_operand* ri
     return;
   }
   misra_check_bitwise_operand(left);
+  a_type* full_left_type = left->type;
   promote_operand(left);
   promote_operand(right);
-  // The folder reports the count of a constant left operand.
-  if (!is_constant_operand(left))
-    warn_about_shift_count(right, left->type);
+  if (!folder_reports_shift_count(left, right))
+    warn_about_shift_count(right, left->type, full_left_type);
   do_binary_operation(which_binary_operator(token), left, right, left->type, position, result);
 }
 

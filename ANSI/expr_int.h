@@ -296,7 +296,8 @@ an_expr_operator_kind which_binary_operator(a_token_kind token);
 an_expr_operator_kind which_assignment_operator(a_token_kind token);
 void warn_about_zero_divisor(a_token_kind token, const an_operand* right,
                              const a_source_position* position);
-void warn_about_shift_count(const an_operand* right, a_type* left_type);
+// `full_left_type` is that of the left operand before its promotion.
+void warn_about_shift_count(const an_operand* right, a_type* left_type, a_type* full_left_type);
 bool check_pointer_arithmetic_operand(an_operand* operand);
 // The composite of the types of two pointers that meet in an operator; null
 // after an error.

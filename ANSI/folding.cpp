@@ -271,7 +271,9 @@ static void fold_logical(an_expr_operator_kind op, const a_constant* left, const
 static void fold_by_operator(an_expr_operator_kind op, const a_constant* left,
                              const a_constant* right, a_type* result_type, a_constant* result,
                              a_fold_context* context) {
-  if (op == eok_land || op == eok_lor)
+  if (op == eok_comma)
+    copy_constant(right, result);
+  else if (op == eok_land || op == eok_lor)
     fold_logical(op, left, right, result_type, result, context);
   else if (op == eok_pointer_add || op == eok_pointer_subtract)
     fold_pointer_arithmetic(op, left, right, result_type, result, context);
@@ -348,9 +350,7 @@ void binary_operation(an_expr_operator_kind op, const a_constant* left, const a_
     return;
   }
   bool is_strict = is_strict_integer(left) && is_strict_integer(right);
-  if (op == eok_comma)
-    copy_constant(right, result);
-  else if (is_dependent_operation(left, right, result_type))
+  if (is_dependent_operation(left, right, result_type))
     context->not_folded = context->error_reported = true;
   else if (left->kind == con_address_difference || right->kind == con_address_difference)
     context->not_folded = true;

@@ -172,14 +172,22 @@ static bool are_distinct_objects(const a_constant* left, const a_constant* right
          has_non_null_address(right) && is_inside_object(a) && is_inside_object(b);
 }
 
-// What an equality of unlike addresses yields, or false when that isn't known.
+// Whether the address is that of an object or just past it, which is no null
+// pointer. The size of the object need not be known for its own address.
+static bool is_at_object(const an_address_value* address) {
+  return address->offset == 0 || (address->offset > 0 && static_cast<uint64_t>(address->offset) <=
+                                                             size_of_base_object(address));
+}
+
+// Whether unlike operands, of which at least one is an address, are known to
+// differ.
 static bool are_known_unequal(const a_constant* left, const a_constant* right) {
   if (left->kind == con_address && right->kind == con_address)
     return are_distinct_objects(left, right);
   const a_constant* address = left->kind == con_address ? left : right;
   const a_constant* integer = left->kind == con_address ? right : left;
   return integer->kind == con_integer && integer->value.int_value == 0 &&
-         has_non_null_address(address) && is_inside_object(&address->value.address);
+         has_non_null_address(address) && is_at_object(&address->value.address);
 }
 
 void fold_address_comparison(an_expr_operator_kind op, const a_constant* left,

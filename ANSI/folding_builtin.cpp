@@ -45,10 +45,6 @@ static int number_of_arguments(const a_builtin_call* call) {
   return count;
 }
 
-static int float_kind_of(const a_type* type) {
-  return skip_typerefs(type)->variant.float_kind;
-}
-
 static bool give_integer(uint64_t value, a_builtin_call* call) {
   if (!is_integral_or_enum_type(call->type))
     return false;
@@ -295,7 +291,7 @@ static bool fold_strlen(a_builtin_call* call) {
 
 static bool fold_constant_p(a_builtin_call* call) {
   const a_constant* argument = constant_of_node(call->args);
-  return argument && argument->kind != con_template_param && give_integer(1, call);
+  return argument && give_integer(1, call);
 }
 
 static bool fold_always_lock_free(a_builtin_call* call) {
@@ -390,13 +386,19 @@ bool is_foldable_gnu_builtin_function(const a_routine* routine, bool* special_sy
   return *special_syntax || fold_of_routine(routine);
 }
 
-static bool waits_for_template_arguments(an_expr_node* args) {
+static bool is_dependent_argument(const an_expr_node* arg) {
+  const a_constant* constant = constant_of_node(arg);
+  return (constant && constant->kind == con_template_param) ||
+         is_template_dependent_type(arg->type);
+}
+
+// *all_constant: the call has a value once the template arguments are known.
+static bool depends_on_template_arguments(const an_expr_node* args, bool* all_constant) {
   bool is_dependent = false;
+  *all_constant = true;
   for (const an_expr_node* arg = args; arg; arg = arg->next) {
-    const a_constant* constant = constant_of_node(arg);
-    if (!constant)
-      return false;
-    is_dependent |= constant->kind == con_template_param;
+    is_dependent |= is_dependent_argument(arg);
+    *all_constant &= constant_of_node(arg) != nullptr;
   }
   return is_dependent;
 }
@@ -410,12 +412,14 @@ bool fold_gnu_builtin_function_call_if_possible(const a_routine* routine, an_exp
     return false;
   a_builtin_call folded = {return_type_of(skip_typerefs(routine->type)), args, call, result,
                            error_code};
-  if (row->fold(&folded)) {
-    result->position = call->position;
-    return true;
+  bool all_constant;
+  if (depends_on_template_arguments(args, &all_constant)) {
+    if (all_constant)
+      make_template_param_expr_constant(call, result);
+    return all_constant;
   }
-  if (*error_code != 0 || !waits_for_template_arguments(args))
+  if (!row->fold(&folded))
     return false;
-  make_template_param_expr_constant(call, result);
+  result->position = call->position;
   return true;
 }

@@ -36,7 +36,7 @@ static a_float_parts parts_of_constant(const a_constant* constant) {
   }
 }
 
-static int float_kind_of(const a_type* type) {
+int float_kind_of(const a_type* type) {
   return skip_typerefs(type)->variant.float_kind;
 }
 

@@ -25,6 +25,7 @@ bool relation_holds(an_expr_operator_kind op, int order);
 
 // Floating constants (folding_float.cpp). Both operands are floating ones.
 bool is_floating_constant(const a_constant* constant);
+int float_kind_of(const a_type* floating_type);
 void fold_float_arithmetic(an_expr_operator_kind op, const a_constant* left,
                            const a_constant* right, a_type* result_type, a_constant* result,
                            a_fold_context* context);

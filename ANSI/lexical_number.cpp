@@ -393,12 +393,13 @@ void conv_float_literal(an_error_code* error) {
   bool is_hex = start[0] == '0' && (start[1] | 0x20) == 'x';
   std::string text;
   int kind = number_ud_suffix != nullptr ? fk_long_double : fk_double;
-  bool is_imaginary = false;
+  bool is_imaginary = false, in_hex_digits = is_hex;
   for (char* p = start; p <= end_of_curr_token; ++p) {
     if (*p == '\'')
       continue;
-    bool in_hex_digits = is_hex && text.find_first_of("pP") == std::string::npos;
     char letter = static_cast<char>(*p | 0x20);
+    if (letter == 'p')
+      in_hex_digits = false;
     if (!in_hex_digits && letter == 'f')
       kind = fk_float;
     else if (letter == 'l')
