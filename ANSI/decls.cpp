@@ -340,7 +340,7 @@ static unsigned options_of_specifiers(const a_decl_parse_state* state) {
   if (state->parse_flags.is_file_scope)
     options |= dso_file_scope;
   if (state->parse_flags.is_old_style_param)
-    options |= dso_parameter;
+    options |= dso_parameter | dso_allow_typedef_in_parameter; // refused with the name
   if (state->parse_flags.is_for_init)
     options |= dso_for_init;
   if (is_start_without_type(state))

@@ -57,8 +57,7 @@ void report_linkage_conflict(const a_source_position* position) {
 static bool symbol_has_linkage(const a_symbol* symbol) {
   const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
   return corresp && corresp->linkage != idl_none &&
-         (symbol->kind == symk_variable || symbol->kind == symk_routine ||
-          symbol->kind == symk_extern_variable || symbol->kind == symk_extern_routine);
+         (symbol->kind == symk_variable || symbol->kind == symk_routine);
 }
 
 // A set of functions has linkage as each of them has.
@@ -71,7 +70,7 @@ bool is_hidden_by_local(const a_symbol_locator* locator) {
   own.symbol = nullptr;
   a_symbol* symbol = normal_id_lookup(&own, ilo_none);
   return symbol && scope_depth_of_symbol(symbol, nullptr) > depth_of_linked_entities() &&
-         !symbol_has_linkage(symbol);
+         !may_be_joined(symbol);
 }
 
 // What the current scope itself declares. In C++ a tag gives way to another
@@ -100,6 +99,23 @@ static a_symbol* declaration_at_depth(const a_symbol_header* header, int depth) 
   return nullptr;
 }
 
+static const a_scope* scope_of_block_extern(const a_symbol* symbol) {
+  return symbol->kind == symk_extern_variable
+             ? symbol->variant.variable->source_corresp.parent_scope
+             : symbol->variant.routine->source_corresp.parent_scope;
+}
+
+// What a block declared that is out of sight now. In C++ the name in another
+// namespace is another entity (C++11 3.5 p7).
+static a_symbol* declaration_of_other_block(const a_symbol_header* header) {
+  const a_scope* scope = scope_stack[depth_of_linked_entities()].il_scope;
+  for (a_symbol* symbol = find_extern_symbol(header); symbol; symbol = symbol->next_homonym)
+    if ((symbol->kind == symk_extern_variable || symbol->kind == symk_extern_routine) &&
+        scope_of_block_extern(symbol) == scope)
+      return symbol;
+  return nullptr;
+}
+
 // C99 6.2.2 p4: a declaration with linkage names the entity that an outer
 // declaration of that name with linkage does, visible or not.
 a_symbol* find_linked_declaration(a_symbol_locator* locator, bool has_linkage) {
@@ -119,12 +135,7 @@ a_symbol* find_linked_declaration(a_symbol_locator* locator, bool has_linkage) {
     if (symbol)
       return symbol;
   }
-  // In C++ the name in another namespace is another entity (C++11 3.5 p7).
-  symbol = find_extern_symbol(locator->header);
-  bool is_other_namespace = symbol && in_cplusplus_mode() &&
-                            source_corresp_entry_for_symbol(symbol)->parent_scope !=
-                                scope_stack[depth_of_linked_entities()].il_scope;
-  return is_other_namespace ? nullptr : symbol;
+  return declaration_of_other_block(locator->header);
 }
 
 // ---- Qualified names ----

@@ -21,8 +21,9 @@ struct a_routine_declaration {
   a_decl_parse_state* state;
   unsigned flags;
   bool is_definition;
-  a_symbol* match;     // an earlier declaration of the function, or null
-  a_symbol* neighbour; // of the scope: a function, or a set, to stand beside; or null
+  a_symbol* match;         // an earlier declaration of the function, or null
+  a_symbol* neighbour;     // of the scope: a function, or a set, to stand beside; or null
+  bool is_hidden_by_local; // the match is out of sight here
 };
 
 } // namespace
@@ -142,7 +143,7 @@ static void check_default_args(const a_routine_declaration* decl) {
 static void reconcile_storage(a_routine_declaration* decl, a_routine* routine) {
   bool was_static = routine->source_corresp.linkage == idl_internal;
   bool wants_static = decl->state->storage_class == sc_static;
-  if (was_static && !wants_static && !is_hidden_by_local(decl->locator)) {
+  if (was_static && !wants_static && !decl->is_hidden_by_local) {
     if (check_misra_c_2004 && !is_in_function())
       pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_11, &decl->locator->position);
     return;
@@ -290,6 +291,7 @@ static void find_match(a_routine_declaration* decl) {
       }
     }
   } else {
+    decl->is_hidden_by_local = is_hidden_by_local(decl->locator);
     decl->match = find_linked_declaration(decl->locator, true);
     if (decl->match && in_cplusplus_mode())
       choose_overload(decl);

@@ -163,8 +163,7 @@ static void reconcile_linkage(a_variable_declaration* decl, a_variable* variable
     variable->storage_kind = sc_static;
   } else {
     variable->source_corresp.linkage = idl_external;
-    if (variable->storage_kind != sc_extern)
-      variable->storage_kind = sc_none;
+    variable->storage_kind = sc_none;
   }
 }
 

@@ -99,6 +99,8 @@ function_type from_typedef { return 1; }
 int old_style(a, b) char b; { return a + b; }
 // ALL: line [[#@LINE+1]]: error #100: a declaration here must declare a parameter
 int not_listed(a) int a, b; { return a; }
+// ALL: line [[#@LINE+1]]: error #100: a declaration here must declare a parameter
+int lists_a_type(a) int a; typedef int type; { return a; }
 // ALL: line [[#@LINE+1]]: error #102: "a" has already been declared in the current scope
 int listed_twice(a) int a; int a; { return a; }
 // ALL: line [[#@LINE+1]]: error #79: a parameter declaration may not have an initializer

@@ -47,6 +47,18 @@ void block() {
   behind_reopening = versioned;
 }
 
+// Blocks share what they declare with the namespace around them alone.
+void first_block() { extern int of_blocks, function_of_blocks(double); }
+namespace other {
+void block() { extern char of_blocks, function_of_blocks(double); }
+}
+void second_block() {
+  extern int of_blocks;
+  of_blocks = 1;
+  { extern int of_blocks, function_of_blocks(double), function_of_blocks(char); }
+}
+int of_blocks;
+
 extern "C" {
 int function_of_c(int);
 extern "C++" int overloaded(char);
@@ -99,6 +111,11 @@ void in_function() {
   namespace local { int a; }
   // FAULT: line [[#@LINE+1]]: error #337: a linkage specification is not allowed here
   extern "C" int in_block;
+  extern int shared_by_blocks;
+}
+void in_another_function() {
+  // FAULT: line [[#@LINE+1]]: error #148: declaration is incompatible with variable "shared_by_blocks"
+  extern char shared_by_blocks;
 }
 // FAULT: line [[#@LINE+1]]: error #338: unknown linkage specification: "Ada"
 extern "Ada" int in_ada;
@@ -107,7 +124,7 @@ extern "C" static int static_of_c;
 int linked(int);
 // FAULT: line [[#@LINE+1]]: error #161: declaration is incompatible with previous "linked"
 extern "C" int linked(int);
-// FAULT: line [[#@LINE+1]]: error #340: more than one instance of overloaded function {{.*}}"function_of_c" has "C" linkage
+// FAULT: line [[#@LINE+1]]: error #340: more than one instance of overloaded function "function_of_c" has "C" linkage
 extern "C" int function_of_c(char);
 // FAULT: line [[#@LINE+1]]: error #313: functions that differ only in their return type may not be overloaded
 char overloaded(int);

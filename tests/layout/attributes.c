@@ -86,7 +86,7 @@ extern struct ALIGNED(8) behind late;
 SAME(__alignof__(struct behind), 4);
 // CHECK: line [[#@LINE+1]]: warning #2159-D
 union floating { float f; int i; } __attribute__((transparent_union));
-// CHECK: line [[#@LINE+1]]: warning #1185-D: union cannot be transparent because of its field field "i"
+// CHECK: line [[#@LINE+1]]: warning #1185-D: union cannot be transparent because of its field "i"
 union wider { char c; int i; } __attribute__((transparent_union));
 // CHECK: line [[#@LINE+1]]: warning #1185-D
 typedef union { char c; int i; } wider_typedef __attribute__((transparent_union));
