@@ -356,6 +356,20 @@ static void lone_semicolon(const a_decl_parse_state* state) {
                    ec_extra_semicolon, &pos_curr_token);
 }
 
+// A body behind the `;` of `int f(void);`, which is passed over as a whole, or a
+// brace too many: the declaration after it is read.
+static bool is_stray_brace(a_decl_parse_state* state) {
+  if (!state->parse_flags.is_top_level || (curr_token != tok_lbrace && curr_token != tok_rbrace))
+    return false;
+  pos_error(ec_exp_declaration, &pos_curr_token);
+  if (curr_token == tok_lbrace)
+    flush_until_matching_token_full(false);
+  else
+    get_token();
+  state->parse_flags.is_function_definition = true; // no `;` follows
+  return true;
+}
+
 // What is no list of specifiers and declarators, up to its `;`.
 static bool is_special_declaration(a_decl_parse_state* state) {
   if (curr_token == tok_semicolon)
@@ -364,7 +378,7 @@ static bool is_special_declaration(a_decl_parse_state* state) {
     static_assert_declaration();
   else if (curr_token == tok_asm || curr_token == tok_ms_asm)
     asm_declaration(false);
-  else if (!is_cplusplus_declaration(state))
+  else if (!is_cplusplus_declaration(state) && !is_stray_brace(state))
     return false;
   state->declared_type = error_type();
   return true;

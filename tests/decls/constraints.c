@@ -108,6 +108,14 @@ int initialized(a) int a = 1; { return a; }
 // ALL: line [[#@LINE+1]]: error #142{{.*}}: unnamed prototyped parameters not allowed when body is present
 int unnamed(int) { return 1; }
 
+// ---- What begins no declaration ----
+
+int body_behind_semicolon(int a);
+// ALL: line [[#@LINE+1]]: error #171: expected a declaration
+{ return a; }
+// ALL: line [[#@LINE+1]]: error #171: expected a declaration
+} typedef int read_on; read_on object_behind;
+
 // ---- Functions of blocks (C99 6.7.1 p5) ----
 
 void block(void) {
