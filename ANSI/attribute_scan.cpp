@@ -474,6 +474,17 @@ static void scan_using_prefix(a_list_scan* scan) {
   required_token(tok_colon, ec_exp_colon);
 }
 
+// The list and the two tokens that close its group, the first of which was
+// made a stop token.
+static an_attribute* scan_rest_of_group(a_list_scan* scan, a_token_kind closer,
+                                        an_error_code code) {
+  scan_attribute_list(scan);
+  required_token(closer, code);
+  remove_stop_token(closer);
+  require_last_token(scan, closer, code);
+  return scan->first;
+}
+
 // At the first bracket.
 static an_attribute* scan_std_group() {
   a_list_scan scan = start_group(af_std, tok_rbracket);
@@ -485,11 +496,7 @@ static an_attribute* scan_std_group() {
   add_stop_token(tok_rbracket);
   if (curr_token == tok_using && using_attribute_namespaces_enabled)
     scan_using_prefix(&scan);
-  scan_attribute_list(&scan);
-  required_token(tok_rbracket, ec_exp_rbracket);
-  remove_stop_token(tok_rbracket);
-  require_last_token(&scan, tok_rbracket, ec_exp_rbracket);
-  return scan.first;
+  return scan_rest_of_group(&scan, tok_rbracket, ec_exp_rbracket);
 }
 
 // At the keyword.
@@ -502,11 +509,7 @@ static an_attribute* scan_gnu_group() {
   if (!required_token(tok_lparen, ec_exp_lparen) || !required_token(tok_lparen, ec_exp_lparen))
     return nullptr;
   add_stop_token(tok_rparen);
-  scan_attribute_list(&scan);
-  required_token(tok_rparen, ec_exp_rparen);
-  remove_stop_token(tok_rparen);
-  require_last_token(&scan, tok_rparen, ec_exp_rparen);
-  return scan.first;
+  return scan_rest_of_group(&scan, tok_rparen, ec_exp_rparen);
 }
 
 // At the keyword.

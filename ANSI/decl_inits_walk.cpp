@@ -495,13 +495,13 @@ static a_constant* expression_element(an_init_component** list, a_type* type,
 
 // The value of a compound literal that stands for a constant initialiser of
 // its type: GNU C takes it as if its braces stood alone. Null for others.
-static a_constant* value_of_compound_literal(const an_init_component* component, a_type* type,
-                                             const an_init_state* state) {
+static const a_constant* value_of_compound_literal(const an_init_component* component, a_type* type,
+                                                   const an_init_state* state) {
   if (!gnu_mode || !state->constant_required || component->kind != ick_expression ||
       component->variant.operand.kind != ok_expression)
     return nullptr;
   const an_expr_node* expr = component->variant.operand.variant.expr;
-  a_constant* value = nullptr;
+  const a_constant* value = nullptr;
   if (expr->kind == expr_variable && expr->variant.variable.ptr->source_corresp.name == nullptr &&
       expr->variant.variable.ptr->init_kind == initk_constant)
     value = expr->variant.variable.ptr->initializer.constant;
@@ -509,7 +509,7 @@ static a_constant* value_of_compound_literal(const an_init_component* component,
     value = expr->variant.dynamic_init->variant.constant;
   bool fits =
       value != nullptr && types_are_compatible(skip_typerefs(expr->type), skip_typerefs(type));
-  return fits ? alloc_unshared_constant(value) : nullptr;
+  return fits ? value : nullptr;
 }
 
 a_constant* init_element(an_init_component** list, a_type** type, an_init_state* state) {
@@ -521,7 +521,8 @@ a_constant* init_element(an_init_component** list, a_type** type, an_init_state*
     state->error_reported = true;
     return nullptr;
   }
-  if (a_constant* value = value_of_compound_literal(component, *type, state)) {
+  if (const a_constant* literal = value_of_compound_literal(component, *type, state)) {
+    a_constant* value = alloc_unshared_constant(literal);
     *type = is_incomplete_array_type(*type) ? value->type : *type;
     drop_first(list);
     return value;

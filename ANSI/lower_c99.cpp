@@ -126,10 +126,7 @@ static an_expr_node* name_object_once(an_expr_node* object) {
   pointer->next = nullptr;
   if (!is_arrow)
     pointer = add_address_of_to_node(pointer);
-  a_variable* temporary = alloc_temporary_variable(make_unqualified_type(pointer->type), false);
-  add_temporary_to_front_of_variables_list(temporary,
-                                           il_header.region_scope_table[curr_il_region_number]);
-  mark_as_needed(temporary, iek_variable);
+  a_variable* temporary = make_lowering_temporary(pointer->type);
   an_expr_node* value = var_rvalue_expr(temporary);
   overwrite_node(place, is_arrow ? value : add_indirection_to_node(value));
   return make_assignment_expr(var_lvalue_expr(temporary), eok_assign, pointer);

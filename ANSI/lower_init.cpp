@@ -133,14 +133,6 @@ std::vector<an_expr_node*> take_run_time_values(a_dynamic_init* init, bool* is_c
 
 // ---- Compound literals ----
 
-a_variable* make_temporary(a_type* type) {
-  a_variable* temporary = alloc_temporary_variable(make_unqualified_type(type), false);
-  add_temporary_to_front_of_variables_list(temporary,
-                                           il_header.region_scope_table[curr_il_region_number]);
-  mark_as_needed(temporary, iek_variable);
-  return temporary;
-}
-
 an_expr_node* assignment_of_value(a_variable* variable, an_expr_node* value) {
   return make_assignment_expr(var_lvalue_expr(variable),
                               is_array_type(variable->type) ? eok_array_assign : eok_assign, value);
@@ -195,9 +187,17 @@ std::vector<an_expr_node*> assignments_of(a_dynamic_init* init) {
 
 a_statement* pending_stmk_init_statements;
 
+a_variable* make_lowering_temporary(a_type* type) {
+  a_variable* temporary = alloc_temporary_variable(make_unqualified_type(type), false);
+  add_temporary_to_front_of_variables_list(temporary,
+                                           il_header.region_scope_table[curr_il_region_number]);
+  mark_as_needed(temporary, iek_variable);
+  return temporary;
+}
+
 void lower_temp_init(an_expr_node* expr, bool in_loop) {
   a_dynamic_init* init = expr->variant.dynamic_init;
-  a_variable* variable = init->variable = make_temporary(expr->type);
+  a_variable* variable = init->variable = make_lowering_temporary(expr->type);
   bool is_lvalue = expr->is_lvalue;
   if (init->kind != dik_expr)
     lower_designated_initializers(init->variant.constant, init);
