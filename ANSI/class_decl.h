@@ -13,6 +13,10 @@ a_type* class_specifier(a_decl_parse_state* state);
 // lookup found in the class lies; null when it is a member of the class itself.
 a_field* anonymous_field_around(const a_field* field, const a_type* class_type);
 
+// Scans what waited for the outermost class: default arguments, exception
+// specifications, field initialisers, bodies; nothing while a class is open.
+void process_deferred_class_fixups_and_instantiations(bool at_current_depth);
+
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();
 
