@@ -390,8 +390,6 @@ void refuse_what_is_not_made() {
     refuse_run("this version makes no precompiled headers");
   if (suppress_back_end)
     return;
-  if (asm_header_mode)
-    refuse_run("this version writes no assembly headers");
   if (entry_hook_descriptor != nullptr || exit_hook_descriptor != nullptr)
     refuse_run("this version inserts no calls of entry and exit hooks");
 }
