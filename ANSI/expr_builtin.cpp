@@ -5,15 +5,8 @@
 #include "il.h"
 #include "mode_words.h"
 #include "scope_stk.h"
+#include "sys_predef.h"
 #include "target.h"
-
-enum a_special_builtin_code : int16_t {
-  bc_classify_type = 379,
-  bc_constant_p = 398,
-  bc_va_arg_pack = 3825,
-  bc_va_arg_pack_len = 3826,
-  bc_choose_expr = 3849
-};
 
 // ---- Arguments ----
 
@@ -225,17 +218,90 @@ static void scan_va_arg_pack(an_operand* function, an_operand* result) {
   make_error_operand(result);
 }
 
+// ---- Comparisons that raise no exception (C99 7.12.14) ----
+
+// On this target they are the operators.
+static void scan_comparison(a_token_kind token, an_operand* function, an_operand* result) {
+  an_operand left, right;
+  scan_argument(&left);
+  do_operand_transformations(&left, ot_all);
+  if (!loop_token(tok_comma)) {
+    error_and_make_error_operand(ec_too_few_arguments, &pos_curr_token, result);
+    return;
+  }
+  scan_argument(&right);
+  do_operand_transformations(&right, ot_all);
+  comparison_operation(token, &left, &right, &function->position, result);
+}
+
+static void scan_isgreater(an_operand* function, an_operand* result) {
+  scan_comparison(tok_gt, function, result);
+}
+
+static void scan_isgreaterequal(an_operand* function, an_operand* result) {
+  scan_comparison(tok_ge, function, result);
+}
+
+static void scan_isless(an_operand* function, an_operand* result) {
+  scan_comparison(tok_lt, function, result);
+}
+
+static void scan_islessequal(an_operand* function, an_operand* result) {
+  scan_comparison(tok_le, function, result);
+}
+
+// ---- __builtin_prefetch, __builtin_object_size ----
+
+// The processor has no cache: the address is computed, and that is all.
+static void scan_prefetch(an_operand*, an_operand* result) {
+  scan_argument(result);
+  do_operand_transformations(result, ot_all);
+  for (int i = 0; i < 2 && loop_token(tok_comma); ++i) {
+    an_operand ignored;
+    scan_unevaluated_argument(true, false, &ignored);
+  }
+  cast_operand_to_void(result);
+}
+
+// No size is known: the greatest, or where the second argument asks for the
+// least, 0.
+static void scan_object_size(an_operand*, an_operand* result) {
+  an_operand object, kind;
+  scan_unevaluated_argument(false, false, &object);
+  if (!loop_token(tok_comma)) {
+    error_and_make_error_operand(ec_too_few_arguments, &pos_curr_token, result);
+    return;
+  }
+  scan_unevaluated_argument(true, false, &kind);
+  const a_constant* constant = constant_of_operand(&kind);
+  bool asks_for_least =
+      constant && constant->kind == con_integer && (constant->value.int_value & 2) != 0;
+  make_size_operand(asks_for_least ? 0 : targ_size_t_max, result);
+}
+
 // ---- The table ----
 
 struct a_special_builtin {
-  a_special_builtin_code code;
+  a_builtin_code code;
   void (*scan)(an_operand* function, an_operand* result);
 };
 
 static constexpr a_special_builtin special_builtins[] = {
-    {bc_classify_type, scan_classify_type}, {bc_constant_p, scan_constant_p},
-    {bc_va_arg_pack, scan_va_arg_pack},     {bc_va_arg_pack_len, scan_va_arg_pack},
+    {bc_classify_type, scan_classify_type},
+    {bc_constant_p, scan_constant_p},
+    {bc_va_arg_pack, scan_va_arg_pack},
+    {bc_va_arg_pack_len, scan_va_arg_pack},
     {bc_choose_expr, scan_choose_expr},
+    {bc_isgreater, scan_isgreater},
+    {bc_isgreaterequal, scan_isgreaterequal},
+    {bc_isless, scan_isless},
+    {bc_islessequal, scan_islessequal},
+    {bc_object_size, scan_object_size},
+    {bc_prefetch, scan_prefetch},
+    {bc_va_start, scan_va_start},
+    {bc_va_arg, scan_va_arg},
+    {bc_va_end, scan_va_end},
+    {bc_va_copy, scan_va_copy},
 };
 
 static const a_special_builtin* special_builtin_of(const an_operand* function) {

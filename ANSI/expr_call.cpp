@@ -186,8 +186,16 @@ static a_type* resolve_overloaded_call(an_operand* function, an_init_component* 
   return routine ? check_call_function_pointer_operand(function) : nullptr;
 }
 
-static bool is_refused_call(const a_source_position* position) {
+static bool is_foldable_builtin(const a_routine* routine) {
+  bool has_special_syntax;
+  return routine && is_foldable_gnu_builtin_function(routine, &has_special_syntax);
+}
+
+// In a constant expression a call is refused unless it has folded.
+static bool is_refused_call(const an_operand* result, const a_source_position* position) {
   if (!expr_stack->flags.strict_constant && expr_stack->kind != ek_pp)
+    return false;
+  if (is_constant_operand(result) || is_error_operand(result))
     return false;
   expr_pos_error(ec_bad_constant_function_call, position);
   return true;
@@ -223,7 +231,10 @@ static void scan_ordinary_call(an_operand* operand) {
   bool is_set = function.kind == ok_indefinite_function;
   bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
   a_type* function_type = is_set ? nullptr : check_call_function_pointer_operand(&function);
-  bool is_refused = (is_set || function_type) && is_refused_call(&position);
+  // The call of a builtin function may have a value in a constant expression.
+  bool may_fold = function_type && is_foldable_builtin(routine_of_call(&function));
+  bool is_refused =
+      (is_set || function_type) && !may_fold && is_refused_call(&function, &position);
   get_token();
   start_call_argument_processing(function_type, routine_of_call(&function), &block);
   an_init_component* arg_list = scan_call_argument_list(&block.position, &end);
@@ -238,6 +249,8 @@ static void scan_ordinary_call(an_operand* operand) {
     make_error_operand(operand);
   } else {
     assemble_function_call(&function, function_type, arguments, &position, operand);
+    if (may_fold && is_refused_call(operand, &position))
+      make_error_operand(operand);
   }
   set_operator_positions(operand, &start, &position, &end);
 }

@@ -245,26 +245,29 @@ static bool is_parameter_operand(const an_operand* operand) {
          operand->variant.expr->variant.variable.ptr->is_parameter;
 }
 
-// `__va_parmadr(p)` is where the caller has put the parameter: the arguments
-// of an ellipsis follow there. `&p` may be a copy of it.
+bool take_address_of_parameter(an_operand* operand) {
+  if (is_error_operand(operand))
+    return false;
+  if (in_constant_expr_kind() || !is_parameter_operand(operand)) {
+    error_in_operand(ec_bad_va_parmadr, operand);
+    return false;
+  }
+  an_operand saved = *operand;
+  change_unmarked_ref_kinds(operand->ref_entries, srk_address_taken);
+  an_expr_node* address = make_operator_node(eok_param_address, make_pointer_type(operand->type),
+                                             operand->variant.expr);
+  make_expression_operand(address, operand);
+  restore_operand_details_incl_ref(operand, &saved);
+  return true;
+}
+
 static void scan_va_parmadr(an_operand* result) {
   a_source_position position = pos_curr_token, end;
   begin_parenthesized(tok_error);
   scan_expr(result, nullptr, lev_comma, 0);
   finish_undefined_symbol_operand(result);
   end_parenthesized(tok_error, &end);
-  if (is_error_operand(result))
-    return;
-  if (in_constant_expr_kind() || !is_parameter_operand(result)) {
-    error_in_operand(ec_bad_va_parmadr, result);
-  } else {
-    an_operand saved = *result;
-    change_unmarked_ref_kinds(result->ref_entries, srk_address_taken);
-    an_expr_node* address = make_operator_node(eok_param_address, make_pointer_type(result->type),
-                                               result->variant.expr);
-    make_expression_operand(address, result);
-    restore_operand_details_incl_ref(result, &saved);
-  }
+  take_address_of_parameter(result);
   set_operator_positions(result, &position, &position, &end);
 }
 

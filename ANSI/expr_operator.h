@@ -96,8 +96,18 @@ void scan_noexcept(an_operand* result);
 bool scan_type_trait(an_operand* result);
 // The name of a trait by its number; null for none.
 const char* builtin_operation_name(int number);
+// `__va_parmadr(p)` is where the caller has put the parameter: the arguments of an
+// ellipsis follow there. `&p` may be a copy of it. False behind a message.
+bool take_address_of_parameter(an_operand* operand);
 // Builtin functions with a syntax of their own, at the `(` behind the name.
 // False: an ordinary call.
 bool scan_special_builtin_call(an_operand* function);
+
+// ---- Variable arguments, behind the `(` of their builtin function (expr_va.cpp) ----
+
+void scan_va_start(an_operand* function, an_operand* result);
+void scan_va_arg(an_operand* function, an_operand* result);
+void scan_va_end(an_operand* function, an_operand* result);
+void scan_va_copy(an_operand* function, an_operand* result);
 
 #endif

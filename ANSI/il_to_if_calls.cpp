@@ -6,6 +6,7 @@
 #include "il_to_if_int.h"
 #include "krt_target.h"
 #include "mode_words.h"
+#include "sys_predef.h"
 #include "target.h"
 
 namespace {
@@ -159,6 +160,8 @@ bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
     return gen_call_by_name(routine, call), true;
   }
   switch (code) {
+  case bc_library_function:
+    return false;
   case code_expect:
     gen_expr(arguments);
     break;

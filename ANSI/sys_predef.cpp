@@ -11,6 +11,7 @@
 #include "decls.h"
 #include "error.h"
 #include "il.h"
+#include "il_alloc.h"
 #include "il_entities.h"
 #include "il_hooks.h"
 #include "il_types.h"
@@ -29,13 +30,24 @@ struct a_builtin_function {
   const char* condition; // null: that of all compilers
   const char* type;      // as a declaration without its name
   int64_t code;
+  const char* library; // the function that a call of it calls, or null
+  bool returns;
 };
 
 const a_builtin_function builtin_user_table[] = {
-#define BUILTIN_FUNCTION(name, condition, type, code) {name, condition, type, code},
+#define BUILTIN_FUNCTION(name, condition, type, code) {name, condition, type, code, nullptr, true},
 #include "builtin_functions.def"
 #undef BUILTIN_FUNCTION
-    {nullptr, nullptr, nullptr, 0}};
+#define BUILTIN_FORM(name, code) {name, nullptr, "int (...)", code, nullptr, true},
+#define LIBRARY_BUILTIN(name, library, type)                                                       \
+  {name, nullptr, type, bc_library_function, library, true},
+#define LIBRARY_ENDING(name, library, type)                                                        \
+  {name, nullptr, type, bc_library_function, library, false},
+#include "library_builtins.def"
+#undef LIBRARY_ENDING
+#undef LIBRARY_BUILTIN
+#undef BUILTIN_FORM
+    {nullptr, nullptr, nullptr, 0, nullptr, true}};
 
 struct a_target_builtin {
   const char* name;
@@ -70,15 +82,24 @@ const a_named_type named_types[] = {
     {"void", [] { return void_type(); }},
     {"int", [] { return integer_type(ik_int); }},
     {"long", [] { return integer_type(ik_long); }},
+    {"long long", [] { return integer_type(ik_long_long); }},
     {"unsigned", [] { return integer_type(ik_unsigned_int); }},
+    {"unsigned short", [] { return integer_type(ik_unsigned_short); }},
     {"unsigned long", [] { return integer_type(ik_unsigned_long); }},
     {"unsigned long long", [] { return integer_type(ik_unsigned_long_long); }},
     {"__znt_size_type__", [] { return integer_type(targ_size_t_int_kind); }},
     {"float", [] { return float_type(fk_float); }},
     {"double", [] { return float_type(fk_double); }},
     {"long double", [] { return float_type(fk_long_double); }},
+    {"float _Complex", [] { return complex_type(fk_float); }},
+    {"double _Complex", [] { return complex_type(fk_double); }},
+    {"long double _Complex", [] { return complex_type(fk_long_double); }},
+    {"float*", [] { return make_pointer_type(float_type(fk_float)); }},
+    {"double*", [] { return make_pointer_type(float_type(fk_double)); }},
+    {"va", [] { return builtin_va_list_type; }},
     {"void*", [] { return make_pointer_type(void_type()); }},
     {"const void*", [] { return pointer_to_const(void_type()); }},
+    {"char*", [] { return make_pointer_type(integer_type(plain_char_int_kind)); }},
     {"const char*", [] { return pointer_to_const(integer_type(plain_char_int_kind)); }},
     {"wildcard&", [] { return make_reference_type(ql_wildcard_type()); }},
 };
@@ -110,13 +131,13 @@ a_type* routine_type_of_text(const char* text) {
   std::string params(open + 1, strchr(open, ')'));
   if (params == "void")
     return type;
-  if (params == "...") {
-    type->variant.routine.routine_supplement->has_ellipsis = 1;
-    return type;
-  }
   for (size_t start = 0; start < params.size();) {
     size_t comma = std::min(params.find(',', start), params.size());
-    add_param_type(type, type_of_text(params.substr(start, comma - start)));
+    std::string param = params.substr(start, comma - start);
+    if (param == "...")
+      type->variant.routine.routine_supplement->has_ellipsis = 1;
+    else
+      add_param_type(type, type_of_text(param));
     start = comma + 1;
   }
   return type;
@@ -229,8 +250,17 @@ a_symbol* load_builtin_function(a_symbol_header* header) {
     return nullptr;
   const a_builtin_function& function = builtin_user_table[header->builtin_index];
   header->is_builtin_name = 0;
-  return make_predeclared_function_symbol(function.name, routine_type_of_text(function.type),
-                                          function.code);
+  A_PREDECLARATION context;
+  a_type* type = routine_type_of_text(function.type);
+  type->variant.routine.routine_supplement->does_not_return = !function.returns;
+  a_symbol* symbol = make_predeclared_function_symbol(function.name, type, function.code);
+  a_routine* routine = symbol->variant.routine;
+  routine->no_return = !function.returns;
+  if (function.library != nullptr) {
+    routine->gnu_supplement = alloc_gnu_supplement_for_routine();
+    routine->gnu_supplement->asm_name = function.library;
+  }
+  return symbol;
 }
 
 bool builtin_function_is_enabled(const char* name) {

@@ -7,6 +7,27 @@
 
 struct a_symbol_header;
 
+// Codes of builtin functions that the analysis knows. From bc_library_function
+// on they are its own and don't reach the instruction file.
+enum a_builtin_code : int64_t {
+  bc_classify_type = 379,
+  bc_constant_p = 398,
+  bc_va_arg_pack = 3825,
+  bc_va_arg_pack_len = 3826,
+  bc_choose_expr = 3849,
+  bc_library_function = 4000, // a call is one of the library function of its asm name
+  bc_isgreater,
+  bc_isgreaterequal,
+  bc_isless,
+  bc_islessequal,
+  bc_object_size,
+  bc_prefetch,
+  bc_va_arg,
+  bc_va_copy,
+  bc_va_end,
+  bc_va_start
+};
+
 // Enters the predeclared types, the intrinsic functions of the processor and the
 // hooks, and makes the names of the builtin functions known. A builtin function
 // itself is loaded where its name is first used, or here with
