@@ -215,16 +215,12 @@ void check_class_linkage() {
   // The old C++ modes alone give classes a linkage.
 }
 
-void generate_required_virtual_destructor_bodies(a_scope*) {
-  // No class has virtual functions while only C defines classes.
-}
-
 void class_decl_one_time_init() {
   // No variable of this module is kept for each unit.
 }
 
 void class_decl_init() {
-  // Nothing of this module lives on from an earlier run.
+  class_decl_fixup_init();
 }
 
 void class_decl_trans_unit_init() {

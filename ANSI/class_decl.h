@@ -15,7 +15,7 @@ a_field* anonymous_field_around(const a_field* field, const a_type* class_type);
 
 // Scans what waited for the outermost class: default arguments, exception
 // specifications, field initialisers, bodies; nothing while a class is open.
-void process_deferred_class_fixups_and_instantiations(bool at_current_depth);
+void process_deferred_class_fixups_and_instantiations();
 
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();

@@ -19,6 +19,7 @@ struct a_param_id {
   a_param_type* param_type;
   an_attribute* attributes; // of an old-style declaration
   a_variable* variable;
+  a_token_cache* default_arg; // its tokens, while it waits for the class; else null
 };
 
 // What a function declarator found.

@@ -2,8 +2,10 @@
 // C++ adds behind the parentheses (C++11 8.3.5, 15.4).
 
 #include "attribute.h"
+#include "class_decl_int.h"
 #include "const_ints.h"
 #include "declarator_int.h"
+#include "def_arg.h"
 #include "error.h"
 #include "expr_int.h"
 #include "il.h"
@@ -74,35 +76,6 @@ static a_param_type* make_parameter_type_of(const a_param_id* param) {
   if (param->symbol)
     param_type->name = param->symbol->header->identifier;
   return param_type;
-}
-
-// A value that initialises the parameter, up to a comma.
-static an_expr_node* scan_default_value(a_type* type) {
-  a_full_expression full;
-  an_operand operand;
-  begin_full_expression(ek_normal, &full);
-  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
-  prep_initializer_operand(&operand, type, ec_bad_default_arg_type);
-  an_expr_node* node = make_node_from_operand(&operand);
-  wrap_up_full_expression(node);
-  end_full_expression(&full, &operand);
-  return node;
-}
-
-// At the `=`.
-static void scan_default_argument(a_param_id* param) {
-  a_source_position position = pos_curr_token;
-  get_token();
-  if (in_C_mode()) {
-    pos_error(ec_initializer_in_param, &position);
-    flush_tokens();
-    return;
-  }
-  int32_t saved_region;
-  switch_to_file_scope_region(&saved_region);
-  param->param_type->has_default_arg = true;
-  param->param_type->default_arg_expr = scan_default_value(param->type);
-  switch_back_to_original_region(saved_region);
 }
 
 // `(void)`, also by another name: void is the type of one parameter only, which
@@ -302,6 +275,27 @@ static void dynamic_exception_specification(an_exception_specification* specific
   required_token(tok_rparen, ec_exp_rparen);
 }
 
+// Behind the `(` of `noexcept(`; the `)` is left.
+void scan_noexcept_condition(an_exception_specification* specification) {
+  a_constant* value = fs_constant(con_integer);
+  scan_integral_constant_expression(value);
+  specification->is_noexcept_expr = true;
+  specification->noexcept_constant = value;
+  specification->is_noexcept = value->kind == con_integer && cmplit_integer_constant(value, 0) != 0;
+}
+
+// The condition may name members that are still to come.
+static void cache_noexcept_condition(an_exception_specification* specification) {
+  static const a_token_set_array at_end = [] {
+    a_token_set_array set = {};
+    set.member[tok_rparen] = true;
+    return set;
+  }();
+  specification->deferred_tokens = alloc_token_cache();
+  cache_token_stream(specification->deferred_tokens, &at_end);
+  terminate_token_cache(specification->deferred_tokens);
+}
+
 // At the `noexcept`.
 static void noexcept_specification(an_exception_specification* specification) {
   get_token();
@@ -311,11 +305,10 @@ static void noexcept_specification(an_exception_specification* specification) {
   }
   get_token();
   add_stop_token(tok_rparen);
-  a_constant* value = fs_constant(con_integer);
-  scan_integral_constant_expression(value);
-  specification->is_noexcept_expr = true;
-  specification->noexcept_constant = value;
-  specification->is_noexcept = value->kind == con_integer && cmplit_integer_constant(value, 0) != 0;
+  if (is_in_open_class())
+    cache_noexcept_condition(specification);
+  else
+    scan_noexcept_condition(specification);
   remove_stop_token(tok_rparen);
   specification->range.end = end_pos_curr_token;
   required_token(tok_rparen, ec_exp_rparen);
@@ -405,6 +398,8 @@ void function_declarator(unsigned options, a_func_info_block* func_info) {
     scan_function_suffix(options, &function);
   info.first_prototype_symbol = scope_stack[depth_scope_stack].pointers.first_symbol;
   pop_scope();
+  if (in_cplusplus_mode())
+    add_declarator_fixups(function.routine_type, &info);
   derivations.push_back(function);
   if (func_info)
     *func_info = info;

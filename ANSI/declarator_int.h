@@ -49,6 +49,9 @@ void array_declarator(unsigned options, bool is_outermost);
 // is null.
 void function_declarator(unsigned options, a_func_info_block* func_info);
 
+// The condition of `noexcept(...)`, behind the `(`; the `)` is left.
+void scan_noexcept_condition(an_exception_specification* specification);
+
 // ---- `auto` (declarator_auto.cpp) ----
 
 // The declared type with its placeholder replaced by what the initializer that

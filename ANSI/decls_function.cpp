@@ -1,6 +1,7 @@
 // Function definitions (C99 6.9.1, C++11 8.4).
 
 #include "attribute.h"
+#include "class_decl_int.h"
 #include "decls_int.h"
 #include "error.h"
 #include "expr.h"
@@ -292,6 +293,8 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
   push_function_scope(routine);
   a_scope* scope = scope_stack[depth_scope_stack].il_scope;
   std::vector<a_statement*> conversions;
+  if (in_cplusplus_mode())
+    declare_this_parameter(routine, scope);
   reactivate_prototype_scope_symbols(func_info);
   declare_parameters(func_info, &conversions);
   push_stop_token_stack();

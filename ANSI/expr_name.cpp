@@ -63,12 +63,18 @@ static void routine_operand(a_symbol* symbol, an_operand* result) {
 
 // ---- Members of classes ----
 
-// The object of the member function at hand; null outside one.
+// The object of the member function at hand, or of the class of the field
+// initialiser; null elsewhere.
 static a_variable* curr_this_variable() {
-  if (depth_innermost_function_scope < 0)
-    return nullptr;
-  const a_scope* scope = scope_stack[depth_innermost_function_scope].il_scope;
-  return scope ? scope->this_variable : nullptr;
+  for (int64_t depth = depth_scope_stack; depth >= 0; depth = scope_stack[depth].parent_depth) {
+    const a_scope_stack_entry* entry = &scope_stack[depth];
+    if (entry->kind == sk_function)
+      return entry->il_scope ? entry->il_scope->this_variable : nullptr;
+    if (entry->kind == sk_class || entry->kind == sk_class_reactivation)
+      return entry->assoc_type ? class_supplement_of(entry->assoc_type)->scope->this_variable
+                               : nullptr;
+  }
+  return nullptr;
 }
 
 bool make_this_pointer_operand(an_operand* result) {

@@ -49,6 +49,7 @@ struct an_unexpanded_pack {
   a_source_position position;
 };
 
+struct a_class_fixup_queue;
 struct a_pack_expansion_context;
 struct an_active_using_directive;
 struct an_access_check;
@@ -96,8 +97,7 @@ struct a_scope_stack_entry {
   a_routine* routine;
   a_namespace* namespace_entry;
   a_using_decl* using_decl_list;
-  a_routine_fixup* routine_fixups;
-  a_def_arg_expr_fixup* def_arg_fixups;
+  a_class_fixup_queue* class_fixups; // of the classes defined here; null: none waits
   a_hash_table* function_symbols;
   a_constant** function_shareable_constants; // buckets, null until the first
   a_variable* local_tail_variables;
