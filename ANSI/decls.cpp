@@ -502,14 +502,14 @@ void static_assert_declaration() {
 // ---- The translation unit ----
 
 // C99 6.7.4 p6: another unit has the external definition of such a function;
-// the body here is for inlining.
+// the body here is for inlining, and other units may have it too.
 static void mark_inline_definitions() {
   if (!in_C_mode())
     return;
   for (a_routine* routine = il_header.primary_scope->routines; routine; routine = routine->next)
     if (routine->is_inline && routine->defined && !routine->has_external_declaration &&
         routine->source_corresp.linkage == idl_external)
-      routine->defined_elsewhere = true;
+      routine->defined_elsewhere = routine->is_inline_comdat = true;
 }
 
 static void check_misra_rules_at_start() {

@@ -73,14 +73,12 @@ void start_generator() {
   start_declarations();
 }
 
-// Tells that options of its own hold for the whole unit. The words for the other
-// passes stand in a set, so the second text is empty.
+// Tells that options of its own hold for the whole unit.
 void gen_override_of_unit() {
   const OPT_OVERRIDE* entry = get_opt_override(nullptr, nullptr);
   if (entry == nullptr)
     return;
-  const char* word = entry->front_end_word == nullptr ? "" : entry->front_end_word;
-  PRAGMA pragma(ifpk_OPT_OVERRIDE, {word, ""});
+  PRAGMA pragma(ifpk_OPT_OVERRIDE, texts_of_override(*entry));
   gen_file->if_write_pragma(&pragma);
 }
 
@@ -193,6 +191,10 @@ void close_file() {
 }
 
 } // namespace
+
+std::vector<std::string> texts_of_override(const OPT_OVERRIDE& entry) {
+  return {entry.front_end_word == nullptr ? "" : entry.front_end_word, ""};
+}
 
 void i_set_trans_unit_name(const char* name) {
   unit_name = name;

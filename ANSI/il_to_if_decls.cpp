@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <forward_list>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ struct a_promoted_variable {
 
 std::forward_list<a_promoted_variable> promoted_variables; // newest first
 std::vector<a_parameter_copy> parameter_copies;
+std::map<std::string, unsigned> comdat_statics_of_name;
 bool inline_asm_remark_done;
 
 // Pragmas of a scope or a function, by where they stand.
@@ -34,6 +36,7 @@ enum a_pragma_placement : uint8_t { pp_symbol = 0, pp_function = 1, pp_scope = 2
 
 void start_declarations() {
   promoted_variables.clear();
+  comdat_statics_of_name.clear();
   inline_asm_remark_done = false;
 }
 
@@ -89,10 +92,14 @@ static void keep_initializer(a_variable* variable, a_scope* scope) {
   promoted_variables.push_front(promoted);
 }
 
-// The static of an inline function that several units may have is one object.
+// The static of an inline function that several units may have is one object. A
+// function's statics of one name, which are in different blocks, are numbered
+// from the second on.
 static void make_comdat_static(a_variable* variable, const a_routine* routine, SYMTAB* symbol) {
   symbol->name =
       std::string(sym_name(&variable->source_corresp, 0)) + "$" + routine->source_corresp.name;
+  if (unsigned discriminator = comdat_statics_of_name[symbol->name]++)
+    symbol->name += "_" + std::to_string(discriminator);
   symbol->add_pragma(ifpk_COMDAT_GROUP, {symbol->name});
   symbol->storage_class = ifsc_global;
 }
@@ -136,8 +143,8 @@ static void enter_local(SYMTAB* symbol) {
 }
 
 static void check_memory_bank(const a_variable* variable) {
-  const a_routine* routine = gen_function_scope->assoc.routine;
-  if (!routine_is_interrupt(routine))
+  if (!variable->source_corresp.has_associated_pragma ||
+      !routine_is_interrupt(gen_function_scope->assoc.routine))
     return;
   for (const a_pragma* pragma = find_assoc_pragma(variable, nullptr); pragma != nullptr;
        pragma = find_assoc_pragma(variable, pragma))
@@ -270,7 +277,8 @@ static void gen_labels(a_scope* scope) {
 }
 
 static void gen_function_body(a_routine* routine, a_scope* scope) {
-  gen_pragmas(il_header.primary_scope->pragmas, routine, pp_function);
+  if (routine->source_corresp.has_associated_pragma)
+    gen_assoc_pragmas(routine, pp_function);
   gen_pragmas(scope->pragmas, nullptr, pp_scope);
   gen_copy_assignments();
   gen_zero_fills(scope);

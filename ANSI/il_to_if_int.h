@@ -32,6 +32,11 @@ void update_gen_position(const a_source_position& position);
 // The file, line and column of a source position.
 PSN psn_of(const a_source_position& position);
 
+struct OPT_OVERRIDE;
+// The two texts of an OPT_OVERRIDE pragma. The words for the other passes stand in
+// a set, so the second is empty.
+std::vector<std::string> texts_of_override(const OPT_OVERRIDE& entry);
+
 // ---- Symbols and sections (il_to_if_symbols.cpp). ----
 
 void start_symbols();

@@ -124,14 +124,17 @@ void gen_pragmas(a_pragma* list, const void* entity, uint8_t placement) {
 }
 
 // Calls `action` for each pragma of an entity that is in force.
-template <class Action> static void for_each_pragma(const void* entity, Action action) {
+template <class Action>
+static void for_each_pragma(const a_source_correspondence* entity, Action action) {
+  if (!entity->has_associated_pragma)
+    return;
   for (a_pragma* pragma = find_assoc_pragma(entity, nullptr); pragma != nullptr;
        pragma = find_assoc_pragma(entity, pragma))
     if (!pragma->is_disabled)
       action(pragma);
 }
 
-static bool has_pragma(const void* entity, std::initializer_list<int> kinds) {
+static bool has_pragma(const a_source_correspondence* entity, std::initializer_list<int> kinds) {
   bool found = false;
   for_each_pragma(entity, [&](const a_pragma* pragma) {
     for (int kind : kinds)
@@ -140,7 +143,7 @@ static bool has_pragma(const void* entity, std::initializer_list<int> kinds) {
   return found;
 }
 
-static const PRAGMA* pragma_object_of(const void* entity, int kind) {
+static const PRAGMA* pragma_object_of(const a_source_correspondence* entity, int kind) {
   const PRAGMA* object = nullptr;
   for_each_pragma(entity, [&](const a_pragma* pragma) {
     if (object == nullptr && pragma->tool_kind == kind)
@@ -152,15 +155,6 @@ static const PRAGMA* pragma_object_of(const void* entity, int kind) {
 static const std::string& first_string(const PRAGMA* pragma) {
   static const std::string none;
   return pragma->strings.empty() ? none : pragma->strings.front();
-}
-
-static bool data_section_is_kept(const a_source_correspondence* entity, const SYMTAB* symbol,
-                                 const a_pragma* pragma) {
-  const PRAGMA* other = symbol->find_pragma(ifpk_DATA_SECTION);
-  if (other == nullptr || first_string(other) == first_string(pragma->pragma_object))
-    return true;
-  pos_st_warning(ec_pragma_duplicate, &entity->position, symbol->name.c_str());
-  return false;
 }
 
 static bool location_is_kept(const a_source_correspondence* entity, const SYMTAB* symbol,
@@ -225,8 +219,6 @@ static bool retention_is_kept(const a_source_correspondence* entity, const a_var
 static bool pragma_is_kept(const a_source_correspondence* entity, const a_variable* variable,
                            const SYMTAB* symbol, const a_pragma* pragma) {
   switch (pragma->tool_kind) {
-  case ifpk_DATA_SECTION:
-    return data_section_is_kept(entity, symbol, pragma);
   case ifpk_LOCATION:
     return location_is_kept(entity, symbol, pragma);
   case ifpk_NOINIT:
@@ -235,6 +227,19 @@ static bool pragma_is_kept(const a_source_correspondence* entity, const a_variab
   default:
     return true;
   }
+}
+
+// The words of the command line that hold for the entity alone: the file's set of
+// them, or, in a file without sets, their text.
+static void add_option_override(SYMTAB* symbol, const a_source_correspondence& entity) {
+  const OPT_OVERRIDE* entry =
+      entity.name == nullptr ? nullptr : get_opt_override(entity.name, &entity.position);
+  if (entry == nullptr)
+    return;
+  if (icode_optlist.empty())
+    symbol->add_pragma(ifpk_OPT_OVERRIDE, texts_of_override(*entry));
+  else
+    symbol->option_set = entry->set_id;
 }
 
 // `variable` is null for a routine.
@@ -249,6 +254,7 @@ static void add_il_pragmas(a_source_correspondence* entity, a_variable* variable
     symbol->add_pragma(ifpk_SRC_LANGUAGE, {in_cplusplus_mode() ? "C++" : "C"});
   if (entity->is_class_member)
     symbol->add_pragma(ifpk_IS_CLASS_MEMBER);
+  add_option_override(symbol, *entity);
 }
 
 // ---- Sections ----
@@ -313,12 +319,12 @@ static void set_symbol_position(SYMTAB* symbol, const a_source_correspondence& e
     symbol->set_psn(psn_of(entity.position));
 }
 
-// The words of the command line that hold for the entity alone.
-static void set_option_set(SYMTAB* symbol, const a_source_correspondence& entity) {
-  if (entity.name == nullptr)
-    return;
-  if (const OPT_OVERRIDE* entry = get_opt_override(entity.name, &entity.position))
-    symbol->option_set = entry->set_id;
+static const an_attribute* find_attribute(const a_source_correspondence& entity, const char* name) {
+  const an_attribute* attribute = entity.attributes;
+  while (attribute != nullptr &&
+         (attribute->kind == 0 || attribute->name == nullptr || strcmp(attribute->name, name) != 0))
+    attribute = attribute->next;
+  return attribute;
 }
 
 // ---- Routines ----
@@ -328,7 +334,7 @@ bool routine_is_interrupt(const a_routine* routine) {
 }
 
 static bool interrupt_bit_is_due(a_routine* routine) {
-  const PRAGMA* pragma = pragma_object_of(routine, ifpk_INTERRUPT);
+  const PRAGMA* pragma = pragma_object_of(&routine->source_corresp, ifpk_INTERRUPT);
   a_type* type = f_skip_typerefs(routine->type);
   if (pragma != nullptr && first_string(pragma) == "SWI")
     return true;
@@ -369,7 +375,7 @@ static void add_flag_pragmas(a_routine* routine, SYMTAB* symbol) {
               {routine->is_weak, ifpk_QL_WEAK},
               {routine->in_init_array, ifpk_FUNC_IN_INIT_ARRAY},
               {type.does_not_return, ifpk_FUNC_NEVER_RETURNS},
-              {type.is_pure, ifpk_FUNC_IS_PURE},
+              {type.is_pure || type.is_const_function, ifpk_FUNC_IS_PURE},
               {routine->returns_unique_pointer, ifpk_FUNC_RET_UNIQUE_POINTER},
               {routine->is_naked, ifpk_FUNC_IS_NAKED},
               {routine->is_naked, ifpk_FUNC_CANNOT_INLINE}};
@@ -380,7 +386,18 @@ static void add_flag_pragmas(a_routine* routine, SYMTAB* symbol) {
       symbol->add_pragma(row.kind);
 }
 
+// Which part of an object a constructor or destructor makes or ends, by the number
+// that its external name has (Itanium C++ ABI 5.1.4.3).
+static void add_ctor_dtor_pragma(const a_routine* routine, SYMTAB* symbol) {
+  static const char* const numbers[] = {"?", "1", "2", "0", "9", "?", "?", "?"};
+  if (routine->special_kind == rsk_constructor || routine->special_kind == rsk_destructor)
+    symbol->add_pragma(
+        ifpk_FUNC_IS_CTOR_DTOR,
+        {routine->special_kind == rsk_constructor ? "C" : "D", numbers[routine->ctor_kind]});
+}
+
 static void add_final_pragmas(a_routine* routine, SYMTAB* symbol) {
+  add_ctor_dtor_pragma(routine, symbol);
   if (routine->is_inline_comdat)
     symbol->add_pragma(ifpk_COMDAT_GROUP, {symbol->name});
   if (alias_target_of(routine) != nullptr && !routine->detached_redeclaration &&
@@ -390,19 +407,20 @@ static void add_final_pragmas(a_routine* routine, SYMTAB* symbol) {
   if (f_skip_typerefs(routine->type)
           ->variant.routine.routine_supplement->returns_via_copy_constructor)
     symbol->add_pragma(ifpk_FUNC_RET_BY_CCTOR);
-  if (ramfunc || routine->is_ramfunc)
+  if (ramfunc || find_attribute(routine->source_corresp, "ramfunc") != nullptr)
     symbol->add_pragma(ifpk_RAMFUNC);
   if (routine->is_internal_runtime)
     symbol->add_pragma(ifpk_FUNC_IS_INTERNAL_RUNTIME);
 }
 
 static uint8_t routine_definition_state(a_routine* routine, const SYMTAB* symbol) {
+  const a_source_correspondence* entity = &routine->source_corresp;
   if (routine->defined_elsewhere)
     return 3;
-  if (has_pragma(routine, {ifpk_RETAIN, ifpk_FUNC_EXT_CALLED}) || routine->is_used)
+  if (has_pragma(entity, {ifpk_RETAIN, ifpk_FUNC_EXT_CALLED}) || routine->is_used)
     return 1;
   bool is_kept = (routine->extern_template_instance && extern_template_allowed) ||
-                 has_pragma(routine, {ifpk_INTERRUPT, ifpk_NMI_INTERRUPT}) ||
+                 has_pragma(entity, {ifpk_INTERRUPT, ifpk_NMI_INTERRUPT}) ||
                  (symbol->cqual & 0x1020) != 0;
   return !is_kept && routine->is_comdat_definition ? 2 : 0;
 }
@@ -436,9 +454,10 @@ SYMTAB* routine_symbol(a_routine* routine) {
   TYPE* return_type = tp_type(return_type_of(f_skip_typerefs(routine->type)), tpm_lowered);
   symbol->cpp_type = routine->type->source_file_type;
   set_symbol_position(symbol, routine->source_corresp);
-  set_option_set(symbol, routine->source_corresp);
   symbol->storage_class = class_of_routine(routine->storage_kind);
   symbol->cqual = routine_qualifiers(routine);
+  std::unique_ptr<OPTION_STATE> options_before =
+      process_opt_override(routine->source_corresp.name, &routine->source_corresp.position);
   symbol->name = routine_name(routine);
   symbol->size = return_type == nullptr ? 0 : static_cast<uint32_t>(return_type->size);
   symbol->align = routine->alignment * targ_char_bit;
@@ -513,14 +532,6 @@ static std::string variable_name(a_variable* variable, unsigned index) {
   return name;
 }
 
-static const an_attribute* find_attribute(const a_source_correspondence& entity, const char* name) {
-  const an_attribute* attribute = entity.attributes;
-  while (attribute != nullptr &&
-         (attribute->kind == 0 || attribute->name == nullptr || strcmp(attribute->name, name) != 0))
-    attribute = attribute->next;
-  return attribute;
-}
-
 static std::string text_of_argument(const an_attribute_arg* argument) {
   if (argument == nullptr || argument->value.generic == nullptr)
     return "";
@@ -583,7 +594,7 @@ static void TRG_sym_transform(const a_variable* variable, SYMTAB* symbol) {
 static uint8_t variable_definition_state(a_variable* variable) {
   if (variable->defined_elsewhere)
     return 3;
-  if (has_pragma(variable, {ifpk_RETAIN}) || variable->is_used)
+  if (has_pragma(&variable->source_corresp, {ifpk_RETAIN}) || variable->is_used)
     return 1;
   if (variable->extern_template_instance && extern_template_allowed)
     return 0;
@@ -608,7 +619,6 @@ SYMTAB* variable_symbol(a_variable* variable, unsigned index) {
     return variable->file_symbol;
   SYMTAB* symbol = variable->file_symbol = new_symbol();
   set_symbol_position(symbol, variable->source_corresp);
-  set_option_set(symbol, variable->source_corresp);
   symbol->type = tp_type(variable->type, tpm_lowered);
   symbol->cpp_type = variable->type->source_file_type;
   symbol->align = variable_alignment(variable, symbol->type);

@@ -1,5 +1,6 @@
 #include "lower_c99.h"
 
+#include "decl_spec.h"
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -277,6 +278,14 @@ static void lower_variables(a_variable* list) {
     lower_variable(variable);
 }
 
+// The next pass may put the body of an inline function in the place of a call.
+// It can't take over a frame that is special, or arguments that aren't named.
+static void check_routine_for_inlining(a_routine* routine) {
+  routine->inline_candidate = !routine->no_inline && !routine->is_naked &&
+                              (routine->decl_modifiers & dm_interrupt) == 0 &&
+                              !routine_type_has_ellipsis(f_skip_typerefs(routine->type));
+}
+
 static void lower_c99_scope(a_scope* scope) {
   check_stack_limit();
   scope->is_lowered = true;
@@ -289,8 +298,11 @@ static void lower_c99_scope(a_scope* scope) {
        init = init->next)
     if (init->init_kind == initk_constant)
       lower_designated_initializers(init->initializer.constant, nullptr);
-  if (scope->kind == sk_function)
-    lower_c99_statement(scope->assoc_statement);
+  if (scope->kind != sk_function)
+    return;
+  lower_c99_statement(scope->assoc_statement);
+  if (scope->assoc.routine->is_inline)
+    check_routine_for_inlining(scope->assoc.routine);
 }
 
 void lower_c99_il_memory_region(int32_t region) {
