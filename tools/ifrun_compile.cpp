@@ -167,7 +167,7 @@ void a_compiler::lay_out_frame() {
   }
   if (function.has_ellipsis) {
     const an_if_symbol& symbol = source.locals[last_number];
-    offsets[&symbol] = frame_room(byte_size(symbol.type));
+    offsets[&symbol] = frame_room(in_slots(byte_size(symbol.type)));
   }
   for (size_t i = 0; i < source.parameter_count; i++) {
     const an_if_symbol& symbol = source.locals[i];
@@ -178,7 +178,7 @@ void a_compiler::lay_out_frame() {
 
 uint32_t a_compiler::frame_room(uint64_t bytes) {
   uint32_t offset = (function.frame_size + 7) & ~7u;
-  if (bytes > a_memory::stack_size || offset + bytes > a_memory::stack_size)
+  if (bytes > program.memory.stack_size || offset + bytes > program.memory.stack_size)
     refuse("the locals don't fit the stack");
   function.frame_size = offset + static_cast<uint32_t>(bytes);
   return offset;
@@ -217,16 +217,23 @@ void a_compiler::whole_expression(const an_if_node* node, const an_if_type* type
 // -- Statements ----------------------------------------------------------------
 
 void a_compiler::statement(const an_if_statement& statement) {
+  current = &statement;
   switch (statement.tag) {
   case iftag_expr:
-    if (statement.expr != nullptr)
-      expression_statement(statement.expr);
+    if (statement.expr == nullptr)
+      break;
+    function.statement_starts.emplace_back(function.code.size(), &statement);
+    if (program.limits.trace)
+      emit(op_trace);
+    expression_statement(statement.expr);
     break;
   case iftag_label:
     label_targets[statement.label] = here();
     break;
   case iftag_assembly:
-    refuse("assembly text is not supported");
+    if (statement.text.find_first_not_of(" \t\n;") != std::string_view::npos)
+      refuse("assembly text is not supported");
+    break;
   default:
     break;
   }
@@ -319,7 +326,13 @@ std::vector<const an_if_node*> comma_list(const an_if_node* node) {
 }
 
 void compile_function(a_program* program, a_function* function) {
-  a_compiler(program, function).whole_function();
+  a_compiler compiler(program, function);
+  try {
+    compiler.whole_function();
+  } catch (a_run_error& error) {
+    error.place = place_text(program->file, *function, compiler.current_statement());
+    throw;
+  }
   function->compiled = true;
 }
 

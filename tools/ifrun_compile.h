@@ -27,6 +27,9 @@ public:
       : program(*target_program), function(*target) {}
   void whole_function();
   void whole_expression(const an_if_node* node, const an_if_type* type);
+  const an_if_statement* current_statement() const {
+    return current;
+  }
 
 private:
   [[noreturn]] void refuse(const std::string& what) const;
@@ -97,6 +100,7 @@ private:
 
   a_program& program;
   a_function& function;
+  const an_if_statement* current = nullptr;
   uint32_t barrier = 0; // instructions before this one stay as they are
   unsigned depth = 0;
   std::unordered_map<uint32_t, uint32_t> label_targets;     // by label

@@ -288,9 +288,12 @@ a_place a_compiler::member_place(const an_if_node* node) {
   if (!member.is_bitfield)
     return result;
   // The node of a bit field has a plain integer type; the member tells more.
-  result.type.is_bool = value_type_of(member.type).is_bool;
   if (member.bit_width == 0 || member.bit_width > 64)
     refuse("a bit field of " + std::to_string(member.bit_width) + " bits");
+  a_value_type declared = value_type_of(member.type);
+  if (member.bit_width > 8 * size_of_kind(result.type.kind))
+    result.type.kind = declared.kind;
+  result.type.is_bool = declared.is_bool;
   result.bit = static_cast<uint8_t>(member.bit_offset % 8);
   result.width = member.bit_width;
   return result;

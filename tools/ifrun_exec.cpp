@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
@@ -19,24 +20,22 @@ a_function* a_machine::callee(uint64_t id) {
   return &program.function_of(static_cast<uint32_t>(id));
 }
 
-// Makes a frame behind the current one and stores the arguments in it.
+// Makes a frame behind the current one and stores the arguments in it. `top`
+// is the uppermost value of the caller's that stays.
 void a_machine::enter(a_function* function, const std::vector<an_argument>& arguments,
-                      const uint64_t* values, uint32_t result_address) {
+                      const uint64_t* values, uint32_t result_address, uint64_t* top) {
   if (!function->compiled) {
     if (function->source == nullptr)
       fail("undefined function " + std::string(function->name));
-    a_function* caller = running;
-    running = function;
     compile_function(&program, function);
-    running = caller;
   }
   uint64_t base = frames.empty() ? memory.stack_begin() : frames.back().top;
-  uint64_t top = base + function->frame_size;
+  uint64_t end = base + function->frame_size;
   size_t named = function->parameters.size();
   size_t stored = function->has_ellipsis ? arguments.size() : std::min(named, arguments.size());
   for (size_t i = named; i < stored; i++)
-    top += arguments[i].size;
-  if (top + 8 > memory.stack_end())
+    end += in_slots(arguments[i].size);
+  if (end + 8 > memory.stack_end())
     fail("stack overflow");
   uint64_t next_variable = base + function->frame_size;
   for (size_t i = 0; i < stored; i++) {
@@ -52,7 +51,7 @@ void a_machine::enter(a_function* function, const std::vector<an_argument>& argu
       size = std::min(size, parameter.size);
       kind = parameter.kind;
     } else {
-      next_variable += size;
+      next_variable += in_slots(size);
     }
     if (argument.by_copy)
       std::memmove(memory.at(target, size), memory.at(values[i], size), size);
@@ -60,17 +59,167 @@ void a_machine::enter(a_function* function, const std::vector<an_argument>& argu
       memory.store(target, kind, values[i]);
   }
   frames.push_back({function, function->code.data(), static_cast<uint32_t>(base),
-                    static_cast<uint32_t>((top + 7) & ~uint64_t{7}), result_address});
+                    static_cast<uint32_t>((end + 7) & ~uint64_t{7}), result_address, next_serial++,
+                    top});
   running = function;
+}
+
+uint64_t a_machine::call_native(a_function* function, const a_call_site& site,
+                                const uint64_t* values, uint32_t result_address) {
+  native_name = function->name;
+  uint64_t result =
+      function->native(*this, {function->name, values, site.arguments, result_address});
+  native_name = {};
+  return is_floating_kind(site.result.kind) ? result : wrap_to_kind(result, site.result.kind);
 }
 
 uint64_t a_machine::call(a_function* function, const std::vector<uint64_t>& arguments) {
   static constexpr size_t evaluation_stack_size = 1 << 20;
-  evaluation_stack.resize(evaluation_stack_size);
+  static constexpr unsigned deepest_nesting = 200;
   std::vector<an_argument> shapes(arguments.size(), {{k_u32}, 4, false});
-  frames.clear();
-  enter(function, shapes, arguments.data(), 0);
-  return run();
+  if (function->native != nullptr)
+    return function->native(*this, {function->name, arguments.data(), shapes});
+  if (evaluation_stack.empty()) {
+    evaluation_stack.resize(evaluation_stack_size);
+    values_in_use = evaluation_stack.data();
+  }
+  if (nesting == deepest_nesting)
+    fail("stack overflow");
+  a_function* caller = running;
+  uint64_t* caller_values = values_in_use;
+  std::string_view caller_native = std::exchange(native_name, {});
+  unsigned outer_nesting = nesting++;
+  enter(function, shapes, arguments.data(), 0, values_in_use);
+  uint64_t result = run();
+  nesting = outer_nesting;
+  native_name = caller_native;
+  values_in_use = caller_values;
+  running = caller;
+  return result;
+}
+
+uint32_t a_machine::allocate_in_frame(uint64_t size) {
+  a_frame& frame = frames.back();
+  if (size > memory.stack_size || frame.top + size + 16 > memory.stack_end())
+    fail("stack overflow");
+  uint32_t address = frame.top;
+  frame.top = static_cast<uint32_t>((frame.top + size + 7) & ~uint64_t{7});
+  return address;
+}
+
+// -- Jumps between functions ---------------------------------------------------
+
+// The buffer holds the context's number. One that is used again keeps it. The
+// frame's values go up to `values_end`.
+void a_machine::save_context(uint32_t buffer, const uint64_t* values_end) {
+  uint64_t number = memory.load(buffer, k_u32);
+  if (number == 0 || number > contexts.size() || contexts[number - 1].buffer != buffer) {
+    contexts.emplace_back();
+    number = contexts.size();
+    memory.store(buffer, k_u32, number);
+  }
+  a_saved_context& context = contexts[number - 1];
+  const a_frame& frame = frames.back();
+  context.buffer = buffer;
+  context.depth = frames.size();
+  context.serial = frame.serial;
+  context.resume = frame.resume;
+  context.values.assign(frame.values + 1, const_cast<uint64_t*>(values_end));
+}
+
+void a_machine::restore_context(uint32_t buffer, uint64_t value) {
+  uint64_t number = memory.load(buffer, k_u32);
+  if (number == 0 || number > contexts.size())
+    fail("the buffer was not set");
+  const a_saved_context& context = contexts[number - 1];
+  if (context.depth > frames.size() || frames[context.depth - 1].serial != context.serial)
+    fail("the function to return to has ended");
+  throw a_long_jump{&context, value};
+}
+
+// Runs the uppermost frame up to its return.
+uint64_t a_machine::run() {
+  size_t bottom = frames.size() - 1;
+  unsigned own_nesting = nesting;
+  const an_instruction* pc = running->code.data();
+  uint64_t* top = values_in_use;
+  for (;;) {
+    try {
+      return run_code(pc, top, bottom);
+    } catch (const a_long_jump& jump) {
+      const a_saved_context& context = *jump.context;
+      if (context.depth <= bottom)
+        throw;
+      frames.resize(context.depth);
+      running = frames.back().function;
+      nesting = own_nesting;
+      native_name = {};
+      pc = context.resume;
+      top = std::copy(context.values.begin(), context.values.end(), frames.back().values + 1);
+      *top = wrap_to_kind(jump.value, k_s32);
+    }
+  }
+}
+
+// -- Messages ------------------------------------------------------------------
+
+const an_if_statement* a_function::statement_at(const an_instruction* instruction) const {
+  auto index = static_cast<uint32_t>(instruction - code.data());
+  auto next = std::upper_bound(statement_starts.begin(), statement_starts.end(), index,
+                               [](uint32_t wanted, const auto& start) { return wanted < start.first; });
+  return next != statement_starts.begin() ? std::prev(next)->second : nullptr;
+}
+
+std::string place_text(const an_if_file& file, const a_function& function,
+                       const an_if_statement* statement) {
+  std::string text(function.name);
+  if (statement == nullptr)
+    return text;
+  const an_if_position& position = statement->position;
+  if (position.known())
+    text += " at " + std::string(file.file_name(position)) + ":" + std::to_string(position.line) +
+            ":" + std::to_string(position.column);
+  const char* tag = if_tag_name(statement->tag);
+  return text + ", record " + tag + " at offset " + std::to_string(statement->offset);
+}
+
+// Tells where the run is, and how it came there.
+void a_machine::locate(a_run_error* error, const an_instruction* pc) const {
+  static constexpr size_t most_callers = 8;
+  if (!error->place.empty() || running == nullptr)
+    return;
+  if (!native_name.empty())
+    error->place = std::string(native_name) + ", called by ";
+  error->place += place_text(program.file, *running, running->statement_at(pc));
+  size_t shown = 0;
+  for (size_t i = frames.size() - 1; i-- != 0 && shown < most_callers; shown++) {
+    const a_function& caller = *frames[i].function;
+    error->place += "\n  called by " +
+                    place_text(program.file, caller, caller.statement_at(frames[i].resume - 1));
+  }
+}
+
+void a_machine::trace_statement(const an_instruction* pc) const {
+  const an_if_statement* statement = running->statement_at(pc);
+  std::fprintf(stderr, "%s: %s\n", place_text(program.file, *running, statement).c_str(),
+               statement != nullptr ? if_opcode_name(statement->expr->opcode) : "-");
+}
+
+static std::string value_text(uint64_t value, uint8_t kind) {
+  if (is_floating_kind(kind)) {
+    char digits[40];
+    std::snprintf(digits, sizeof digits, "%.17g", double_of(value));
+    return digits;
+  }
+  return kind & 1 ? std::to_string(static_cast<int64_t>(value)) : std::to_string(value);
+}
+
+void a_machine::trace_call(const a_function* function, const std::vector<an_argument>& arguments,
+                           const uint64_t* values) const {
+  std::string text = "call " + std::string(function->name) + "(";
+  for (size_t i = 0; i < arguments.size(); i++)
+    text += (i != 0 ? ", " : "") + value_text(values[i], arguments[i].type.kind);
+  std::fprintf(stderr, "%s)\n", text.c_str());
 }
 
 // -- Operations ----------------------------------------------------------------
@@ -139,16 +288,15 @@ static uint64_t signed_less(uint64_t left, uint64_t right) {
 
 // -- The loop ------------------------------------------------------------------
 
-// Runs the uppermost frame up to its return. `top` points at the uppermost
-// value of the evaluation stack, whose lowest place stays unused.
-uint64_t a_machine::run() {
-  uint64_t* top = evaluation_stack.data();
-  const uint64_t* limit = top + evaluation_stack.size();
-  const an_instruction* pc = running->code.data();
+// Runs from the instruction on, until the frames are down to `bottom`. `top`
+// points at the uppermost value of the evaluation stack, whose lowest place
+// stays unused.
+uint64_t a_machine::run_code(const an_instruction* pc, uint64_t* top, size_t bottom) try {
+  const uint64_t* limit = evaluation_stack.data() + evaluation_stack.size();
   uint64_t base = frames.back().base;
-  uint64_t steps = steps_left;
   if (limit - top <= static_cast<ptrdiff_t>(running->evaluation_depth))
     fail("an expression is too large");
+  uint64_t steps = steps_left;
   // A binary operation: replaces two values by one.
   auto binary = [&top](uint64_t result) { *--top = result; };
   for (;;) {
@@ -372,14 +520,18 @@ uint64_t a_machine::run() {
       top -= site.arguments.size();
       const uint64_t* values = top + 1;
       a_function* function = callee(in.op == op_call ? site.function : *top--);
+      uint32_t result_address = static_cast<uint32_t>(base + site.result_offset);
+      if (program.limits.trace)
+        trace_call(function, site.arguments, values);
+      frames.back().resume = pc;
       if (function->native != nullptr) {
-        uint64_t result = function->native(*this, {function->name, values, site.arguments});
-        *++top =
-            is_floating_kind(site.result.kind) ? result : wrap_to_kind(result, site.result.kind);
+        steps_left = steps;
+        values_in_use = const_cast<uint64_t*>(values) + site.arguments.size() - 1;
+        *++top = call_native(function, site, values, result_address);
+        steps = steps_left;
         break;
       }
-      frames.back().resume = pc;
-      enter(function, site.arguments, values, static_cast<uint32_t>(base + site.result_offset));
+      enter(function, site.arguments, values, result_address, top);
       if (limit - top <= static_cast<ptrdiff_t>(function->evaluation_depth))
         fail("stack overflow");
       pc = function->code.data();
@@ -396,10 +548,11 @@ uint64_t a_machine::run() {
                      in.operand);
         *top = result_address;
       }
+      if (program.limits.trace)
+        std::fprintf(stderr, "return from %s\n", std::string(running->name).c_str());
       frames.pop_back();
-      if (frames.empty()) {
+      if (frames.size() == bottom) {
         steps_left = steps;
-        running = nullptr;
         return *top;
       }
       running = frames.back().function;
@@ -407,6 +560,12 @@ uint64_t a_machine::run() {
       base = frames.back().base;
       break;
     }
+    case op_trace:
+      trace_statement(pc - 1);
+      break;
     }
   }
+} catch (a_run_error& error) {
+  locate(&error, pc);
+  throw;
 }

@@ -15,6 +15,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstdio>
 #include <deque>
 #include <map>
 #include <string>
@@ -24,21 +25,25 @@
 #include <vector>
 
 #include "ifread.h"
+#include "ifrun.h"
 
 // Exit statuses of ifrun itself.
 inline constexpr int ifrun_status_steps = 124;
 inline constexpr int ifrun_status_error = 125;
 inline constexpr int ifrun_status_abort = 134;
 
-// Ends the run with a message.
+// Ends the run with a message. `place` tells the function, the line and the
+// record, once they are known.
 struct a_run_error {
   std::string message;
   int status = ifrun_status_error;
+  std::string place = {};
 };
 
-// Ends the run as the program wishes.
+// Ends the run as the program wishes; at once: without what atexit was given.
 struct a_program_exit {
   int status;
+  bool at_once = false;
 };
 
 // -- Scalars -------------------------------------------------------------------
@@ -114,19 +119,23 @@ inline unsigned bytes_of_bits(unsigned bit, unsigned width) {
 // -- Memory --------------------------------------------------------------------
 
 // The simulated memory: an unmapped null page, the static data, the stack, and
-// the heap, which grows at the end.
+// the heap, which grows at the end. Host addresses stay good: the host reserves
+// the room for all of it at once.
 class a_memory {
 public:
   static constexpr uint32_t null_page_size = 0x1000;
-  static constexpr uint32_t stack_size = 8u << 20;
-  static constexpr uint32_t heap_limit = 256u << 20;
+
+  explicit a_memory(const a_run_limits& limits);
+  a_memory(const a_memory&) = delete;
+  a_memory& operator=(const a_memory&) = delete;
+  ~a_memory();
 
   // The host address of `size` bytes; throws for a bad address.
   uint8_t* at(uint64_t address, uint64_t size) {
     uint64_t index = address - null_page_size;
-    if (size > bytes.size() || index > bytes.size() - size)
+    if (size > used || index > used - size)
       bad_address(address);
-    return bytes.data() + index;
+    return bytes + index;
   }
   uint64_t load(uint64_t address, uint8_t kind);
   void store(uint64_t address, uint8_t kind, uint64_t value);
@@ -148,20 +157,26 @@ public:
   uint32_t stack_end() const {
     return stack_start + stack_size;
   }
+  const uint32_t stack_size;
 
   // The heap. Its bookkeeping lies outside of the simulated memory.
   uint32_t allocate(uint64_t size); // 0 when there is no room
   void release(uint32_t address);
+  // The size that was asked for; a bad address is refused.
+  uint64_t live_size(uint32_t address) const;
   uint32_t reallocate(uint32_t address, uint64_t size);
 
 private:
   [[noreturn]] static void bad_address(uint64_t address);
-  uint64_t live_size(uint32_t address) const;
   uint32_t end() const {
-    return null_page_size + static_cast<uint32_t>(bytes.size());
+    return null_page_size + static_cast<uint32_t>(used);
   }
+  static constexpr uint64_t data_limit = 256u << 20;
 
-  std::vector<uint8_t> bytes;
+  const uint64_t heap_limit;
+  const uint64_t reserved;
+  uint8_t* bytes;
+  uint64_t used = 0;
   uint32_t stack_start = 0;
   uint64_t heap_used = 0;
   std::unordered_map<uint32_t, uint64_t> live;            // sizes of what is allocated
@@ -239,7 +254,8 @@ enum an_operation : uint16_t {
   op_call_indirect, // the function's number lies below the arguments
   op_return,        // value; operand: bytes of a structure, else 0
   op_return_nothing,
-  op_switch // operand: the table
+  op_switch, // operand: the table
+  op_trace   // shows the statement, when the run is traced
 };
 
 struct an_instruction {
@@ -290,17 +306,30 @@ struct a_function {
   std::vector<a_call_site> call_sites;
   std::vector<a_switch_table> switches;
   std::vector<a_parameter> parameters;
-  // Variable arguments stand behind the frame, where the last parameter ends,
-  // one behind the other without gaps.
+  // Variable arguments stand behind the frame, where the last parameter's slot
+  // ends, each in a slot of its own.
   uint32_t frame_size = 0;
   uint32_t evaluation_depth = 0;
+  // The first instruction of each statement that has some.
+  std::vector<std::pair<uint32_t, const an_if_statement*>> statement_starts;
+
+  // The statement that the instruction belongs to, or null.
+  const an_if_statement* statement_at(const an_instruction* instruction) const;
 };
+
+// Arguments from the last named one on stand in slots of this many bytes.
+inline constexpr uint64_t slot_size = 4;
+inline uint64_t in_slots(uint64_t size) {
+  return (size + slot_size - 1) & ~(slot_size - 1);
+}
 
 // -- Programs ------------------------------------------------------------------
 
 struct a_program {
-  explicit a_program(const an_if_file& source) : file(source) {}
+  a_program(const an_if_file& source, const a_run_limits& run_limits)
+      : file(source), limits(run_limits), memory(run_limits) {}
   const an_if_file& file;
+  const a_run_limits& limits;
   a_memory memory;
   std::deque<a_function> functions;                    // by number - 1
   std::unordered_map<uint32_t, uint32_t> function_ids; // by global symbol
@@ -323,14 +352,22 @@ void compile_expression(a_program* program, const an_if_node* node, const an_if_
 // How a type's values are held; refuses the types that aren't supported.
 a_value_type value_type_of(const an_if_type* type);
 
+// Where in the file a statement of the function is, as messages tell it; the
+// statement may be null.
+std::string place_text(const an_if_file& file, const a_function& function,
+                       const an_if_statement* statement);
+
 // A library function, or null; ifrun_native_math.cpp has those of <math.h>.
 a_native find_native(std::string_view name);
 a_native find_math_native(std::string_view name);
+// Makes a variable of the library's; 0 when it has none of that name.
+uint32_t make_native_variable(a_memory* memory, std::string_view name);
 
 struct a_native_call {
   std::string_view name;
   const uint64_t* values;
   const std::vector<an_argument>& arguments;
+  uint32_t result_address = 0; // room for a structure that is the result
 
   // The value of an argument as the kind has it.
   uint64_t value(size_t number, a_scalar_kind kind) const;
@@ -339,20 +376,50 @@ struct a_native_call {
   }
 };
 
+// A point that longjmp can go back to.
+struct a_saved_context {
+  uint32_t buffer = 0; // the jmp_buf
+  size_t depth = 0;    // of the frames
+  uint64_t serial = 0; // of the uppermost one
+  const an_instruction* resume = nullptr;
+  std::vector<uint64_t> values; // of its part of the evaluation stack
+};
+
+// Unwinds the host's calls up to the run that has the context's frame.
+struct a_long_jump {
+  const a_saved_context* context;
+  uint64_t value;
+};
+
 class a_machine {
 public:
-  a_machine(a_program* simulated, uint64_t step_limit)
-      : program(*simulated), memory(simulated->memory), steps_left(step_limit) {}
+  explicit a_machine(a_program* simulated)
+      : program(*simulated), memory(simulated->memory), steps_left(simulated->limits.max_steps) {}
 
-  // Calls a function with word arguments and gives its result.
+  // Calls a function with word arguments and gives its result; also from
+  // within a library function.
   uint64_t call(a_function* function, const std::vector<uint64_t>& arguments);
-  // The function that runs, for messages.
-  std::string_view current_name() const {
-    return running != nullptr ? running->name : "(startup)";
+  // The function with the number, which a pointer has.
+  a_function* callee(uint64_t id);
+  // Room in the frame of the function that called the library.
+  uint32_t allocate_in_frame(uint64_t size);
+  // setjmp and longjmp (C99 7.13).
+  void save_context(uint32_t buffer, const uint64_t* values_end);
+  [[noreturn]] void restore_context(uint32_t buffer, uint64_t value);
+  // Forgets all calls, after the program's end.
+  void abandon_calls() {
+    frames.clear();
+    running = nullptr;
+    nesting = 0;
+    values_in_use = evaluation_stack.data();
   }
 
   a_program& program;
   a_memory& memory;
+  std::vector<uint32_t> exit_functions; // of atexit, by number
+  uint32_t errno_address = 0;           // 0: not made yet
+  uint32_t ctype_address = 0;           // of the table of characters; 0: not made yet
+  std::map<uint32_t, FILE*> streams;    // that the program opened, by handle
 
 private:
   struct a_frame {
@@ -361,18 +428,31 @@ private:
     uint32_t base;
     uint32_t top; // the end of the frame in the stack
     uint32_t result_address;
+    uint64_t serial;
+    uint64_t* values; // where its part of the evaluation stack begins
   };
 
   void enter(a_function* function, const std::vector<an_argument>& arguments,
-             const uint64_t* values, uint32_t result_address);
+             const uint64_t* values, uint32_t result_address, uint64_t* top);
+  uint64_t call_native(a_function* function, const a_call_site& site, const uint64_t* values,
+                       uint32_t result_address);
   uint64_t run();
-  a_function* callee(uint64_t id);
+  uint64_t run_code(const an_instruction* pc, uint64_t* top, size_t bottom);
+  void locate(a_run_error* error, const an_instruction* pc) const;
+  void trace_statement(const an_instruction* pc) const;
+  void trace_call(const a_function* function, const std::vector<an_argument>& arguments,
+                  const uint64_t* values) const;
   [[noreturn]] void fail(std::string message, int status = ifrun_status_error) const;
 
   uint64_t steps_left;
   a_function* running = nullptr;
+  std::string_view native_name; // of the library function that is called
   std::vector<a_frame> frames;
+  uint64_t next_serial = 1;
+  unsigned nesting = 0; // of runs within library functions
   std::vector<uint64_t> evaluation_stack;
+  uint64_t* values_in_use = nullptr; // the uppermost value, while the library runs
+  std::deque<a_saved_context> contexts; // by number - 1
 };
 
 #endif

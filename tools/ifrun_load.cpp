@@ -60,8 +60,11 @@ void lay_out_program(a_program* program) {
       continue;
     if (!is_function_symbol(symbol)) {
       auto known = variables.find(symbol.name);
-      if (known != variables.end())
-        program->addresses[symbol.id] = known->second;
+      uint32_t address = known != variables.end()
+                             ? known->second
+                             : make_native_variable(&program->memory, symbol.name);
+      if (address != 0)
+        program->addresses[symbol.id] = address;
       continue;
     }
     auto [entry, is_new] = functions.emplace(symbol.name, 0);
@@ -223,6 +226,15 @@ void initialize_data(a_program* program, a_machine* machine) {
 
 // -- The run -------------------------------------------------------------------
 
+// Calls what atexit was given, newest first.
+static void run_exit_functions(a_machine* machine) {
+  while (!machine->exit_functions.empty()) {
+    uint32_t number = machine->exit_functions.back();
+    machine->exit_functions.pop_back();
+    machine->call(machine->callee(number), {});
+  }
+}
+
 static int run_main(a_program* program, a_machine* machine, const std::vector<std::string>& words) {
   lay_out_program(program);
   program->memory.make_stack();
@@ -241,28 +253,46 @@ static int run_main(a_program* program, a_machine* machine, const std::vector<st
   return static_cast<int>(machine->call(&function, arguments) & 0xFF);
 }
 
+// The status of the program, with what it does at its exit.
+static int status_of_run(a_program* program, a_machine* machine,
+                         const std::vector<std::string>& words) {
+  int status = 0;
+  try {
+    status = run_main(program, machine, words);
+  } catch (const a_program_exit& leave) {
+    status = leave.status;
+    if (leave.at_once)
+      return status;
+  }
+  machine->abandon_calls();
+  try {
+    run_exit_functions(machine);
+  } catch (const a_program_exit& leave) {
+    status = leave.status;
+  }
+  return status;
+}
+
 namespace {
 
 struct a_run_request {
   const an_if_file& file;
   const std::vector<std::string>& words;
-  uint64_t max_steps;
+  const a_run_limits& limits;
   int status = ifrun_status_error;
 };
 
 } // namespace
 
 static void run_request(a_run_request* request) {
-  a_program program(request->file);
-  a_machine machine(&program, request->max_steps);
   try {
-    request->status = run_main(&program, &machine, request->words);
-  } catch (const a_program_exit& leave) {
-    request->status = leave.status;
+    a_program program(request->file, request->limits);
+    a_machine machine(&program);
+    request->status = status_of_run(&program, &machine, request->words);
   } catch (const a_run_error& error) {
     std::fflush(stdout);
-    std::fprintf(stderr, "ifrun: %s in function %.*s\n", error.message.c_str(),
-                 static_cast<int>(machine.current_name().size()), machine.current_name().data());
+    const char* place = error.place.empty() ? "(startup)" : error.place.c_str();
+    std::fprintf(stderr, "ifrun: %s in function %s\n", error.message.c_str(), place);
     request->status = error.status;
   } catch (const std::bad_alloc&) {
     std::fflush(stdout);
@@ -271,11 +301,12 @@ static void run_request(a_run_request* request) {
   std::fflush(stdout);
 }
 
-int run_program(const an_if_file& file, const std::vector<std::string>& words, uint64_t max_steps) {
+int run_program(const an_if_file& file, const std::vector<std::string>& words,
+                const a_run_limits& limits) {
   // Expressions are compiled by recursion. A thread of its own gives them the
   // stack that the deepest accepted ones need.
   static constexpr size_t host_stack_size = size_t{512} << 20;
-  a_run_request request{file, words, max_steps};
+  a_run_request request{file, words, limits};
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   pthread_attr_setstacksize(&attributes, host_stack_size);

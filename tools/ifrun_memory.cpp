@@ -2,11 +2,28 @@
 #include <bit>
 #include <cstdio>
 #include <cstring>
+#include <new>
+
+#include <sys/mman.h>
 
 #include "ifrun_int.h"
 
 static_assert(std::endian::native == std::endian::little,
               "the simulated memory has the host's byte order");
+
+a_memory::a_memory(const a_run_limits& limits)
+    : stack_size(limits.stack_bytes), heap_limit(limits.heap_bytes),
+      reserved(data_limit + stack_size + heap_limit) {
+  void* room = mmap(nullptr, reserved, PROT_READ | PROT_WRITE,
+                    MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (room == MAP_FAILED)
+    throw std::bad_alloc();
+  bytes = static_cast<uint8_t*>(room);
+}
+
+a_memory::~a_memory() {
+  munmap(bytes, reserved);
+}
 
 void a_memory::bad_address(uint64_t address) {
   char text[40];
@@ -68,11 +85,11 @@ std::string_view a_memory::text(uint64_t address, uint64_t limit) {
 // -- Static data and the stack -------------------------------------------------
 
 uint32_t a_memory::add_static(uint64_t size) {
-  if (size > heap_limit || bytes.size() + size > heap_limit)
+  if (size > data_limit || used + size + 8 > data_limit)
     throw a_run_error{"the data doesn't fit the memory"};
   uint32_t address = end();
   // Round up, so that words stand where a debugging eye expects them.
-  bytes.resize((bytes.size() + std::max<uint64_t>(size, 1) + 7) & ~uint64_t{7});
+  used = (used + std::max<uint64_t>(size, 1) + 7) & ~uint64_t{7};
   return address;
 }
 
@@ -92,11 +109,12 @@ uint32_t a_memory::add_text(std::string_view content) {
 
 void a_memory::make_stack() {
   stack_start = end();
-  bytes.resize(bytes.size() + stack_size);
+  used += stack_size;
 }
 
 // -- The heap ------------------------------------------------------------------
 
+// At least one byte each, so that all blocks differ.
 static uint64_t rounded(uint64_t size) {
   return std::max<uint64_t>(size + 7, 8) & ~uint64_t{7};
 }
@@ -117,7 +135,7 @@ uint32_t a_memory::allocate(uint64_t size) {
       return 0;
     heap_used += room;
     address = end();
-    bytes.resize(bytes.size() + room);
+    used += room;
   }
   live.emplace(address, size);
   return address;
