@@ -245,10 +245,16 @@ static bool is_parameter_operand(const an_operand* operand) {
          operand->variant.expr->variant.variable.ptr->is_parameter;
 }
 
+// A smaller argument doesn't reach the end of its slot on the stack.
+static bool fills_slot(const a_type* type) {
+  constexpr uint64_t slot = 4; // bytes
+  return is_error_type(type) || size_of_type(type) >= slot;
+}
+
 bool take_address_of_parameter(an_operand* operand) {
   if (is_error_operand(operand))
     return false;
-  if (in_constant_expr_kind() || !is_parameter_operand(operand)) {
+  if (in_constant_expr_kind() || !is_parameter_operand(operand) || !fills_slot(operand->type)) {
     error_in_operand(ec_bad_va_parmadr, operand);
     return false;
   }

@@ -1,6 +1,6 @@
 // Variable arguments by builtin functions, as <stdarg.h> has them (C99 7.15). A
 // list is a pointer to the next argument; the arguments lie one behind the other,
-// each at its own size.
+// in slots of a multiple of 4 bytes.
 
 #include "declarator.h"
 #include "expr_operator.h"
@@ -41,9 +41,10 @@ static bool comma_follows(an_operand* result) {
   return false;
 }
 
-static an_expr_node* size_node(a_type* type) {
+static an_expr_node* slot_size_node(a_type* type) {
+  constexpr uint64_t slot = 4;
   an_operand size;
-  make_size_operand(size_of_type(type), &size);
+  make_size_operand((size_of_type(type) + slot - 1) / slot * slot, &size);
   return make_node_from_operand(&size);
 }
 
@@ -82,7 +83,7 @@ void scan_va_start(an_operand* function, an_operand* result) {
     return;
   }
   an_expr_node* address = cast_node(prvalue_type(list.type), make_node_from_operand(&last));
-  address->next = size_node(type);
+  address->next = slot_size_node(type);
   make_list_assignment(&list, make_operator_node(eok_pointer_add, address->type, address), result);
 }
 
@@ -123,8 +124,8 @@ void scan_va_arg(an_operand*, an_operand* result) {
     return;
   }
   an_expr_node* next =
-      make_assignment_expr(list.variant.expr, eok_pointer_add_assign, size_node(type));
-  next->next = size_node(type);
+      make_assignment_expr(list.variant.expr, eok_pointer_add_assign, slot_size_node(type));
+  next->next = slot_size_node(type);
   an_expr_node* argument = make_operator_node(eok_pointer_subtract, next->type, next);
   make_expression_operand(cast_node(make_pointer_type(type), argument), result);
   rule_out_expr_kinds(rule_out_constant, result);

@@ -13,4 +13,8 @@ int f(int a, ...) {
   p = __va_parmadr(a + 1);
   return *p;
 }
-// CHECK: 3 errors detected
+int small(char a, ...) {
+  // CHECK: line [[@LINE+1]]: error: the argument of __va_parmadr must be a parameter of the current function
+  return *(int *)__va_parmadr(a);
+}
+// CHECK: 4 errors detected

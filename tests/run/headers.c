@@ -1,6 +1,8 @@
 /*
 RUN: %krtparse --c99 --include_directory=%S/../../include --i_output_file=%t.if %s
 RUN: %ifrun %t.if | %FileCheck %s
+RUN: %krtparse --c99 --no_gcc --include_directory=%S/../../include --i_output_file=%t.if %s
+RUN: %ifrun %t.if | %FileCheck %s
 RUN: %krtparse --c11 --strict --include_directory=%S/../../include --no_code_gen %s
 RUN: %krtparse --gcc --include_directory=%S/../../include --no_code_gen %s
 */
