@@ -21,6 +21,7 @@ an_expr_node* scan_integer_expression() {
   scan_expr(&operand, nullptr, lev_none, sef_controlling_expression);
   do_operand_transformations(&operand, ot_all);
   check_integral_or_enum_operand(&operand);
+  promote_operand(&operand);
   an_expr_node* node = finish_full_expression(&operand);
   end_full_expression(&full, &operand);
   return node;
@@ -53,6 +54,7 @@ an_expr_node* make_condition_value_expression(a_variable* variable, bool is_swit
   if (is_switch) {
     do_operand_transformations(&operand, ot_all);
     check_integral_or_enum_operand(&operand);
+    promote_operand(&operand);
   } else {
     check_boolean_controlling_expr(&operand);
     cast_operand(boolean_result_type(), &operand, true);

@@ -147,17 +147,38 @@ void gen_zero_behind(an_expr_node* argument) {
   gen_expr(make_comma_node(copy, node_for_integer_constant(0, ik_int)));
 }
 
+// A function called by its name needs no address.
+void gen_callee(a_routine* routine, an_expr_node* callee) {
+  if (routine == nullptr)
+    return gen_expr(callee);
+  hooks->expression(callee);
+  gen_name(routine->type, referenced_routine_symbol(routine));
+}
+
+// A builtin that is called as a function, with the arguments of a builtin.
+void gen_real_call(a_routine* routine, const an_expr_node* call) {
+  an_expr_node* callee = call->variant.operation.operands;
+  gen_node(callee->next == nullptr ? ifop_UCALL : ifop_CALL, call->type);
+  gen_callee(routine, callee);
+  gen_builtin_arguments(routine, callee->next);
+}
+
 // True when the call was written.
 bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
   int64_t code = builtin_code_of(routine);
   an_expr_node* arguments = call->variant.operation.operands->next;
-  for (const a_builtin_opcode& row : builtin_opcodes)
-    if (row.code == code)
-      return gen_node_of_builtin(routine, call, row.opcode), true;
+  for (const a_builtin_opcode& row : builtin_opcodes) {
+    if (row.code != code)
+      continue;
+    gen_node_of_builtin(routine, call, row.opcode);
+    return true;
+  }
   if (is_target_builtin(code)) {
     if (routine->real_call)
-      return false;
-    return gen_call_by_name(routine, call), true;
+      gen_real_call(routine, call);
+    else
+      gen_call_by_name(routine, call);
+    return true;
   }
   switch (code) {
   case bc_library_function:
@@ -176,6 +197,36 @@ bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
   return true;
 }
 
+// ---- Pointers of word-mode functions ----
+
+// Whether a function that works in word mode is called from byte mode: its
+// pointers count words.
+bool counts_words(const a_routine* routine) {
+  if (!targ_byte_mode || routine == nullptr)
+    return false;
+  for (const a_pragma* pragma = find_assoc_pragma(routine, nullptr); pragma != nullptr;
+       pragma = find_assoc_pragma(routine, pragma))
+    if (pragma->tool_kind == ifpk_WORD_MODE_FUNC && !pragma->is_disabled)
+      return true;
+  return false;
+}
+
+bool is_shifted_pointer(const a_type* type) {
+  return is_pointer_type(type) && !is_pointer_to_function_type(type);
+}
+
+// The shift of a pointer, which follows, by the count behind it.
+void gen_pointer_shift(an_if_opcode opcode, a_type* pointer) {
+  a_type* integer = integer_type_of_pointer(type_pointed_to(pointer));
+  gen_conversion_if_needed(integer, pointer);
+  gen_node(opcode, integer);
+  gen_conversion_if_needed(pointer, integer);
+}
+
+void gen_shift_count() {
+  gen_lcon(integer_type(ik_int), 1);
+}
+
 // ---- Ordinary calls ----
 
 // The number of arguments from the last named one on, when the function takes
@@ -189,11 +240,7 @@ uint32_t variable_argument_count(const a_type* function, size_t arguments) {
   return params == 0 || arguments + 1 < params ? 0 : static_cast<uint32_t>(arguments - params + 1);
 }
 
-void gen_argument(an_expr_node* argument) {
-  if (is_passed_by_ref_type(argument->type))
-    gen_node(ifop_ARGREF, make_pointer_type(argument->type));
-  else if (is_class_object(argument->type))
-    gen_node(ifop_STARG, argument->type);
+void gen_argument_value(an_expr_node* argument) {
   if (!is_operation_node(argument, eok_cast))
     return gen_expr(argument);
   an_expr_node* operand = argument->variant.operation.operands;
@@ -203,18 +250,39 @@ void gen_argument(an_expr_node* argument) {
   gen_expr(operand);
 }
 
-void gen_ordinary_call(an_expr_node* call) {
+void gen_argument(an_expr_node* argument, bool callee_counts_words) {
+  bool is_by_ref = is_passed_by_ref_type(argument->type);
+  a_type* passed_type = is_by_ref ? make_pointer_type(argument->type) : argument->type;
+  bool is_shifted = callee_counts_words && is_shifted_pointer(passed_type);
+  if (is_shifted)
+    gen_pointer_shift(ifop_SRL, passed_type);
+  if (is_by_ref)
+    gen_node(ifop_ARGREF, passed_type);
+  else if (is_class_object(argument->type))
+    gen_node(ifop_STARG, argument->type);
+  gen_argument_value(argument);
+  if (is_shifted)
+    gen_shift_count();
+}
+
+void gen_ordinary_call(a_routine* routine, an_expr_node* call) {
   an_expr_node* callee = call->variant.operation.operands;
   an_expr_node* arguments = callee->next;
   size_t count = list_length(arguments);
+  bool callee_counts_words = counts_words(routine);
+  bool is_shifted = callee_counts_words && is_shifted_pointer(call->type);
+  if (is_shifted)
+    gen_pointer_shift(ifop_SLL, call->type);
   NODE node(arguments == nullptr ? ifop_UCALL : ifop_CALL, tp_type(call->type, tpm_lowered));
   if (arguments != nullptr)
     node.value.integer = variable_argument_count(callee_type(callee), count);
   gen_file->if_write_expr_node(&node);
-  gen_expr(callee);
+  gen_callee(routine, callee);
   gen_void_nodes(ifop_COMMA, count == 0 ? 0 : count - 1);
   for (an_expr_node* argument = arguments; argument != nullptr; argument = argument->next)
-    gen_argument(argument);
+    gen_argument(argument, callee_counts_words);
+  if (is_shifted)
+    gen_shift_count();
   hooks->function_call(call);
 }
 
@@ -230,5 +298,5 @@ void gen_call(an_expr_node* call) {
     routine->special_data.builtin_code = 0;
   if (builtin_code_of(routine) != 0 && gen_builtin_call(routine, call))
     return;
-  gen_ordinary_call(call);
+  gen_ordinary_call(routine, call);
 }

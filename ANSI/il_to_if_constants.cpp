@@ -56,18 +56,9 @@ uint64_t flattened_scalar_count(const a_type* type) {
 
 // ---- Integers and strings ----
 
-// The integer type of the size of a pointer to the type.
-a_type* integer_type_of_pointer_size(const a_type* pointed) {
-  uint64_t size = size_of_pointer_to(pointed, nullptr);
-  for (int kind : {ik_unsigned_char, ik_unsigned_short, ik_unsigned_int})
-    if (integer_type(kind)->size >= size)
-      return integer_type(kind);
-  return integer_type(ik_unsigned_long_long);
-}
-
 void gen_integer(const a_constant* constant, a_type* type) {
   if (is_cast(constant) && type_kind(type) == tk_pointer)
-    type = integer_type_of_pointer_size(type_pointed_to(type));
+    type = integer_type_of_pointer(type_pointed_to(type));
   gen_lcon(type, constant->value.int_value);
 }
 
@@ -231,6 +222,10 @@ void gen_aggregate(const a_constant* constant, const a_type* expected) {
 }
 
 } // namespace
+
+bool is_empty_aggregate(const a_constant* constant) {
+  return constant->kind == con_aggregate && constant->value.aggregate.first == nullptr;
+}
 
 void gen_constant(a_constant* constant, a_type* expected) {
   check_stack_limit();

@@ -51,9 +51,7 @@ const a_parameter_copy* find_parameter_copy(const a_variable* parameter) {
 
 static void gen_initial_data(a_variable* variable, an_init_kind kind,
                              const an_initializer& initializer) {
-  bool is_empty = kind == initk_constant && initializer.constant->kind == con_aggregate &&
-                  initializer.constant->value.aggregate.first == nullptr;
-  if (is_empty)
+  if (kind == initk_constant && is_empty_aggregate(initializer.constant))
     kind = initk_zero;
   hooks->variable_initialization(variable, kind, &initializer);
   if (kind != initk_constant)

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "const_ints.h"
 #include "error.h"
 #include "il_alloc.h"
 #include "il_to_if_int.h"
@@ -82,6 +83,12 @@ void gen_conversion_if_needed(a_type* from, a_type* to) {
 
 bool is_class_object(a_type* type) {
   return is_class_struct_union_type(type) && !scalar_csu(type);
+}
+
+a_type* integer_type_of_pointer(const a_type* pointed) {
+  uint32_t alignment = 0;
+  uint64_t size = size_of_pointer_to(pointed, &alignment);
+  return integer_type(int_kind_for_size_and_alignment(size, alignment, false));
 }
 
 an_if_opcode assignment_opcode(a_type* type) {
@@ -478,6 +485,8 @@ static void gen_operation(an_expr_node* expr, a_type* result) {
     return gen_glvalue_cast(expr, result);
   case eok_negate:
     return gen_unary(ifop_UMINUS, result, expr);
+  case eok_unary_plus:
+    return gen_expr(left_of(expr), result);
   case eok_complement:
     return gen_unary(ifop_NOTB, result, expr);
   case eok_not:

@@ -115,6 +115,8 @@ void gen_ptr_arith(an_if_opcode opcode, a_type* result, an_expr_node* pointer,
                    an_expr_node* integer);
 // The warning about an int operation whose result is converted to a wider type.
 void check_int_portability(const an_expr_node* operand, a_type* target);
+// The unsigned integer type of the size of a pointer to the type.
+a_type* integer_type_of_pointer(const a_type* pointed);
 // ASG, STASG or ARASG for an object of a type.
 an_if_opcode assignment_opcode(a_type* type);
 // No complex or extended floating value is written yet; one message in a file
@@ -137,6 +139,8 @@ void float_constant_remark(const an_expr_node* expr);
 // Writes a constant of an expression or an initialiser. An aggregate is the
 // sequence of its scalars; `expected` is the type of the object.
 void gen_constant(a_constant* constant, a_type* expected);
+// Whether a constant is an aggregate that gives no part of it a value.
+bool is_empty_aggregate(const a_constant* constant);
 // The type by which a bit-field is read and written, with the qualifiers of
 // `expected`.
 a_type* bit_field_type(const a_field* field, a_type* expected);

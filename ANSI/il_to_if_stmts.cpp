@@ -6,7 +6,6 @@
 #include <string>
 
 #include "error.h"
-#include "float_pt.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "il_to_if_int.h"
@@ -89,7 +88,7 @@ void gen_return(a_statement* statement) {
 
 // ---- Blocks ----
 
-void open_block(a_statement* statement, a_scope* scope) {
+void open_block(a_scope* scope) {
   gen_level++;
   gen_file->if_write_begin_block(gen_position);
   gen_scope = scope;
@@ -97,8 +96,6 @@ void open_block(a_statement* statement, a_scope* scope) {
   gen_locals(scope);
   gen_file->if_write_end_locals(gen_position);
   gen_zero_fills(scope);
-  if (statement->position.seq != 0)
-    gen_block = statement;
 }
 
 void close_block(const a_source_position& end_position) {
@@ -114,7 +111,9 @@ void gen_block_statement(a_statement* statement) {
   a_scope* outer_scope = gen_scope;
   a_statement* outer_block = gen_block;
   if (has_bracket)
-    open_block(statement, scope);
+    open_block(scope);
+  if (statement->position.seq != 0)
+    gen_block = statement;
   for (a_statement* item = statement->variant.block.first_statement; item != nullptr;
        item = item->next)
     gen_statement(item);
@@ -357,31 +356,28 @@ bool is_zero_string(const a_constant* constant) {
   return std::all_of(string.text, string.text + string.length, [](char c) { return c == 0; });
 }
 
-// Whether all bytes of the object are zero. Only what is certain counts.
-bool is_zero_data(const a_constant* constant) {
-  check_stack_limit();
-  switch (constant->kind) {
-  case con_integer:
-    return constant->value.int_value == 0;
-  case con_float:
-    return fp_is_zero_constant(constant) && !fp_is_negative(&constant->value.float_value);
-  case con_string:
-    return is_zero_string(constant);
-  case con_repeat:
-    return is_zero_data(constant->value.repeat.element);
-  case con_aggregate:
-    for (const a_constant* item = constant->value.aggregate.first; item != nullptr;
-         item = item->next)
-      if (item->kind != con_designator && !is_zero_data(item))
-        return false;
-    return true;
-  default:
+bool is_zero_entry(const a_constant* entry) {
+  if (entry->kind == con_repeat)
+    entry = entry->value.repeat.element;
+  return entry->kind == con_integer && entry->value.int_value == 0;
+}
+
+// Whether a call that clears the object is all of its initialisation: bytes that
+// are zero, or an aggregate of integers that are.
+bool is_zero_data(const a_constant* constant, const a_type* type) {
+  if (constant->kind == con_string)
+    return size_of_type(array_element_type(f_skip_typerefs(type))) == 1 && is_zero_string(constant);
+  if (constant->kind != con_aggregate)
     return false;
-  }
+  for (const a_constant* entry = constant->value.aggregate.first; entry != nullptr;
+       entry = entry->next)
+    if (!is_zero_entry(entry))
+      return false;
+  return true;
 }
 
 void gen_aggregate_init(a_variable* variable, a_constant* constant, an_if_opcode opcode) {
-  if (is_zero_data(constant)) {
+  if (is_zero_data(constant, variable->type)) {
     gen_zero_fill(variable);
     return;
   }
@@ -398,9 +394,10 @@ void gen_init(a_statement* statement) {
   hooks->dynamic_variable_initialization(init);
   if (init->kind < dik_constant || variable == nullptr)
     return;
+  // A class that stands for its scalar may have no value of its own.
   bool is_constant = init->kind == dik_constant || init->kind == dik_nonconstant_aggregate;
   an_if_opcode opcode = assignment_opcode(variable->type);
-  if (is_constant && opcode != ifop_ASG) {
+  if (is_constant && (opcode != ifop_ASG || is_empty_aggregate(init->variant.constant))) {
     gen_aggregate_init(variable, init->variant.constant, opcode);
     return;
   }

@@ -176,10 +176,6 @@ static void note_entity(an_error_code code, const a_source_correspondence* entit
   pos_sy_diagnostic(es_warning, code, &entity->position, entity->symbol);
 }
 
-static bool is_empty_aggregate(const a_constant* constant) {
-  return constant->kind == con_aggregate && constant->value.aggregate.first == nullptr;
-}
-
 static bool noinit_suits_initializer(const a_variable* variable) {
   if (variable->init_kind != initk_constant && variable->init_kind != initk_dynamic)
     return true;

@@ -37,3 +37,16 @@ int no_case(int n) {
   }
   return n;
 }
+
+// The selector is promoted, and the values of the cases with it.
+// CHECK: begin_func promoted
+// CHECK: (SWITCH:int 2 (SCONV:int (NAME:unsigned char %c)) (COMMA:void (CASE:int (LCON:int -1) {{.*}}) (CASE:int (LCON:int 255)
+int promoted(unsigned char c) {
+  switch (c) {
+  case -1:
+    return 1;
+  case 255:
+    return 2;
+  }
+  return 0;
+}
