@@ -44,6 +44,8 @@ void end_symbols();
 // Symbols live until the end of the stage.
 SYMTAB* new_symbol();
 SYMTAB* routine_symbol(a_routine* routine);
+// The name of a routine in the file; a nameless one gets a name that it keeps.
+std::string routine_name(a_routine* routine);
 // The symbol of a variable, made at the first request; `index` as for sym_name.
 SYMTAB* variable_symbol(a_variable* variable, unsigned index = 0);
 // The same for use in an expression: what isn't in a table yet is entered.

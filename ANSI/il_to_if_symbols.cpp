@@ -83,7 +83,7 @@ const char* sym_name(a_source_correspondence* entity, unsigned index) {
   return keep_name(entity, "$P$PE$" + std::to_string(index) + "$" + entity->name);
 }
 
-static std::string routine_name(a_routine* routine) {
+std::string routine_name(a_routine* routine) {
   const a_routine_gnu_supplement* gnu = routine->gnu_supplement;
   if (gnu != nullptr && gnu->asm_name != nullptr)
     return gnu->asm_name;

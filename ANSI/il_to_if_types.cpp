@@ -2,11 +2,13 @@
 
 #include <deque>
 
+#include "const_ints.h"
 #include "error.h"
 #include "il.h"
 #include "il_to_if_int.h"
 #include "mode_words.h"
 #include "stack_limit.h"
+#include "symbol_tbl.h"
 #include "target.h"
 
 bool scalar_csu(const a_type* type) {
@@ -214,6 +216,62 @@ void add_field(TYPE* csu, a_field* field, int mode) {
   field->file_member = &field_refs.back();
 }
 
+// ---- What only the class as written has ----
+
+void add_scope_members(TYPE* csu, const a_scope* scope) {
+  for (a_variable* member = scope->variables; member != nullptr; member = member->next)
+    csu->add_sdata(new fkSDATA(tp_type(member->type, tpm_source),
+                               sym_name(&member->source_corresp, 0),
+                               access_type(member->source_corresp.access)));
+  for (a_routine* member = scope->routines; member != nullptr; member = member->next) {
+    constexpr int not_virtual = -1;
+    int index = member->virtual_function_index == no_virtual_function_index
+                    ? not_virtual
+                    : member->virtual_function_index;
+    csu->add_mfunc(new fkMFUNC(tp_type(member->type, tpm_source), routine_name(member).c_str(),
+                               access_type(member->source_corresp.access), index));
+  }
+}
+
+void add_base_classes(TYPE* csu, const a_base_class* base) {
+  for (; base != nullptr; base = base->next)
+    if (base->is_direct)
+      csu->add_bclass(new fkBCLASS(tp_type(base->type, tpm_source),
+                                   static_cast<int32_t>(bits(base->offset)),
+                                   access_type(base->access), base->is_virtual));
+}
+
+void add_friends(TYPE* csu, const a_class_type_supplement& supplement) {
+  for (const a_routine_list_entry* entry = supplement.friend_routines; entry != nullptr;
+       entry = entry->next)
+    csu->add_ffriend(new fkFFRIEND(routine_name(entry->routine).c_str(),
+                                   tp_type(entry->routine->type, tpm_source)));
+  for (const a_class_list_entry* entry = supplement.friends; entry != nullptr; entry = entry->next)
+    csu->add_cfriend(new fkTYPE_ELEM(tp_type(entry->class_type, tpm_source)));
+}
+
+void add_template_args(TYPE* csu, const a_template_arg* arg) {
+  for (; arg != nullptr; arg = arg->next)
+    if (arg->kind == tak_type)
+      csu->add_param(new fkPARAM(tp_type(arg->value.type, tpm_source), pk_type_argument, ""));
+    else if (arg->kind == tak_constant)
+      csu->add_param(new fkPARAM(tp_type(arg->value.constant->type, tpm_source), pk_value_argument,
+                                 arg->value.constant->kind == con_integer
+                                     ? str_for_integer_constant(arg->value.constant)
+                                     : ""));
+    else if (arg->kind == tak_template)
+      csu->add_param(new fkPARAM(type_pkg->void_type, pk_template_argument,
+                                 arg->value.template_symbol->header->identifier));
+}
+
+void add_source_lists(TYPE* csu, const a_class_type_supplement& supplement) {
+  if (supplement.scope != nullptr)
+    add_scope_members(csu, supplement.scope);
+  add_base_classes(csu, supplement.base_classes);
+  add_friends(csu, supplement);
+  add_template_args(csu, supplement.template_args);
+}
+
 TYPE* make_csu(a_type* type) {
   const a_class_type_variant& variant = type->variant.class_struct_union;
   const char* name = declared_type_name(type);
@@ -239,6 +297,9 @@ TYPE* csu_file_type(a_type* type, int mode) {
   for (a_field* field = next_initializable_field(type->variant.class_struct_union.fields);
        field != nullptr; field = next_initializable_field(field->next))
     add_field(result, field, mode);
+  const a_class_type_supplement* supplement = type->variant.class_struct_union.class_supplement;
+  if (mode == tpm_source && supplement != nullptr)
+    add_source_lists(result, *supplement);
   type_pkg->type_frozen(result);
   return result;
 }
