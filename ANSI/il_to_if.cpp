@@ -28,7 +28,6 @@ std::vector<OPTION_SET> icode_optlist;
 namespace {
 
 constexpr size_t command_comment_limit = 511;
-constexpr uint8_t pragma_of_file = 2;
 
 PSN position_storage;
 std::string unit_name;
@@ -215,7 +214,7 @@ void back_end() {
   for (const OPTION_SET& set : icode_optlist)
     gen_file->if_enter_option_set(set);
   gen_override_of_unit();
-  gen_pragmas(gen_scope->pragmas, nullptr, pragma_of_file);
+  gen_pragmas(gen_scope->pragmas, nullptr, placed_at_file);
   prepare_routines();
   enter_routines();
   enter_variables();

@@ -202,11 +202,10 @@ bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
 // Whether a function that works in word mode is called from byte mode: its
 // pointers count words.
 bool counts_words(const a_routine* routine) {
-  if (!targ_byte_mode || routine == nullptr)
+  if (!targ_byte_mode || routine == nullptr || !routine->source_corresp.has_associated_pragma)
     return false;
-  for (const a_pragma* pragma = find_assoc_pragma(routine, nullptr); pragma != nullptr;
-       pragma = find_assoc_pragma(routine, pragma))
-    if (pragma->tool_kind == ifpk_WORD_MODE_FUNC && !pragma->is_disabled)
+  for (const a_pragma* pragma : assoc_pragmas(routine))
+    if (pragma->tool_kind == ifpk_WORD_MODE_FUNC)
       return true;
   return false;
 }

@@ -29,9 +29,6 @@ std::vector<a_parameter_copy> parameter_copies;
 std::map<std::string, unsigned> comdat_statics_of_name;
 bool inline_asm_remark_done;
 
-// Pragmas of a scope or a function, by where they stand.
-enum a_pragma_placement : uint8_t { pp_symbol = 0, pp_function = 1, pp_scope = 2 };
-
 } // namespace
 
 void start_declarations() {
@@ -144,9 +141,8 @@ static void check_memory_bank(const a_variable* variable) {
   if (!variable->source_corresp.has_associated_pragma ||
       !routine_is_interrupt(gen_function_scope->assoc.routine))
     return;
-  for (const a_pragma* pragma = find_assoc_pragma(variable, nullptr); pragma != nullptr;
-       pragma = find_assoc_pragma(variable, pragma))
-    if (pragma->tool_kind == ifpk_DATA_MEM_BANK && !pragma->is_disabled)
+  for (const a_pragma* pragma : assoc_pragmas(variable))
+    if (pragma->tool_kind == ifpk_DATA_MEM_BANK)
       pos_st_error(ec_bad_membank_use, &variable->source_corresp.position,
                    variable->source_corresp.name);
 }
@@ -276,8 +272,8 @@ static void gen_labels(a_scope* scope) {
 
 static void gen_function_body(a_routine* routine, a_scope* scope) {
   if (routine->source_corresp.has_associated_pragma)
-    gen_assoc_pragmas(routine, pp_function);
-  gen_pragmas(scope->pragmas, nullptr, pp_scope);
+    gen_assoc_pragmas(routine, placed_at_symbol_with_operands);
+  gen_pragmas(scope->pragmas, nullptr, placed_at_file);
   gen_copy_assignments();
   gen_zero_fills(scope);
   gen_statement(scope->assoc_statement);

@@ -5,6 +5,8 @@
 #define IL_TO_IF_INT_H
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "if_nodes.h"
 #include "if_symbol.h"
@@ -53,8 +55,8 @@ SYMTAB* referenced_routine_symbol(a_routine* routine);
 SYMTAB* referenced_variable_symbol(a_variable* variable);
 // A number for a symbol of class 22.
 int32_t next_temporary_number();
-// The next pragma of an entity behind `previous`, or the first for null.
-a_pragma* find_assoc_pragma(const void* entity, const a_pragma* previous);
+// The pragmas of an entity that are in force, in their order.
+std::vector<a_pragma*> assoc_pragmas(const void* entity);
 // Writes the pragmas of an entity (null: those of a scope that belong to no
 // entity) with a placement as records of the body.
 void gen_pragmas(a_pragma* list, const void* entity, uint8_t placement);

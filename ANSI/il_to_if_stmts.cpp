@@ -18,7 +18,6 @@ namespace {
 // The enclosing block statement, whose end is the position of destructor calls.
 a_statement* gen_block;
 
-constexpr uint8_t pragma_of_scope = 2, pragma_of_statement = 3;
 constexpr int64_t code_never_executed = 3865;
 
 // ---- Jumps ----
@@ -92,7 +91,7 @@ void open_block(a_scope* scope) {
   gen_level++;
   gen_file->if_write_begin_block(gen_position);
   gen_scope = scope;
-  gen_pragmas(scope->pragmas, nullptr, pragma_of_scope);
+  gen_pragmas(scope->pragmas, nullptr, placed_at_file);
   gen_locals(scope);
   gen_file->if_write_end_locals(gen_position);
   gen_zero_fills(scope);
@@ -174,7 +173,7 @@ void gen_loop_pragma(const a_statement* statement, const a_statement* body) {
 void gen_loop_pragmas(const a_statement* statement, const a_statement* body) {
   gen_loop_pragma(statement, body);
   if (statement->has_associated_pragma)
-    gen_assoc_pragmas(statement, pragma_of_statement);
+    gen_assoc_pragmas(statement, placed_at_statement);
 }
 
 // What runs before each evaluation of a loop's condition.
@@ -478,7 +477,7 @@ void gen_statement(a_statement* statement) {
   if (statement == nullptr || statement->kind == stmk_null)
     return;
   if (statement->has_associated_pragma && !is_loop(statement))
-    gen_assoc_pragmas(statement, pragma_of_statement);
+    gen_assoc_pragmas(statement, placed_at_statement);
   set_statement_position(statement);
   if (statement->expr != nullptr)
     narrow_float_expr(statement->expr, statement->expr->type);

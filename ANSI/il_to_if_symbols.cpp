@@ -8,6 +8,8 @@
 #include <initializer_list>
 #include <map>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "cmd_line.h"
 #include "decl_spec.h"
@@ -32,6 +34,7 @@ struct a_section_entry {
 
 std::deque<SYMTAB> symbols;
 std::map<std::string, a_section_entry> sections;
+std::unordered_map<const void*, std::vector<a_pragma*>> file_pragmas; // by entity
 unsigned function_name_counter;
 unsigned temp_name_counter;
 unsigned local_static_counter;
@@ -40,15 +43,26 @@ bool weak_symbol_remark_done;
 
 } // namespace
 
+// The pragmas of a scope's entities stand in one list. That of the file scope
+// may be long and is looked up by entity.
+static void index_file_pragmas() {
+  for (a_pragma* pragma = il_header.primary_scope->pragmas; pragma != nullptr;
+       pragma = pragma->next)
+    if (pragma->entity_kind != iek_none)
+      file_pragmas[pragma->entity].push_back(pragma);
+}
+
 void start_symbols() {
   function_name_counter = temp_name_counter = local_static_counter = 0;
   local_value_counter = 0;
   weak_symbol_remark_done = false;
+  index_file_pragmas();
 }
 
 void end_symbols() {
   symbols.clear();
   sections.clear();
+  file_pragmas.clear();
 }
 
 SYMTAB* new_symbol() {
@@ -94,25 +108,23 @@ std::string routine_name(a_routine* routine) {
 
 // ---- Pragmas of the IL ----
 
-a_pragma* find_assoc_pragma(const void* entity, const a_pragma* previous) {
-  a_scope* scope = previous == nullptr ? gen_scope : nullptr;
-  a_pragma* pragma = previous == nullptr ? nullptr : previous->next;
-  for (;;) {
-    for (; pragma != nullptr; pragma = pragma->next)
-      if (pragma->entity == entity && pragma->entity_kind != iek_none)
-        return pragma;
-    if (scope == nullptr)
-      return nullptr;
-    pragma = scope->pragmas;
-    scope = scope->parent != nullptr || scope == il_header.primary_scope ? scope->parent
-                                                                         : il_header.primary_scope;
-  }
+std::vector<a_pragma*> assoc_pragmas(const void* entity) {
+  std::vector<a_pragma*> found;
+  for (const a_scope* scope = gen_scope; scope != nullptr && scope != il_header.primary_scope;
+       scope = scope->parent)
+    for (a_pragma* pragma = scope->pragmas; pragma != nullptr; pragma = pragma->next)
+      if (pragma->entity == entity && pragma->entity_kind != iek_none && !pragma->is_disabled)
+        found.push_back(pragma);
+  if (auto entry = file_pragmas.find(entity); entry != file_pragmas.end())
+    for (a_pragma* pragma : entry->second)
+      if (!pragma->is_disabled)
+        found.push_back(pragma);
+  return found;
 }
 
 void gen_assoc_pragmas(const void* entity, uint8_t placement) {
-  for (a_pragma* pragma = find_assoc_pragma(entity, nullptr); pragma != nullptr;
-       pragma = find_assoc_pragma(entity, pragma))
-    if (!pragma->is_disabled && pragma->pragma_object != nullptr && pragma->placement == placement)
+  for (const a_pragma* pragma : assoc_pragmas(entity))
+    if (pragma->pragma_object != nullptr && pragma->placement == placement)
       gen_file->if_write_pragma(pragma->pragma_object);
 }
 
@@ -123,33 +135,24 @@ void gen_pragmas(a_pragma* list, const void* entity, uint8_t placement) {
       gen_file->if_write_pragma(pragma->pragma_object);
 }
 
-// Calls `action` for each pragma of an entity that is in force.
-template <class Action>
-static void for_each_pragma(const a_source_correspondence* entity, Action action) {
-  if (!entity->has_associated_pragma)
-    return;
-  for (a_pragma* pragma = find_assoc_pragma(entity, nullptr); pragma != nullptr;
-       pragma = find_assoc_pragma(entity, pragma))
-    if (!pragma->is_disabled)
-      action(pragma);
+// The same for an entity that tells whether it has any.
+static std::vector<a_pragma*> pragmas_of(const a_source_correspondence* entity) {
+  return entity->has_associated_pragma ? assoc_pragmas(entity) : std::vector<a_pragma*>();
 }
 
 static bool has_pragma(const a_source_correspondence* entity, std::initializer_list<int> kinds) {
-  bool found = false;
-  for_each_pragma(entity, [&](const a_pragma* pragma) {
+  for (const a_pragma* pragma : pragmas_of(entity))
     for (int kind : kinds)
-      found |= pragma->tool_kind == kind;
-  });
-  return found;
+      if (pragma->tool_kind == kind)
+        return true;
+  return false;
 }
 
 static const PRAGMA* pragma_object_of(const a_source_correspondence* entity, int kind) {
-  const PRAGMA* object = nullptr;
-  for_each_pragma(entity, [&](const a_pragma* pragma) {
-    if (object == nullptr && pragma->tool_kind == kind)
-      object = pragma->pragma_object;
-  });
-  return object;
+  for (const a_pragma* pragma : pragmas_of(entity))
+    if (pragma->tool_kind == kind)
+      return pragma->pragma_object;
+  return nullptr;
 }
 
 static const std::string& first_string(const PRAGMA* pragma) {
@@ -240,12 +243,10 @@ static void add_option_override(SYMTAB* symbol, const a_source_correspondence& e
 
 // `variable` is null for a routine.
 static void add_il_pragmas(a_source_correspondence* entity, a_variable* variable, SYMTAB* symbol) {
-  for_each_pragma(entity, [&](const a_pragma* pragma) {
-    constexpr uint8_t belongs_to_symbol = 0;
-    if (pragma->pragma_object != nullptr && pragma->placement == belongs_to_symbol &&
+  for (const a_pragma* pragma : pragmas_of(entity))
+    if (pragma->pragma_object != nullptr && pragma->placement == placed_at_symbol &&
         pragma_is_kept(entity, variable, symbol, pragma))
       symbol->add_pragma(pragma->pragma_object->kind, pragma->pragma_object->strings);
-  });
   if (variable == nullptr)
     symbol->add_pragma(ifpk_SRC_LANGUAGE, {in_cplusplus_mode() ? "C++" : "C"});
   if (entity->is_class_member)

@@ -69,7 +69,6 @@ typedef struct unneeded_struct unneeded_typedef;
 // CHECK-NEXT: param [[FUNCTION]] 21 [[POINTER]] 0 0 ""
 // CHECK-NEXT: param [[FUNCTION]] 21 [[NUMBER]] 0 0 ""
 // CHECK-NEXT: list_trailer [[FUNCTION]] 255 0
-// CHECK-NEXT: pointer {{[0-9]+}} 15 [[FUNCTION]] 16 8
 // An empty list is written too.
 // CHECK-NEXT: function [[USE:[0-9]+]] 20 10 0 1 0 0
 // CHECK-NEXT: list_header [[USE]] 254 0
