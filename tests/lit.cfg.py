@@ -13,7 +13,9 @@ for variable in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
     if variable in os.environ:
         config.environment[variable] = os.environ[variable]
 config.substitutions.append(("%krtparse", os.path.join(config.krt_bin, "krtparse")))
-config.substitutions.append(("%ifdump", os.path.join(config.krt_bin, "ifdump")))
+# A tree on one line is what patterns match best.
+config.substitutions.append(("%ifdump_tree", os.path.join(config.krt_bin, "ifdump")))
+config.substitutions.append(("%ifdump", os.path.join(config.krt_bin, "ifdump --flat")))
 config.substitutions.append(("%ifrun", os.path.join(config.krt_bin, "ifrun")))
 config.substitutions.append(("%FileCheck", config.krt_filecheck))
 config.substitutions.append(("%root", config.krt_source))

@@ -1,5 +1,6 @@
 // ifdump: prints an intermediate file as text, one record a line.
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -53,7 +54,7 @@ const char* access_name(unsigned access) {
 // Prints the contents of a file that was read.
 class a_dumper {
 public:
-  explicit a_dumper(const an_if_file& source) : file(source) {}
+  a_dumper(const an_if_file& source, bool flat) : file(source), trees_are_flat(flat) {}
   void dump();
 
 private:
@@ -74,9 +75,12 @@ private:
 
   std::string symbol_name(const an_if_symbol& symbol) const;
   std::string node_text(const an_if_node& node) const;
-  std::string tree_text(const an_if_node* root) const;
+  std::string flat_tree(const an_if_node* root) const;
+  void dump_tree(const std::string& head, const an_if_node* root);
+  void dump_nodes(const an_if_node* root, int outer_indent);
 
   const an_if_file& file;
+  bool trees_are_flat;
   int indent = 0;
   // How many locals of the current function have a name.
   std::map<std::string_view, unsigned> locals_of_name;
@@ -162,7 +166,7 @@ std::string a_dumper::node_text(const an_if_node& node) const {
 
 // A tree as nested parentheses. The nodes stand in prefix order, so it is
 // enough to remember where the open operators end.
-std::string a_dumper::tree_text(const an_if_node* root) const {
+std::string a_dumper::flat_tree(const an_if_node* root) const {
   std::string text;
   std::vector<const an_if_node*> ends;
   for (const an_if_node* node = root; node != root + root->span; ++node) {
@@ -174,6 +178,36 @@ std::string a_dumper::tree_text(const an_if_node* root) const {
     ends.push_back(node + node->span);
   }
   return text + std::string(ends.size(), ')');
+}
+
+// A tree as one node a line, each operand a step further in than its operator.
+// Past the deepest indentation the depth is told by its number.
+void a_dumper::dump_nodes(const an_if_node* root, int outer_indent) {
+  constexpr size_t deepest = 60;
+  int saved_indent = indent;
+  std::vector<const an_if_node*> ends;
+  for (const an_if_node* node = root; node != root + root->span; ++node) {
+    while (!ends.empty() && ends.back() == node)
+      ends.pop_back();
+    size_t depth = ends.size();
+    indent = outer_indent + static_cast<int>(std::min(depth, deepest));
+    std::string number = depth > deepest ? "[" + std::to_string(depth) + "] " : "";
+    line("%s%s", number.c_str(), node_text(*node).c_str());
+    ends.push_back(node + node->span);
+  }
+  indent = saved_indent;
+}
+
+// A record that holds a tree, or none.
+void a_dumper::dump_tree(const std::string& head, const an_if_node* root) {
+  if (root == nullptr || trees_are_flat) {
+    std::string text = root == nullptr ? "" : flat_tree(root);
+    line("%s%s%s", head.c_str(), head.empty() || text.empty() ? "" : " ", text.c_str());
+    return;
+  }
+  if (!head.empty())
+    line("%s", head.c_str());
+  dump_nodes(root, indent + (head.empty() ? 0 : 1));
 }
 
 // -- Symbols -------------------------------------------------------------------
@@ -240,9 +274,7 @@ void a_dumper::dump_statement(const an_if_statement& statement) {
     line("%s at %s", name, psn(statement.position).c_str());
     break;
   case iftag_expr:
-    line("%s at %s%s%s", name, psn(statement.position).c_str(),
-         statement.expr != nullptr ? " " : "",
-         statement.expr != nullptr ? tree_text(statement.expr).c_str() : "");
+    dump_tree(std::string(name) + " at " + psn(statement.position), statement.expr);
     break;
   case iftag_label:
     line("%s %u", name, statement.label);
@@ -287,8 +319,10 @@ void a_dumper::dump_body() {
 void a_dumper::dump_initializers() {
   for (const an_if_initializer& initializer : file.initializers) {
     line("init %s", std::string(initializer.symbol->name).c_str());
+    ++indent;
     for (const an_if_node* value : initializer.values)
-      line("  %s", tree_text(value).c_str());
+      dump_tree("", value);
+    --indent;
   }
 }
 
@@ -462,17 +496,24 @@ bool dump_raw(const an_if_file& file, const char* path) {
 }
 
 int usage() {
-  std::fputs("usage: ifdump [--raw] FILE\n", stderr);
+  std::fputs("usage: ifdump [--flat] [--raw] FILE\n", stderr);
   return 2;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-  bool raw = argc > 1 && std::strcmp(argv[1], "--raw") == 0;
-  if (argc != (raw ? 3 : 2) || (argv[argc - 1][0] == '-'))
+  bool raw = false, flat = false;
+  int word = 1;
+  for (; word < argc && argv[word][0] == '-'; word++) {
+    bool is_raw = std::strcmp(argv[word], "--raw") == 0;
+    if (!is_raw && std::strcmp(argv[word], "--flat") != 0)
+      return usage();
+    (is_raw ? raw : flat) = true;
+  }
+  if (word != argc - 1)
     return usage();
-  const char* path = argv[argc - 1];
+  const char* path = argv[word];
   an_if_file file;
   an_if_error error;
   std::string bytes;
@@ -488,6 +529,6 @@ int main(int argc, char** argv) {
   }
   if (raw)
     return dump_raw(file, path) ? 0 : 1;
-  a_dumper(file).dump();
+  a_dumper(file, flat).dump();
   return 0;
 }
