@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <sys/mman.h>
 
 int32_t file_scope_region_number;
 int32_t highest_used_region_number;
@@ -43,6 +44,16 @@ a_remembered_allocation* resizable_buffers;
 a_text_buffer* text_buffers;
 
 a_mem_block* free_blocks;
+
+// Blocks are cut from areas that the system is asked to back with huge pages:
+// page by page, a sixth of a long run would go by in faults.
+constexpr uint64_t huge_page_size = 0x200000;
+constexpr uint64_t first_area_size = huge_page_size;
+constexpr uint64_t further_area_size = 16 * huge_page_size;
+a_remembered_allocation* areas;
+char* area_position; // what is left of the last one
+char* area_end;
+
 bool coalescing_is_on = true;
 
 // The mapped temporary file: its length so far, and the number of its bytes in
@@ -114,7 +125,7 @@ char* address_of(a_mem_block* block) {
 
 // The header starts a system allocation, and nothing has been split off it.
 bool is_whole_allocation(a_mem_block* block) {
-  return !block->mapped && block->total_size != 0 &&
+  return !block->mapped && !block->in_area && block->total_size != 0 &&
          block->total_size == static_cast<uint64_t>(block->end - address_of(block));
 }
 
@@ -179,23 +190,51 @@ a_mem_block* take_free_block(uint64_t need, bool small_block) {
   return nullptr;
 }
 
+// Cuts a block's memory off the current area, which is replaced when it is too
+// short; null for a block that is better allocated alone.
+void* cut_from_area(uint64_t size) {
+  if (size > first_area_size / 4)
+    return nullptr;
+  if (size > static_cast<uint64_t>(area_end - area_position)) {
+    // A short run touches the first area only: it isn't worth a huge page.
+    uint64_t area_size = areas == nullptr ? first_area_size : further_area_size;
+    area_position = static_cast<char*>(aligned_alloc(huge_page_size, area_size));
+    if (area_position == nullptr) {
+      area_end = nullptr;
+      return nullptr;
+    }
+    area_end = area_position + area_size;
+    if (areas != nullptr)
+      madvise(area_position, area_size, MADV_HUGEPAGE); // a wish only
+    remember(&areas, area_position, area_size);
+  }
+  char* result = area_position;
+  area_position += size;
+  return result;
+}
+
 void set_up_block(a_mem_block* block, uint64_t size, uint64_t total_size, bool is_mapped) {
   block->first_byte = address_of(block) + sizeof(a_mem_block);
   block->end = address_of(block) + size;
   block->total_size = total_size;
   block->mapped = is_mapped;
+  block->in_area = false;
 }
 
 a_mem_block* new_mem_block(uint64_t size) {
-  bool is_mapped = precompiled_header_processing_required != 0;
   a_mem_block* block;
-  if (is_mapped) {
+  if (precompiled_header_processing_required) {
     size = do_page_alignment(size);
     block = alloc_new_mem_block(size);
-  } else {
-    block = static_cast<a_mem_block*>(checked_malloc(size));
+    set_up_block(block, size, size, true);
+    return block;
   }
-  set_up_block(block, size, size, is_mapped);
+  block = static_cast<a_mem_block*>(cut_from_area(size));
+  bool in_area = block != nullptr;
+  if (!in_area)
+    block = static_cast<a_mem_block*>(checked_malloc(size));
+  set_up_block(block, size, size, false);
+  block->in_area = in_area;
   return block;
 }
 
@@ -218,7 +257,7 @@ void drop_split_blocks(a_mem_block** link) {
 void free_whole_blocks(a_mem_block* block) {
   while (block != nullptr) {
     a_mem_block* next = block->next;
-    if (!block->mapped)
+    if (!block->mapped && !block->in_area)
       free(block);
     block = next;
   }
@@ -236,6 +275,8 @@ void release_all_blocks() {
   }
   free_whole_blocks(free_blocks);
   free_blocks = nullptr;
+  release_remembered(&areas);
+  area_position = area_end = nullptr;
 }
 
 } // namespace

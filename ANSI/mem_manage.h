@@ -20,6 +20,7 @@ struct a_mem_block {
                         // a block split off from inside another
   uint8_t trimmed;      // the tail was given back: the region grows by small blocks
   uint8_t mapped;       // the system allocation is part of the mapped file
+  uint8_t in_area;      // cut from an area of the system's memory, which stays whole
 };
 static_assert(sizeof(a_mem_block) == 48);
 
