@@ -61,6 +61,9 @@ private:
     case wstep_enter:
       enter(item.place, item.kind);
       break;
+    case wstep_fields:
+      enter_fields(item.place, item.kind);
+      break;
     case wstep_leave:
       callbacks.entry(item.place, item.kind);
       break;
@@ -95,8 +98,11 @@ private:
   }
 
   void enter(void* entry, an_il_entry_kind kind) {
-    if (is_to_be_passed_over(entry, kind))
-      return;
+    if (!is_to_be_passed_over(entry, kind))
+      enter_fields(entry, kind);
+  }
+
+  void enter_fields(void* entry, an_il_entry_kind kind) {
     if (callbacks.entry != nullptr)
       steps.push_back({entry, 0, kind, wstep_leave});
     add_in_order([&] { visit_fields(entry, kind, visitor); });

@@ -10,6 +10,7 @@
 
 enum a_walk_step : uint8_t {
   wstep_enter,    // `place` is an entry to visit
+  wstep_fields,   // the same, and the filter has let it pass
   wstep_leave,    // all fields of the entry `place` are done
   wstep_child,    // `place` is a pointer field, to be mapped and followed
   wstep_list,     // `place` is the head or a link of a list
@@ -42,10 +43,12 @@ public:
   template <class T> void child(T*& pointer, an_il_entry_kind kind) {
     if (pointer == nullptr)
       return;
-    if (callbacks.pointer == nullptr)
-      add(pointer, 0, kind, wstep_enter);
-    else
+    if (callbacks.pointer != nullptr)
       add(&pointer, 0, kind, wstep_child);
+    else if (callbacks.filter == nullptr)
+      add(pointer, 0, kind, wstep_enter);
+    else if (!callbacks.filter(pointer, kind)) // most are turned away: no step is made
+      add(pointer, 0, kind, wstep_fields);
   }
 
   // The head of a list; the elements are chained by `next`.

@@ -110,12 +110,16 @@ struct a_source_text {
   size_t mapped_size; // 0 for text on the heap
   const char* start;
   const char* end;
+  const char* next_trigraph; // the first at or behind the line being read, or
+                             // one before it; null: none is left
   a_unique_file_id unique_id;
   a_unicode_source_kind_tag unicode_kind;
   bool may_hold_nul;
-  bool may_hold_trigraph;
   bool is_ascii;
 };
+
+// The first `??c` that stands for a character (C99 5.2.1.1), or null.
+const char* find_trigraph(const char* p, const char* end);
 
 // Reads a file; "-" is standard input. False with the reason in `result`.
 bool open_source_file(const char* name, a_source_text* text, an_open_file_result* result);

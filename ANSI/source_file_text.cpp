@@ -122,6 +122,15 @@ static uint64_t zero_bytes(uint64_t word) {
   return (word - in_all_bytes(1)) & ~word & in_all_bytes(0x80);
 }
 
+const char* find_trigraph(const char* p, const char* end) {
+  while ((p = static_cast<const char*>(memmem(p, static_cast<size_t>(end - p), "??", 2)))) {
+    if (p + 2 < end && strchr("=/'()!<>-", p[2]) != nullptr)
+      return p;
+    p++;
+  }
+  return nullptr;
+}
+
 // What the reader of lines need not look for in this file: one pass, a word at
 // a time.
 static void note_rare_characters(a_source_text* text) {
@@ -135,10 +144,9 @@ static void note_rare_characters(a_source_text* text) {
     nuls |= zero_bytes(word);
     question_marks |= zero_bytes(word ^ in_all_bytes('?'));
   }
-  size_t size = static_cast<size_t>(text->end - text->start);
   text->may_hold_nul = nuls != 0;
   text->is_ascii = (bits & in_all_bytes(0x80)) == 0;
-  text->may_hold_trigraph = question_marks != 0 && memmem(text->start, size, "??", 2) != nullptr;
+  text->next_trigraph = question_marks != 0 ? find_trigraph(text->start, text->end) : nullptr;
 }
 
 static void set_up_text(a_source_text* text, size_t size) {

@@ -157,10 +157,16 @@ static void copy_with_care(const char* p, const char* end) {
   }
 }
 
-static void copy_text(const a_source_text& text, const char* p, const char* end) {
+// Whether a trigraph stands in the line; lines are asked about in their order.
+static bool holds_trigraph(a_source_text* text, const char* p, const char* end) {
+  while (text->next_trigraph != nullptr && text->next_trigraph < p)
+    text->next_trigraph = find_trigraph(text->next_trigraph + 2, text->end);
+  return text->next_trigraph != nullptr && text->next_trigraph < end;
+}
+
+static void copy_text(a_source_text* text, const char* p, const char* end) {
   size_t size = static_cast<size_t>(end - p);
-  if ((text.may_hold_nul && memchr(p, '\0', size) != nullptr) ||
-      (text.may_hold_trigraph && memmem(p, size, "??", 2) != nullptr)) {
+  if ((text->may_hold_nul && memchr(p, '\0', size) != nullptr) || holds_trigraph(text, p, end)) {
     copy_with_care(p, end);
     return;
   }
@@ -206,7 +212,7 @@ static bool read_physical_line() {
   curr_ise->cursor = newline != nullptr ? newline + 1 : text.end;
   while (end > p && end[-1] == '\r')
     end--;
-  copy_text(text, p, end);
+  copy_text(&curr_ise->text, p, end);
   return newline != nullptr;
 }
 

@@ -36,8 +36,8 @@ I_FILE::~I_FILE() {
 bool I_FILE::if_close(bool keep_all_types, bool abandon) {
   if (writing && !abandon)
     finish_sections(keep_all_types);
-  if (writing && (fflush(stream) != 0 || ferror(stream)))
-    note_failure();
+  if (writing)
+    if_flush();
   if (fclose(stream) != 0)
     note_failure();
   bool had_failure = failed;
@@ -75,15 +75,18 @@ void I_FILE::note_failure() {
 }
 
 long I_FILE::if_tell() {
-  return ftell(stream) - base_offset;
+  return written_length + static_cast<long>(pending_length);
 }
 
 void I_FILE::if_seek(long offset) {
+  write_pending();
   if (fseek(stream, offset + base_offset, SEEK_SET) != 0)
     note_failure();
+  written_length = offset;
 }
 
 void I_FILE::if_flush() {
+  write_pending();
   if (fflush(stream) != 0)
     note_failure();
 }

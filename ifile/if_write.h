@@ -177,9 +177,12 @@ private:
 
   void set_up_buffers();
   void grow_buffer();
+  void make_room(size_t count);
   void append(const void* bytes, size_t count);
   void append_byte(unsigned char byte);
   void to_stream(const void* bytes, size_t count);
+  void write_pending();
+  void write_to_stream(const void* bytes, size_t count);
   void write_strings(const std::vector<std::string>& strings);
   void write_ldspec_symbol(const I_SYMTAB* symbol);
   void follow_level(int tag);
@@ -211,8 +214,10 @@ private:
   size_t buffer_capacity = 0;
   char* buffer_end = nullptr;
 
-  // Outlives the stream's closing. Not cleared: most files fill little of it.
-  std::unique_ptr<char[]> stream_buffer;
+  // Finished records that the stream hasn't got yet.
+  std::unique_ptr<char[]> pending;
+  size_t pending_length = 0;
+  long written_length = 0; // what the stream has got, from base_offset on
   mutable uint32_t last_file = 0; // the file of the latest look-up
   // Whether an operation on the stream failed, and errno of the first failure.
   bool failed = false;

@@ -19,7 +19,7 @@ namespace {
 char output_name[PATH_MAX];
 volatile sig_atomic_t output_is_unfinished = 0;
 
-// Records grow by this much, which is also the stream's buffer.
+// Records grow by this much; the file is written in pieces of it.
 constexpr size_t buffer_step = 32768;
 
 } // namespace
@@ -51,9 +51,10 @@ void if_stop(const char* format, ...) {
 }
 
 void I_FILE::set_up_buffers() {
-  // A stream that gets no buffer takes a smaller one of its own.
-  stream_buffer = std::make_unique_for_overwrite<char[]>(buffer_step);
-  setvbuf(stream, stream_buffer.get(), _IOFBF, buffer_step);
+  // Records are gathered here: a call of the stream for each of them would cost
+  // more than their contents.
+  setvbuf(stream, nullptr, _IONBF, 0);
+  pending = std::make_unique_for_overwrite<char[]>(buffer_step);
   grow_buffer();
 }
 
@@ -68,16 +69,20 @@ void I_FILE::grow_buffer() {
   buffer_end = buffer + used;
 }
 
-void I_FILE::append(const void* bytes, size_t count) {
+// Makes sure that `count` bytes fit behind the record.
+inline void I_FILE::make_room(size_t count) {
   while (count > buffer_capacity - (buffer_end - buffer))
     grow_buffer();
+}
+
+void I_FILE::append(const void* bytes, size_t count) {
+  make_room(count);
   memcpy(buffer_end, bytes, count);
   buffer_end += count;
 }
 
 void I_FILE::append_byte(unsigned char byte) {
-  if (buffer_end == buffer + buffer_capacity)
-    grow_buffer();
+  make_room(1);
   *buffer_end++ = static_cast<char>(byte);
 }
 
@@ -101,21 +106,32 @@ void I_FILE::i_write_i32(int value) {
     append_byte(static_cast<unsigned char>(value >> shift));
 }
 
-void I_FILE::i_write_uint(unsigned long value) {
+// The most bytes that a number of 64 bits takes in groups of 7.
+static constexpr size_t max_number_length = 10;
+
+// Stores the number at `end`, where it fits; returns the place behind it.
+static char* store_uint(char* end, unsigned long value) {
   while (value > 0x7F) {
-    append_byte(static_cast<unsigned char>(value | 0x80));
+    *end++ = static_cast<char>(value | 0x80);
     value >>= 7;
   }
-  append_byte(static_cast<unsigned char>(value));
+  *end++ = static_cast<char>(value);
+  return end;
+}
+
+void I_FILE::i_write_uint(unsigned long value) {
+  make_room(max_number_length);
+  buffer_end = store_uint(buffer_end, value);
 }
 
 void I_FILE::i_write_sint(long value) {
+  make_room(max_number_length);
   // The last group's bit 6 is the sign of all that isn't written.
   while (value < -64 || value > 63) {
-    append_byte(static_cast<unsigned char>(value | 0x80));
+    *buffer_end++ = static_cast<char>(value | 0x80);
     value >>= 7;
   }
-  append_byte(static_cast<unsigned char>(value & 0x7F));
+  *buffer_end++ = static_cast<char>(value & 0x7F);
 }
 
 void I_FILE::i_write_string(const char* text, unsigned long count) {
@@ -146,11 +162,10 @@ void I_FILE::i_write_psn(const PSN* psn) {
 }
 
 void I_FILE::i_flush(int tag) {
-  unsigned char tag_byte = static_cast<unsigned char>(tag);
   size_t length = buffer_end - buffer;
-  i_write_uint(length);
-  to_stream(&tag_byte, 1);
-  to_stream(buffer + length, buffer_end - buffer - length);
+  char head[1 + max_number_length];
+  head[0] = static_cast<char>(tag);
+  to_stream(head, store_uint(head + 1, length) - head);
   to_stream(buffer, length);
   buffer_end = buffer;
 }
@@ -160,8 +175,26 @@ void I_FILE::i_write_eof() {
   to_stream(&tag_byte, 1);
 }
 
-// A failed write shows at if_close; the reason is known only now.
 void I_FILE::to_stream(const void* bytes, size_t count) {
+  if (count > buffer_step - pending_length) {
+    write_pending();
+    if (count > buffer_step) {
+      write_to_stream(bytes, count);
+      return;
+    }
+  }
+  memcpy(pending.get() + pending_length, bytes, count);
+  pending_length += count;
+}
+
+void I_FILE::write_pending() {
+  write_to_stream(pending.get(), pending_length);
+  pending_length = 0;
+}
+
+// A failed write shows at if_close; the reason is known only now.
+void I_FILE::write_to_stream(const void* bytes, size_t count) {
   if (fwrite(bytes, 1, count, stream) != count)
     note_failure();
+  written_length += static_cast<long>(count);
 }
