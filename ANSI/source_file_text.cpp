@@ -123,8 +123,8 @@ static uint64_t zero_bytes(uint64_t word) {
 }
 
 const char* find_trigraph(const char* p, const char* end) {
-  while ((p = static_cast<const char*>(memmem(p, static_cast<size_t>(end - p), "??", 2)))) {
-    if (p + 2 < end && strchr("=/'()!<>-", p[2]) != nullptr)
+  while ((p = static_cast<const char*>(memchr(p, '?', static_cast<size_t>(end - p))))) {
+    if (p + 2 < end && p[1] == '?' && strchr("=/'()!<>-", p[2]) != nullptr)
       return p;
     p++;
   }
@@ -136,17 +136,15 @@ const char* find_trigraph(const char* p, const char* end) {
 static void note_rare_characters(a_source_text* text) {
   uint64_t bits = 0;
   uint64_t nuls = 0;
-  uint64_t question_marks = 0;
   for (const char* p = text->start; p < text->end; p += sizeof(uint64_t)) {
     uint64_t word = in_all_bytes(' ');
     memcpy(&word, p, std::min<size_t>(sizeof word, static_cast<size_t>(text->end - p)));
     bits |= word;
     nuls |= zero_bytes(word);
-    question_marks |= zero_bytes(word ^ in_all_bytes('?'));
   }
   text->may_hold_nul = nuls != 0;
   text->is_ascii = (bits & in_all_bytes(0x80)) == 0;
-  text->next_trigraph = question_marks != 0 ? find_trigraph(text->start, text->end) : nullptr;
+  text->next_trigraph = find_trigraph(text->start, text->end);
 }
 
 static void set_up_text(a_source_text* text, size_t size) {

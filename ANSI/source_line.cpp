@@ -12,7 +12,9 @@
 #include "preproc.h"
 #include "source_file.h"
 
+#include <array>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 static constexpr size_t first_line_capacity = 3000;
@@ -350,6 +352,33 @@ static void read_and_list_lines() {
   curr_source_line_is_plain = orig_line_modif_list == nullptr && !holds_multibyte_chars();
 }
 
+// The characters of which no comment, literal, splice or directive is made,
+// whatever stands around them.
+static constexpr std::array<bool, 256> idle_chars = [] {
+  std::array<bool, 256> table = {};
+  for (unsigned char c : std::string_view("\t !&()*+,-.0123456789:;<=>[]^_{|}~"))
+    table[c] = true;
+  for (unsigned char c = 'a'; c <= 'z'; c++)
+    table[c] = table[c - 'a' + 'A'] = true;
+  return table;
+}();
+
+// In a group that is skipped most lines mean nothing: they are counted only.
+static void pass_over_idle_lines() {
+  if (f_raw_listing != nullptr || (generate_pp_output && f_pp_output != nullptr))
+    return;
+  const char* end = curr_ise->text.end;
+  for (;;) {
+    const char* p = curr_ise->cursor;
+    while (p < end && idle_chars[static_cast<unsigned char>(*p)])
+      p++;
+    if (p == end || *p != '\n' || p + 1 == end) // the end of a file is no matter of counting
+      return;
+    count_physical_line();
+    curr_ise->cursor = p + 1;
+  }
+}
+
 bool read_logical_source_line(bool pop_at_eof, bool append) {
   report_pending_backslash();
   at_end_of_source_file = 0;
@@ -364,6 +393,8 @@ bool read_logical_source_line(bool pop_at_eof, bool append) {
     return false;
   }
   flush_pp_output_of_curr_line();
+  if (currently_in_pp_if_skip)
+    pass_over_idle_lines();
   if (leave_ended_files()) {
     curr_seq_number = seq_number_last_read + 1;
     clear_line();
