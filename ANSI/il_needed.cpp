@@ -102,7 +102,9 @@ bool is_scope_of_function_body(const a_scope* scope) {
 bool mark_filter(void* entry, an_il_entry_kind kind) {
   if (kind == iek_il_entity_list_entry)
     return true; // says what a declaration declares, which is no use of it
-  a_source_correspondence* head = source_corresp_for_il_entry(entry, kind);
+  // Most entries are expressions.
+  a_source_correspondence* head =
+      kind == iek_expr_node ? nullptr : source_corresp_for_il_entry(entry, kind);
   bool was_needed = head == nullptr || !marking.sets_needed || head->needed;
   if (head != nullptr && marking.sets_needed)
     head->needed = 1;

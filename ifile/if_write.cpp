@@ -20,7 +20,7 @@ I_FILE* if_create(FILE* output, TYPE_PKG* type_pkg, const char* trans_unit_name)
 
 I_FILE::I_FILE(FILE* output, TYPE_PKG* types, const char* unit_name)
     : trans_unit_name(unit_name), stream(output), type_pkg(types) {
-  set_up_buffers();
+  set_up_buffer();
   if_write_magic();
 }
 
@@ -75,18 +75,18 @@ void I_FILE::note_failure() {
 }
 
 long I_FILE::if_tell() {
-  return written_length + static_cast<long>(pending_length);
+  return written_length + static_cast<long>(record_start);
 }
 
 void I_FILE::if_seek(long offset) {
-  write_pending();
+  write_finished_records();
   if (fseek(stream, offset + base_offset, SEEK_SET) != 0)
     note_failure();
   written_length = offset;
 }
 
 void I_FILE::if_flush() {
-  write_pending();
+  write_finished_records();
   if (fflush(stream) != 0)
     note_failure();
 }

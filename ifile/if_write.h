@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <list>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -175,14 +174,13 @@ private:
   void if_write_expr_pval(BASE_NODE* node);
   void write_expr_operand(BASE_NODE* node);
 
-  void set_up_buffers();
+  void set_up_buffer();
   void grow_buffer();
   void make_room(size_t count);
   void append(const void* bytes, size_t count);
   void append_byte(unsigned char byte);
-  void to_stream(const void* bytes, size_t count);
-  void write_pending();
-  void write_to_stream(const void* bytes, size_t count);
+  void begin_record();
+  void write_finished_records();
   void write_strings(const std::vector<std::string>& strings);
   void write_ldspec_symbol(const I_SYMTAB* symbol);
   void follow_level(int tag);
@@ -209,15 +207,14 @@ private:
   int32_t level = 0;
   std::vector<I_SYMTAB*> locals;
   std::vector<I_SYMTAB*> globals;
-  // The record under construction.
+  // Finished records that the stream hasn't got yet, and behind them, from
+  // record_start on, the record under construction.
   char* buffer = nullptr;
   size_t buffer_capacity = 0;
   char* buffer_end = nullptr;
+  size_t record_start = 0;
 
-  // Finished records that the stream hasn't got yet.
-  std::unique_ptr<char[]> pending;
-  size_t pending_length = 0;
-  long written_length = 0; // what the stream has got, from base_offset on
+  long written_length = 0;        // what the stream has got, from base_offset on
   mutable uint32_t last_file = 0; // the file of the latest look-up
   // Whether an operation on the stream failed, and errno of the first failure.
   bool failed = false;

@@ -19,8 +19,11 @@ namespace {
 char output_name[PATH_MAX];
 volatile sig_atomic_t output_is_unfinished = 0;
 
-// Records grow by this much; the file is written in pieces of it.
+// The buffer grows by this much; the file is written in pieces of at least it.
 constexpr size_t buffer_step = 32768;
+
+// Tag and length of a record that is shorter than 128 bytes, as nearly all are.
+constexpr size_t short_head_length = 2;
 
 } // namespace
 
@@ -50,15 +53,15 @@ void if_stop(const char* format, ...) {
   exit(1);
 }
 
-void I_FILE::set_up_buffers() {
+void I_FILE::set_up_buffer() {
   // Records are gathered here: a call of the stream for each of them would cost
   // more than their contents.
   setvbuf(stream, nullptr, _IONBF, 0);
-  pending = std::make_unique_for_overwrite<char[]>(buffer_step);
   grow_buffer();
+  begin_record();
 }
 
-// Makes room for one more step of the record under construction.
+// Makes room for one more step.
 void I_FILE::grow_buffer() {
   size_t used = buffer_end - buffer;
   char* grown = static_cast<char*>(realloc(buffer, buffer_capacity + buffer_step));
@@ -67,6 +70,15 @@ void I_FILE::grow_buffer() {
   buffer = grown;
   buffer_capacity += buffer_step;
   buffer_end = buffer + used;
+}
+
+// The head of a record is known when its body is complete.
+void I_FILE::begin_record() {
+  record_start = buffer_end - buffer;
+  if (record_start >= buffer_step)
+    write_finished_records();
+  make_room(short_head_length);
+  buffer_end += short_head_length;
 }
 
 // Makes sure that `count` bytes fit behind the record.
@@ -162,39 +174,33 @@ void I_FILE::i_write_psn(const PSN* psn) {
 }
 
 void I_FILE::i_flush(int tag) {
-  size_t length = buffer_end - buffer;
+  size_t length = buffer_end - buffer - record_start - short_head_length;
   char head[1 + max_number_length];
   head[0] = static_cast<char>(tag);
-  to_stream(head, store_uint(head + 1, length) - head);
-  to_stream(buffer, length);
-  buffer_end = buffer;
+  size_t head_length = store_uint(head + 1, length) - head;
+  if (head_length > short_head_length) {
+    make_room(head_length - short_head_length);
+    char* body = buffer + record_start + short_head_length;
+    memmove(buffer + record_start + head_length, body, length);
+    buffer_end += head_length - short_head_length;
+  }
+  memcpy(buffer + record_start, head, head_length);
+  begin_record();
 }
 
 void I_FILE::i_write_eof() {
-  unsigned char tag_byte = iftag_eof;
-  to_stream(&tag_byte, 1);
-}
-
-void I_FILE::to_stream(const void* bytes, size_t count) {
-  if (count > buffer_step - pending_length) {
-    write_pending();
-    if (count > buffer_step) {
-      write_to_stream(bytes, count);
-      return;
-    }
-  }
-  memcpy(pending.get() + pending_length, bytes, count);
-  pending_length += count;
-}
-
-void I_FILE::write_pending() {
-  write_to_stream(pending.get(), pending_length);
-  pending_length = 0;
+  buffer[record_start] = static_cast<char>(iftag_eof);
+  buffer_end = buffer + record_start + 1;
+  begin_record();
 }
 
 // A failed write shows at if_close; the reason is known only now.
-void I_FILE::write_to_stream(const void* bytes, size_t count) {
-  if (fwrite(bytes, 1, count, stream) != count)
+void I_FILE::write_finished_records() {
+  if (fwrite(buffer, 1, record_start, stream) != record_start)
     note_failure();
-  written_length += static_cast<long>(count);
+  written_length += static_cast<long>(record_start);
+  size_t rest = buffer_end - buffer - record_start;
+  memmove(buffer, buffer + record_start, rest);
+  buffer_end = buffer + rest;
+  record_start = 0;
 }
