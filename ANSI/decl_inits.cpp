@@ -1,5 +1,5 @@
-// Initialisers of declared variables: from tokens to components, and from the
-// value to the variable.
+// Initialisers of declared variables: the forms that they have, and what
+// becomes of the value.
 
 #include "decl_inits.h"
 
@@ -9,165 +9,76 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "il_statements.h"
+#include "interpret.h"
 #include "lexical.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
-#include "stack_limit.h"
 #include "statements.h"
 #include "types.h"
-
-// ---- Components ----
-
-static an_init_component* avail_init_components;
-
-an_init_component* alloc_init_component(an_init_component_kind kind) {
-  an_init_component* component = avail_init_components;
-  if (component)
-    avail_init_components = component->next;
-  else
-    component = static_cast<an_init_component*>(alloc_in_region(0, sizeof *component));
-  component->next = nullptr;
-  component->kind = kind;
-  component->parenthesized = false;
-  component->variant.designator = {};
-  return component;
-}
-
-void free_init_component_list(an_init_component* list) {
-  check_stack_limit();
-  while (an_init_component* component = list) {
-    list = component->next;
-    if (component->kind == ick_braced_list)
-      free_init_component_list(component->variant.braced.first);
-    component->next = avail_init_components;
-    avail_init_components = component;
-  }
-}
-
-a_source_position init_component_pos(const an_init_component* component) {
-  switch (component->kind) {
-  case ick_expression:
-    return component->variant.operand.position;
-  case ick_braced_list:
-    return component->variant.braced.start_position;
-  default:
-    return component->variant.designator.position;
-  }
-}
-
-static a_constant* scan_index() {
-  a_constant index;
-  scan_integral_constant_expression(&index);
-  return index.kind == con_integer ? alloc_unshared_constant(&index) : nullptr;
-}
-
-static an_init_component* scan_index_designator() {
-  an_init_component* component = alloc_init_component(ick_designator);
-  component->variant.designator.position = pos_curr_token;
-  get_token();
-  add_stop_token(tok_rbracket);
-  component->variant.designator.index = scan_index();
-  if (curr_token == tok_ellipsis && gnu_mode) {
-    get_token();
-    component->variant.designator.range_end = scan_index();
-  }
-  remove_stop_token(tok_rbracket);
-  required_token(tok_rbracket, ec_exp_rbracket);
-  return component;
-}
-
-static an_init_component* scan_field_designator() {
-  an_init_component* component = alloc_init_component(ick_designator);
-  component->variant.designator.position = pos_curr_token;
-  get_token();
-  if (curr_token == tok_identifier)
-    component->variant.designator.field_name = locator_for_curr_id.header;
-  required_token(tok_identifier, ec_exp_identifier);
-  return component;
-}
-
-// C99 6.7.8 p1: designators and their `=`, appended to a list.
-static an_init_component** scan_designators(an_init_component** link) {
-  bool any = false;
-  while (designators_allowed && (curr_token == tok_lbracket || curr_token == tok_period)) {
-    *link = curr_token == tok_lbracket ? scan_index_designator() : scan_field_designator();
-    link = &(*link)->next;
-    any = true;
-  }
-  if (any && !(gnu_mode && curr_token != tok_assign))
-    required_token(tok_assign, ec_exp_assign);
-  return link;
-}
-
-// At the `{`; the `}` is read.
-static an_init_component* get_braced_init_list() {
-  an_init_component* list = alloc_init_component(ick_braced_list);
-  an_init_component** link = &list->variant.braced.first;
-  list->variant.braced.start_position = pos_curr_token;
-  get_token();
-  add_stop_token(tok_rbrace);
-  add_stop_token(tok_comma);
-  while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {
-    link = scan_designators(link);
-    *link = scan_init_component();
-    link = &(*link)->next;
-    if (!loop_token(tok_comma))
-      break;
-  }
-  remove_stop_token(tok_comma);
-  remove_stop_token(tok_rbrace);
-  list->variant.braced.end_position = end_pos_curr_token;
-  required_token(tok_rbrace, ec_exp_rbrace);
-  return list;
-}
-
-an_init_component* scan_init_component() {
-  check_stack_limit();
-  if (curr_token == tok_lbrace)
-    return get_braced_init_list();
-  an_init_component* component = alloc_init_component(ick_expression);
-  component->parenthesized = curr_token == tok_lparen;
-  add_stop_token(tok_comma);
-  scan_expr(&component->variant.operand, nullptr, 0, sef_no_comma);
-  remove_stop_token(tok_comma);
-  return component;
-}
-
-// ---- The value of a whole initialiser ----
-
-static void report_excess(const an_init_component* list, an_init_state* state) {
-  if (!list || state->error_reported)
-    return;
-  a_source_position position = init_component_pos(list);
-  pos_error(ec_too_many_initializer_values, &position);
-  state->error_reported = true;
-}
-
-// Reads and matches an initialiser. The type of an array of unknown bound
-// becomes complete.
-static a_constant* scan_and_match(a_type** type, an_init_state* state) {
-  an_expr_stack_entry entry;
-  push_expr_stack(ek_normal, &entry, false, false);
-  entry.flags.constant_context = state->constant_required;
-  an_init_component* list = scan_init_component();
-  a_constant* value = init_object(&list, type, state);
-  report_excess(list, state);
-  free_init_component_list(list);
-  pop_expr_stack();
-  return state->error_reported ? nullptr : value;
-}
 
 static bool has_static_duration(const a_variable* variable) {
   return variable->storage_kind < sc_auto;
 }
 
-static void set_error_initializer(a_variable* variable) {
-  a_constant* error = alloc_constant(con_error);
-  error->type = error_type();
-  variable->init_kind = initk_constant;
-  variable->initializer.constant = error;
+// ---- Forms ----
+
+bool is_initializer_start(const a_type* type) {
+  return curr_token == tok_assign || curr_token == tok_lbrace ||
+         (curr_token == tok_lparen && in_cplusplus_mode() && !is_function_type(type));
 }
+
+// Takes a `=`, and judges a list that has none.
+static void scan_start_of_initializer(an_init_state* state) {
+  state->is_parenthesized = curr_token == tok_lparen;
+  if (curr_token == tok_assign) {
+    get_token();
+  } else if (in_C_mode()) {
+    pos_error(ec_exp_assign, &pos_curr_token);
+  } else if (curr_token == tok_lbrace) {
+    state->is_direct_list = true;
+    if (!list_init_enabled)
+      pos_error(ec_list_initializer_nonstandard_in_current_mode, &pos_curr_token);
+  }
+  state->is_list_init = curr_token == tok_lbrace && in_cplusplus_mode();
+}
+
+// The arguments of a constructor behind the first.
+static void drop_arguments() {
+  while (loop_token(tok_comma))
+    free_init_component_list(scan_init_component());
+}
+
+// `(value)`. A class may have constructors of any number of arguments.
+static an_init_component* scan_parenthesized_component(a_type* type, an_init_state* state) {
+  a_source_position position = pos_curr_token;
+  get_token();
+  add_stop_token(tok_rparen);
+  an_init_component* list = scan_init_component();
+  if (is_class_struct_union_type(type)) {
+    if (curr_token == tok_comma || !whole_aggr_class_init_possible(list, type))
+      init_feature_error("construction of a class", &position, state);
+  } else if (curr_token == tok_comma) {
+    init_error(ec_exp_rparen, &pos_curr_token, state);
+  }
+  drop_arguments();
+  remove_stop_token(tok_rparen);
+  required_token(tok_rparen, ec_exp_rparen);
+  return list;
+}
+
+static an_init_component* scan_full_initializer_expr_as_component(a_type* type,
+                                                                  an_init_state* state) {
+  if (state->is_parenthesized)
+    return scan_parenthesized_component(type, state);
+  // C89 knows only constants between the braces (6.5.7 of that standard).
+  if (curr_token == tok_lbrace && in_C_mode() && !allow_nonconstant_auto_aggr_init_in_c_mode &&
+      is_aggregate_or_union_type(type))
+    state->constant_required = true;
+  return scan_partial_init_component();
+}
+
+// ---- Values ----
 
 static a_dynamic_init* dynamic_init_of_value(a_constant* value, const an_init_state* state) {
   if (value->kind == con_dynamic_init)
@@ -176,12 +87,95 @@ static a_dynamic_init* dynamic_init_of_value(a_constant* value, const an_init_st
       alloc_dynamic_init(state->contains_nonconstant ? dik_nonconstant_aggregate : dik_constant);
   init->variant.constant = value;
   init->contains_nonconstant = state->contains_nonconstant;
+  init->is_list_init = state->is_list_init;
   return init;
 }
 
-static void initialize_automatic(a_variable* variable, a_constant* value,
-                                 const an_init_state* state, const a_source_position* position) {
-  a_dynamic_init* init = dynamic_init_of_value(value, state);
+static void set_result(a_constant* value, an_init_state* state) {
+  if (!value || state->error_reported)
+    return;
+  if (value->kind == con_dynamic_init || state->contains_nonconstant)
+    state->result_dynamic_init = dynamic_init_of_value(value, state);
+  else
+    state->result_constant = value;
+}
+
+// Reads and matches an initialiser. The type of an array of unknown bound
+// becomes complete. Neither result is set after an error.
+static void scan_and_match(a_type** type, an_init_state* state) {
+  an_expr_stack_entry entry;
+  push_expr_stack(ek_normal, &entry, false, false);
+  entry.flags.constant_context = state->constant_required || state->constant_wanted;
+  an_init_component* list = scan_full_initializer_expr_as_component(*type, state);
+  a_constant* value = state->error_reported ? nullptr : init_object(&list, type, state);
+  report_excess_components(&list, state);
+  free_init_component_list(list);
+  pop_expr_stack();
+  set_result(value, state);
+}
+
+// C++11 7.1.5 p9: the value is known, or it is reported.
+static void reduce_to_constant(an_init_state* state, const a_source_position* position) {
+  if (interpret_dynamic_init(state->result_dynamic_init, &state->result_constant)) {
+    state->result_dynamic_init = nullptr;
+    return;
+  }
+  init_error(ec_expr_not_constant, position, state);
+  state->result_dynamic_init = nullptr;
+}
+
+// ---- Static duration ----
+
+static void set_constant_initializer(a_variable* variable, a_constant* value) {
+  variable->init_kind = initk_constant;
+  variable->initializer.constant = value;
+}
+
+static void set_error_initializer(a_variable* variable) {
+  a_constant* error = alloc_constant(con_error);
+  error->type = error_type();
+  set_constant_initializer(variable, error);
+}
+
+static bool refers_to_local_entity(const a_constant* value) {
+  return value->kind == con_address && value->value.address.base_kind == abk_variable &&
+         !is_file_scope_entry(value->value.address.base.variable);
+}
+
+// The value of a function's static goes with the function when it is large, or
+// names what the function declares; a small one goes to the file scope.
+static void initialize_static_to_constant(a_variable* variable, a_constant* value) {
+  if (is_file_scope_entry(value)) {
+    set_constant_initializer(variable, value);
+  } else if (value->kind == con_aggregate || refers_to_local_entity(value)) {
+    make_local_static_variable_init(variable, nullptr, initk_constant, value, nullptr);
+  } else {
+    int32_t saved_region = 0;
+    switch_to_file_scope_region(&saved_region);
+    set_constant_initializer(variable, alloc_unshared_constant(value));
+    switch_back_to_original_region(saved_region);
+  }
+}
+
+static void initialize_static_at_run_time(a_variable* variable, a_dynamic_init* init) {
+  init->variable = variable;
+  if (innermost_function_scope == nullptr) {
+    variable->init_kind = initk_dynamic;
+    variable->initializer.dynamic = init;
+    variable->has_fs_dynamic_init = true;
+    add_to_dynamic_inits_list(init, -1);
+    mark_as_needed(variable, iek_variable);
+  } else {
+    init->is_function_static = true;
+    make_local_static_variable_init(variable, nullptr, initk_dynamic, nullptr, init);
+  }
+  record_end_of_lifetime_destruction(init, true, true);
+}
+
+// ---- Automatic duration ----
+
+static void initialize_automatic(a_variable* variable, a_dynamic_init* init,
+                                 const a_source_position* position) {
   init->variable = variable;
   warn_if_code_is_unreachable(ec_initialization_not_reachable, position);
   variable->init_kind = initk_dynamic;
@@ -192,93 +186,109 @@ static void initialize_automatic(a_variable* variable, a_constant* value,
   update_init_statement_control_flow(statement);
 }
 
+static void store_result(a_variable* variable, a_type* type, const an_init_state* state,
+                         const a_source_position* position) {
+  a_constant* constant = state->result_constant;
+  a_dynamic_init* init = state->result_dynamic_init;
+  if (!constant && !init) {
+    if (has_static_duration(variable))
+      set_error_initializer(variable);
+    if (is_incomplete_array_type(variable->type))
+      variable->type = error_type();
+    return;
+  }
+  if (is_incomplete_array_type(variable->type))
+    variable->type = type;
+  if (!has_static_duration(variable))
+    initialize_automatic(variable, init ? init : dynamic_init_of_value(constant, state), position);
+  else if (constant)
+    initialize_static_to_constant(variable, constant);
+  else
+    initialize_static_at_run_time(variable, init);
+}
+
+// With exceptions, what an object of static duration is made of lives in a
+// lifetime of its own until the object is complete.
+static an_object_lifetime* push_lifetime_of_static(const a_variable* variable) {
+  return exceptions_enabled && in_cplusplus_mode() && has_static_duration(variable)
+             ? push_object_lifetime(iek_none, nullptr, olk_other)
+             : nullptr;
+}
+
+static void pop_lifetime_of_static(an_object_lifetime* lifetime, a_variable* variable) {
+  if (!lifetime || !pop_object_lifetime())
+    return;
+  a_local_static_variable_init* local = variable->init_kind == initk_local_static
+                                            ? find_local_static_variable_init(variable, nullptr)
+                                            : nullptr;
+  if (local)
+    bind_object_lifetime(lifetime, iek_local_static_variable_init, local);
+  else if (variable->init_kind == initk_dynamic)
+    bind_object_lifetime(lifetime, iek_dynamic_init, variable->initializer.dynamic);
+}
+
+// ---- The initialiser of a variable ----
+
+static bool has_error_initializer(const a_variable* variable) {
+  return variable->init_kind == initk_constant && is_error_constant(variable->initializer.constant);
+}
+
 static bool may_be_initialized(a_symbol* symbol, const a_source_position* position) {
   a_variable* variable = symbol->variant.variable;
-  if (variable->storage_kind == sc_extern && depth_innermost_function_scope >= 0) {
+  bool is_block_extern = variable->storage_kind == sc_extern && depth_innermost_function_scope >= 0;
+  if (is_block_extern || is_vla_type(variable->type)) {
     pos_sy_error(ec_cannot_initialize, position, symbol);
     return false;
   }
   if (variable->init_kind != initk_none) {
-    pos_sy_error(ec_already_initialized, position, symbol);
+    if (!has_error_initializer(variable))
+      pos_sy_error(ec_already_initialized, position, symbol);
+    return false;
+  }
+  if (gnu_mode && (variable->decl_modifiers & dm_global)) {
+    pos_error(ec_register_mapped_variable_cannot_have_initializer, position);
     return false;
   }
   return true;
 }
 
-static bool needs_constant(const a_variable* variable) {
-  return has_static_duration(variable) ||
-         (!allow_nonconstant_auto_aggr_init_in_c_mode && curr_token == tok_lbrace &&
-          is_aggregate_or_union_type(variable->type));
-}
-
 void initializer(a_decl_parse_state* state) {
-  a_source_position position = pos_curr_token;
+  an_init_state init_state = {};
   a_symbol* symbol = state->symbol;
   a_variable* variable = symbol->variant.variable;
+  init_state.symbol = symbol;
+  scan_start_of_initializer(&init_state);
+  a_source_position position = pos_curr_token;
   bool may_store = may_be_initialized(symbol, &position);
-  an_init_state init_state = {};
-  int32_t saved_region = 0;
-  init_state.constant_required = needs_constant(variable);
+  init_state.is_static = has_static_duration(variable);
+  init_state.constant_required = init_state.is_static && in_C_mode();
+  init_state.constant_wanted = state->modifiers.constexpr_seen;
   a_type* type = is_error_type(state->declared_type) ? error_type() : variable->type;
-  // A static's value outlives the function that declares it.
-  if (has_static_duration(variable))
-    switch_to_file_scope_region(&saved_region);
-  a_constant* value = scan_and_match(&type, &init_state);
+  an_object_lifetime* lifetime = push_lifetime_of_static(variable);
+  scan_and_match(&type, &init_state);
   variable->has_explicit_init = true;
   variable->initializer_range = {position, curr_construct_end_position};
-  if (!may_store) {
-    // reported
-  } else if (!value) {
-    if (has_static_duration(variable))
-      set_error_initializer(variable);
-    if (is_incomplete_array_type(variable->type))
-      variable->type = error_type();
-  } else {
-    variable->type = type;
-    if (has_static_duration(variable)) {
-      variable->init_kind = initk_constant;
-      variable->initializer.constant = value;
-    } else {
-      initialize_automatic(variable, value, &init_state, &position);
-    }
-  }
-  switch_back_to_original_region(saved_region);
+  if (init_state.constant_wanted && init_state.result_dynamic_init)
+    reduce_to_constant(&init_state, &position);
+  if (may_store)
+    store_result(variable, type, &init_state, &position);
+  pop_lifetime_of_static(lifetime, variable);
 }
 
-void def_initializer(a_symbol* symbol, const a_source_position*) {
-  if (symbol->kind == symk_variable)
-    check_for_missing_initializer_full(symbol, symbol->variant.variable->type);
-}
-
-// C permits a const object without an initialiser; one of automatic duration
-// never gets a value.
-void check_for_missing_initializer_full(a_symbol* symbol, a_type* type) {
-  const a_variable* variable = symbol->variant.variable;
-  if (!is_const_qualified_type(type) || is_error_type(type) || has_static_duration(variable))
-    return;
-  pos_sy_diagnostic(strict_ansi_mode ? es_warning : es_remark, ec_missing_initializer_on_const,
-                    &symbol->position, symbol);
-}
+// ---- Compound literals ----
 
 a_constant* scan_compound_literal_initializer(a_type** type, bool is_static,
                                               a_dynamic_init** init) {
   an_init_state state = {};
   state.constant_required = is_static;
-  *init = nullptr;
+  state.is_static = is_static;
   an_init_component* list = get_braced_init_list();
   a_constant* value = init_element(&list, type, &state);
-  report_excess(list, &state);
+  report_excess_components(&list, &state);
   free_init_component_list(list);
-  if (!value || state.error_reported)
-    return nullptr;
-  if (value->kind != con_dynamic_init && !state.contains_nonconstant)
-    return value;
-  *init = dynamic_init_of_value(value, &state);
-  return nullptr;
-}
-
-void decl_inits_one_time_init() {
-  avail_init_components = nullptr;
+  set_result(value, &state);
+  *init = state.result_dynamic_init;
+  return state.result_constant;
 }
 
 void decl_inits_init() {

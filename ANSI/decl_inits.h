@@ -1,4 +1,4 @@
-// Initialisers (C99 6.7.8).
+// Initialisers (C99 6.7.8, C++11 8.5).
 
 #ifndef DECL_INITS_H
 #define DECL_INITS_H
@@ -6,12 +6,16 @@
 #include "decl_spec.h"
 #include "expr_operand.h"
 
-// The initialiser of the variable just declared (state->symbol), at the token
-// behind `=`; sets its init_kind and its initialiser, completes an array of
-// unknown bound, and in a function adds the statement.
+// Whether an initialiser stands behind the declarator of the type: `=`, braces,
+// or parentheses in C++.
+bool is_initializer_start(const a_type* type);
+// The initialiser of the variable just declared (state->symbol), at its first
+// token; sets its init_kind and its initialiser, completes an array of unknown
+// bound, and in a function adds the statement.
 void initializer(a_decl_parse_state* state);
-// No initialiser was written.
+// No initialiser was written: default initialisation (C++11 8.5 p6).
 void def_initializer(a_symbol* symbol, const a_source_position* position);
+// Reports an object that must have an initialiser.
 void check_for_missing_initializer_full(a_symbol* symbol, a_type* type);
 
 // The braces of a compound literal (C99 6.5.2.5), at `{`: a constant or, with
@@ -21,10 +25,15 @@ a_constant* scan_compound_literal_initializer(a_type** type, bool is_static, a_d
 // ---- Components ----
 
 an_init_component* alloc_init_component(an_init_component_kind kind);
+// What isn't read yet of a list is read and dropped.
 void free_init_component_list(an_init_component* list);
 a_source_position init_component_pos(const an_init_component* component);
+// Of an expression, or of a list that has been read to its end.
+a_source_position init_component_end_pos(const an_init_component* component);
 // An assignment expression or a braced list, at its first token.
 an_init_component* scan_init_component();
+// Reads a list to its end.
+void complete_braced_init_list_parsing(an_init_component* list);
 
 void decl_inits_one_time_init();
 void decl_inits_init();

@@ -17,23 +17,41 @@ static a_placeholder_kind placeholder_of(const a_type* type) {
              : plk_none;
 }
 
-// At the `=`: the type of the expression behind it, which is then read again.
-// After an error it is not.
+// Behind the first value in parentheses or braces: there is no other. What
+// encloses the value is read to its end.
+static bool ends_behind_value(a_token_kind open, const a_source_position* position) {
+  const a_token_kind close = open == tok_lparen ? tok_rparen : tok_rbrace;
+  const bool is_alone = curr_token == close;
+  if (!is_alone)
+    pos_error(ec_auto_direct_list_init_requires_singleton, position);
+  while (curr_token != close && curr_token != tok_semicolon && curr_token != tok_end_of_source)
+    get_token();
+  if (curr_token == close)
+    get_token();
+  return is_alone;
+}
+
+// At the `=`, or at what encloses the initializer: the type of the expression
+// behind it, all of which is then read again. After an error it is not.
 static bool prescan_initializer_for_auto_type_deduction(an_unevaluated_operand* operand) {
   a_token_cache cache;
   a_token_set_array stop_set = {};
+  const a_token_kind open = curr_token;
+  const a_source_position position = pos_curr_token;
   stop_set.member[tok_comma] = stop_set.member[tok_semicolon] = true;
   clear_token_cache(&cache, false);
   cache_token_stream(&cache, &stop_set);
   rescan_copy_of_cache(&cache);
   get_token();
   scan_operand_for_its_type(operand, true);
-  if (is_error_type(operand->type)) {
+  bool is_good = !is_error_type(operand->type);
+  if (is_good && open != tok_assign)
+    is_good = ends_behind_value(open, &position);
+  if (is_good)
+    rescan_cached_tokens(&cache);
+  else
     discard_token_cache(&cache);
-    return false;
-  }
-  rescan_cached_tokens(&cache);
-  return true;
+  return is_good;
 }
 
 // The type without some of its qualifiers.
@@ -87,6 +105,8 @@ static a_type* match_operand(a_type* declared, const an_unevaluated_operand* ope
 }
 
 static an_error_code rejection_of_initializer(a_placeholder_kind kind) {
+  if (curr_token == tok_lparen || (curr_token == tok_lbrace && list_init_enabled))
+    return 0;
   if (curr_token != tok_assign)
     return kind == plk_auto ? ec_auto_type_requires_initializer
                             : ec_decltype_auto_type_requires_initializer;

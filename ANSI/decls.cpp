@@ -187,15 +187,13 @@ static void note_unreferenced_static(a_variable* variable) {
 
 static void scan_initializer(a_decl_parse_state* state) {
   a_source_position equals_position = pos_curr_token;
-  get_token();
-  a_source_range range = {pos_curr_token, pos_curr_token};
   // Names are looked up where the object belongs (C++11 9.4.2 p2, 3.4.1 p13).
   int number_pushed = push_namespaces_of_member(state->symbol);
   initializer(state);
   pop_namespaces(number_pushed);
   mark_variable_value_set(state->symbol);
-  range.end = curr_construct_end_position;
   a_variable* variable = state->symbol->variant.variable;
+  a_source_range range = variable->initializer_range;
   note_definition_range(&variable->source_corresp, &equals_position, &range);
   note_unreferenced_static(variable);
 }
@@ -211,7 +209,7 @@ static void apply_constexpr(a_decl_parse_state* state, bool has_initializer) {
 }
 
 static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
-  bool has_initializer = curr_token == tok_assign;
+  bool has_initializer = is_initializer_start(state->declared_type);
   check_nonfunction_declaration_errors(state, locator);
   apply_constexpr(state, has_initializer);
   a_storage_kind written = state->storage_class;

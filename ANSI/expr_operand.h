@@ -114,7 +114,8 @@ struct an_arg_operand {
 enum an_init_component_kind : uint16_t {
   ick_expression = 0,
   ick_braced_list = 1,
-  ick_designator = 2
+  ick_designator = 2,
+  ick_continuation = 3 // the rest of a list that is read on demand
 };
 
 // A piece of an initialiser or an argument of a call, as it was written;
@@ -123,6 +124,7 @@ struct an_init_component {
   an_init_component* next;
   an_init_component_kind kind;
   uint16_t parenthesized : 1;
+  uint16_t pack_expansion : 1;
   union {
     an_operand operand;
     struct {
@@ -136,6 +138,10 @@ struct an_init_component {
       a_constant* range_end; // GNU `[a ... b]`
       a_source_position position;
     } designator;
+    struct {
+      an_init_component* list; // the list that goes on; its tokens are the next to be read
+      bool is_behind_element;  // the comma behind the last element isn't read yet
+    } continuation;
   } variant;
 };
 

@@ -611,6 +611,33 @@ static void add_variable_pragmas(a_variable* variable, SYMTAB* symbol) {
   add_cregister_pragmas(variable, symbol);
 }
 
+// Where the elements of a flexible array member end, in bytes; 0 without any.
+static uint64_t end_of_flexible_elements(const a_constant* value, const a_type* class_type) {
+  const a_field* field = next_initializable_field(class_type->variant.class_struct_union.fields);
+  for (const a_constant* item = value->value.aggregate.first; item != nullptr && field != nullptr;
+       item = item->next) {
+    if (field->is_flexible_array)
+      return field->offset + num_array_elements(f_skip_typerefs(item->type)) *
+                                 size_of_type(array_element_type(field->type));
+    field = next_initializable_field(field->next);
+  }
+  return 0;
+}
+
+// The size in bits. An object grows by the elements that its initialiser gives
+// to a flexible array member.
+static uint32_t size_of_variable(a_variable* variable, uint64_t size_of_its_type) {
+  const a_type* type = f_skip_typerefs(variable->type);
+  uint64_t size = size_of_its_type;
+  if (type->kind == tk_struct && class_supplement_of(type)->has_flexible_array &&
+      variable->storage_kind < sc_auto) {
+    const a_constant* value = initializer_constant(variable, nullptr);
+    if (value != nullptr && value->kind == con_aggregate)
+      size = std::max(size, end_of_flexible_elements(value, type) * targ_char_bit);
+  }
+  return static_cast<uint32_t>(size);
+}
+
 SYMTAB* variable_symbol(a_variable* variable, unsigned index) {
   if (variable->file_symbol != nullptr)
     return variable->file_symbol;
@@ -620,7 +647,7 @@ SYMTAB* variable_symbol(a_variable* variable, unsigned index) {
   symbol->cpp_type = variable->type->source_file_type;
   symbol->align = variable_alignment(variable, symbol->type);
   symbol->name = variable_name(variable, index);
-  symbol->size = symbol->type == nullptr ? 0 : static_cast<uint32_t>(symbol->type->size);
+  symbol->size = symbol->type == nullptr ? 0 : size_of_variable(variable, symbol->type->size);
   symbol->storage_class = class_of_variable(variable);
   symbol->cqual = qualifier_bits(variable->decl_modifiers);
   add_variable_pragmas(variable, symbol);

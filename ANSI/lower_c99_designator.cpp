@@ -37,6 +37,13 @@ a_constant* repeated(a_constant* value, uint64_t count) {
   return repeat;
 }
 
+// Elements that no designator named.
+a_constant* zero_gap(a_type* element_type, uint64_t count) {
+  a_constant* gap = repeated(zero_of(element_type), count);
+  gap->zero_fill = gap->kind == con_repeat;
+  return gap;
+}
+
 void clear_elements(a_constant* aggregate) {
   aggregate->value.aggregate.first = aggregate->value.aggregate.last = nullptr;
   aggregate->value.aggregate.has_dynamic_init = false;
@@ -62,8 +69,11 @@ void make_room(an_array_part_map& parts, uint64_t start, uint64_t end) {
     part = parts.erase(part);
     if (part_start < start)
       parts[part_start] = {start - part_start, value};
-    if (part_end > end)
-      part = parts.insert({end, {part_end - end, value}}).first;
+    if (part_end <= end)
+      continue;
+    if (part_start < start) // both ends stay, each a link of the list
+      value = alloc_unshared_constant(value);
+    part = parts.insert({end, {part_end - end, value}}).first;
   }
 }
 
@@ -85,7 +95,7 @@ void sort_array(a_constant* aggregate, const a_type* array) {
   uint64_t next = 0;
   for (const auto& [start, part] : parts) {
     if (start > next)
-      add_element(aggregate, repeated(zero_of(array_element_type(array)), start - next));
+      add_element(aggregate, zero_gap(array_element_type(array), start - next));
     add_element(aggregate, repeated(part.value, part.count));
     next = start + part.count;
   }

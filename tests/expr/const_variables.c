@@ -10,7 +10,8 @@ const int size = 4;
 const volatile int device = 4;
 int variable = 4;
 const int later = variable;
-// CHECK: error #28:
+// GNU: line [[@LINE-1]]: error #28:
+// STRICT: line [[@LINE-2]]: error #28:
 enum { e1 = size + 1 };
 // GNU: line [[@LINE-1]]: warning #2170-D:
 // STRICT: line [[@LINE-2]]: error #28:

@@ -5,7 +5,7 @@
 int f(void);
 struct point { int x, y; };
 
-// CHECK: line [[#@LINE+1]]: warning #1238-D: excess initializers are ignored
+// CHECK: line [[#@LINE+1]]: error #147: too many initializer values
 int too_many[2] = {1, 2, 3, 4};
 // CHECK: line [[#@LINE+1]]: error #147: too many initializer values
 int scalar = {1, 2};
@@ -15,7 +15,7 @@ int beyond[2] = {[2] = 1};
 static int not_constant = f();
 // CHECK: line [[#@LINE+1]]: error #28: expression must have a constant value
 struct point element_not_constant = {1, f()};
-// CHECK: line [[#@LINE+1]]: error #145: a value of type "int" cannot be used to initialize an entity of type "struct point"
+// CHECK: line [[#@LINE+1]]: error #522: initialization with "{...}" expected for aggregate object
 struct point from_int = 1;
 // CHECK: line [[#@LINE+1]]: error #522: initialization with "{...}" expected for aggregate object
 int array_from_int[2] = 1;

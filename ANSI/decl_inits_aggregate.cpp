@@ -1,0 +1,387 @@
+// The walks over arrays, structs and unions. An aggregate becomes a
+// con_aggregate whose elements stand in order; an element out of order stands
+// behind a con_designator.
+
+#include <algorithm>
+
+#include "decl_inits_int.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "mode_words.h"
+#include "stack_limit.h"
+#include "types.h"
+
+static bool is_array_walk(const an_aggregate_walk* walk) {
+  return walk->type->kind == tk_array;
+}
+
+static a_field* first_field_of(const a_type* class_type) {
+  return next_initializable_field(class_type->variant.class_struct_union.fields);
+}
+
+// ---- The walk's place ----
+
+void prep_aggr_initializer(an_aggregate_walk* walk, a_type* type, a_constant* aggregate,
+                           bool has_braces, const an_init_state* state) {
+  *walk = {};
+  walk->type = skip_typerefs(type);
+  walk->aggregate = aggregate;
+  walk->has_braces = has_braces;
+  walk->is_outermost = state->depth == 1;
+  walk->limit = UINT64_MAX;
+  if (!is_array_walk(walk))
+    walk->field = first_field_of(walk->type);
+  else if (!is_incomplete_array_type(walk->type))
+    walk->limit = num_array_elements(walk->type);
+}
+
+static bool is_at_end(const an_aggregate_walk* walk) {
+  return is_array_walk(walk) ? walk->position >= walk->limit : !walk->field;
+}
+
+static a_type* element_type_of(const an_aggregate_walk* walk) {
+  return is_array_walk(walk) ? array_element_type(walk->type) : walk->field->type;
+}
+
+void advance_walk(an_aggregate_walk* walk, uint64_t count) {
+  walk->position += count;
+  walk->next_in_order = walk->position;
+  walk->greatest = std::max(walk->greatest, walk->position);
+  if (walk->field)
+    walk->field =
+        walk->type->kind == tk_union ? nullptr : next_initializable_field(walk->field->next);
+}
+
+static a_constant* make_designator(const an_aggregate_walk* walk) {
+  a_constant* designator = alloc_constant(con_designator);
+  designator->type = walk->type;
+  if (is_array_walk(walk)) {
+    designator->value.designator.is_text_or_index = true;
+    a_constant* index = alloc_constant(con_integer);
+    index->type = size_t_type();
+    index->value.int_value = walk->position;
+    designator->value.designator.designated.index = index;
+  } else {
+    designator->value.designator.is_field = true;
+    designator->value.designator.designated.field = walk->field;
+  }
+  return designator;
+}
+
+void store_element(an_aggregate_walk* walk, a_constant* element, an_init_state* state) {
+  if (walk->position != walk->next_in_order) {
+    add_constant_to_aggregate(make_designator(walk), walk->aggregate);
+    walk->aggregate->has_designator = true;
+    state->designator_used = true;
+  }
+  add_constant_to_aggregate(element, walk->aggregate);
+  if (walk->aggregate->value.aggregate.has_dynamic_init) {
+    walk->aggregate->contains_nonconstant = true;
+    state->contains_nonconstant = true;
+  }
+}
+
+// ---- Elements that were stored before ----
+
+// The last element stored that covers the walk's position; *is_repeated says
+// that it covers others too.
+static a_constant* stored_element(const an_aggregate_walk* walk, bool* is_repeated) {
+  a_constant* found = nullptr;
+  uint64_t position = 0;
+  a_field* field = is_array_walk(walk) ? nullptr : first_field_of(walk->type);
+  for (a_constant* item = walk->aggregate->value.aggregate.first; item; item = item->next) {
+    if (item->kind == con_designator) {
+      if (item->value.designator.is_field)
+        field = item->value.designator.designated.field;
+      else
+        position = item->value.designator.designated.index->value.int_value;
+      continue;
+    }
+    uint64_t count = item->kind == con_repeat ? item->value.repeat.count : 1;
+    bool is_here = is_array_walk(walk)
+                       ? walk->position >= position && walk->position - position < count
+                       : field == walk->field;
+    if (is_here) {
+      found = item->kind == con_repeat ? item->value.repeat.element : item;
+      *is_repeated = item->kind == con_repeat;
+    }
+    position += count;
+    if (field)
+      field = next_initializable_field(field->next);
+  }
+  return found;
+}
+
+a_constant* earlier_aggregate(an_aggregate_walk* walk) {
+  bool is_repeated = false;
+  // Behind all that was stored there is nothing to be found.
+  if (is_array_walk(walk) && walk->position >= walk->greatest)
+    return nullptr;
+  a_constant* found = stored_element(walk, &is_repeated);
+  if (found && is_repeated) {
+    // The element leaves its range and goes on alone.
+    found = alloc_unshared_constant(found);
+    walk->next_in_order = UINT64_MAX;
+    add_constant_to_aggregate(make_designator(walk), walk->aggregate);
+    add_constant_to_aggregate(found, walk->aggregate);
+  }
+  if (found && found->kind == con_string)
+    explode_string_initializer(found);
+  return found && found->kind == con_aggregate ? found : nullptr;
+}
+
+// ---- One element ----
+
+static a_constant* make_aggregate(a_type* type, const a_source_position* position, bool braced) {
+  a_constant* aggregate = alloc_constant(con_aggregate);
+  aggregate->type = type;
+  aggregate->position = *position;
+  aggregate->braced = braced;
+  return aggregate;
+}
+
+// The value of a range of elements: one that is evaluated can't be repeated.
+static a_constant* repeat_nonconstant_init(const a_source_position* position,
+                                           an_init_state* state) {
+  init_error(ec_no_range_designator_with_dynamic_init, position, state);
+  return nullptr;
+}
+
+static a_constant* repeated_element(a_constant* element, uint64_t count,
+                                    const a_source_position* position, an_init_state* state) {
+  if (count == 1)
+    return element;
+  if (element->kind == con_dynamic_init || element->contains_nonconstant)
+    return repeat_nonconstant_init(position, state);
+  a_constant* repeat = alloc_constant(con_repeat);
+  repeat->type = element->type;
+  repeat->value.repeat.element = element;
+  repeat->value.repeat.count = count;
+  return repeat;
+}
+
+static void walk_list(an_aggregate_walk* walk, an_init_component** list, an_init_state* state);
+
+// A further designator leads into the element (`.a.b = 1`), or into each of
+// several alike. What it changes there may be stored already.
+static a_constant* nested_designation(an_aggregate_walk* walk, an_init_component** list,
+                                      uint64_t count, an_init_state* state, bool* is_stored) {
+  check_stack_limit();
+  a_source_position position = init_component_pos(*list);
+  a_type* type = element_type_of(walk);
+  if (!is_aggregate_or_union_type(type)) {
+    init_type_error(ec_invalid_designator_kind, &position, type, state);
+    return nullptr;
+  }
+  a_constant* aggregate = earlier_aggregate(walk);
+  const bool goes_on = aggregate != nullptr;
+  *is_stored = goes_on && count == 1;
+  if (!goes_on)
+    aggregate = make_aggregate(type, &position, false);
+  else if (count > 1)
+    aggregate = alloc_unshared_constant(aggregate);
+  an_aggregate_walk inner;
+  ++state->depth;
+  prep_aggr_initializer(&inner, type, aggregate, false, state);
+  if (goes_on)
+    inner.next_in_order = UINT64_MAX; // behind what was stored nothing is in order
+  walk_list(&inner, list, state);
+  --state->depth;
+  if (is_incomplete_array_type(type))
+    aggregate->type = make_array_type(
+        array_element_type(type), std::max(inner.greatest, num_array_elements(aggregate->type)));
+  return aggregate;
+}
+
+// C99 6.7.2.1 p16: a flexible array member has elements in an object of static
+// duration only, and not where its struct is itself a part.
+static bool check_flexible_member(const an_aggregate_walk* walk, const a_source_position* position,
+                                  an_init_state* state) {
+  if (is_array_walk(walk) || !walk->is_outermost || !state->is_static || !gnu_mode) {
+    init_error(ec_cannot_initialize_flexible_array_member, position, state);
+    return false;
+  }
+  state->flexible_member = true;
+  return true;
+}
+
+static bool check_element_type(const an_aggregate_walk* walk, a_type* type, bool is_designated,
+                               const a_source_position* position, an_init_state* state) {
+  if (is_error_type(type)) {
+    state->error_reported = true;
+    return false;
+  }
+  if (is_incomplete_array_type(type))
+    return check_flexible_member(walk, position, state);
+  if (is_designated && in_cplusplus_mode() && is_class_struct_union_type(type) &&
+      !is_aggregate_or_union_type(type)) {
+    init_error(ec_designator_for_non_POD, position, state);
+    return false;
+  }
+  return true;
+}
+
+// One element, with the designators in front of it. False when the walk can't
+// go on.
+static bool walk_element(an_aggregate_walk* walk, an_init_component** list, an_init_state* state) {
+  uint64_t count = 1;
+  const uint64_t dropped_before = number_of_dropped_init_components;
+  a_source_position position = init_component_pos(*list);
+  bool is_designated = (*list)->kind == ick_designator;
+  if (is_designated && !apply_designator(walk, list, &count, state))
+    return false;
+  if (is_at_end(walk) || !first_init_component(list))
+    return false;
+  a_type* type = element_type_of(walk);
+  bool is_stored = false;
+  if (!check_element_type(walk, type, is_designated, &position, state))
+    return false;
+  state->enclosing_type = walk->type;
+  a_constant* element = (*list)->kind == ick_designator
+                            ? nested_designation(walk, list, count, state, &is_stored)
+                            : init_element(list, &type, state);
+  state->flexible_member = false;
+  if (element)
+    element = is_stored ? element : repeated_element(element, count, &position, state);
+  if (!element)
+    return false;
+  if (!is_stored)
+    store_element(walk, element, state);
+  advance_walk(walk, count);
+  if (is_stored)
+    walk->next_in_order = UINT64_MAX;
+  // An array of empty structs would never come to the end of the list.
+  return number_of_dropped_init_components != dropped_before || !is_array_walk(walk);
+}
+
+static void walk_list(an_aggregate_walk* walk, an_init_component** list, an_init_state* state) {
+  bool is_first = true;
+  while (first_init_component(list)) {
+    // A designator belongs to the list in braces around it.
+    if ((*list)->kind == ick_designator && !walk->has_braces && !is_first)
+      return;
+    if ((*list)->kind != ick_designator && is_at_end(walk))
+      return;
+    if (!walk_element(walk, list, state))
+      return;
+    is_first = false;
+  }
+}
+
+// ---- Whole aggregates ----
+
+static void complete_array_type(a_type** type, const an_aggregate_walk* walk) {
+  if (is_incomplete_array_type(*type))
+    *type = make_array_type(array_element_type(*type), walk->greatest);
+}
+
+static void check_empty_list(const an_init_component* component, a_type* type,
+                             const an_aggregate_walk* walk, bool is_flexible_member,
+                             an_init_state* state) {
+  const a_source_position* position = &component->variant.braced.start_position;
+  const a_field* declared =
+      is_array_walk(walk) ? nullptr : walk->type->variant.class_struct_union.fields;
+  if (is_incomplete_array_type(type) && !is_flexible_member)
+    init_error(ec_bad_initializer_for_array_with_unspecified_bound, position, state);
+  else if (in_C_mode() && !gnu_mode && strict_ansi_mode)
+    pos_diagnostic(strict_ansi_discretionary_severity, ec_exp_primary_expr,
+                   &component->variant.braced.end_position);
+  else if (in_cplusplus_mode() && walk->type->kind == tk_union && declared &&
+           declared != walk->field)
+    init_type_error(ec_ambiguous_union_value_init, position, type, state);
+}
+
+// What no element is left for. GNU C drops it from a struct with a warning.
+static void report_excess(const an_aggregate_walk* walk, an_init_component** list,
+                          an_init_state* state) {
+  if (!first_init_component(list) || state->error_reported)
+    return;
+  a_source_position excess = init_component_pos(*list);
+  if (gcc_mode && !is_array_walk(walk))
+    pos_warning(ec_excess_initializers_ignored, &excess);
+  else
+    pos_error(ec_too_many_initializer_values, &excess);
+}
+
+// C++11 8.5.1 p4: a reference that no element is left for can't be bound.
+static void check_members_left_out(const an_aggregate_walk* walk, const a_source_position* position,
+                                   an_init_state* state) {
+  if (!in_cplusplus_mode() || is_array_walk(walk) || walk->type->kind == tk_union)
+    return;
+  for (const a_field* field = walk->field; field; field = next_initializable_field(field->next)) {
+    if (!is_reference_type(field->type))
+      continue;
+    if (!state->symbol)
+      init_error(ec_unnamed_object_with_uninitialized_field, position, state);
+    else if (!state->error_reported)
+      pos_sy_error(ec_var_with_uninitialized_member, position, state->symbol);
+    state->error_reported = true;
+    return;
+  }
+}
+
+static bool is_scalar_zero(const an_init_component* component) {
+  if (component->kind != ick_expression || component->variant.operand.kind != ok_constant)
+    return false;
+  const a_constant& value = component->variant.operand.variant.constant;
+  return value.kind == con_integer && value.value.int_value == 0;
+}
+
+// A class takes an expression of its own type in braces whole (C++14 8.5.4 p3).
+static bool is_copy_in_braces(const an_init_component* component, a_type* type) {
+  const an_init_component* first = component->variant.braced.first;
+  return in_cplusplus_mode() && first && !first->next &&
+         whole_aggr_class_init_possible(first, type);
+}
+
+a_constant* braced_aggregate(an_init_component** list, a_type** type, an_init_state* state) {
+  an_init_component* component = *list;
+  an_init_component** elements = &component->variant.braced.first;
+  a_source_position position = component->variant.braced.start_position;
+  if (is_copy_in_braces(component, *type)) {
+    a_constant* value = init_element(elements, type, state);
+    drop_first_init_component(list);
+    return value;
+  }
+  bool is_flexible_member = state->flexible_member;
+  state->flexible_member = false;
+  if (++state->depth == 1 && *elements && !(*elements)->next)
+    state->is_scalar_zero = is_scalar_zero(*elements);
+  a_constant* aggregate = make_aggregate(*type, &position, true);
+  an_aggregate_walk walk;
+  prep_aggr_initializer(&walk, *type, aggregate, true, state);
+  if (!*elements)
+    check_empty_list(component, *type, &walk, is_flexible_member, state);
+  walk_list(&walk, elements, state);
+  report_excess(&walk, elements, state);
+  check_members_left_out(&walk, &position, state);
+  --state->depth;
+  drop_first_init_component(list);
+  complete_array_type(type, &walk);
+  aggregate->type = *type;
+  return state->error_reported ? nullptr : aggregate;
+}
+
+// `T x{1, 2}` of strict C++11 has braces around every aggregate (C++11 8.5.1
+// p11), and so has every non-zero initialiser under rule 9.2.
+static void check_elided_braces(const a_source_position* position, an_init_state* state) {
+  if (state->is_direct_list && strict_ansi_mode && std_version < 201402)
+    init_error(ec_cannot_elide_braces, position, state);
+  if (check_misra_c_2004 && !state->is_scalar_zero)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_9_2, position);
+}
+
+a_constant* unbraced_aggregate(an_init_component** list, a_type** type, an_init_state* state) {
+  a_source_position position = init_component_pos(*list);
+  state->flexible_member = false;
+  check_elided_braces(&position, state);
+  a_constant* aggregate = make_aggregate(*type, &position, false);
+  an_aggregate_walk walk;
+  ++state->depth;
+  prep_aggr_initializer(&walk, *type, aggregate, false, state);
+  walk_list(&walk, list, state);
+  --state->depth;
+  complete_array_type(type, &walk);
+  aggregate->type = *type;
+  return state->error_reported ? nullptr : aggregate;
+}

@@ -1,0 +1,81 @@
+// RUN: %krtparse --c99 --i_output_file=%t.if %s && %ifrun %t.if > %t.out
+// RUN: gcc -std=gnu99 -w %s -o %t.host && %t.host > %t.expected
+// RUN: diff %t.expected %t.out
+// RUN: %krtparse -n --c99 --define=FAULTS --display_error_number %s > %t.err 2>&1; test $? -eq 2
+// RUN: %FileCheck %s < %t.err
+// RUN: %krtparse -n --c99 --strict --display_error_number %s > %t.err 2>&1; test $? -eq 2
+// RUN: %FileCheck %s --check-prefix=STRICT < %t.err
+// Designators: ranges, values set twice, anonymous members, old forms.
+int printf(const char *format, ...);
+struct point { int x, y; };
+struct nest {
+  int a;
+  struct {
+    int b;
+    union { int c; char d; };
+  };
+  int e;
+};
+int split[6] = {[0 ... 4] = 7, [2] = 3};
+struct point part[4] = {[0 ... 3] = {1, 2}, [1].x = 5, [2 ... 3].y = 9};
+int table[3][3] = {[1][2] = 4, 5, [0] = {1}, [2] = {[1] = 3}};
+int grid[2][2] = {[0 ... 1][0 ... 1] = 4};
+struct nest nests[] = {{1, {2, {3}}, 4}, {1, 2, 3, 4}, {.b = 1, .d = 2, 7}, {.c = 1, 2}};
+int after = sizeof nests;
+union { struct point p; long l; } twice = {.p.x = 1, .p.y = 2}, last = {.l = 1, .p = {3, 4}};
+// STRICT: line [[#@LINE+1]]: error #
+struct point old = {y: 3, x: 4};
+// STRICT: line [[#@LINE+1]]: error #705: expected an "="
+int without[] = {[2] 5, [1] = 3};
+char letters[2][4] = {"abc", [0][1] = 'x', [1] = {[2] = 'z'}};
+
+static void automatic(int n) {
+  int shorts[4] = {[0 ... 2] = -4, -7, [1] = n}, i;
+  struct nest nest = {.c = n, .a = n + 1};
+  for (i = 0; i < 4; i++)
+    printf(" %d", shorts[i]);
+  printf(" %d %d %d\n", nest.a, nest.c, nest.e);
+}
+
+int main(void) {
+  int i;
+  for (i = 0; i < 6; i++)
+    printf(" %d", split[i]);
+  for (i = 0; i < 4; i++)
+    printf(" (%d %d)", part[i].x, part[i].y);
+  for (i = 0; i < 9; i++)
+    printf(" %d", table[i / 3][i % 3]);
+  for (i = 0; i < 4; i++)
+    printf(" %d [%d %d %d %d]", grid[i / 2][i % 2], nests[i].a, nests[i].b, nests[i].c, nests[i].e);
+  printf("\n%d %d %d %d %d\n", after, twice.p.x, twice.p.y, last.p.x, last.p.y);
+  printf("%d %d %d %d %s %c\n", old.x, old.y, without[2], without[1], letters[0], letters[1][2]);
+  automatic(6);
+  return 0;
+}
+#ifdef FAULTS
+int f(void);
+// CHECK: line [[#@LINE+1]]: error #147: too many initializer values
+int beyond[3] = {[1 ... 3] = 1};
+// CHECK: line [[#@LINE+1]]: error #147:
+int backwards[3] = {[2 ... 1] = 1};
+// CHECK: line [[#@LINE+1]]: error #147:
+int negative[3] = {[-1] = 1};
+// CHECK: line [[#@LINE+1]]: error #28:
+int variable[3] = {[after] = 1};
+// CHECK: line [[#@LINE+1]]: error #705: expected an "="
+struct point no_equals = {.x 1};
+// CHECK: line [[#@LINE+1]]: error #41:
+struct point no_name = {. = 1};
+// CHECK: line [[#@LINE+1]]: error #1099: this kind of designator cannot be used for type "int"
+struct point deep = {.x.y = 1};
+// CHECK: line [[#@LINE+1]]: error #1099:
+int scalar = {[0] = 1};
+void automatic_ranges(void) {
+  // CHECK: line [[#@LINE+1]]: error #1025: array range designators cannot be applied to dynamic initializers
+  int repeated[5] = {[1 ... 3] = f()};
+  // CHECK: line [[#@LINE+1]]: error #1025:
+  struct point inside[3] = {[0 ... 1] = {1, f()}};
+  int once[3] = {[1 ... 1] = f()};
+}
+// CHECK-NOT: error #
+#endif
