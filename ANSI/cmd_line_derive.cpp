@@ -388,10 +388,6 @@ void refuse_what_is_not_made() {
     refuse_run("this version makes no code of C++; use --c for a C source, or --no_code_gen");
   if (create_precompiled_header)
     refuse_run("this version makes no precompiled headers");
-  if (suppress_back_end)
-    return;
-  if (entry_hook_descriptor != nullptr || exit_hook_descriptor != nullptr)
-    refuse_run("this version inserts no calls of entry and exit hooks");
 }
 
 FILE* open_listing(const char* name, an_error_code kind) {

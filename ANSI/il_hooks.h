@@ -106,4 +106,11 @@ void get_hook_parameter_types(HOOK_DESCRIPTOR* hook);
 // 1365 for another text. Either may be null.
 void enable_hook(unsigned short code, const char* name, const char* parameter);
 
+// Whether a routine is the entry or the exit hook.
+bool is_hook_function(const a_routine* routine);
+// Has every function of the primary unit call the hooks that were asked for: at its
+// start, and before each return, once its value is known. Runs on the lowered IL,
+// just before it is written.
+void add_hook_calls_to_il();
+
 #endif

@@ -70,6 +70,7 @@ void start_generator() {
   update_gen_position(error_position);
   start_symbols();
   start_declarations();
+  add_hook_calls_to_il();
 }
 
 // Tells that options of its own hold for the whole unit.

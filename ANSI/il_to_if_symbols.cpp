@@ -404,6 +404,8 @@ static void add_final_pragmas(a_routine* routine, SYMTAB* symbol) {
   if (f_skip_typerefs(routine->type)
           ->variant.routine.routine_supplement->returns_via_copy_constructor)
     symbol->add_pragma(ifpk_FUNC_RET_BY_CCTOR);
+  if (is_hook_function(routine))
+    symbol->add_pragma(ifpk_HOOK_FUNCTION);
   if (ramfunc || find_attribute(routine->source_corresp, "ramfunc") != nullptr)
     symbol->add_pragma(ifpk_RAMFUNC);
   if (routine->is_internal_runtime)
