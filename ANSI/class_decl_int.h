@@ -8,8 +8,145 @@
 #include "il_types.h"
 #include "lexical.h"
 
+#include <unordered_map>
+
+// ---- Bases (class_decl_base.cpp) ----
+
+// At the `:` behind the name of a class: the list of its bases, each with the
+// ways that lead to it.
+void scan_base_clause(a_type* class_type);
+a_type* class_of_base(const a_base_class* base);
+// Whether the token is an access specifier, and which.
+bool access_of_token(a_token_kind token, an_access_specifier* access);
+// That of the members before any label, and of bases without a specifier.
+an_access_specifier default_access_of(const a_type* class_type);
+
+// ---- Members ----
+
 // The member declarations, up to the `}` that ends the class.
 void member_declaration_list(a_type* class_type);
+
+// What stands between the declarator and the body of a member function.
+struct a_virt_specifiers {
+  bool is_override;
+  bool is_final;
+  bool is_pure;
+  a_source_position override_position;
+  a_source_position final_position;
+  a_source_position pure_position;
+};
+
+// ---- Fields (class_decl_field.cpp) ----
+
+a_field* make_named_field(a_type* class_type, a_type* type, a_symbol_locator* locator);
+a_field* make_unnamed_field(a_type* class_type, a_type* type, const a_source_position* position);
+// Behind the declarator: the width of a bit-field, and the checks of the type.
+void finish_field(a_type* class_type, a_field* field);
+// At the `:`.
+void scan_bit_field_width(a_field* field);
+// Notes in the class that a member of the type is const or volatile.
+void note_qualified_field(a_type* class_type, a_type* field_type);
+// What C++ asks of a field beyond C.
+void check_field_of_cplusplus(a_type* class_type, a_field* field, const a_decl_parse_state* state);
+// At the `=` or `{` behind a field's declarator.
+void field_initializer_in_class(a_type* class_type, a_field* field);
+
+// ---- Anonymous members (class_decl_anon.cpp) ----
+
+// A member declaration that ends behind its specifiers: an anonymous member, or
+// nothing, unless it defines a type.
+a_field* member_without_declarator(a_type* class_type, const a_decl_parse_state* state);
+
+// ---- Member functions (class_decl_function.cpp) ----
+
+// Reads `override`, `final` and the pure specifier.
+void scan_virt_specifiers(a_virt_specifiers* virt);
+// Declares the function in the class that is being defined; the symbol goes to
+// the state. A function that is declared already is reported, and gets a
+// routine that nobody finds.
+a_routine* decl_member_function(a_type* class_type, a_decl_parse_state* state,
+                                a_symbol_locator* locator, const a_func_info_block* func_info,
+                                const a_virt_specifiers* virt);
+// `= default` and `= delete`.
+void scan_function_definition_word(a_routine* routine, a_decl_parse_state* state);
+// At the body of a function declared just before: it waits for the end of the
+// class. The token behind the body is current afterwards.
+void function_body_in_class(a_routine* routine, a_type* class_type, a_decl_parse_state* state,
+                            const a_symbol_locator* locator, const a_func_info_block* func_info);
+// Enters a member function in the open class and in the lists of its kind,
+// which the locator tells, without any check. The type is made that of a member
+// of the class.
+a_symbol* enter_member_function(a_type* class_type, a_symbol_locator* locator, a_type* type,
+                                a_storage_kind storage);
+// The names of special functions, as declarators have them.
+void make_constructor_locator(const a_type* class_type, a_symbol_locator* locator);
+void make_destructor_locator(const a_type* class_type, a_symbol_locator* locator);
+void make_operator_locator(unsigned operator_kind, const a_source_position* position,
+                           a_symbol_locator* locator);
+
+// The linkage that members of the class have.
+an_id_linkage_kind linkage_of_member(const a_type* class_type);
+// The constructors, destructor or conversion functions of the class, as the
+// locator tells; null for none.
+a_symbol* functions_of_name(a_type* class_type, const a_symbol_locator* locator);
+// Whether two member functions have the same parameters, qualifiers included.
+bool is_same_member_function(a_type* a, a_type* b);
+// The function of a set that a declaration with the type declares again.
+a_symbol* member_function_redecl_sym(a_symbol* functions, a_type* type,
+                                     const a_symbol_locator* locator);
+// No parameter and no result of a function is an object of an abstract class.
+void check_abstract_types_of_function(a_type* type, const a_source_position* position);
+
+// ---- Virtual functions (class_decl_virtual.cpp) ----
+
+// A member function just declared: whether it overrides virtual functions of
+// the bases, and the checks of `virtual`, `override` and `final`.
+void check_virtual_function(a_type* class_type, a_symbol* symbol, const a_decl_parse_state* state,
+                            const a_virt_specifiers* virt);
+// The function as the overrider of what it overrides; whether it does.
+bool note_overridden_functions(a_type* class_type, const a_symbol* symbol);
+// For each base of a direct base its record in the derived class.
+typedef std::unordered_map<const a_base_class*, a_base_class*> a_base_correspondence;
+a_base_class* corresp_base_class(const a_base_correspondence& corresponding,
+                                 const a_base_class* inner);
+// The final overriders in a direct base become those in the derived class.
+void copy_overriding_functions(a_base_class* direct, const a_base_correspondence& corresponding);
+// Numbers the virtual functions of a class that is laid out, and finds the final
+// overriders.
+void complete_virtual_functions(a_type* class_type);
+
+// ---- Friends (class_decl_friend.cpp) ----
+
+// `friend class C;` and `friend C;`, behind the specifiers.
+void decl_friend_class(a_type* class_type, a_decl_parse_state* state);
+// The class that an elaborated specifier behind `friend` names, declared where
+// it isn't yet.
+a_type* friend_class_type(a_type_kind kind, a_symbol_kind symbol_kind, a_symbol_locator* locator);
+a_routine* decl_friend_function(a_type* class_type, a_decl_parse_state* state,
+                                a_symbol_locator* locator, a_func_info_block* func_info,
+                                const a_virt_specifiers* virt);
+
+// ---- Other members ----
+
+void decl_member_typedef(a_symbol_locator* locator, a_decl_parse_state* state);
+void decl_static_data_member(a_type* class_type, a_symbol_locator* locator,
+                             a_decl_parse_state* state);
+// At `using` in a class; the `;` is left.
+void member_using_declaration(a_type* class_type);
+// Whether `B::x;` stands here, which the first C++ had for a using-declaration.
+bool is_access_declaration();
+void access_declaration(a_type* class_type);
+
+// Declares a class; the symbol is that of the scope at the depth.
+a_type* make_class_type(a_type_kind kind, a_symbol_kind symbol_kind, a_symbol_locator* locator,
+                        int depth);
+// The warnings about members that wait for the end of the class.
+void check_members_of_complete_class(a_type* class_type);
+
+// Reports `code`, whose text ends with a colon, with the pure virtual functions
+// of the abstract class.
+void abstract_class_diagnostic(an_error_code code, a_type* class_type,
+                               const a_source_position* position);
 
 // Whether the unnamed field is an anonymous struct or union.
 bool is_anonymous_member(const a_field* field);

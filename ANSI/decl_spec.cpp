@@ -10,6 +10,7 @@
 #include "mem_manage.h"
 #include "misra.h"
 #include "mode_words.h"
+#include "scope_stk.h"
 #include "symbol_ref.h"
 #include "types.h"
 
@@ -97,12 +98,15 @@ bool scan_tag(a_symbol_locator* locator, an_attribute** attributes, a_decl_parse
   a_source_position position = pos_curr_token;
   get_token();
   *attributes = scan_attributes(al_tag);
-  if (curr_token == tok_identifier) {
+  if (f_is_generalized_identifier_start() && curr_token != tok_operator) {
+    if (in_cplusplus_mode())
+      coalesce_and_lookup_qualified_name(ilo_tag);
     *locator = locator_for_curr_id;
-    locator->symbol = nullptr;
+    if (!locator->is_qualified)
+      locator->symbol = nullptr;
     state->end_position = end_pos_curr_token;
     get_token();
-  } else if (curr_token == tok_lbrace) {
+  } else if (curr_token == tok_lbrace || (curr_token == tok_colon && in_cplusplus_mode())) {
     make_unnamed_locator(locator, &position);
   } else {
     syntax_error(ec_exp_definition_of_tag);
@@ -253,11 +257,40 @@ static bool takes_type_name(unsigned options, const a_specifier_accumulator* acc
   return is_possible && declarator_follows_type_name();
 }
 
+// Whether the current name is that of the class being defined and begins the
+// declarator of a constructor (C++11 12.1 p1).
+static bool is_constructor_decl(unsigned options) {
+  if (!(options & dso_member) || !in_cplusplus_mode() || curr_token != tok_identifier)
+    return false;
+  const a_type* class_type = scope_stack[depth_scope_stack].assoc_type;
+  if (scope_stack[depth_scope_stack].kind != sk_class || class_type->source_corresp.is_unnamed ||
+      class_type->source_corresp.symbol->header != locator_for_curr_id.header)
+    return false;
+  a_token_kind second;
+  return next_two_tokens(tok_lparen, &second) && second != tok_star && second != tok_ampersand;
+}
+
+// Whether a constructor, a destructor or a conversion function is declared,
+// which have no type among their specifiers.
+static bool is_name_without_type(unsigned options) {
+  if (in_C_mode() || !(options & dso_storage_class))
+    return false;
+  if (curr_token == tok_operator)
+    coalesce_and_lookup_generalized_identifier(ilo_none);
+  if (curr_token == tok_compl)
+    return (options & dso_member) != 0;
+  if (curr_token != tok_identifier)
+    return false;
+  const a_symbol_locator& locator = locator_for_curr_id;
+  return locator.is_constructor_name || locator.is_destructor_name || locator.is_conversion_name ||
+         is_constructor_decl(options);
+}
+
 // A type name ends the list once the type is known, so that `T T;` declares.
 // False when the identifier isn't part of the specifiers.
 static bool scan_type_name_specifier(unsigned options, a_specifier_accumulator* acc,
                                      a_decl_parse_state* state) {
-  if (!takes_type_name(options, acc))
+  if (!takes_type_name(options, acc) || is_constructor_decl(options))
     return false;
   a_symbol* symbol = curr_type_symbol();
   if (!symbol)
@@ -418,6 +451,8 @@ void decl_specifiers(unsigned options, a_decl_parse_state* state) {
   }
   if (is_plain_void_specifier(&acc, state, count))
     state->decl_flags.is_plain_void = true;
+  if (!any_type_word(&acc) && is_name_without_type(options))
+    acc.base = btc_unknown;
   if (!any_type_word(&acc))
     handle_missing_type(options, &acc, state, count != 0);
   a_type* type = type_of_words(options, &acc, state);

@@ -70,6 +70,10 @@ void pointer_declarator(a_decl_parse_state* state) {
 
 // ---- Names ----
 
+bool names_special_function(const a_symbol_locator* locator) {
+  return locator->is_constructor_name || locator->is_destructor_name || locator->is_conversion_name;
+}
+
 // Whether the qualifier is the namespace that the declaration stands in.
 static bool is_qualified_by_own_namespace(const a_symbol_locator* locator) {
   const a_scope_stack_entry* entry = &scope_stack[decl_scope_level];
@@ -80,8 +84,9 @@ static bool is_qualified_by_own_namespace(const a_symbol_locator* locator) {
 
 // A qualified name declares a member again, and nothing else can be (C++11 8.3
 // p1).
-static void check_qualified_name(unsigned options, a_symbol_locator* locator) {
-  if (locator->is_error_locator)
+static void check_qualified_name(unsigned options, const a_decl_parse_state* state,
+                                 a_symbol_locator* locator) {
+  if (locator->is_error_locator || state->modifiers.friend_seen)
     return;
   if (options & do_member) {
     pos_error(ec_qualifier_in_member_declaration, &locator->position);
@@ -101,37 +106,48 @@ static void check_qualified_name(unsigned options, a_symbol_locator* locator) {
   set_to_error_locator(locator);
 }
 
-static void scan_identifier(unsigned options, a_symbol_locator* locator,
-                            a_source_position* name_end) {
+static void scan_identifier(unsigned options, const a_decl_parse_state* state,
+                            a_symbol_locator* locator, a_source_position* name_end) {
   if (in_cplusplus_mode())
     coalesce_and_lookup_qualified_name(ilo_none);
   *name_end = end_pos_curr_token;
   *locator = locator_for_curr_id;
   if (locator->is_qualified)
-    check_qualified_name(options, locator);
+    check_qualified_name(options, state, locator);
   else
     locator->symbol = nullptr;
+  // The name of the class without a type in front of it.
+  if ((options & do_member) && in_cplusplus_mode() && !locator->is_qualified &&
+      is_unknown_type(state->type_specifier_type) && !names_special_function(locator))
+    locator->is_constructor_name = true;
   get_token();
 }
 
-// Names of operator functions and destructors belong to classes.
-static void refuse_special_name(a_symbol_locator* locator) {
-  pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, token_names[curr_token]);
+// At the `~` of a member's declarator. Elsewhere a destructor has a qualifier.
+static void scan_destructor_name(unsigned options, const a_decl_parse_state* state,
+                                 a_symbol_locator* locator, a_source_position* name_end) {
+  const a_scope_stack_entry* entry = &scope_stack[depth_scope_stack];
+  bool is_member = (options & do_member) && entry->kind == sk_class;
+  if (is_member && entry->assoc_type->source_corresp.symbol != nullptr) {
+    fold_destructor_name(entry->assoc_type);
+    scan_identifier(options, state, locator, name_end);
+    return;
+  }
+  pos_error(ec_bad_destructor_decl, &pos_curr_token);
   clear_locator(locator, &pos_curr_token);
   set_to_error_locator(locator);
-  while (curr_token != tok_lparen && curr_token != tok_semicolon && curr_token != tok_lbrace &&
-         curr_token != tok_end_of_source)
-    get_token();
+  get_token();
+  loop_token(tok_identifier);
 }
 
 // *name_end is left alone where there is no name.
-static void scan_name(unsigned options, a_symbol_locator* locator, a_source_position* name_end) {
+static void scan_name(unsigned options, const a_decl_parse_state* state, a_symbol_locator* locator,
+                      a_source_position* name_end) {
   bool may_be_named = !(options & do_abstract_only);
   if (may_be_named && f_is_generalized_identifier_start()) {
-    scan_identifier(options, locator, name_end);
-  } else if (may_be_named && in_cplusplus_mode() &&
-             (curr_token == tok_operator || curr_token == tok_compl)) {
-    refuse_special_name(locator);
+    scan_identifier(options, state, locator, name_end);
+  } else if (may_be_named && in_cplusplus_mode() && curr_token == tok_compl) {
+    scan_destructor_name(options, state, locator, name_end);
   } else if (options & do_name_required) {
     syntax_error(ec_exp_identifier);
     clear_locator(locator, &pos_curr_token);
@@ -159,8 +175,9 @@ static bool parenthesis_encloses_declarator(unsigned options) {
 // Whether the `(` behind a name holds parameters. In C++ it may hold the
 // initializer instead: what can be a declaration of parameters is one (C++11
 // 8.2).
-static bool parenthesis_encloses_parameters(unsigned options) {
-  if (in_C_mode() || (options & (do_parameter | do_abstract_only | do_member)))
+static bool parenthesis_encloses_parameters(unsigned options, const a_symbol_locator* locator) {
+  if (in_C_mode() || (options & (do_parameter | do_abstract_only | do_member)) ||
+      names_special_function(locator) || locator->is_operator_name)
     return true;
   a_token_cache cache;
   clear_token_cache(&cache, false);
@@ -173,16 +190,29 @@ static bool parenthesis_encloses_parameters(unsigned options) {
   return encloses;
 }
 
-static void suffixes(unsigned options, a_func_info_block* func_info, bool is_next_to_name) {
+static void suffixes(unsigned options, const a_symbol_locator* locator,
+                     a_func_info_block* func_info, bool is_next_to_name) {
   for (;; is_next_to_name = false) {
     if (curr_token == tok_lbracket)
       array_declarator(options, is_next_to_name);
-    else if (curr_token == tok_lparen && parenthesis_encloses_parameters(options))
+    else if (curr_token == tok_lparen && parenthesis_encloses_parameters(options, locator))
       function_declarator(options, func_info);
     else
       return;
     func_info = nullptr; // only the derivation next to the name can be a definition
   }
+}
+
+// What follows a qualified name may name members without a qualifier (C++11
+// 3.4.1 p8).
+static bool open_class_of_name(const a_symbol_locator* locator) {
+  if (!locator->is_class_qualified || locator->is_error_locator)
+    return false;
+  a_type* class_type = skip_typerefs(locator->qualifier.class_type);
+  if (!is_class_struct_union_kind(class_type->kind) || !class_supplement_of(class_type)->scope)
+    return false;
+  push_class_and_template_reactivation_scope(class_type);
+  return true;
 }
 
 // Reads a declarator; its derivations are pushed, the one that binds first
@@ -201,12 +231,15 @@ static void scan_declarator(unsigned options, a_decl_parse_state* state, a_symbo
     remove_stop_token(tok_rparen);
     required_token(tok_rparen, ec_exp_rparen);
   } else {
-    scan_name(options, locator, name_end);
+    scan_name(options, state, locator, name_end);
     if (curr_token == tok_lbracket)
       append_attributes(&state->attributes_after, scan_attributes(al_declarator));
   }
   bool is_next_to_name = derivations.size() == start + number_of_pointers;
-  suffixes(options, is_next_to_name ? func_info : nullptr, is_next_to_name);
+  bool class_is_open = open_class_of_name(locator);
+  suffixes(options, locator, is_next_to_name ? func_info : nullptr, is_next_to_name);
+  if (class_is_open)
+    pop_class_reactivation_scope();
   // The pointers bind after what has been read since.
   std::rotate(derivations.begin() + static_cast<ptrdiff_t>(start),
               derivations.begin() + static_cast<ptrdiff_t>(start + number_of_pointers),
@@ -303,6 +336,22 @@ static void check_function_words(a_decl_parse_state* state) {
     pos_error(ec_arm_interrupt_not_allowed, &state->modifiers.position);
 }
 
+// The type that a constructor, a destructor or a conversion function returns,
+// which its specifiers don't say (C++11 12.1 p1, 12.3.2 p4, 12.4 p1).
+static a_type* base_type_of_declarator(const a_decl_parse_state* state, a_type* type,
+                                       const a_symbol_locator* locator) {
+  if (!type)
+    type = state->type_specifier_type;
+  if (!names_special_function(locator))
+    return is_unknown_type(type) ? error_type() : type;
+  if (!is_unknown_type(type) && !is_error_type(type))
+    pos_error(locator->is_constructor_name  ? ec_return_type_on_constructor
+              : locator->is_destructor_name ? ec_return_type_on_destructor
+                                            : ec_return_type_on_conversion_function,
+              &state->specifiers_position);
+  return locator->is_conversion_name ? locator->conversion_type : void_type();
+}
+
 static void finish_declared_type(unsigned options, a_decl_parse_state* state,
                                  const a_symbol_locator* locator,
                                  const a_func_info_block* func_info) {
@@ -331,7 +380,7 @@ void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
   state->declarator_range.start = locator->position;
   state->declarator_range.end = curr_construct_end_position;
   state->positions.declarator_range = {state->declarator_position, state->declarator_range.end};
-  state->base_type = type ? type : state->type_specifier_type;
+  state->base_type = base_type_of_declarator(state, type, locator);
   state->declared_type = type_of_derivations(base, state->base_type);
   finish_declared_type(options, state, locator, func_info);
   func_info->is_from_typedef =

@@ -45,6 +45,10 @@ enum a_declarator_option : unsigned {
   do_k_and_r_parameter = 0x800 // in the declarations behind an identifier list
 };
 
+// Whether the name is that of a constructor, a destructor or a conversion
+// function.
+bool names_special_function(const a_symbol_locator* locator);
+
 // Reads one declarator around the state's type_specifier_type, or around
 // `type` when it isn't null; sets state->declared_type and the locator, which
 // is an error locator when no name was found.

@@ -188,9 +188,9 @@ static void note_unreferenced_static(a_variable* variable) {
 static void scan_initializer(a_decl_parse_state* state) {
   a_source_position equals_position = pos_curr_token;
   // Names are looked up where the object belongs (C++11 9.4.2 p2, 3.4.1 p13).
-  int number_pushed = push_namespaces_of_member(state->symbol);
+  int pushed = push_scopes_of_member(state->symbol);
   initializer(state);
-  pop_namespaces(number_pushed);
+  pop_scopes_of_member(pushed);
   mark_variable_value_set(state->symbol);
   a_variable* variable = state->symbol->variant.variable;
   a_source_range range = variable->initializer_range;

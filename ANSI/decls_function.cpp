@@ -315,9 +315,9 @@ void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   a_pack_alignment_state pack_state;
   reset_pack_alignment_state(current_pack_pragma_value(), &pack_state);
   const a_symbol* symbol = routine->source_corresp.symbol;
-  int number_pushed = symbol ? push_namespaces_of_member(symbol) : 0;
+  int pushed = symbol ? push_scopes_of_member(symbol) : 0;
   scan_body_in_its_scope(routine, func_info);
-  pop_namespaces(number_pushed);
+  pop_scopes_of_member(pushed);
   required_token(tok_rbrace, ec_exp_rbrace);
   // A pragma in front of the brace has acted now.
   restore_pack_alignment_state(&pack_state);

@@ -23,6 +23,14 @@ a_symbol* find_linked_declaration(a_symbol_locator* locator, bool has_linkage);
 // The member that a qualified declarator names; null, with an error locator,
 // behind a message. Its namespace must be around the declaration (C++11 8.3 p1).
 a_symbol* find_qualified_declaration(a_symbol_locator* locator, bool is_definition);
+// The member function that a qualified declarator with the type declares again;
+// null, with an error locator, behind a message.
+a_symbol* find_member_function_declaration(a_symbol_locator* locator, a_type* type);
+// The static data member that a qualified declarator defines; null, with an
+// error locator, behind a message.
+a_symbol* find_data_member_declaration(a_symbol_locator* locator, bool is_definition);
+// The function of a set, or the only one, that has the parameters of the type.
+a_symbol* select_overload(a_type* type, a_symbol* symbol);
 // Whether a name without linkage stands between here and the file scope.
 bool is_hidden_by_local(const a_symbol_locator* locator);
 void report_incompatible_redeclaration(const a_source_position* position, a_symbol* symbol);
@@ -31,13 +39,23 @@ void report_linkage_conflict(const a_source_position* position);
 // The severity of a breach of the language that older compilers tolerate.
 an_error_severity tolerated_breach_severity();
 
-// Opens the namespaces between the current scope and an entity declared outside
-// of its own; the result is their number, for the second.
-int push_namespaces_of_member(const a_symbol* member);
-void pop_namespaces(int number);
+// Opens the namespaces or the class between the current scope and an entity
+// declared outside of its own; the result is for the second.
+int push_scopes_of_member(const a_symbol* member);
+void pop_scopes_of_member(int pushed);
+// Whether the symbol belongs to the current scope or to one inside it.
+bool is_declared_within_current_scope(const a_symbol* symbol);
 
 // Whether a function is deleted by what follows its declarator.
 bool is_deleted_definition();
+
+// ---- Operator functions (decls_operator.cpp) ----
+
+enum an_operator_member_kind : uint8_t { omk_nonmember, omk_nonstatic, omk_static };
+// The parameters and the result that a function by the name of an operator must
+// have (C++11 3.7.4, 13.5).
+void check_operator_function_params(const a_symbol_locator* locator, a_type* type,
+                                    an_operator_member_kind member_kind);
 
 // ---- Positions and asm names ----
 
@@ -59,6 +77,8 @@ a_namespace* make_namespace(a_symbol* symbol, bool is_inline);
 // A namespace, a using-declaration, an alias or a linkage specification with
 // braces; false for a declaration with specifiers.
 bool is_cplusplus_declaration(a_decl_parse_state* state);
+// Behind `using`, at the name of an alias declaration; the `;` is left.
+void scan_alias_declaration();
 // At `extern "C"` before a declaration: makes that linkage the current one.
 void scan_linkage_prefix(a_decl_parse_state* state);
 

@@ -196,7 +196,46 @@ a_symbol* find_qualified_declaration(a_symbol_locator* locator, bool is_definiti
   return nullptr;
 }
 
-int push_namespaces_of_member(const a_symbol* member) {
+// The innermost scope around a member that is no class.
+static a_scope* namespace_scope_of_member(const a_symbol* member) {
+  while (member->is_class_member) {
+    const a_symbol* class_symbol = skip_typerefs(member->parent.class_type)->source_corresp.symbol;
+    if (!class_symbol)
+      return nullptr;
+    member = class_symbol;
+  }
+  return member->is_namespace_member || !is_in_function() ? scope_of_member(member) : nullptr;
+}
+
+bool is_declared_within_current_scope(const a_symbol* symbol) {
+  for (const a_symbol* s = symbol; s && s->is_class_member;
+       s = skip_typerefs(s->parent.class_type)->source_corresp.symbol)
+    if (scope_stack[decl_scope_level].il_scope &&
+        class_supplement_of(s->parent.class_type)->scope == scope_stack[decl_scope_level].il_scope)
+      return true;
+  a_scope* scope = namespace_scope_of_member(symbol);
+  return scope && is_within_current_scope(scope);
+}
+
+static bool class_is_open(const a_type* class_type) {
+  for (int64_t depth = depth_scope_stack; depth >= 0; depth = scope_stack[depth].parent_depth)
+    if ((scope_stack[depth].kind == sk_class || scope_stack[depth].kind == sk_class_reactivation) &&
+        scope_stack[depth].assoc_type == class_type)
+      return true;
+  return false;
+}
+
+// What push_scopes_of_member answers when it has opened a class.
+static constexpr int pushed_class = -1;
+
+int push_scopes_of_member(const a_symbol* member) {
+  if (member->is_class_member) {
+    a_type* class_type = skip_typerefs(member->parent.class_type);
+    if (class_is_open(class_type) || !class_supplement_of(class_type)->scope)
+      return 0;
+    push_class_and_template_reactivation_scope(class_type);
+    return pushed_class;
+  }
   if (!member->is_namespace_member || !is_within_current_scope(scope_of_member(member)))
     return 0;
   std::vector<a_namespace*> closed;
@@ -208,8 +247,10 @@ int push_namespaces_of_member(const a_symbol* member) {
   return static_cast<int>(closed.size());
 }
 
-void pop_namespaces(int number) {
-  for (; number > 0; --number)
+void pop_scopes_of_member(int pushed) {
+  if (pushed == pushed_class)
+    pop_class_reactivation_scope();
+  for (; pushed > 0; --pushed)
     pop_scope();
 }
 

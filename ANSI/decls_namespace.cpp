@@ -332,7 +332,7 @@ static void using_declaration() {
   remove_stop_token(tok_comma);
 }
 
-static void scan_alias_declaration() {
+void scan_alias_declaration() {
   if (std_version < 201103)
     pos_st_diagnostic(gnu_mode ? es_warning : es_discretionary_error,
                       ec_feature_not_allowed_in_current_mode, &pos_curr_token, "alias declaration");

@@ -39,19 +39,6 @@ static void enter_predeclared_class(const char* name) {
 
 // ---- Allocation functions (C++11 3.7.4 p2) ----
 
-// The header under which the functions of an operator are declared.
-static a_symbol_header* header_of_operator(an_opname_kind kind) {
-  if (a_symbol_header* header = opname_symbol_header(kind))
-    return header;
-  std::string name = std::string("operator ") + opname_names[kind];
-  a_symbol_locator locator;
-  clear_locator(&locator, &null_source_position);
-  a_symbol_header* header = find_symbol_header(name.c_str(), name.size(), &locator);
-  header->is_operator_name = true;
-  set_opname_symbol_header(kind, header);
-  return header;
-}
-
 static void enter_predeclared_routine(an_opname_kind kind, a_type* type) {
   a_symbol_locator locator;
   clear_locator(&locator, &null_source_position);

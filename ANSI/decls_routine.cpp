@@ -37,7 +37,8 @@ a_routine* make_routine(a_type* type, a_storage_kind storage, int depth) {
 }
 
 static bool is_routine_symbol(const a_symbol* symbol) {
-  return symbol->kind == symk_routine || symbol->kind == symk_extern_routine;
+  return symbol->kind == symk_routine || symbol->kind == symk_extern_routine ||
+         symbol->kind == symk_member_function;
 }
 
 static a_name_linkage_kind name_linkage_of(a_type* type) {
@@ -141,6 +142,8 @@ static void check_default_args(const a_routine_declaration* decl) {
 // A function is declared as with `extern`, which takes the linkage of a visible
 // declaration only. One that isn't defined yet may still become `static`.
 static void reconcile_storage(a_routine_declaration* decl, a_routine* routine) {
+  if (decl->match->is_class_member)
+    return;
   bool was_static = routine->source_corresp.linkage == idl_internal;
   bool wants_static = decl->state->storage_class == sc_static;
   if (was_static && !wants_static && !decl->is_hidden_by_local) {
@@ -169,7 +172,7 @@ static bool is_same_function(a_type* new_type, const a_symbol* symbol) {
 
 // The function of a set that the declaration declares again, by its parameters
 // (C++11 13.1).
-static a_symbol* select_overload(a_type* type, a_symbol* symbol) {
+a_symbol* select_overload(a_type* type, a_symbol* symbol) {
   if (symbol->kind != symk_overloaded_function)
     return is_routine_symbol(symbol) && is_same_function(type, symbol) ? symbol : nullptr;
   for (a_symbol* s = symbol->variant.overload_list; s; s = s->next_homonym) {
@@ -275,8 +278,46 @@ static void check_match(a_routine_declaration* decl) {
   }
 }
 
+// What a member says in its class only (C++11 9.4.1 p1).
+static void check_words_of_outside_definition(const a_routine_declaration* decl) {
+  a_decl_parse_state* state = decl->state;
+  if (state->storage_class == sc_none)
+    return;
+  pos_error(state->storage_class == sc_static ? ec_static_not_allowed : ec_storage_class_not_allowed,
+            &state->storage_class_position);
+  state->storage_class = sc_none;
+}
+
+// Outside of its class a member is defined, and not declared (C++11 9.3 p2).
+static void check_member_redeclaration(a_routine_declaration* decl) {
+  if (!decl->match)
+    return;
+  const a_routine* routine = decl->match->variant.routine;
+  if (!decl->state->modifiers.friend_seen &&
+      (is_in_function() || !is_declared_within_current_scope(decl->match))) {
+    pos_sy_error(decl->is_definition ? ec_bad_scope_for_definition : ec_bad_scope_for_redeclaration,
+                 &decl->locator->position, decl->match);
+    refuse_match(decl);
+  } else if (!decl->is_definition && !decl->state->modifiers.friend_seen) {
+    pos_sy_diagnostic(gnu_mode && !strict_ansi_mode ? es_warning : es_discretionary_error,
+                      ec_member_function_redecl_outside_class, &decl->locator->position,
+                      decl->match);
+  } else if (decl->is_definition && routine->is_compiler_generated) {
+    pos_sy_error(ec_definition_of_implicitly_declared_function, &decl->locator->position,
+                 decl->match);
+    refuse_match(decl);
+  } else if (decl->is_definition && decl->match->defined) {
+    pos_sy_error(ec_function_redefinition, &decl->locator->position, decl->match);
+    refuse_match(decl);
+  }
+}
+
 static void find_match(a_routine_declaration* decl) {
-  if (decl->locator->is_template_id) {
+  if (decl->locator->is_class_qualified && !decl->locator->is_error_locator) {
+    check_words_of_outside_definition(decl);
+    decl->match = find_member_function_declaration(decl->locator, decl->state->declared_type);
+    check_member_redeclaration(decl);
+  } else if (decl->locator->is_template_id) {
     pos_error(ec_explicit_template_args_not_allowed, &decl->locator->position);
     set_to_error_locator(decl->locator);
   } else if (decl->locator->is_qualified) {
@@ -306,8 +347,10 @@ static void find_match(a_routine_declaration* decl) {
 // Whether the declaration is the first of the name in its scope.
 static bool has_symbol_of_scope(const a_routine_declaration* decl) {
   const a_symbol* match = decl->match;
-  if (!match || match->kind != symk_routine)
+  if (!match || match->kind == symk_extern_routine)
     return false;
+  if (match->kind == symk_member_function)
+    return true;
   return match->scope_number == scope_stack[decl_scope_level].number ||
          (decl->locator->qualifier.entry && !is_in_function());
 }
@@ -326,7 +369,8 @@ static a_symbol* symbol_of_declaration(a_routine_declaration* decl) {
   return enter_symbol(symk_routine, decl->locator, decl_scope_level, &check);
 }
 
-static a_routine* new_routine(a_symbol* symbol, a_decl_parse_state* state) {
+static a_routine* new_routine(a_symbol* symbol, const a_symbol_locator* locator,
+                              a_decl_parse_state* state) {
   bool is_static = state->storage_class == sc_static;
   int depth = depth_of_linked_entities();
   a_routine* routine = make_routine(state->declared_type, is_static ? sc_static : sc_extern, depth);
@@ -334,6 +378,12 @@ static a_routine* new_routine(a_symbol* symbol, a_decl_parse_state* state) {
   set_source_corresp_with_scope_depth(&routine->source_corresp, symbol, depth);
   routine->source_corresp.linkage =
       is_static || is_in_unnamed_namespace() ? idl_internal : idl_external;
+  if (locator->is_operator_name) {
+    set_routine_special_kind(routine, rsk_operator);
+    routine->special_data.operator_kind = static_cast<uint8_t>(locator->operator_kind);
+  } else if (locator->is_literal_operator_name) {
+    set_routine_special_kind(routine, rsk_literal_operator);
+  }
   return routine;
 }
 
@@ -403,6 +453,10 @@ static void check_misra_rules(const a_routine_declaration* decl) {
     pos_diagnostic(misra_required_severity, ec_misra_c_2004_8_6, &decl->locator->position);
 }
 
+static bool locator_is_operator(const a_symbol_locator* locator) {
+  return locator->is_operator_name && !locator->is_error_locator;
+}
+
 static void check_declaration(const a_routine_declaration* decl) {
   a_decl_parse_state* state = decl->state;
   // C99 6.8.5 p3: a function is `extern`, whatever its declaration says.
@@ -417,6 +471,13 @@ static void check_declaration(const a_routine_declaration* decl) {
   }
   if (scope_stack[decl_scope_level].kind == sk_function_prototype)
     pos_warning(ec_decl_in_prototype_scope, &decl->locator->position);
+  if (locator_is_operator(decl->locator) && !decl->locator->is_class_qualified)
+    check_operator_function_params(decl->locator, state->declared_type, omk_nonmember);
+  if (names_special_function(decl->locator) && !decl->locator->is_class_qualified &&
+      !decl->locator->is_error_locator)
+    pos_error(decl->locator->is_conversion_name ? ec_bad_conversion_function_decl
+                                                : ec_bad_constructor_decl,
+              &decl->locator->position);
   check_misra_rules(decl);
 }
 
@@ -433,7 +494,7 @@ static a_routine* declared_routine(a_routine_declaration* decl) {
     }
     return routine;
   }
-  a_routine* routine = new_routine(symbol, decl->state);
+  a_routine* routine = new_routine(symbol, decl->locator, decl->state);
   if (is_in_function() && !decl->locator->is_error_locator && !(decl->flags & drf_implicit)) {
     symbol->is_local_extern = true;
     enter_extern_symbol(symk_extern_routine, decl->locator)->variant.routine = routine;
@@ -453,6 +514,8 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   const bool is_redeclared = decl.match != nullptr;
   a_routine* routine = declared_routine(&decl);
   a_symbol* symbol = state->symbol;
+  if (!state->modifiers.friend_seen)
+    symbol->is_friend_only = false;
   apply_asm_name_to_routine(symbol, state, is_redeclared);
   update_routine_decl_modifiers(routine, state);
   const bool was_gnu_inline = routine->is_gnu_inline;

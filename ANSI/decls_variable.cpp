@@ -53,7 +53,8 @@ static an_id_linkage_kind linkage_of_declaration(const a_decl_parse_state* state
 }
 
 static bool is_variable_symbol(const a_symbol* symbol) {
-  return symbol->kind == symk_variable || symbol->kind == symk_extern_variable;
+  return symbol->kind == symk_variable || symbol->kind == symk_extern_variable ||
+         symbol->kind == symk_static_data_member;
 }
 
 // Without `static` a declaration takes the linkage of an earlier one that is
@@ -98,11 +99,22 @@ static void check_match(a_variable_declaration* decl) {
   decl->match = nullptr;
 }
 
+// `T C::x;` defines the static member that the class declared (C++11 9.4.2 p2).
+static void find_static_data_member(a_variable_declaration* decl) {
+  a_decl_parse_state* state = decl->state;
+  if (state->storage_class_before_declarator == sc_static ||
+      state->storage_class_before_declarator == sc_extern)
+    pos_error(ec_storage_class_not_allowed, &state->storage_class_position);
+  decl->match = find_data_member_declaration(decl->locator, (decl->flags & dvf_definition) != 0);
+}
+
 static void find_match(a_variable_declaration* decl) {
   bool is_definition = (decl->flags & dvf_definition) != 0;
   if (decl->locator->is_template_id) {
     pos_error(ec_explicit_template_args_not_allowed, &decl->locator->position);
     set_to_error_locator(decl->locator);
+  } else if (decl->locator->is_class_qualified && !decl->locator->is_error_locator) {
+    find_static_data_member(decl);
   } else if (decl->locator->is_qualified) {
     decl->match = find_qualified_declaration(decl->locator, is_definition);
   } else {
@@ -152,6 +164,8 @@ static void reconcile_types(a_variable_declaration* decl, a_variable* variable) 
 
 // C99 6.2.2 p7.
 static void reconcile_linkage(a_variable_declaration* decl, a_variable* variable) {
+  if (variable->is_static_data_member)
+    return;
   bool was_static = variable->source_corresp.linkage == idl_internal;
   bool wants_static = decl->linkage_wanted == idl_internal;
   if (was_static == wants_static)
@@ -178,12 +192,12 @@ static void check_repeated_definition(a_variable_declaration* decl, const a_vari
 // Lists hold variables in the order of their definitions.
 static void move_to_end_of_list(a_variable* variable, const a_symbol* match) {
   int depth = depth_of_linked_entities();
-  int number_pushed = push_namespaces_of_member(match);
-  if (number_pushed > 0)
+  int pushed = push_scopes_of_member(match);
+  if (pushed != 0)
     depth = depth_scope_stack;
   remove_from_variables_list(variable, depth);
   add_to_variables_list(variable, depth);
-  pop_namespaces(number_pushed);
+  pop_scopes_of_member(pushed);
 }
 
 static void define_again(a_variable_declaration* decl, a_variable* variable) {
@@ -205,7 +219,7 @@ static void redeclare(a_variable_declaration* decl) {
   if (decl->flags & dvf_definition)
     define_again(decl, variable);
   bool is_own_symbol =
-      decl->match->kind == symk_variable &&
+      decl->match->kind != symk_extern_variable &&
       (decl->match->scope_number == scope_stack[decl->depth].number || !is_in_function());
   if (is_own_symbol) {
     decl->state->symbol = decl->match;

@@ -375,6 +375,14 @@ bool is_nonstandard_character(const char* location);
 
 // -- Names of several tokens ------------------------------------------------------------
 
+// At `operator`: folds it with what follows into one identifier token.
+void fold_operator_name();
+// At the `~` of a destructor of the class: the same.
+void fold_destructor_name(a_type* class_type);
+// The headers under which the destructor of a class and a function that
+// converts to a type are declared.
+a_symbol_header* destructor_header(const a_type* class_type);
+a_symbol_header* conversion_header(const a_type* type);
 // Whether the current token begins a name that may be qualified.
 bool f_is_generalized_identifier_start();
 // At a qualified name: folds it into one identifier token and looks it up, with

@@ -128,24 +128,87 @@ a_type* scan_class_of_ptr_to_member() {
 bool f_is_generalized_identifier_start() {
   if (curr_token == tok_identifier)
     return true;
-  return in_cplusplus_mode() && curr_token == tok_colon_colon && next_token() == tok_identifier;
+  if (!in_cplusplus_mode())
+    return false;
+  if (curr_token == tok_operator)
+    return true;
+  if (curr_token != tok_colon_colon)
+    return false;
+  a_token_kind next = next_token();
+  return next == tok_identifier || next == tok_operator;
 }
 
 // Whether more than the current token belongs to the name.
 static bool at_qualified_name() {
-  if (!in_cplusplus_mode() || !f_is_generalized_identifier_start() ||
+  if (!in_cplusplus_mode() || curr_token == tok_operator || !f_is_generalized_identifier_start() ||
       (curr_token == tok_identifier && locator_for_curr_id.is_generalized))
     return false;
   return curr_token == tok_colon_colon || next_token() == tok_colon_colon;
 }
 
+static const a_class_symbol_supplement* class_of_place(const a_name_place& place) {
+  return place.kind == npk_class ? class_symbol_supplement_of(place.type) : nullptr;
+}
+
+// Behind the last `::`: a name of several tokens becomes one.
+static void fold_last_component(const a_name_place& place) {
+  if (curr_token == tok_operator)
+    fold_operator_name();
+  else if (curr_token == tok_compl && class_of_place(place) != nullptr)
+    fold_destructor_name(place.type);
+}
+
+// `C::C` in front of a parenthesis names the constructor (C++11 3.4.3.1 p2).
+static bool names_constructor(const a_name_place& place, uint32_t options) {
+  return options == ilo_none && class_of_place(place) != nullptr &&
+         place.type->source_corresp.symbol->header == locator_for_curr_id.header &&
+         next_token() == tok_lparen;
+}
+
+// The conversion function of the class to the type that is named.
+static a_symbol* conversion_function_of(const a_class_symbol_supplement* info, const a_type* type) {
+  a_symbol* symbol = info->conversion_functions;
+  bool is_set = symbol != nullptr && symbol->kind == symk_overloaded_function;
+  for (a_symbol* s = is_set ? symbol->variant.overload_list : symbol; s != nullptr;
+       s = is_set ? s->next_homonym : nullptr)
+    if (identical_types(return_type_of(s->variant.routine->type), const_cast<a_type*>(type)))
+      return is_set ? symbol : s;
+  return nullptr;
+}
+
+static a_symbol* look_up_last_component(const a_name_place& place, uint32_t options) {
+  a_symbol_locator* locator = &locator_for_curr_id;
+  const a_class_symbol_supplement* info = class_of_place(place);
+  if (info == nullptr || locator->is_error_locator)
+    return look_up_in_place(place, locator, options);
+  if (names_constructor(place, options))
+    locator->is_constructor_name = true;
+  if (locator->is_constructor_name)
+    locator->symbol = info->constructor;
+  else if (locator->is_destructor_name)
+    locator->symbol = info->destructor;
+  else if (locator->is_conversion_name)
+    locator->symbol = conversion_function_of(info, locator->conversion_type);
+  else
+    return look_up_in_place(place, locator, options);
+  return locator->symbol;
+}
+
+static a_symbol* coalesce_operator_name(uint32_t options) {
+  fold_operator_name();
+  return normal_id_lookup(&locator_for_curr_id, options);
+}
+
 a_symbol* coalesce_and_lookup_qualified_name(uint32_t options) {
+  if (curr_token == tok_operator && in_cplusplus_mode())
+    return coalesce_operator_name(options);
   if (!at_qualified_name())
     return nullptr;
   a_source_position start = pos_curr_token;
   a_token_sequence_number number = curr_token_sequence_number;
   a_name_place place;
   bool is_good = scan_qualifiers(&place);
+  fold_last_component(place);
   if (curr_token != tok_identifier) {
     pos_error(ec_exp_identifier, &pos_curr_token);
     unget_token();
@@ -157,7 +220,7 @@ a_symbol* coalesce_and_lookup_qualified_name(uint32_t options) {
   curr_token_sequence_number = number;
   a_symbol* symbol = nullptr;
   if (is_good)
-    symbol = look_up_in_place(place, &locator_for_curr_id, options);
+    symbol = look_up_last_component(place, options);
   else
     set_to_error_locator(&locator_for_curr_id);
   set_qualifier_of_locator(&locator_for_curr_id, place);
@@ -165,7 +228,7 @@ a_symbol* coalesce_and_lookup_qualified_name(uint32_t options) {
 }
 
 a_symbol* coalesce_and_lookup_generalized_identifier(uint32_t options) {
-  if (at_qualified_name())
+  if (at_qualified_name() || (in_cplusplus_mode() && curr_token == tok_operator))
     return coalesce_and_lookup_qualified_name(options);
   if (curr_token != tok_identifier || locator_for_curr_id.is_error_locator)
     return nullptr;

@@ -307,6 +307,7 @@ static a_symbol* make_using_projection(a_symbol* named, a_symbol_locator* locato
   a_symbol* projection;
   if (is_class_entry(entry)) {
     projection = make_class_using_projection(named, entry->assoc_type);
+    projection->variant.projection->access = entry->member_access;
   } else {
     locator->symbol = nullptr;
     projection = make_symbol(symk_namespace_projection, locator);

@@ -52,6 +52,17 @@ an_expr_operator_kind operator_for_opname_kind(an_opname_kind kind, bool is_unar
   return is_unary ? opname_operators[kind].unary : opname_operators[kind].binary;
 }
 
+a_symbol_header* header_of_operator(an_opname_kind kind) {
+  if (a_symbol_header* header = opname_symbol_header(kind))
+    return header;
+  std::string name = std::string("operator ") + opname_names[kind];
+  a_symbol_locator locator = cleared_locator;
+  a_symbol_header* header = find_symbol_header(name.c_str(), name.size(), &locator);
+  header->is_operator_name = true;
+  set_opname_symbol_header(kind, header);
+  return header;
+}
+
 bool any_opname_function_symbol(an_opname_kind kind) {
   const a_symbol_header* header = opname_symbol_header(kind);
   return header && (header->first_symbol || header->first_inactive_symbol);

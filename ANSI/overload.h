@@ -27,6 +27,8 @@ extern const std::array<an_opname_kind, num_token_kinds> opname_kind_for_token;
 // The operator on arithmetic operands; eok_last for none.
 an_expr_operator_kind operator_for_opname_kind(an_opname_kind kind, bool is_unary);
 
+// The header under which the functions of an operator are declared.
+a_symbol_header* header_of_operator(an_opname_kind kind);
 // Whether any operator function of the kind is declared at all.
 bool any_opname_function_symbol(an_opname_kind kind);
 // The operator functions that are members of the class; null for none.

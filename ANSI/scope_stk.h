@@ -86,7 +86,10 @@ struct a_scope_stack_entry {
   uint64_t pragmas_not_bound : 1;      // constructs take no pragmas here
   uint64_t no_il_generation : 1;       // pragmas leave no entry
   uint64_t pushed_for_inner_scope : 1; // to be popped together with the next entry
-  uint64_t unused_flags : 34;
+  // Of a class that is being defined: the access of the next member, an
+  // an_access_specifier.
+  uint64_t member_access : 2;
+  uint64_t unused_flags : 32;
 
   a_scope_pointers_block* pointers_block_override; // null: the embedded block
   a_scope_pointers_block pointers;

@@ -957,6 +957,11 @@ void set_source_corresp_with_scope_depth(a_source_correspondence* corresp, a_sym
   a_scope* scope = ensure_il_scope_exists(&scope_stack[depth]);
   if (kind != iek_none && scope != nullptr)
     set_parent_scope(corresp, kind, scope);
+  if (scope_stack[depth].kind == sk_class && scope_stack[depth].assoc_type != nullptr) {
+    set_class_membership(symbol, corresp, scope_stack[depth].assoc_type);
+    corresp->access = scope_stack[depth].member_access;
+    return;
+  }
   a_namespace* owner = scope_stack[depth].namespace_entry;
   if (owner != nullptr && symbol->scope_number == scope_stack[depth].number) {
     symbol->parent.namespace_entry = owner;
