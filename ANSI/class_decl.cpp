@@ -333,18 +333,10 @@ static bool scan_final() {
   return true;
 }
 
-// Whether a definition follows the tag, or its base clause, which C++ takes for
-// one unless a bit-field's width follows.
-static bool is_start_of_class_definition(bool is_final, const a_symbol_locator* locator) {
-  if (curr_token == tok_lbrace || is_final)
-    return true;
-  if (in_C_mode() || curr_token != tok_colon)
-    return false;
-  a_token_kind next = next_token();
-  if (next == tok_virtual || next == tok_public || next == tok_protected || next == tok_private)
-    return true;
-  return !locator->is_unnamed && (next == tok_identifier || next == tok_colon_colon ||
-                                  next == tok_decltype || next == tok_lbracket);
+// Whether a definition follows the tag: in C++ it may begin with the bases. No
+// bit-field has the type of a class.
+static bool is_start_of_class_definition(bool is_final) {
+  return curr_token == tok_lbrace || is_final || (in_cplusplus_mode() && curr_token == tok_colon);
 }
 
 static bool is_friend_declaration(const a_decl_parse_state* state) {
@@ -362,7 +354,7 @@ a_type* class_specifier(a_decl_parse_state* state) {
   if (!scan_tag(&locator, &attributes, state))
     return error_type();
   bool is_final = scan_final();
-  bool is_definition = is_start_of_class_definition(is_final, &locator);
+  bool is_definition = is_start_of_class_definition(is_final);
   // `struct s;` declares a tag of this scope, unless more specifiers precede.
   bool is_lone = curr_token == tok_semicolon && !state->decl_flags.type_specifier_seen &&
                  state->storage_class == sc_none && state->qualifiers == tq_none;

@@ -210,6 +210,7 @@ a_field* make_named_field(a_type* class_type, a_type* type, a_symbol_locator* lo
   symbol->variant.field = field;
   set_source_corresp(&field->source_corresp, symbol);
   set_class_membership(symbol, &field->source_corresp, class_type);
+  field->source_corresp.access = scope_stack[depth_scope_stack].member_access;
   record_symbol_declaration(srk_definition, symbol, &locator->position, nullptr);
   return field;
 }
@@ -219,6 +220,7 @@ a_field* make_unnamed_field(a_type* class_type, a_type* type,
   a_field* field = alloc_field(type);
   field->source_corresp.position = *position;
   field->source_corresp.is_unnamed = true;
+  field->source_corresp.access = scope_stack[depth_scope_stack].member_access;
   a_class_type_supplement* supplement = class_supplement_of(class_type);
   if (supplement->scope)
     set_parent_scope(&field->source_corresp, iek_field, supplement->scope);
@@ -260,7 +262,6 @@ void check_field_of_cplusplus(a_type* class_type, a_field* field, const a_decl_p
     pos_error(ec_invalid_constexpr, &state->modifiers.constexpr_position);
   supplement->has_const_or_reference_member |=
       is_reference_type(type) || is_const_qualified_type(skip_array_types(type));
-  field->source_corresp.access = scope_stack[depth_scope_stack].member_access;
 }
 
 // Whether another field of the union has an initialiser.

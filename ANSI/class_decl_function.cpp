@@ -448,7 +448,7 @@ void scan_virt_specifiers(a_virt_specifiers* virt) {
   virt->is_pure = true;
   virt->pure_position = pos_curr_token;
   get_token();
-  bool is_zero = curr_token == tok_i_constant && const_for_curr_token.kind == con_integer &&
+  bool is_zero = curr_token == tok_integer && const_for_curr_token.kind == con_integer &&
                  const_for_curr_token.value.int_value == 0;
   if (!is_zero)
     pos_error(ec_bad_pure_specifier, &pos_curr_token);

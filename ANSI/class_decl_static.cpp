@@ -6,6 +6,7 @@
 #include "decl_inits.h"
 #include "decls_int.h"
 #include "error.h"
+#include "expr.h"
 #include "il.h"
 #include "lookup.h"
 #include "mode_words.h"
