@@ -262,11 +262,13 @@ static void typedef_declaration(a_symbol_locator* locator, a_decl_parse_state* s
 
 // Whether a body follows the declarator of a function.
 static bool is_start_of_definition(const a_decl_parse_state* state,
+                                   const a_symbol_locator* locator,
                                    const a_func_info_block* func_info) {
   if (!state->parse_flags.is_top_level || state->storage_class == sc_typedef ||
       !is_function_type(state->declared_type))
     return false;
-  if (curr_token == tok_lbrace || is_deleted_definition())
+  if (curr_token == tok_lbrace || curr_token == tok_try || is_deleted_definition() ||
+      (curr_token == tok_colon && locator->is_constructor_name))
     return true;
   return func_info->is_old_style && func_info->param_id_list && is_decl_start(0);
 }
@@ -276,7 +278,7 @@ static bool declare(a_symbol_locator* locator, a_decl_parse_state* state,
                     a_func_info_block* func_info) {
   if (state->parse_flags.is_old_style_param) {
     old_style_param_declaration(locator, state);
-  } else if (is_start_of_definition(state, func_info)) {
+  } else if (is_start_of_definition(state, locator, func_info)) {
     function_definition(locator, state, func_info);
     return false;
   } else if (state->storage_class == sc_typedef) {

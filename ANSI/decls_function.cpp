@@ -171,7 +171,7 @@ void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
     return;
   }
   state->parse_flags.is_function_definition = true;
-  if (curr_token != tok_lbrace) {
+  if (curr_token != tok_lbrace && curr_token != tok_colon && curr_token != tok_try) {
     syntax_error(ec_exp_lbrace);
     if (curr_token != tok_lbrace)
       return;

@@ -27,7 +27,7 @@ struct TwoAccesses : public private First { };
 union Union : First { int u; };
 // CHECK: line [[#@LINE+1]]: error #2173: a class may not be derived from final class "Last"
 struct OfFinal : Last { };
-// CHECK: line [[#@LINE+1]]: error #70: incomplete type is not allowed
+// CHECK: line [[#@LINE+1]]: error #71: incomplete type is not allowed
 struct OfDeclared : Declared { };
 // CHECK: line [[#@LINE+1]]: error #264: not a class or struct name
 struct OfVariable : Second_ { };
