@@ -1,6 +1,8 @@
 // Statements become labels and branches. A CBRANCH jumps when its condition is
 // false.
 // RUN: %krtparse --i_output_file=%t.if %s && %ifdump %t.if | %FileCheck %s
+// RUN: %krtparse --size_speed_goal=low_risk_performance --i_output_file=%t.if %s
+// RUN: %ifdump %t.if | %FileCheck %s --check-prefix=FAST
 
 void f(int);
 
@@ -83,4 +85,22 @@ void jumps(int n) {
 again:
   if (n > 1)
     goto again;
+}
+
+// Where speed counts more, tests of up to 10 nodes are written twice.
+// CHECK-LABEL: begin_func limit
+// CHECK-COUNT-2: (CBRANCH:void (EXCLAIM:int
+// CHECK-NOT: (CBRANCH
+// CHECK: end_func
+// FAST-LABEL: begin_func limit
+// FAST: (CBRANCH:void (LT:int (UMINUS:int (UMINUS:int (UMINUS:int (PLUS:int
+// FAST: (CBRANCH:void (EXCLAIM:int (LT:int (UMINUS:int (UMINUS:int (UMINUS:int (PLUS:int
+// FAST: pragma SRC_LOOP
+// FAST-NEXT: (BRANCH
+// FAST: (CBRANCH:void (EXCLAIM:int (LT:int (UMINUS:int (UMINUS:int (UMINUS:int (UMINUS:int (PLUS:int
+void limit(int n) {
+  while (- - -(n + n) < n * n)
+    n++;
+  while (- - - -(n + n) < n * n)
+    n--;
 }
