@@ -122,7 +122,8 @@ bool mark_filter(void* entry, an_il_entry_kind kind) {
   return false;
 }
 
-constexpr an_il_walk_callbacks mark_callbacks = {nullptr, nullptr, nullptr, nullptr, mark_filter};
+constexpr an_il_walk_callbacks mark_callbacks = {nullptr, nullptr,     nullptr,
+                                                 nullptr, mark_filter, true};
 
 void mark(void* entry, an_il_entry_kind kind, bool sets_needed) {
   add_pending(entry, kind);

@@ -18,6 +18,9 @@ struct an_il_walk_callbacks {
   void* (*list)(void* pointer, an_il_entry_kind kind);
   // Called first for each entry; true ends the visit of that entry.
   bool (*filter)(void* entry, an_il_entry_kind kind);
+  // The filter turns away the types that are needed and kept already: it isn't
+  // asked about them.
+  bool passes_over_kept_types = false;
 };
 
 // The value of an entry's visited_flag that means: visited in this walk.

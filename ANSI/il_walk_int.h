@@ -3,6 +3,7 @@
 #ifndef IL_WALK_INT_H
 #define IL_WALK_INT_H
 
+#include "il_alloc.h"
 #include "il_walk.h"
 
 #include <cstring>
@@ -47,6 +48,8 @@ public:
       add(&pointer, 0, kind, wstep_child);
     else if (callbacks.filter == nullptr)
       add(pointer, 0, kind, wstep_enter);
+    else if (kind == iek_type && callbacks.passes_over_kept_types && is_kept_type(pointer))
+      return;
     else if (!callbacks.filter(pointer, kind)) // most are turned away: no step is made
       add(pointer, 0, kind, wstep_fields);
   }
@@ -98,6 +101,12 @@ public:
   }
 
 private:
+  // A type begins with its correspondence to the source.
+  static bool is_kept_type(const void* type) {
+    return il_entry_prefix_of(type).keep_in_il &&
+           static_cast<const a_source_correspondence*>(type)->needed;
+  }
+
   void add(const void* place, int64_t detail, an_il_entry_kind kind, a_walk_step step) {
     steps.push_back({const_cast<void*>(place), detail, kind, step});
   }

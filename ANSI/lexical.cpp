@@ -344,6 +344,8 @@ static void skip_block_comment() {
         nested_comment(p);
     } else if (p[1] == lm_end_of_line || p[1] == mtm_end_of_text) {
       curr_char_loc = p;
+      if (curr_text_modif == nullptr && curr_ise != nullptr)
+        pass_over_comment_lines();
       if (curr_text_modif != nullptr || read_logical_source_line(false, true)) {
         pos_error(ec_comment_unclosed_at_eof, &start_position);
         break;

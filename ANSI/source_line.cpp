@@ -363,9 +363,33 @@ static constexpr std::array<bool, 256> idle_chars = [] {
   return table;
 }();
 
+// Whether the text of the lines goes anywhere but to the scanner.
+static bool lines_are_kept() {
+  return f_raw_listing != nullptr || (generate_pp_output && f_pp_output != nullptr);
+}
+
+void pass_over_comment_lines() {
+  if (lines_are_kept())
+    return;
+  a_source_text* text = &curr_ise->text;
+  for (;;) {
+    const char* p = curr_ise->cursor;
+    const auto* newline =
+        static_cast<const char*>(memchr(p, '\n', static_cast<size_t>(text->end - p)));
+    if (newline == nullptr || newline + 1 == text->end)
+      return;
+    size_t length = static_cast<size_t>(newline - p);
+    if (memchr(p, '/', length) != nullptr || memchr(p, '\\', length) != nullptr ||
+        holds_trigraph(text, p, newline))
+      return;
+    count_physical_line();
+    curr_ise->cursor = newline + 1;
+  }
+}
+
 // In a group that is skipped most lines mean nothing: they are counted only.
 static void pass_over_idle_lines() {
-  if (f_raw_listing != nullptr || (generate_pp_output && f_pp_output != nullptr))
+  if (lines_are_kept())
     return;
   const char* end = curr_ise->text.end;
   for (;;) {

@@ -36,6 +36,10 @@ extern a_source_position pos_of_macro_invocation;
 // in a file whose entry says so, at the end of the file.
 bool read_logical_source_line(bool pop_at_eof, bool append);
 
+// Inside a block comment, before its next line is read: counts the lines in
+// which it can't end and that nothing else is made of.
+void pass_over_comment_lines();
+
 // Whether the text, which begins with # or %:, begins with ## or %:%:.
 inline bool is_double_sharp(const char* p) {
   return *p == '#' ? p[1] == '#' : p[2] == '%' && p[3] == ':';

@@ -1015,14 +1015,33 @@ static bool has_identity(const TYPE* type) {
   return type->kind >= TYPE::k_enum && type->kind <= TYPE::k_union;
 }
 
+// A program has many types of functions with one return type: most differ in
+// this. 0 while a part has no number yet.
+static uint32_t shape_of(const TYPE* type) {
+  if (type->kind != TYPE::k_function)
+    return 0;
+  uint32_t hash = 1;
+  for (const fkPARAM* param = type->sub.func->params.head; param != nullptr; param = param->next) {
+    if (param->type == nullptr || param->type->uid == 0)
+      return 0;
+    hash = hash * 31 + param->type->uid;
+  }
+  return hash;
+}
+
+static bool shapes_differ(const TYPE* a, const TYPE* b) {
+  return a->shape != b->shape && a->shape != 0 && b->shape != 0;
+}
+
 TYPE* TYPE_PKG::register_type(TYPE* type, TYPE* base) {
   type->epoch = epoch;
   if (!type->frozen || type->uid != 0)
     return type;
+  type->shape = shape_of(type);
   std::vector<TYPE*>& built_alike = base->based[type->map_name()];
   if (!has_identity(type->rep) && type->based.empty()) {
     for (TYPE* old : built_alike) {
-      if (old != type && exact_types(old, type)) {
+      if (old != type && !shapes_differ(old, type) && exact_types(old, type)) {
         delete type;
         return old;
       }

@@ -328,6 +328,7 @@ public:
   bool boolean_int = false;   // an integer that stands for a bool
   bool ptm_int = false;       // an integer that stands for a pointer to data member
   uint8_t qualifiers = 0;     // of a qualified type
+  uint32_t shape = 0;         // a hash of a function's parts, all of them registered; or 0
   std::string map_key;        // map_name(), once computed
   BASED_MAP based;            // the types built directly on this one
 
