@@ -13,15 +13,15 @@ float x, y, z;
 double d;
 int n;
 float f(void) {
-  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} sqrtf)) (NAME:float x))
+  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} sqrtf) (NAME:float x))
   y = sqrt(x);
-  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} sqrtf)) (NAME:float x))
+  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} sqrtf) (NAME:float x))
   y = (float)(sqrt(x));
-  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} powf)) (COMMA:void (NAME:float x) (NAME:float z)))
+  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} powf) (COMMA:void (NAME:float x) (NAME:float z)))
   y = pow(x, z);
-  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} frexpf)) (COMMA:void (NAME:float x) (UAND:int* (NAME:int n))))
+  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:float {{.*}} frexpf) (COMMA:void (NAME:float x) (UAND:int* (NAME:int n))))
   y = frexp(x, &n);
-  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:int {{.*}} ilogbf)) (NAME:float x))
+  // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:int {{.*}} ilogbf) (NAME:float x))
   n = ilogb(x);
   // The value or an argument is a double, also one that the program asks for.
   // CHECK: relaxed_math.c:[[@LINE+1]]:{{.*}}(CALL:double
