@@ -115,8 +115,12 @@ static bool prvalue_operation_address(an_expr_node* expr, a_constant* result, bo
   case eok_cast:
   case eok_base_class_cast:
   case eok_derived_class_cast:
-    return prvalue_pointer(operation.operands, result, address_taken) &&
-           type_change_constant(result, expr->type);
+    if (!prvalue_pointer(operation.operands, result, address_taken) ||
+        !type_change_constant(result, expr->type))
+      return false;
+    result->implicit_cast = operation.is_implicit;
+    result->explicit_cast = !operation.is_implicit;
+    return true;
   case eok_parens:
     return prvalue_pointer(operation.operands, result, address_taken);
   default:

@@ -115,6 +115,11 @@ bool is_pointer_to_element_of(a_type* pointer, const a_type* pointer_to_array) {
                            tcf_ignore_top_qualifiers);
 }
 
+bool is_string_address(const a_constant* constant) {
+  const an_address_value& address = constant->value.address;
+  return address.base_kind == abk_constant && address.base.constant->kind == con_string;
+}
+
 // What a pointer that was converted is before the conversion; null when the
 // constant has its natural type.
 a_type* type_before_cast(const a_constant* constant, a_type* expected) {
@@ -123,7 +128,9 @@ a_type* type_before_cast(const a_constant* constant, a_type* expected) {
   a_type* natural = natural_pointer_type(constant);
   if (identical_types(natural, expected) || is_pointer_to_element_of(expected, natural))
     return nullptr;
-  return natural;
+  if (!is_string_address(constant))
+    return natural;
+  return make_pointer_type(array_element_type(f_skip_typerefs(type_pointed_to(natural))));
 }
 
 void gen_string_address(const a_constant* string, a_type* pointer_type) {
@@ -135,7 +142,7 @@ void gen_string_address(const a_constant* string, a_type* pointer_type) {
 
 void gen_address_base(const a_constant* constant, a_type* pointer_type) {
   const an_address_value& address = constant->value.address;
-  if (address.base_kind == abk_constant && address.base.constant->kind == con_string)
+  if (is_string_address(constant))
     return gen_string_address(address.base.constant, pointer_type);
   gen_node(ifop_UAND, pointer_type);
   if (address.base_kind == abk_routine)

@@ -45,6 +45,19 @@ int *into = &chain.value;
 // CHECK-LABEL: init bytes
 // CHECK-NEXT: (PCONV:char* (PLUS:struct node* (UAND:struct node* (NAME:struct node chain)) (LCON:long 4)))
 char *bytes = (char *)&chain.value;
+// CHECK-LABEL: init array
+// CHECK-NEXT: (PCONV:void* (UAND:int[3][3]* (NAME:int[3][3] matrix)))
+void *array = matrix;
+// CHECK-LABEL: init function
+// CHECK-NEXT: (PCONV:void* (UAND:int()* (NAME:int() declared)))
+int declared();
+void *function = (void *)declared;
+// CHECK-LABEL: init text
+// CHECK-NEXT: (PCONV:unsigned char* (SCON:char* "a\x00"))
+unsigned char *text = (unsigned char *)"a";
+// CHECK-LABEL: init constant_text
+// CHECK-NEXT: (SCON:const char* "a\x00")
+const char *constant_text = "a";
 // CHECK-LABEL: init texts
 // CHECK-NEXT: (SCON:char* "a\x00")
 // CHECK-NEXT: (SKIP:int 1)
