@@ -395,11 +395,18 @@ void report_missing_type_specifier(an_error_code code, const a_source_position* 
   pos_diagnostic(is_error ? strict_ansi_error_severity : es_warning, code, position);
 }
 
+// `__attribute__((...)) f() {...}`
+static bool begins_function_behind_attributes(unsigned options, const a_decl_parse_state* state) {
+  return (options & dso_file_scope) && state->attributes_before && gcc_mode &&
+         curr_token == tok_identifier && next_token() == tok_lparen;
+}
+
 // The specifiers name no type, which C took for int before 1999. A declaration
 // is reported by the one who parses it, when it is known what it declares.
 static void handle_missing_type(unsigned options, a_specifier_accumulator* acc,
                                 a_decl_parse_state* state, bool any_specifier) {
-  bool is_int = any_specifier && in_C_mode() && !(options & dso_member);
+  bool is_int = (any_specifier || begins_function_behind_attributes(options, state)) &&
+                in_C_mode() && !(options & dso_member);
   // `const;` is useless in any case.
   state->decl_flags.no_type_given = !(is_int && curr_token == tok_semicolon);
   if ((options & dso_no_type_required) || is_int) {

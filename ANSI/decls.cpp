@@ -326,13 +326,22 @@ static void init_declarator_list(a_decl_parse_state* state) {
 
 // ---- Declarations ----
 
+// What follows the name of an int in `a;` and `a = 1, b;`, which old C and GNU C
+// take at file scope.
+static bool follows_name_of_int(a_token_kind token) {
+  return (gcc_mode || C_dialect == cd_k_and_r) &&
+         (token == tok_semicolon || token == tok_comma || token == tok_assign ||
+          token == tok_lbracket);
+}
+
 // `f() {...}` is a function that returns int, in C++ for `main` alone.
 static bool is_start_without_type(const a_decl_parse_state* state) {
   if (!state->parse_flags.is_top_level || curr_token != tok_identifier)
     return false;
   if (in_cplusplus_mode() && strcmp(locator_for_curr_id.header->identifier, "main") != 0)
     return false;
-  return next_token() == tok_lparen && !curr_type_symbol();
+  a_token_kind next = next_token();
+  return (next == tok_lparen || follows_name_of_int(next)) && !curr_type_symbol();
 }
 
 static unsigned options_of_specifiers(const a_decl_parse_state* state) {

@@ -498,7 +498,7 @@ a_constant* combine_initializer_constants(a_constant* first, a_constant* second)
 }
 
 a_constant* first_enumerator_of_enum(const a_type* enum_type) {
-  const an_integer_type_variant& variant = enum_type->variant.integer;
+  const an_integer_type_variant& variant = f_skip_typerefs(enum_type)->variant.integer;
   if (!variant.is_scoped_enum)
     return variant.enum_data.first_enumerator;
   return variant.enum_data.scope == nullptr ? nullptr : variant.enum_data.scope->constants;

@@ -24,7 +24,8 @@ int LLVMFuzzerInitialize(int* argc, char*** argv);
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 }
 
-// One row a set of options; the first ones only preprocess.
+// One row a set of options; the first ones only preprocess. An option that ends
+// with `=` gets the name of a scratch file.
 static const std::vector<const char*> option_sets[] = {
     {"--preprocess", "--c"},
     {"--preprocess", "--c++"},
@@ -32,8 +33,15 @@ static const std::vector<const char*> option_sets[] = {
     {"--preprocess", "--old_c"},
     {"--no_line_commands", "--preprocess", "--g++"},
     {"--dependencies", "--c"},
-    {"--list=/dev/null", "--no_line_commands", "--c99"},
-    {"--c", "--i_output_file=/dev/null"},
+    {"--list=", "--no_line_commands", "--c99"},
+    {"--no_code_gen", "--gcc", "--c99"},
+    {"--no_code_gen", "--c89", "--strict"},
+    {"--no_code_gen", "--old_c"},
+    {"--no_code_gen", "--c11", "--strict_warnings", "--check_misra=all"},
+    {"--no_code_gen", "--c++"},
+    {"--no_code_gen", "--g++", "--gnu_version=60000"},
+    {"--gcc", "--c99", "--i_output_file="},
+    {"--c89", "--no_gcc", "--relaxed", "--i_output_file="},
 };
 static constexpr size_t preprocessing_sets = 7;
 static constexpr size_t all_sets = sizeof option_sets / sizeof *option_sets;
@@ -46,7 +54,8 @@ static constexpr rlim_t memory_limit = rlim_t{2} << 30;
 
 static uint8_t* shared_counters;
 static std::string source_name;
-static bool only_preprocess = true;
+static std::string scratch_name;
+static bool only_preprocess = false;
 
 static size_t counters_size() {
   return static_cast<size_t>(__stop___sancov_cntrs - __start___sancov_cntrs);
@@ -57,10 +66,11 @@ sighandler_t signal(int, sighandler_t) noexcept {
   return SIG_DFL;
 }
 
-// KRT_FUZZ_ALL in the environment adds the runs that compile.
+// KRT_FUZZ_PREPROCESS in the environment leaves the runs out that compile.
 int LLVMFuzzerInitialize(int*, char***) {
-  only_preprocess = getenv("KRT_FUZZ_ALL") == nullptr;
+  only_preprocess = getenv("KRT_FUZZ_PREPROCESS") != nullptr;
   source_name = "/dev/shm/krtparse_fuzz_" + std::to_string(getpid()) + ".c";
+  scratch_name = source_name + ".out";
   void* block =
       mmap(nullptr, counters_size(), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (block == MAP_FAILED)
@@ -75,9 +85,13 @@ static void hand_counters_back() {
 }
 
 [[noreturn]] static void run_child(const std::vector<const char*>& options) {
+  std::vector<std::string> words(options.begin(), options.end());
   std::vector<char*> argv = {const_cast<char*>("krtparse")};
-  for (const char* option : options)
-    argv.push_back(const_cast<char*>(option));
+  for (std::string& word : words) {
+    if (word.back() == '=')
+      word += scratch_name;
+    argv.push_back(word.data());
+  }
   argv.push_back(source_name.data());
   int argc = static_cast<int>(argv.size());
   argv.push_back(nullptr);

@@ -2,12 +2,12 @@
 """Writes the sources of the black-box tests into a folder, as seeds for the fuzzer.
 
 The first byte of a seed chooses the options; the seeds take turns among the
-sets that only preprocess."""
+sets."""
 
 import pathlib
 import sys
 
-OPTION_SETS = 7
+OPTION_SETS = 15
 LONGEST = 20_000
 
 tests = pathlib.Path(__file__).parent.parent / "tests"

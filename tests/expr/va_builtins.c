@@ -1,4 +1,4 @@
-// RUN: %krtparse --gcc --no_code_gen %s > %t.out 2>&1; test $? -eq 2
+// RUN: %krtparse --gcc --nonstd_gnu_keywords --no_code_gen %s > %t.out 2>&1; test $? -eq 2
 // RUN: %FileCheck %s --implicit-check-not=": error" < %t.out
 
 /* The builtin functions of variable arguments, and what they refuse. */
@@ -14,7 +14,7 @@ int good(int n, ...) {
   __builtin_va_start(list, n);
   __builtin_va_copy(copy, list);
   while (n--)
-    total += __builtin_va_arg(list, int) + __builtin_va_arg(copy, struct pair).b;
+    total += __builtin_va_arg(list, typeof(n)) + __builtin_va_arg(copy, struct pair).b;
   __builtin_va_end(copy);
   __builtin_va_end(list);
   return total;

@@ -30,6 +30,7 @@ int not_a_member(struct anonymous *p) { return p->b + p->c; }
 
 enum sign { LESS = -1, MORE = 1 };
 enum many { LAST = 9 };
+typedef enum many many_name;
 struct bit_fields {
   // GNU: line [[#@LINE+3]]: warning #1013-D: the bit field has more bits than its type; the extra bits are ignored
   // ANSI: line [[#@LINE+2]]: warning #1013-D
@@ -44,6 +45,7 @@ struct bit_fields {
   // CHECK: line [[#@LINE+1]]: warning #231-D: the bit field is too small to hold all values of its enumeration type
   enum many small : 3;
   enum many enough : 4;
+  many_name named : 4;
   // CHECK: line [[#@LINE+1]]: warning #231-D
   enum sign one : 1;
   enum sign two : 2;
