@@ -1,5 +1,5 @@
 // A switch jumps to its dispatch, which stands behind the body.
-// RUN: %krtparse --gcc --i_output_file=%t.if %s && %ifdump %t.if | %FileCheck %s
+// RUN: %krtparse --gcc --c99 --i_output_file=%t.if %s && %ifdump %t.if | %FileCheck %s
 
 // CHECK: begin_func ranges
 // CHECK: expr {{.*}} (BRANCH:void (LABEL:void [[D:[0-9]+]]))
@@ -49,4 +49,28 @@ int promoted(unsigned char c) {
     return 2;
   }
   return 0;
+}
+
+// A default that begins with _never_executed is announced before the dispatch.
+// CHECK: begin_func never
+// CHECK-NOT: DEFAULT_NEVER_EXECUTED
+// CHECK: label
+// CHECK: pragma DEFAULT_NEVER_EXECUTED
+// CHECK-NEXT: (SWITCH
+// CHECK-NOT: DEFAULT_NEVER_EXECUTED
+// CHECK: end_func
+int never(int n) {
+  switch (n) {
+  case 1:
+    return 2;
+  default: {
+    _never_executed();
+  }
+  }
+  switch (n) {
+  default:
+    n++;
+    _never_executed();
+  }
+  return n;
 }
