@@ -98,7 +98,7 @@ TYPE* plain_integer(an_integer_kind kind) {
 
 void add_enumerator(TYPE* type, a_constant* enumerator) {
   PSN psn = psn_of(enumerator->source_corresp.position);
-  type->add_etor(new fkETOR(static_cast<int32_t>(enumerator->value.int_value),
+  type->add_etor(new fkETOR(static_cast<int64_t>(enumerator->value.int_value),
                             sym_name(&enumerator->source_corresp, 0), &psn));
 }
 

@@ -359,12 +359,13 @@ void I_FILE::write_listof_params(TYPE* owner, fkPARAM* list) {
 
 void I_FILE::write_listof_etors(TYPE* owner, fkETOR* list) {
   bool is_signed = owner->is_signed();
+  uint64_t mask = owner->size < 64 ? (uint64_t{1} << owner->size) - 1 : UINT64_MAX;
   write_type_list(owner, ifl_etors, iftc_enumerator, list, [&](fkETOR* etor) {
     i_write_string(etor->name.c_str(), 0);
     if (is_signed)
       i_write_sint(etor->value);
     else
-      i_write_uint(static_cast<uint32_t>(etor->value));
+      i_write_uint(static_cast<uint64_t>(etor->value) & mask);
     i_write_psn(etor->psn.get());
   });
 }

@@ -71,7 +71,7 @@ void TP_OBJECT::operator delete(void* object) {
   std::free(object);
 }
 
-fkETOR::fkETOR(int32_t etor_value, const char* etor_name, const PSN* etor_psn)
+fkETOR::fkETOR(int64_t etor_value, const char* etor_name, const PSN* etor_psn)
     : value(etor_value), name(etor_name), psn(copy_of(etor_psn)) {}
 
 fkETOR::~fkETOR() = default;

@@ -74,9 +74,9 @@ struct fkPARAM : TP_OBJECT {
 };
 
 struct fkETOR : TP_OBJECT {
-  fkETOR(int32_t etor_value, const char* etor_name, const PSN* etor_psn);
+  fkETOR(int64_t etor_value, const char* etor_name, const PSN* etor_psn);
   ~fkETOR();
-  int32_t value;
+  int64_t value;
   std::string name;
   std::unique_ptr<PSN> psn;
   fkETOR* next = nullptr;

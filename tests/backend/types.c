@@ -7,6 +7,8 @@ typedef struct list {
   const char text[3];
 } list_t;
 enum color { RED, GREEN = 5, BLUE = -1 } color;
+enum wide { WIDE = 0x100000000, LOWEST = -0x7fffffffffffffff } wide;
+enum full { FULL = 0xffffffff } full;
 union {
   char c;
   volatile short s;
@@ -27,6 +29,11 @@ void *f(void) { return handle ? restricted(0) : 0; }
 // CHECK-DAG: etor RED 0
 // CHECK-DAG: etor GREEN 5
 // CHECK-DAG: etor BLUE -1
+// CHECK-DAG: enum enum wide size 64 align 8 of long long
+// CHECK-DAG: etor WIDE 4294967296
+// CHECK-DAG: etor LOWEST -9223372036854775807
+// CHECK-DAG: enum enum full size 32 align 8 of unsigned
+// CHECK-DAG: etor FULL 4294967295
 // CHECK-DAG: typedef list_t {{.*}} at {{.*}}types.c:8:3
 // CHECK-DAG: pointer int(struct list*, int)* size 16 align 8
 // CHECK-DAG: function int() size 0 align 0 convention 0
