@@ -24,6 +24,36 @@ void check_class_linkage();
 // declared in it need. `scope` is null for a block without declarations.
 void generate_required_virtual_destructor_bodies(a_scope* scope);
 
+// ---- Special member functions (C++11 12) ----
+
+enum a_special_member_kind : uint8_t {
+  smk_default_constructor = 0,
+  smk_copy_constructor = 1,
+  smk_move_constructor = 2,
+  smk_copy_assignment = 3,
+  smk_move_assignment = 4,
+  smk_destructor = 5
+};
+inline constexpr int num_special_member_kinds = 6;
+
+// Whether a routine is one, by its parameters; *qualifiers are those of the
+// objects that it copies.
+bool is_default_constructor(const a_routine* routine);
+bool is_copy_constructor(const a_routine* routine, a_type_qualifier_set* qualifiers);
+bool routine_is_move_constructor(const a_routine* routine);
+bool is_copy_assignment_operator_type(const a_type* type, const a_type* class_type,
+                                      a_type_qualifier_set* qualifiers);
+bool is_assignment_operator_for_copy(const a_routine* routine, a_type_qualifier_set* qualifiers);
+bool routine_is_move_assignment_operator(const a_routine* routine);
+// The function that serves for an object of the class: of a copy or a move, for
+// a source with the qualifiers. Null for none, and for several alike.
+a_routine* special_member_of_class(a_type* class_type, a_special_member_kind kind,
+                                   a_type_qualifier_set source_qualifiers);
+// Works out the exception specification of an implicit function (C++11 15.4 p14).
+void resolve_indeterminate_exception_specification(a_routine* routine);
+// Settles whether a complete class is a literal type (C++11 3.9 p10).
+void set_literal_type_flag(a_type* class_type);
+
 void class_decl_one_time_init();
 void class_decl_init();
 void class_decl_trans_unit_init();

@@ -128,8 +128,11 @@ static bool check_type_of_result(a_type* type, bool may_be_incomplete,
   return false;
 }
 
-static void make_function_call(an_expr_node* callee, a_type* return_type, an_operand* result) {
-  make_expression_operand(make_operator_node(eok_call, return_type, callee), result);
+static void make_function_call(an_expr_operator_kind op, an_expr_node* operands, bool is_virtual,
+                               a_type* return_type, an_operand* result) {
+  an_expr_node* call = make_operator_node(op, return_type, operands);
+  call->variant.operation.is_virtual_call = is_virtual;
+  make_expression_operand(call, result);
   normalize_error_operand(result);
   // A function that returns a reference gives the object.
   if (in_cplusplus_mode())
@@ -155,32 +158,106 @@ static void fold_gnu_call_if_possible(const a_routine* routine, an_expr_node* ar
     make_constant_operand(&constant, result);
 }
 
-static void assemble_function_call(an_operand* function, a_type* function_type,
-                                   an_expr_node* arguments, const a_source_position* position,
-                                   an_operand* result) {
-  a_type* return_type = return_type_of(function_type);
-  a_routine* routine = routine_of_call(function);
-  if (routine && expr_stack->flags.references_count)
-    routine->called = true;
+// The object as the function's `this` has it: of the class that declares the
+// function.
+static an_expr_node* object_of_member_call(an_operand* selector, const a_routine* routine) {
+  an_expr_node* node = make_node_from_operand(selector);
+  const a_type* class_type = class_of_member(&routine->source_corresp);
+  a_type* object_type =
+      selector->flags.selector_is_pointer ? type_pointed_to(node->type) : node->type;
+  a_base_class* base = class_type && skip_typerefs(object_type) != class_type
+                           ? find_base_class_of(skip_typerefs(object_type), class_type)
+                           : nullptr;
+  return base ? add_base_class_casts(node, base) : node;
+}
+
+// The operands of a call: the function, the object, the arguments. The selector
+// is null for a function without one.
+static an_expr_node* make_call_operands(an_operand* function, an_operand* selector,
+                                        const a_routine* routine, an_expr_node* arguments) {
   an_expr_node* callee = make_node_from_operand(function);
   callee->next = arguments;
-  make_function_call(callee,
+  if (selector) {
+    an_expr_node* object = object_of_member_call(selector, routine);
+    object->next = arguments;
+    callee->next = object;
+  }
+  return callee;
+}
+
+static an_expr_operator_kind operator_of_call(const an_operand* selector) {
+  if (!selector)
+    return eok_call;
+  return selector->flags.selector_is_pointer ? eok_arrow_member_call : eok_dot_member_call;
+}
+
+static void assemble_function_call(an_operand* function, an_operand* selector,
+                                   a_type* function_type, an_expr_node* arguments,
+                                   const a_source_position* position, an_operand* result) {
+  a_type* return_type = return_type_of(function_type);
+  a_routine* routine = routine_of_call(function);
+  bool is_virtual = selector && routine->is_virtual && !function->flags.qualified_name;
+  if (routine && expr_stack->flags.references_count)
+    routine->called = true;
+  an_expr_node* operands = make_call_operands(function, selector, routine, arguments);
+  make_function_call(operator_of_call(selector), operands, is_virtual,
                      in_cplusplus_mode() && is_reference_type(return_type)
                          ? return_type
                          : prvalue_type(return_type),
                      result);
   if (result->kind == ok_expression)
     result->variant.expr->position = *position;
-  fold_gnu_call_if_possible(routine, arguments, result);
+  if (!selector)
+    fold_gnu_call_if_possible(routine, arguments, result);
   if (!is_constant_operand(result))
     rule_out_expr_kinds(rule_out_constant, result);
 }
 
+// ---- The object of a member function ----
+
+// A member function named alone is called for `this` (C++11 9.3.1 p3).
+static void bind_to_this(an_operand* function) {
+  bool is_member = function->kind == ok_sym_for_member &&
+                   function->symbol->kind == symk_member_function;
+  bool is_set = function->kind == ok_indefinite_function && function->symbol->is_class_member;
+  an_operand saved = *function, object;
+  if (function->flags.bound_function || !(is_member || is_set) ||
+      !make_this_pointer_operand(&object))
+    return;
+  if (is_member) {
+    make_function_designator_operand(saved.symbol->variant.routine, saved.ref_entries, function);
+    restore_operand_details_incl_ref(function, &saved);
+    function->flags.qualified_name = saved.flags.qualified_name;
+  }
+  bind_member_function_operand_to_selector(function, &object, true);
+}
+
+static bool is_nonstatic_member(const a_routine* routine) {
+  return routine && !routine->is_static_member &&
+         skip_typerefs(routine->type)->variant.routine.routine_supplement->this_class;
+}
+
+// Whether the function and the object go together; a static member function
+// leaves the object alone.
+static bool check_selector_of_call(const an_operand* function, an_operand* selector,
+                                   bool* has_selector) {
+  const a_routine* routine = routine_of_call(function);
+  if (!is_nonstatic_member(routine)) {
+    *has_selector = false;
+    return true;
+  }
+  if (*has_selector)
+    return selector_match_with_this_param(selector, routine);
+  expr_pos_error(ec_member_ref_requires_object, &function->position);
+  return false;
+}
+
 // The set is resolved when the arguments are known.
-static a_type* resolve_overloaded_call(an_operand* function, an_init_component* arg_list,
-                                       an_arg_check_block* block, an_expr_node** arguments) {
+static a_type* resolve_overloaded_call(an_operand* function, an_operand* selector,
+                                       an_init_component* arg_list, an_arg_check_block* block,
+                                       an_expr_node** arguments) {
   bool by_arguments = arg_dependent_lookup_enabled && !function->flags.qualified_name;
-  a_routine* routine = select_and_prepare_to_call_overloaded_function(function, nullptr, arg_list,
+  a_routine* routine = select_and_prepare_to_call_overloaded_function(function, selector, arg_list,
                                                                       by_arguments, arguments);
   block->any_error = !routine;
   return routine ? check_call_function_pointer_operand(function) : nullptr;
@@ -207,27 +284,13 @@ static bool is_called_object(const an_operand* function) {
          is_class_struct_union_type(function->type);
 }
 
-static void scan_call_of_object(an_operand* operand) {
-  an_operator_place place = place_of_curr_token();
-  a_source_position start = operand->position, closing_position, end;
-  f_instantiate_template_class(operand->type);
-  a_symbol* symbol = is_incomplete_type(operand->type)
-                         ? nullptr
-                         : opname_member_function_symbol(operand->type, opn_call);
-  get_token();
-  free_init_component_list(scan_call_argument_list(&closing_position, &end));
-  if (symbol)
-    operator_is_overloaded(&place, operand, nullptr, operand);
-  else
-    error_in_operand(ec_expr_not_ptr_to_function, operand);
-  conv_to_error_operand(operand);
-  set_operator_positions(operand, &start, &place.position, &end);
-}
-
 static void scan_ordinary_call(an_operand* operand) {
   a_source_position start = operand->position, position = pos_curr_token, end;
-  an_operand function = *operand;
+  an_operand function = *operand, selector;
   an_arg_check_block block;
+  if (in_cplusplus_mode())
+    bind_to_this(&function);
+  bool has_selector = take_selector_of_function(&function, &selector);
   bool is_set = function.kind == ok_indefinite_function;
   bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
   a_type* function_type = is_set ? nullptr : check_call_function_pointer_operand(&function);
@@ -240,19 +303,49 @@ static void scan_ordinary_call(an_operand* operand) {
   an_init_component* arg_list = scan_call_argument_list(&block.position, &end);
   an_expr_node* arguments = nullptr;
   if (is_set)
-    function_type = resolve_overloaded_call(&function, arg_list, &block, &arguments);
+    function_type = resolve_overloaded_call(&function, has_selector ? &selector : nullptr, arg_list,
+                                            &block, &arguments);
   else
     arguments = process_call_argument_list(arg_list, &block);
   free_init_component_list(arg_list);
   if (!function_type || is_refused || block.any_error ||
+      !check_selector_of_call(&function, &selector, &has_selector) ||
       !check_type_of_result(return_type_of(function_type), is_top_of_decltype, &start)) {
     make_error_operand(operand);
   } else {
-    assemble_function_call(&function, function_type, arguments, &position, operand);
+    assemble_function_call(&function, has_selector ? &selector : nullptr, function_type, arguments,
+                           &position, operand);
     if (may_fold && is_refused_call(operand, &position))
       make_error_operand(operand);
   }
   set_operator_positions(operand, &start, &position, &end);
+}
+
+static a_symbol* call_operator_of_object(an_operand* operand) {
+  f_instantiate_template_class(operand->type);
+  return is_incomplete_type(operand->type) ? nullptr
+                                           : opname_member_function_symbol(operand->type, opn_call);
+}
+
+// `object(...)`: the function is the operator() of its class (C++11 13.3.1.1.2).
+static void scan_call_of_object(an_operand* operand) {
+  an_operand object = *operand;
+  if (a_symbol* symbol = call_operator_of_object(operand)) {
+    a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &object.position);
+    if (symbol->kind == symk_member_function)
+      make_function_designator_operand(symbol->variant.routine, ref, operand);
+    else
+      make_indefinite_function_operand(symbol, operand);
+    set_operand_range(operand, &object.position, &object.end_position);
+    bind_member_function_operand_to_selector(operand, &object, false);
+    scan_ordinary_call(operand);
+    return;
+  }
+  a_source_position position = pos_curr_token, closing_position, end;
+  get_token();
+  free_init_component_list(scan_call_argument_list(&closing_position, &end));
+  error_in_operand(ec_expr_not_ptr_to_function, operand);
+  set_operator_positions(operand, &object.position, &position, &end);
 }
 
 void scan_function_call(an_operand* operand) {

@@ -155,6 +155,17 @@ static bool is_member_of_base(const a_field* field, const a_type* class_type) {
   return in_cplusplus_mode() && scope && scope->assoc.type != skip_typerefs(class_type);
 }
 
+static void cast_to_base_of_field(an_operand* operand, const a_field* field, bool is_arrow) {
+  an_operand saved = *operand;
+  a_type* class_type = skip_typerefs(is_arrow ? type_pointed_to(operand->type) : operand->type);
+  a_base_class* base = find_base_class_of(class_type, field->source_corresp.parent_scope->assoc.type);
+  if (!base)
+    return;
+  an_expr_node* node = add_base_class_casts(make_node_from_operand(operand), base);
+  make_lvalue_or_rvalue_expression_operand(node, operand);
+  restore_operand_details_incl_ref(operand, &saved);
+}
+
 void select_field(an_operand* operand, a_field* field, bool is_arrow) {
   a_type* class_type = is_arrow ? type_pointed_to(operand->type) : operand->type;
   while (a_field* around = anonymous_field_around(field, skip_typerefs(class_type))) {
@@ -162,11 +173,8 @@ void select_field(an_operand* operand, a_field* field, bool is_arrow) {
     class_type = around->type;
     is_arrow = false;
   }
-  if (is_member_of_base(field, class_type)) {
-    refuse_construct("base class", &operand->position);
-    conv_to_error_operand(operand);
-    return;
-  }
+  if (is_member_of_base(field, class_type))
+    cast_to_base_of_field(operand, field, is_arrow);
   select_direct_field(operand, field, is_arrow);
 }
 
@@ -190,6 +198,19 @@ static void select_enumerator(an_operand* operand, a_symbol* symbol) {
   set_operand_range(operand, &object.position, &object.end_position);
 }
 
+// Member functions, of which a call that follows takes the object.
+static void select_member_function(an_operand* operand, a_symbol* symbol, bool is_arrow) {
+  an_operand object = *operand;
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &operand->position);
+  if (symbol->kind == symk_member_function)
+    make_function_designator_operand(symbol->variant.routine, ref, operand);
+  else
+    make_indefinite_function_operand(symbol, operand);
+  set_operand_range(operand, &object.position, &object.end_position);
+  bind_member_function_operand_to_selector(operand, &object, is_arrow);
+  flush_operand_ref_entries(&object);
+}
+
 static void select_member(an_operand* operand, a_symbol* symbol, bool is_arrow) {
   switch (symbol->kind) {
   case symk_field:
@@ -203,8 +224,10 @@ static void select_member(an_operand* operand, a_symbol* symbol, bool is_arrow) 
     break;
   case symk_member_function:
   case symk_overloaded_function:
+    select_member_function(operand, symbol, is_arrow);
+    break;
   case symk_function_template:
-    refuse_construct("member function", &operand->position);
+    refuse_construct("template", &operand->position);
     conv_to_error_operand(operand);
     break;
   default:

@@ -1,7 +1,6 @@
 // The names of operator functions, and the search for the function that an
-// operator or a call means. A program can't declare operator functions,
-// conversion functions or templates yet, so that the search ends early; what
-// needs one of them is refused.
+// operator or a call means. Operator functions, conversion functions and
+// templates are no candidates: what needs one of them is refused.
 
 #include "overload.h"
 
@@ -203,47 +202,103 @@ void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr*
 
 // ---- Calls ----
 
-// The one function of the set; null when there are more, or a template.
-static a_routine* only_routine_of_set(const a_symbol* symbol) {
-  if (symbol->kind == symk_overloaded_function) {
-    symbol = symbol->variant.overload_list;
-    if (!symbol || symbol->next_homonym)
-      return nullptr;
-  }
-  return symbol->kind == symk_routine || symbol->kind == symk_member_function
-             ? symbol->variant.routine
-             : nullptr;
+static void report_no_function_of_set(const an_operand* function, bool is_ambiguous) {
+  if (expr_error_should_be_issued())
+    pos_sy_error(is_ambiguous ? ec_ambiguous_overloaded_function : ec_no_matching_function,
+                 &function->position, function->symbol);
 }
 
-a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function, an_operand*,
+// The functions of the set; false when a template is among them.
+static bool routines_of_operand(const an_operand* function, std::vector<a_routine*>* routines) {
+  a_symbol* symbol = function->symbol;
+  if (!symbol || symbol->kind == symk_function_template ||
+      (symbol->kind == symk_overloaded_function && overload_set_contains_template(symbol)))
+    return false;
+  add_routines_of_set(symbol, routines);
+  return true;
+}
+
+static a_routine* select_function_of_operand(const an_operand* function, const an_operand* selector,
+                                             const an_init_component* arg_list) {
+  std::vector<a_routine*> routines;
+  bool is_ambiguous;
+  if (!routines_of_operand(function, &routines)) {
+    refuse_construct("template", &function->position);
+    return nullptr;
+  }
+  const an_expr_node* object = selector ? selector->variant.expr : nullptr;
+  a_routine* routine = select_routine(routines, arg_list, object,
+                                      selector && selector->flags.selector_is_pointer, true,
+                                      &is_ambiguous);
+  if (!routine)
+    report_no_function_of_set(function, is_ambiguous);
+  return routine;
+}
+
+a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
+                                                          an_operand* selector,
                                                           an_init_component* arg_list, bool,
                                                           an_expr_node** arguments) {
-  a_routine* routine = function->symbol ? only_routine_of_set(function->symbol) : nullptr;
   *arguments = nullptr;
+  a_routine* routine = select_function_of_operand(function, selector, arg_list);
   if (!routine) {
-    refuse_construct("overloaded function", &function->position);
     conv_to_error_operand(function);
     return nullptr;
   }
   an_operand saved = *function;
   an_arg_check_block block;
+  check_use_of_routine(routine, class_of_member(&routine->source_corresp), &saved.position);
   make_function_designator_operand(routine, saved.ref_entries, function);
   restore_operand_details_incl_ref(function, &saved);
+  function->flags.qualified_name = saved.flags.qualified_name;
   start_call_argument_processing(skip_typerefs(routine->type), routine, &block);
   block.position = function->end_position;
   *arguments = process_call_argument_list(arg_list, &block);
   return block.any_error ? nullptr : routine;
 }
 
+// C++11 13.3.1 p4, p5.
 bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine) {
   const a_routine_type_supplement* info =
       skip_typerefs(routine->type)->variant.routine.routine_supplement;
-  a_type_qualifier_set object = get_type_qualifiers(selector->type);
-  return (object & tq_cv & ~info->this_qualifiers) == 0;
+  bool is_pointer = selector->flags.selector_is_pointer;
+  a_type* object_type = is_pointer ? type_pointed_to(selector->type) : selector->type;
+  bool is_lvalue = is_pointer || is_a_cplusplus_lvalue(selector);
+  an_error_code code = 0;
+  if ((get_type_qualifiers(object_type) & tq_cv & ~info->this_qualifiers) != 0)
+    code = ec_unqual_named_function_with_qual_object;
+  else if (info->has_rvalue_ref_qualifier && is_lvalue)
+    code = ec_cannot_call_named_member_on_lvalue;
+  else if (info->has_lvalue_ref_qualifier && !is_lvalue && !(info->this_qualifiers & tq_const))
+    code = ec_cannot_call_named_member_on_rvalue;
+  if (code != 0 && expr_error_should_be_issued())
+    pos_sy_error(code, &selector->position, routine->source_corresp.symbol);
+  return code == 0;
 }
 
-void bind_member_function_operand_to_selector(an_operand* function, an_operand*,
+void bind_member_function_operand_to_selector(an_operand* function, an_operand* selector,
                                               bool selector_is_pointer) {
+  an_expr_node* object = make_node_from_operand(selector);
+  object->next = nullptr;
   function->flags.bound_function = true;
   function->flags.selector_is_pointer = selector_is_pointer;
+  if (function->kind == ok_expression)
+    function->variant.expr->next = object;
+  else
+    function->variant.expr = object;
+}
+
+bool take_selector_of_function(an_operand* function, an_operand* selector) {
+  if (!function->flags.bound_function || is_error_operand(function))
+    return false;
+  an_expr_node** place = function->kind == ok_expression ? &function->variant.expr->next
+                                                         : &function->variant.expr;
+  an_expr_node* object = *place;
+  bool is_pointer = function->flags.selector_is_pointer;
+  *place = nullptr;
+  function->flags.bound_function = function->flags.selector_is_pointer = false;
+  make_lvalue_or_rvalue_expression_operand(object, selector);
+  selector->flags.selector_is_pointer = is_pointer;
+  set_operand_range(selector, &function->position, &function->end_position);
+  return !is_error_operand(selector);
 }

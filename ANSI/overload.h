@@ -9,6 +9,7 @@
 #include "types.h"
 
 #include <array>
+#include <vector>
 
 // ---- Names of operator functions ----
 
@@ -98,6 +99,28 @@ bool conditional_operator_conversion_possible(const an_operand* source, const an
                                               a_conv_descr* descr);
 void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr* descr);
 
+// ---- The choice of a function (overload_select.cpp) ----
+
+// The routine among them that takes the arguments best; null for none, or for
+// several that are as good. The selector is the object of a call or null; with
+// `by_constructor` arguments may be converted by constructors.
+a_routine* select_routine(const std::vector<a_routine*>& routines,
+                          const an_init_component* arg_list, const an_expr_node* selector,
+                          bool selector_is_pointer, bool by_constructor, bool* is_ambiguous);
+// The routines that a symbol stands for; templates are left out.
+void add_routines_of_set(a_symbol* symbol, std::vector<a_routine*>* routines);
+// The constructor that initialises an object of the class with the arguments,
+// which are converted for it in *arguments; null after an error. A copy
+// initialisation takes no explicit constructor (C++11 13.3.1.3).
+a_routine* select_constructor(a_type* class_type, an_init_component* arg_list, bool is_copy_init,
+                              const a_source_position* position, an_expr_node** arguments);
+// The initialisation by a constructor, with the destruction that it asks for.
+a_dynamic_init* make_constructor_init(a_type* class_type, a_routine* constructor,
+                                      an_expr_node* arguments);
+// Reports a function that is deleted or out of reach, and notes the call.
+void check_use_of_routine(a_routine* routine, a_type* naming_class,
+                          const a_source_position* position);
+
 // ---- Calls ----
 
 // The routine that the call of an overload set means, with the arguments
@@ -108,11 +131,15 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
                                                           bool allow_argument_dependent_lookup,
                                                           an_expr_node** arguments);
 
-// Whether a member function may be called for the object (C++11 13.3.1).
+// Whether a member function may be called for the object, else after a message.
 bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine);
-// Gives a designator of a member function the object for which it is called.
+// Gives a designator or a set of member functions the object for which it is
+// called: the node behind the designator's, or the set's own.
 void bind_member_function_operand_to_selector(an_operand* function, an_operand* selector,
                                               bool selector_is_pointer);
+
+// Takes the object of a bound function away from it; false when there is none.
+bool take_selector_of_function(an_operand* function, an_operand* selector);
 
 // The state of one call's argument list.
 struct an_arg_check_block {

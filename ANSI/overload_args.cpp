@@ -1,6 +1,7 @@
 // The arguments of a call of a known function (C99 6.5.2.2, C++11 5.2.2).
 
 #include "decl_inits.h"
+#include "def_arg.h"
 #include "error.h"
 #include "expr_int.h"
 #include "il.h"
@@ -122,15 +123,21 @@ static void process_braced_argument(an_init_component* component, an_arg_check_b
 
 // ---- The list ----
 
-static void check_missing_arguments(an_arg_check_block* block) {
-  const a_param_type* param = block->param;
-  if (!param || !(block->is_prototyped || block->is_old_style_definition))
-    return;
-  if (param->has_default_arg) {
-    refuse_construct("default argument", &block->position);
-    block->any_error = true;
-    return;
+// The arguments that are left out, where the parameters have a default for them
+// (C++11 8.3.6 p9).
+static void add_default_arguments(an_arg_check_block* block, an_expr_node** link) {
+  for (; block->param && block->param->has_default_arg; take_param(block)) {
+    an_expr_node* value = default_arg_expr_of_param(block->param, &block->position);
+    block->any_error |= is_error_node(value);
+    *link = copy_expr_tree(value, cef_copy_dynamic_inits);
+    (*link)->next = nullptr;
+    link = &(*link)->next;
   }
+}
+
+static void check_missing_arguments(an_arg_check_block* block) {
+  if (!block->param || !(block->is_prototyped || block->is_old_style_definition))
+    return;
   expr_pos_diagnostic(block->is_prototyped ? es_error : es_warning, ec_too_few_arguments,
                       &block->position);
   block->any_error |= block->is_prototyped;
@@ -149,6 +156,7 @@ an_expr_node* process_call_argument_list(an_init_component* arg_list, an_arg_che
     (*link)->next = nullptr;
     link = &(*link)->next;
   }
+  add_default_arguments(block, link);
   check_missing_arguments(block);
   return first;
 }
