@@ -13,14 +13,624 @@
 #include "symbol_tbl.h"
 #include "types.h"
 
-// A class that declares none of them has trivial ones.
-void declare_special_members(a_type* class_type) {
-  class_supplement_of(class_type)->is_trivially_copyable = true;
+// ---- What a routine is ----
+
+static const a_param_type* first_param(const a_type* routine_type) {
+  return is_error_type(routine_type) ? nullptr : param_types_of(skip_typerefs(routine_type));
+}
+
+static bool has_default_from(const a_param_type* param) {
+  return !param || param->has_default_arg || param->is_parameter_pack;
+}
+
+// Whether the type is a reference to the class, or, for an assignment operator,
+// the class itself; *qualifiers are those of the class.
+static bool is_reference_to_class(a_type* type, const a_type* class_type, bool is_rvalue,
+                                  a_type_qualifier_set* qualifiers) {
+  if (is_rvalue ? !is_rvalue_reference_type(type) : !is_lvalue_reference_type(type))
+    return false;
+  a_type* object = type_pointed_to(type);
+  *qualifiers = get_type_qualifiers(object) & tq_cv;
+  return skip_typerefs(object) == class_type;
+}
+
+static a_type* class_of_routine(const a_routine* routine) {
+  return class_of_member(&routine->source_corresp);
+}
+
+bool is_default_constructor(const a_routine* routine) {
+  return routine->special_kind == rsk_constructor && !is_error_type(routine->type) &&
+         !routine->is_template_function && has_default_from(first_param(routine->type));
+}
+
+static bool is_constructor_from_class(const a_routine* routine, bool is_rvalue,
+                                      a_type_qualifier_set* qualifiers) {
+  const a_param_type* param = first_param(routine->type);
+  return routine->special_kind == rsk_constructor && !routine->is_template_function && param &&
+         has_default_from(param->next) &&
+         is_reference_to_class(param->type, class_of_routine(routine), is_rvalue, qualifiers);
+}
+
+bool is_copy_constructor(const a_routine* routine, a_type_qualifier_set* qualifiers) {
+  return is_constructor_from_class(routine, false, qualifiers);
+}
+
+bool routine_is_move_constructor(const a_routine* routine) {
+  a_type_qualifier_set qualifiers;
+  return is_constructor_from_class(routine, true, &qualifiers);
+}
+
+bool is_copy_assignment_operator_type(const a_type* type, const a_type* class_type,
+                                      a_type_qualifier_set* qualifiers) {
+  const a_param_type* param = first_param(type);
+  if (!param || param->next)
+    return false;
+  *qualifiers = tq_const; // a value takes any object
+  return skip_typerefs(param->type) == class_type ||
+         is_reference_to_class(param->type, class_type, false, qualifiers);
+}
+
+static bool is_assignment_operator(const a_routine* routine) {
+  return routine->special_kind == rsk_operator &&
+         routine->special_data.operator_kind == opn_assign && !routine->is_template_function &&
+         !routine->is_static_member;
+}
+
+bool is_assignment_operator_for_copy(const a_routine* routine, a_type_qualifier_set* qualifiers) {
+  return is_assignment_operator(routine) &&
+         is_copy_assignment_operator_type(routine->type, class_of_routine(routine), qualifiers);
+}
+
+bool routine_is_move_assignment_operator(const a_routine* routine) {
+  a_type_qualifier_set qualifiers;
+  const a_param_type* param = first_param(routine->type);
+  return is_assignment_operator(routine) && param && !param->next &&
+         is_reference_to_class(param->type, class_of_routine(routine), true, &qualifiers);
+}
+
+// Whether the routine is one of the kind, and for objects with which qualifiers.
+static bool is_special_member(const a_routine* routine, a_special_member_kind kind,
+                              a_type_qualifier_set* qualifiers) {
+  *qualifiers = tq_none;
+  switch (kind) {
+  case smk_default_constructor:
+    return is_default_constructor(routine);
+  case smk_copy_constructor:
+    return is_copy_constructor(routine, qualifiers);
+  case smk_move_constructor:
+    return routine_is_move_constructor(routine);
+  case smk_copy_assignment:
+    return is_assignment_operator_for_copy(routine, qualifiers);
+  case smk_move_assignment:
+    return routine_is_move_assignment_operator(routine);
+  default:
+    return routine->special_kind == rsk_destructor;
+  }
+}
+
+// ---- The members of a class ----
+
+static bool is_constructor_kind(a_special_member_kind kind) {
+  return kind <= smk_move_constructor;
+}
+
+static void add_routines_of_symbol(const a_symbol* symbol, std::vector<a_routine*>* routines) {
+  if (!symbol)
+    return;
+  if (symbol->kind == symk_overloaded_function) {
+    for (a_symbol* s = symbol->variant.overload_list; s; s = s->next_homonym)
+      add_routines_of_symbol(fundamental_symbol_of(s), routines);
+  } else if (symbol->kind == symk_member_function) {
+    routines->push_back(symbol->variant.routine);
+  }
+}
+
+// The functions among which that of the kind is.
+static std::vector<a_routine*> routines_of_kind(const a_type* class_type,
+                                                a_special_member_kind kind) {
+  std::vector<a_routine*> routines;
+  const a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
+  if (!info)
+    return routines;
+  add_routines_of_symbol(is_constructor_kind(kind)    ? info->constructor
+                         : kind == smk_destructor ? info->destructor
+                                                  : info->assignment_operator,
+                         &routines);
+  return routines;
+}
+
+// The one that fits the qualifiers of the source best; null for none, or after
+// two that fit alike.
+static a_routine* best_special_member(const a_type* class_type, a_special_member_kind kind,
+                                      a_type_qualifier_set source, bool* is_ambiguous) {
+  a_routine* best = nullptr;
+  a_type_qualifier_set best_qualifiers = tq_cv;
+  *is_ambiguous = false;
+  for (a_routine* routine : routines_of_kind(class_type, kind)) {
+    a_type_qualifier_set qualifiers;
+    if (!is_special_member(routine, kind, &qualifiers) || (source & ~qualifiers) != 0)
+      continue;
+    *is_ambiguous = best && qualifiers == best_qualifiers;
+    if (best && (qualifiers & ~best_qualifiers) != 0)
+      continue;
+    best = routine;
+    best_qualifiers = qualifiers;
+  }
+  return *is_ambiguous ? nullptr : best;
+}
+
+a_routine* special_member_of_class(a_type* class_type, a_special_member_kind kind,
+                                   a_type_qualifier_set source) {
+  bool is_ambiguous;
+  class_type = skip_typerefs(class_type);
+  a_routine* routine = best_special_member(class_type, kind, source, &is_ambiguous);
+  if (routine || is_ambiguous)
+    return routine;
+  // What can't be moved is copied; a temporary binds to a reference to const.
+  if (kind == smk_move_constructor)
+    return best_special_member(class_type, smk_copy_constructor, source | tq_const, &is_ambiguous);
+  if (kind == smk_move_assignment)
+    return best_special_member(class_type, smk_copy_assignment, source | tq_const, &is_ambiguous);
+  return nullptr;
+}
+
+static bool declares_special_member(const a_type* class_type, a_special_member_kind kind) {
+  a_type_qualifier_set qualifiers;
+  for (const a_routine* routine : routines_of_kind(class_type, kind))
+    if (is_special_member(routine, kind, &qualifiers))
+      return true;
+  return false;
+}
+
+// ---- The analysis ----
+
+namespace {
+
+// What the implicit form of a special member would be.
+struct an_implicit_member {
+  a_type* class_type;
+  a_special_member_kind kind;
+  bool is_trivial;
+  bool is_deleted;
+  bool takes_const; // of a copy: all bases and members can be copied from const
+  bool is_constexpr;
+};
+
+} // namespace
+
+static bool is_copy_kind(a_special_member_kind kind) {
+  return kind == smk_copy_constructor || kind == smk_copy_assignment;
+}
+
+static bool is_assignment_kind(a_special_member_kind kind) {
+  return kind == smk_copy_assignment || kind == smk_move_assignment;
+}
+
+static bool is_usable(a_routine* routine) {
+  if (!routine || routine->is_deleted)
+    return false;
+  a_symbol* symbol = routine->source_corresp.symbol;
+  return !symbol || have_access_to_symbol(symbol, class_of_routine(routine), nullptr);
+}
+
+// What a base or a member of class type adds. `qualifiers` are those of the
+// member; a variant member must be trivial.
+static void consider_class(an_implicit_member* member, a_type* class_type,
+                           a_type_qualifier_set qualifiers, bool is_variant) {
+  bool is_copy = is_copy_kind(member->kind);
+  a_routine* routine = special_member_of_class(class_type, member->kind,
+                                               is_copy ? qualifiers | tq_const : qualifiers);
+  if (!routine && is_copy) {
+    member->takes_const = false;
+    routine = special_member_of_class(class_type, member->kind, qualifiers);
+  }
+  if (!is_usable(routine)) {
+    member->is_deleted = true;
+    return;
+  }
+  member->is_trivial &= routine->is_trivial;
+  member->is_deleted |= is_variant && !routine->is_trivial;
+  member->is_constexpr &= routine->is_constexpr;
+  // A constructor may have to take back what it has built.
+  if (is_constructor_kind(member->kind) &&
+      !is_usable(special_member_of_class(class_type, smk_destructor, tq_none)))
+    member->is_deleted = true;
+}
+
+// C++11 12.1 p5, 12.8 p11, p23: members without a value of their own class.
+static void consider_scalar(an_implicit_member* member, const a_field* field) {
+  bool is_const = is_const_qualified_type(field->type);
+  bool is_reference = is_reference_type(field->type);
+  if (member->kind == smk_default_constructor) {
+    member->is_deleted |= is_reference || is_const;
+    member->is_constexpr = false;
+  } else if (is_assignment_kind(member->kind)) {
+    member->is_deleted |= is_reference || is_const;
+  } else if (member->kind == smk_copy_constructor) {
+    member->is_deleted |= is_rvalue_reference_type(field->type);
+  }
+}
+
+static void consider_field(an_implicit_member* member, const a_field* field) {
+  a_type* element = skip_array_types(field->type);
+  bool is_variant = member->class_type->kind == tk_union;
+  if (is_error_type(element) || (field->source_corresp.is_unnamed && field->is_bit_field))
+    return;
+  if (member->kind == smk_default_constructor && field->has_default_init) {
+    member->is_trivial = false;
+    return;
+  }
+  if (is_class_struct_union_type(element)) {
+    a_type_qualifier_set qualifiers = field->is_mutable ? tq_none : get_type_qualifiers(element);
+    if (is_assignment_kind(member->kind) && (qualifiers & tq_const) != 0)
+      member->is_deleted = true;
+    consider_class(member, element, qualifiers & tq_cv, is_variant);
+  } else if (!is_variant || is_reference_type(element)) {
+    consider_scalar(member, field);
+  }
+}
+
+// Of a union that begins without a value, all members must be const to forbid
+// it; a constant one needs a member with an initialiser.
+static void consider_union_default(an_implicit_member* member) {
+  bool all_const = true, any_init = false;
+  a_field* first = member->class_type->variant.class_struct_union.fields;
+  for (const a_field* field = first; field; field = field->next) {
+    all_const &= is_const_qualified_type(field->type);
+    any_init |= field->has_default_init;
+  }
+  member->is_deleted |= first && all_const && !any_init;
+  member->is_constexpr &= any_init || !first;
+}
+
+static an_implicit_member analyse_special_member(a_type* class_type, a_special_member_kind kind) {
+  an_implicit_member member = {class_type, kind, true, false, true, true};
+  const auto& info = class_type->variant.class_struct_union;
+  const a_class_type_supplement* supplement = class_supplement_of(class_type);
+  for (const a_base_class* base = supplement->base_classes; base; base = base->next) {
+    if (base->is_virtual && kind != smk_destructor)
+      member.is_trivial = member.is_constexpr = false;
+    if ((base->is_direct || base->is_virtual) && !is_error_type(base->type))
+      consider_class(&member, base->type, tq_none, false);
+  }
+  if (info.has_virtual_functions && kind != smk_destructor)
+    member.is_trivial = false;
+  for (const a_field* field = info.fields; field; field = field->next)
+    consider_field(&member, field);
+  if (class_type->kind == tk_union && kind == smk_default_constructor)
+    consider_union_default(&member);
+  if (kind == smk_destructor || (is_assignment_kind(kind) && !relaxed_constexpr_enabled))
+    member.is_constexpr = false;
+  return member;
+}
+
+// ---- Implicit declarations ----
+
+static a_type* make_special_member_type(const an_implicit_member* member) {
+  a_type* class_type = member->class_type;
+  a_type* source = member->takes_const && is_copy_kind(member->kind)
+                       ? make_qualified_type(class_type, tq_const)
+                       : class_type;
+  a_type* return_type =
+      is_assignment_kind(member->kind) ? make_reference_type(class_type) : void_type();
+  switch (member->kind) {
+  case smk_copy_constructor:
+  case smk_copy_assignment:
+    return make_routine_type_full(return_type, make_reference_type(source));
+  case smk_move_constructor:
+  case smk_move_assignment:
+    return make_routine_type_full(return_type, make_rvalue_reference_type(source));
+  default:
+    return make_routine_type_full(return_type);
+  }
+}
+
+static void make_locator_of_kind(const an_implicit_member* member, a_symbol_locator* locator) {
+  if (is_constructor_kind(member->kind))
+    make_constructor_locator(member->class_type, locator);
+  else if (member->kind == smk_destructor)
+    make_destructor_locator(member->class_type, locator);
+  else
+    make_operator_locator(opn_assign, &member->class_type->source_corresp.position, locator);
+}
+
+// What the analysis says of a function that the class declares by itself or
+// defaults.
+static void apply_analysis(a_routine* routine, const an_implicit_member* member) {
+  routine->is_trivial = member->is_trivial && !routine->is_virtual;
+  if (deleted_functions_enabled)
+    routine->is_deleted |= member->is_deleted;
+  bool is_older_gnu = gpp_mode && gnu_version < 40800;
+  if (constexpr_enabled && !is_older_gnu)
+    routine->is_constexpr |= member->is_constexpr && !member->is_deleted;
+}
+
+// The specification is worked out when somebody asks (C++11 15.4 p14).
+static void add_indeterminate_exception_spec(a_routine* routine) {
+  a_routine_type_supplement* supplement =
+      skip_typerefs(routine->type)->variant.routine.routine_supplement;
+  if (!exceptions_enabled || !implicit_noexcept_enabled || supplement->exception_specification)
+    return;
+  supplement->exception_specification = alloc_exception_specification();
+  supplement->exception_specification->is_indeterminate = true;
+  routine->exception_spec_is_implicit = true;
+}
+
+static void declare_implicitly(const an_implicit_member* member) {
+  a_symbol_locator locator;
+  make_locator_of_kind(member, &locator);
+  unsigned saved_access = scope_stack[depth_scope_stack].member_access;
+  scope_stack[depth_scope_stack].member_access = as_public;
+  a_symbol* symbol = enter_member_function(member->class_type, &locator,
+                                           make_special_member_type(member), sc_extern);
+  scope_stack[depth_scope_stack].member_access = saved_access;
+  a_routine* routine = symbol->variant.routine;
+  routine->is_compiler_generated = true;
+  routine->is_implicitly_declared = true;
+  routine->is_defaulted = true;
+  set_inline_flag(routine, true);
+  apply_analysis(routine, member);
+  add_indeterminate_exception_spec(routine);
+}
+
+// A move that the class can't have is left to the copy (C++11 12.8 p9, p20).
+static bool declares_move(const a_type* class_type) {
+  return generate_move_operations && !declares_special_member(class_type, smk_copy_constructor) &&
+         !declares_special_member(class_type, smk_move_constructor) &&
+         !declares_special_member(class_type, smk_copy_assignment) &&
+         !declares_special_member(class_type, smk_move_assignment) &&
+         !declares_special_member(class_type, smk_destructor);
+}
+
+static void declare_unless_declared(a_type* class_type, a_special_member_kind kind,
+                                    bool is_forbidden) {
+  if (declares_special_member(class_type, kind))
+    return;
+  an_implicit_member member = analyse_special_member(class_type, kind);
+  member.is_deleted |= is_forbidden;
+  declare_implicitly(&member);
+}
+
+static void declare_move_unless_deleted(a_type* class_type, a_special_member_kind kind) {
+  an_implicit_member member = analyse_special_member(class_type, kind);
+  if (!member.is_deleted)
+    declare_implicitly(&member);
+}
+
+static void declare_implicit_members(a_type* class_type) {
+  bool is_moved = declares_special_member(class_type, smk_move_constructor) ||
+                  declares_special_member(class_type, smk_move_assignment);
+  bool may_move = declares_move(class_type);
+  if (routines_of_kind(class_type, smk_default_constructor).empty())
+    declare_unless_declared(class_type, smk_default_constructor, false);
+  declare_unless_declared(class_type, smk_destructor, false);
+  declare_unless_declared(class_type, smk_copy_constructor, is_moved);
+  declare_unless_declared(class_type, smk_copy_assignment, is_moved);
+  if (!may_move)
+    return;
+  declare_move_unless_deleted(class_type, smk_move_constructor);
+  declare_move_unless_deleted(class_type, smk_move_assignment);
+}
+
+// ---- Functions that the program declares ----
+
+static bool special_member_kind_of(const a_routine* routine, a_special_member_kind* kind) {
+  a_type_qualifier_set qualifiers;
+  for (int k = 0; k < num_special_member_kinds; ++k) {
+    *kind = static_cast<a_special_member_kind>(k);
+    if (is_special_member(routine, *kind, &qualifiers))
+      return true;
+  }
+  return false;
+}
+
+// A copy of const objects that a base or member doesn't offer (C++11 8.4.2 p1).
+static void check_const_param(a_routine* routine, const an_implicit_member* member) {
+  a_type_qualifier_set qualifiers = tq_none;
+  if (!is_copy_kind(member->kind) || member->takes_const ||
+      !is_special_member(routine, member->kind, &qualifiers) || (qualifiers & tq_const) == 0)
+    return;
+  pos_error(member->kind == smk_copy_constructor ? ec_defaulted_copy_ctor_cannot_have_const_parameter
+                                                 : ec_defaulted_assignment_cannot_have_const_parameter,
+            &routine->source_corresp.position);
+}
+
+static void settle_declared_member(a_routine* routine) {
+  a_special_member_kind kind;
+  if (routine->is_compiler_generated)
+    return;
+  routine->is_user_provided = !routine->is_defaulted && !routine->is_deleted;
+  if (!routine->is_defaulted || !special_member_kind_of(routine, &kind))
+    return;
+  an_implicit_member member = analyse_special_member(class_of_routine(routine), kind);
+  check_const_param(routine, &member);
+  if (routine->is_constexpr && kind == smk_default_constructor && !member.is_constexpr)
+    pos_error(ec_defaulted_default_ctor_cannot_be_constexpr, &routine->source_corresp.position);
+  apply_analysis(routine, &member);
+  add_indeterminate_exception_spec(routine);
+}
+
+static void settle_declared_members(const a_type* class_type) {
+  for (a_special_member_kind kind :
+       {smk_default_constructor, smk_copy_assignment, smk_destructor})
+    for (a_routine* routine : routines_of_kind(class_type, kind))
+      settle_declared_member(routine);
+}
+
+static an_error_code code_for_function_not_to_be_defaulted(const a_routine* routine) {
+  if (routine->special_kind == rsk_constructor)
+    return ec_invalid_constructor_to_be_defaulted;
+  return is_assignment_operator(routine) ? ec_invalid_assignment_operator_to_be_defaulted
+                                         : ec_invalid_function_to_be_defaulted;
 }
 
 void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_state*) {
-  if (routine->is_defaulted && routine->special_kind == rsk_ordinary)
-    pos_error(ec_invalid_function_to_be_defaulted, &routine->source_corresp.position);
+  a_special_member_kind kind;
+  const a_source_position* position = &routine->source_corresp.position;
+  if (is_error_type(routine->type) || !routine->is_defaulted)
+    return;
+  if (!special_member_kind_of(routine, &kind)) {
+    pos_error(code_for_function_not_to_be_defaulted(routine), position);
+  } else if (kind == smk_copy_constructor || kind == smk_move_constructor) {
+    if (first_param(routine->type)->next)
+      pos_error(ec_copy_ctor_with_default_arg_cannot_be_defaulted, position);
+  } else if (is_assignment_kind(kind)) {
+    if (!is_reference_type(first_param(routine->type)->type))
+      pos_error(ec_invalid_assignment_operator_to_be_defaulted, position);
+  }
+}
+
+// ---- Exception specifications (C++11 15.4 p14) ----
+
+static bool routine_may_throw(a_routine* routine) {
+  resolve_indeterminate_exception_specification(routine);
+  const an_exception_specification* specification =
+      skip_typerefs(routine->type)->variant.routine.routine_supplement->exception_specification;
+  return !specification || specification->is_any || specification->types ||
+         (specification->is_noexcept_expr && !specification->is_noexcept);
+}
+
+static bool subobject_may_throw(a_type* type, a_special_member_kind kind) {
+  a_type* element = skip_array_types(type);
+  if (!is_class_struct_union_type(element))
+    return false;
+  a_routine* routine = special_member_of_class(element, kind, tq_none);
+  return routine && !is_error_type(routine->type) && routine_may_throw(routine);
+}
+
+static bool field_may_throw(const a_field* field, a_special_member_kind kind) {
+  if (kind == smk_default_constructor && field->has_default_init)
+    return !field->default_init || dynamic_init_might_throw(field->default_init);
+  return subobject_may_throw(field->type, kind);
+}
+
+static bool special_member_may_throw(const a_type* class_type, a_special_member_kind kind) {
+  for (const a_base_class* base = class_supplement_of(class_type)->base_classes; base;
+       base = base->next)
+    if ((base->is_direct || base->is_virtual) && subobject_may_throw(base->type, kind))
+      return true;
+  for (const a_field* f = class_type->variant.class_struct_union.fields; f; f = f->next)
+    if (field_may_throw(f, kind))
+      return true;
+  return false;
+}
+
+void resolve_indeterminate_exception_specification(a_routine* routine) {
+  a_special_member_kind kind;
+  an_exception_specification* specification =
+      skip_typerefs(routine->type)->variant.routine.routine_supplement->exception_specification;
+  if (!specification || !specification->is_indeterminate)
+    return;
+  // Whoever asks again meanwhile gets the stricter answer.
+  specification->is_indeterminate = false;
+  specification->is_noexcept = true;
+  if (special_member_kind_of(routine, &kind) &&
+      special_member_may_throw(class_of_routine(routine), kind)) {
+    specification->is_noexcept = false;
+    specification->is_any = true;
+  }
+}
+
+// ---- Flags of the class ----
+
+static bool is_trivial_member(a_type* class_type, a_special_member_kind kind) {
+  const a_routine* routine = special_member_of_class(class_type, kind, tq_none);
+  return routine && routine->is_trivial && !routine->is_deleted;
+}
+
+static bool has_user_provided_constructor(const a_type* class_type) {
+  for (const a_routine* routine : routines_of_kind(class_type, smk_default_constructor))
+    if (routine->is_user_provided)
+      return true;
+  return false;
+}
+
+// C++11 8.5.1 p1. Field initialisers were no obstacle before 2011, when there
+// were none, and are none since 2014.
+static bool is_cplusplus_aggregate(a_type* class_type) {
+  const auto& info = class_type->variant.class_struct_union;
+  if (class_supplement_of(class_type)->base_classes || info.has_virtual_functions ||
+      has_user_provided_constructor(class_type))
+    return false;
+  for (const a_field* field = info.fields; field; field = field->next)
+    if (field->source_corresp.access != as_public ||
+        (field->has_default_init && std_version < 201402))
+      return false;
+  return true;
+}
+
+// C++03 9 p4, which decides on the layout of derived classes too.
+static bool is_plain_old_data(a_type* class_type) {
+  if (!class_supplement_of(class_type)->is_aggregate ||
+      !is_trivial_member(class_type, smk_destructor) ||
+      !is_trivial_member(class_type, smk_copy_assignment))
+    return false;
+  for (const a_field* f = class_type->variant.class_struct_union.fields; f; f = f->next) {
+    const a_type* element = skip_typerefs(skip_array_types(f->type));
+    if (is_reference_type(element) ||
+        (is_class_struct_union_type(element) && !class_supplement_of(element)->is_pod))
+      return false;
+  }
+  return true;
+}
+
+static void set_class_flags(a_type* class_type) {
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
+  bool has_trivial_destructor = is_trivial_member(class_type, smk_destructor);
+  supplement->is_trivially_copyable = has_trivial_destructor &&
+                                      is_trivial_member(class_type, smk_copy_constructor) &&
+                                      is_trivial_member(class_type, smk_move_constructor) &&
+                                      is_trivial_member(class_type, smk_copy_assignment);
+  supplement->has_implicit_copy = is_trivial_member(class_type, smk_copy_constructor);
+  supplement->needs_destructor = !has_trivial_destructor;
+  supplement->needs_constructor = !is_trivial_member(class_type, smk_default_constructor);
+  supplement->is_aggregate = is_cplusplus_aggregate(class_type);
+  supplement->is_pod = is_plain_old_data(class_type);
+}
+
+static bool is_literal_type(a_type* type) {
+  a_type* element = skip_array_types(type);
+  if (is_class_struct_union_type(element))
+    return class_supplement_of(element)->is_literal;
+  return is_scalar_type(element) || is_reference_type(element) || is_error_type(element);
+}
+
+static bool has_constexpr_constructor(const a_type* class_type) {
+  a_type_qualifier_set qualifiers;
+  for (const a_routine* routine : routines_of_kind(class_type, smk_default_constructor))
+    if (routine->is_constexpr && !is_copy_constructor(routine, &qualifiers) &&
+        !routine_is_move_constructor(routine))
+      return true;
+  return false;
+}
+
+// C++11 3.9 p10.
+void set_literal_type_flag(a_type* class_type) {
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
+  supplement->is_literal = false;
+  if (!is_trivial_member(class_type, smk_destructor) ||
+      (!supplement->is_aggregate && !supplement->is_lambda_closure &&
+       !has_constexpr_constructor(class_type)))
+    return;
+  for (const a_base_class* base = supplement->base_classes; base; base = base->next)
+    if (!is_literal_type(base->type))
+      return;
+  for (const a_field* f = class_type->variant.class_struct_union.fields; f; f = f->next)
+    if (!is_literal_type(f->type) || is_volatile_qualified_type(f->type))
+      return;
+  supplement->is_literal = true;
+}
+
+void declare_special_members(a_type* class_type) {
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
+  supplement->has_user_constructor =
+      !routines_of_kind(class_type, smk_default_constructor).empty();
+  supplement->has_user_destructor = declares_special_member(class_type, smk_destructor);
+  settle_declared_members(class_type);
+  declare_implicit_members(class_type);
+  set_class_flags(class_type);
+  if (constexpr_enabled)
+    set_literal_type_flag(class_type);
 }
 
 // ---- Bodies that the program doesn't write ----
