@@ -375,7 +375,7 @@ static void declare_implicitly(const an_implicit_member* member) {
 
 // A move that the class can't have is left to the copy (C++11 12.8 p9, p20).
 static bool declares_move(const a_type* class_type) {
-  return generate_move_operations && !declares_special_member(class_type, smk_copy_constructor) &&
+  return rvalue_references_enabled && !declares_special_member(class_type, smk_copy_constructor) &&
          !declares_special_member(class_type, smk_move_constructor) &&
          !declares_special_member(class_type, smk_copy_assignment) &&
          !declares_special_member(class_type, smk_move_assignment) &&
