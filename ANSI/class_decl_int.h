@@ -258,11 +258,12 @@ void class_decl_fixup_init();
 
 // At the `=` or `{` of a field's initialiser, in the scope of the class.
 void scan_field_initializer(a_field* field, a_type* class_type);
-// At the `:` of a constructor's definition, in its scope: the list of
-// initialisers (C++11 12.6.2), in the order in which they run.
-void scan_ctor_initializers(a_routine* constructor, a_scope* scope);
-// What a constructor without a list initialises by itself.
-void add_implicit_ctor_initializers(a_routine* constructor, a_scope* scope);
+// At the `:` or `{` of a constructor's definition, in its scope: the list of
+// initialisers (C++11 12.6.2), completed by what the classes of bases and members
+// do by themselves. The `{` is left.
+void ctor_initializer(a_routine* constructor, a_scope* scope);
+// What follows the body of a destructor: the destructions of bases and members.
+void dtor_initializer(a_routine* destructor, a_scope* scope);
 // The initialisation of a base or member by components, which are taken from the
 // list; of an error constant after a message.
 a_dynamic_init* initialize_subobject(a_type* type, an_init_component** list);

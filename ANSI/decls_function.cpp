@@ -289,6 +289,19 @@ static void check_return_type_of_definition(a_routine* routine) {
     pos_error(ec_incomplete_type_not_allowed, &routine->source_corresp.position);
 }
 
+// What a constructor or destructor does beside its block.
+static void scan_initializers_of_body(a_routine* routine, a_scope* scope) {
+  if (routine->special_kind == rsk_constructor) {
+    ctor_initializer(routine, scope);
+  } else if (curr_token == tok_colon) {
+    syntax_error(ec_bad_data_member_initialization);
+    while (curr_token != tok_lbrace && curr_token != tok_end_of_source)
+      get_token();
+  }
+  if (routine->special_kind == rsk_destructor)
+    dtor_initializer(routine, scope);
+}
+
 static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_info) {
   push_function_scope(routine);
   a_scope* scope = scope_stack[depth_scope_stack].il_scope;
@@ -298,6 +311,7 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
   reactivate_prototype_scope_symbols(func_info);
   declare_parameters(func_info, &conversions);
   push_stop_token_stack();
+  scan_initializers_of_body(routine, scope);
   a_statement* body = compound_statement_full(true);
   insert_at_start(body, conversions);
   scope->assoc_statement = body;
@@ -305,7 +319,7 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
   pop_scope();
 }
 
-// At the `{`; the `}` is read.
+// At the `{`, or at the `:` of a constructor; the `}` is read.
 void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   if (routine->storage_kind == sc_extern)
     routine->storage_kind = sc_none;
