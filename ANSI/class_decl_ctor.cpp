@@ -362,10 +362,8 @@ static void check_order(const a_ctor_init_list* list) {
     const a_constructor_init* after = list->written[i];
     if (rank_of_init(list->class_type, after) >= rank_of_init(list->class_type, before))
       continue;
-    a_diagnostic* diag =
-        pos_sy_start_warning(ec_out_of_order_ctor_init, &after->position, symbol_of_init(after));
-    sym_add_diag_info(diag, symbol_of_init(before));
-    end_diagnostic(diag);
+    pos_sy2_warning(ec_out_of_order_ctor_init, &after->position, symbol_of_init(after),
+                    symbol_of_init(before));
   }
 }
 
