@@ -117,7 +117,7 @@ static void scan_target(a_ctor_init_list* list, a_mem_init_target* target) {
     name_only_base(list, target);
   else if (f_is_generalized_identifier_start())
     scan_mem_initializer_id(list, target);
-  else if (is_type_start(0))
+  else if (curr_token == tok_decltype)
     set_target_type(list, type_name(), target);
   else
     syntax_error(ec_missing_base_class_or_member_name);

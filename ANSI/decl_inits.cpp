@@ -13,6 +13,7 @@
 #include "lexical.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "scope_stk.h"
 #include "statements.h"
 #include "types.h"
@@ -43,27 +44,43 @@ static void scan_start_of_initializer(an_init_state* state) {
   state->is_list_init = curr_token == tok_lbrace && in_cplusplus_mode();
 }
 
-// The arguments of a constructor behind the first.
-static void drop_arguments() {
-  while (loop_token(tok_comma))
-    free_init_component_list(scan_init_component());
+static an_init_component* scan_parenthesized_list() {
+  an_init_component* list = nullptr;
+  an_init_component** link = &list;
+  get_token();
+  add_stop_token(tok_rparen);
+  do {
+    *link = scan_init_component();
+    link = &(*link)->next;
+  } while (loop_token(tok_comma));
+  remove_stop_token(tok_rparen);
+  required_token(tok_rparen, ec_exp_rparen);
+  return list;
+}
+
+// The object that a constructor makes of the arguments takes their place.
+static an_init_component* construct_from_list(a_type* type, an_init_component* list,
+                                              const a_source_position* position,
+                                              an_init_state* state) {
+  an_init_component* object = alloc_init_component(ick_expression);
+  make_class_temporary(type, list, position, &object->variant.operand);
+  state->error_reported |= object->variant.operand.kind == ok_error;
+  free_init_component_list(list);
+  return object;
 }
 
 // `(value)`. A class may have constructors of any number of arguments.
 static an_init_component* scan_parenthesized_component(a_type* type, an_init_state* state) {
   a_source_position position = pos_curr_token;
-  get_token();
-  add_stop_token(tok_rparen);
-  an_init_component* list = scan_init_component();
-  if (is_class_struct_union_type(type)) {
-    if (curr_token == tok_comma || !whole_aggr_class_init_possible(list, type))
-      init_feature_error("construction of a class", &position, state);
-  } else if (curr_token == tok_comma) {
-    init_error(ec_exp_rparen, &pos_curr_token, state);
+  an_init_component* list = scan_parenthesized_list();
+  if (is_class_struct_union_type(type))
+    return construct_from_list(type, list, &position, state);
+  if (list->next) {
+    a_source_position second = init_component_pos(list->next);
+    init_error(ec_exp_rparen, &second, state);
+    free_init_component_list(list->next);
+    list->next = nullptr;
   }
-  drop_arguments();
-  remove_stop_token(tok_rparen);
-  required_token(tok_rparen, ec_exp_rparen);
   return list;
 }
 

@@ -321,6 +321,27 @@ static void scan_ordinary_call(an_operand* operand) {
   set_operator_positions(operand, &start, &position, &end);
 }
 
+void call_known_routine(a_routine* routine, an_operand* object, an_init_component* arg_list,
+                        const a_source_position* position, an_operand* result) {
+  an_operand function;
+  an_arg_check_block block;
+  a_ref_entry* ref = make_ref_entry(srk_reference, routine->source_corresp.symbol, position);
+  make_function_designator_operand(routine, ref, &function);
+  a_type* function_type = check_call_function_pointer_operand(&function);
+  start_call_argument_processing(function_type, routine, &block);
+  block.position = *position;
+  an_expr_node* arguments = process_call_argument_list(arg_list, &block);
+  bool has_selector = object != nullptr;
+  if (!function_type || block.any_error || is_refused_call(&function, position) ||
+      !check_selector_of_call(&function, object, &has_selector) ||
+      !check_type_of_result(return_type_of(function_type), false, position)) {
+    make_error_operand(result);
+    return;
+  }
+  assemble_function_call(&function, has_selector ? object : nullptr, function_type, arguments,
+                         position, result);
+}
+
 static a_symbol* call_operator_of_object(an_operand* operand) {
   f_instantiate_template_class(operand->type);
   return is_incomplete_type(operand->type) ? nullptr

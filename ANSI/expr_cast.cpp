@@ -9,6 +9,7 @@
 #include "il_alloc.h"
 #include "il_statements.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "scope_stk.h"
 #include "target.h"
 
@@ -238,6 +239,8 @@ void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code co
   }
   a_std_conv_descr descr;
   if (!impl_conversion_possible(operand->type, false, constant_of_operand(operand), type, &descr)) {
+    if (in_cplusplus_mode() && convert_operand_by_constructor(operand, type))
+      return;
     if (expr_error_should_be_issued())
       pos_ty2_error(code, position, operand->type, type);
     conv_to_error_operand(operand);

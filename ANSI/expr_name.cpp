@@ -169,7 +169,10 @@ static void operand_for_symbol(a_symbol* symbol, an_operand* result) {
     field_operand(symbol, result);
     break;
   case symk_member_function:
-    make_sym_for_member_operand(symbol, result);
+    if (symbol->variant.routine->is_static_member)
+      routine_operand(symbol, result);
+    else
+      make_sym_for_member_operand(symbol, result);
     break;
   case symk_parameter:
     parameter_of_prototype(symbol, result);

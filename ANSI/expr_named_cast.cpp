@@ -1,10 +1,12 @@
 // The casts of C++: casts to references, the named casts (C++11 5.2.7, 5.2.9
 // to 5.2.11) and the functional form (5.2.3).
 
+#include "decl_inits.h"
 #include "declarator.h"
 #include "expr_int.h"
 #include "il.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "scope_stk.h"
 
 // ---- Casts to references ----
@@ -375,20 +377,51 @@ static bool check_type_of_functional_cast(a_type* type, const a_source_position*
   if (is_error_type(type))
     return false;
   if (is_scalar_type(type) || is_void_type(type) || is_reference_type(type) ||
-      is_nullptr_type(type))
+      is_nullptr_type(type) || is_class_struct_union_type(type))
     return true;
   if (!expr_error_should_be_issued())
     return false;
-  if (is_class_struct_union_type(type))
-    pos_st_error(ec_feature_not_allowed_in_current_mode, position, "construction of a class");
-  else
-    pos_ty_error(ec_cast_to_bad_type, position, type);
+  pos_ty_error(ec_cast_to_bad_type, position, type);
   return false;
+}
+
+static bool is_complete_class(a_type* type, const a_source_position* position) {
+  bool is_complete = !is_incomplete_type(type);
+  if (!is_complete)
+    expr_pos_error(ec_incomplete_type_not_allowed, position);
+  return is_complete;
+}
+
+// `C(arguments)`, at the `(`; the `)` is left.
+static void scan_class_construction(a_type* type, an_operand* result,
+                                    const a_source_position* start) {
+  an_init_component* list = nullptr;
+  an_init_component** link = &list;
+  get_token();
+  add_stop_token(tok_rparen);
+  ++expr_stack->template_arg_paren_depth;
+  while (curr_token != tok_rparen && curr_token != tok_end_of_source) {
+    *link = scan_init_component();
+    link = &(*link)->next;
+    if (!loop_token(tok_comma))
+      break;
+  }
+  --expr_stack->template_arg_paren_depth;
+  remove_stop_token(tok_rparen);
+  if (is_complete_class(type, start))
+    make_class_temporary(type, list, start, result);
+  else
+    make_error_operand(result);
+  free_init_component_list(list);
 }
 
 // At the `(` behind the type.
 static void scan_parenthesized_initializer(a_type* type, an_operand* result,
                                            const a_source_position* start) {
+  if (is_class_struct_union_type(type)) {
+    scan_class_construction(type, result, start);
+    return;
+  }
   get_token();
   if (curr_token == tok_rparen) {
     if (is_reference_type(type))

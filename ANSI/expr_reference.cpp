@@ -1,7 +1,8 @@
-// The binding of references (C++11 8.5.3), as far as no temporary is needed.
+// The binding of references (C++11 8.5.3).
 
 #include "expr_int.h"
 #include "il.h"
+#include "il_statements.h"
 #include "mode_words.h"
 
 // The object can be seen as one of the referenced type: it has that type, or a
@@ -32,20 +33,21 @@ static bool may_bind_to_temporary(const a_type* type) {
   return (get_type_qualifiers(type_pointed_to(type)) & counted) == tq_const;
 }
 
+static bool has_referenced_type(a_type* referenced, const an_operand* operand) {
+  return cast_identical_types(operand->type, referenced) &&
+         !(operand->kind == ok_expression && bit_field_of_node(operand->variant.expr, false));
+}
+
 static void report_bad_binding(a_type* type, an_operand* operand, an_error_code code,
                                const a_source_position* position) {
   a_type* referenced = type_pointed_to(type);
-  bool is_same =
-      cast_identical_types(operand->type, referenced) &&
-      !(operand->kind == ok_expression && bit_field_of_node(operand->variant.expr, false));
+  bool is_same = has_referenced_type(referenced, operand);
   if (!expr_error_should_be_issued()) {
     // The entry has noted it.
   } else if (is_rvalue_reference_type(type) && is_same && is_a_cplusplus_lvalue(operand)) {
     pos_error(ec_rvalue_reference_bound_to_lvalue, position);
   } else if (is_same && is_a_cplusplus_lvalue(operand)) {
     pos_ty2_error(ec_qualifier_dropped_in_ref_init, position, type, operand->type);
-  } else if (may_bind_to_temporary(type)) {
-    pos_st_error(ec_feature_not_allowed_in_current_mode, position, "reference to a temporary");
   } else if (is_a_cplusplus_lvalue(operand)) {
     pos_ty2_error(code, position, operand->type, type);
   } else {
@@ -61,6 +63,44 @@ static an_expr_node* node_of_referenced_object(a_type* referenced, an_expr_node*
   return base_class ? add_base_class_casts(node, base_class) : node;
 }
 
+// The value becomes an object, which lives as long as the reference or the full
+// expression does (C++11 12.2).
+static an_expr_node* make_temporary_object(an_operand* operand) {
+  an_expr_node* value = make_node_from_operand(operand);
+  an_expr_node* object = value;
+  if (value->kind != expr_temp_init) {
+    bool is_class = is_class_struct_union_type(value->type);
+    a_dynamic_init* init = alloc_dynamic_init(is_class ? dik_class_expr : dik_expr);
+    init->is_temporary = true;
+    init->variant.expr = value;
+    object = alloc_expr_node(expr_temp_init);
+    object->type = value->type;
+    object->position = value->position;
+    object->variant.dynamic_init = init;
+  }
+  object->is_lvalue = true;
+  return object;
+}
+
+static void bind_to_temporary(a_type* type, an_operand* operand, an_error_code code,
+                              const a_source_position* position) {
+  prep_conversion_operand(operand, make_unqualified_type(type_pointed_to(type)), code, position);
+  if (is_error_operand(operand))
+    return;
+  an_operand saved = *operand;
+  an_expr_node* reference = add_reference_to_to_node(make_temporary_object(operand));
+  reference->type = type;
+  make_expression_operand(reference, operand);
+  restore_operand_details_incl_ref(operand, &saved);
+}
+
+// Whether what doesn't bind itself may be copied: an object of the very type
+// that is out of reach for its qualifiers or its category may not.
+static bool needs_temporary(a_type* type, const an_operand* operand) {
+  return may_bind_to_temporary(type) &&
+         !(has_referenced_type(type_pointed_to(type), operand) && is_a_cplusplus_lvalue(operand));
+}
+
 void bind_reference_operand(a_type* type, an_operand* operand, an_error_code code,
                             const a_source_position* position) {
   do_operand_transformations(operand, ot_keep_function | ot_keep_array | ot_keep_glvalue |
@@ -71,6 +111,10 @@ void bind_reference_operand(a_type* type, an_operand* operand, an_error_code cod
     return;
   a_type* referenced = type_pointed_to(type);
   if (!is_bindable_glvalue(type, operand) || !is_reference_compatible(referenced, operand->type)) {
+    if (needs_temporary(type, operand)) {
+      bind_to_temporary(type, operand, code, position);
+      return;
+    }
     report_bad_binding(type, operand, code, position);
     return;
   }

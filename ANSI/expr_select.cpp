@@ -319,10 +319,9 @@ void scan_field_selection(an_operand* operand) {
   a_source_position start = operand->position;
   get_token();
   a_source_position end = end_pos_curr_token;
-  if (is_arrow && operator_is_overloaded(&place, operand, nullptr, operand)) {
-    select_named_field(operand, false);
-    set_operator_positions(operand, &start, &place.position, &end);
-    return;
+  // What operator-> gives is a pointer or has an operator-> itself (C++11 13.5.6).
+  while (is_arrow && is_class_struct_union_type(operand->type) &&
+         operator_is_overloaded(&place, operand, nullptr, operand)) {
   }
   if (is_arrow) {
     do_operand_transformations(operand, ot_all);

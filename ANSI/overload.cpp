@@ -4,6 +4,8 @@
 
 #include "overload.h"
 
+#include "class_decl.h"
+#include "decl_inits.h"
 #include "error.h"
 #include "expr_int.h"
 #include "il.h"
@@ -136,6 +138,139 @@ static void report_no_operator(const an_operator_search* search, const an_operan
   end_diagnostic(diag);
 }
 
+// ---- Operator functions (C++11 13.3.1.2) ----
+
+namespace {
+
+// The function that an operator means, and what it is called with: the first
+// operand is the object of a member.
+struct an_operator_choice {
+  a_routine* routine;
+  an_init_component* arguments;
+  bool is_member;
+};
+
+} // namespace
+
+static bool is_overloadable_operand(const an_operand* operand) {
+  return operand->kind != ok_indefinite_function && is_overloadable_type(operand->type);
+}
+
+static an_init_component* component_of_operand(const an_operand* operand) {
+  an_init_component* component = alloc_init_component(ick_expression);
+  component->variant.operand = *operand;
+  return component;
+}
+
+// The operands from `first` on; a postfix operator has a 0 behind its own.
+static an_init_component* make_operator_arguments(const an_operator_search* search,
+                                                  const an_operand* first,
+                                                  const an_operand* second) {
+  an_init_component* list = nullptr;
+  an_init_component** link = &list;
+  for (const an_operand* operand : {first, second})
+    if (operand) {
+      *link = component_of_operand(operand);
+      link = &(*link)->next;
+    }
+  if (search->is_postfix) {
+    *link = alloc_init_component(ick_expression);
+    make_integer_constant_operand(0, ik_int, &(*link)->variant.operand);
+  }
+  return list;
+}
+
+static a_routine* choose_member_operator(const an_operator_search* search, an_operand* first,
+                                         const an_init_component* arguments) {
+  a_type* class_type = first->type;
+  if (!is_class_struct_union_type(class_type) || is_incomplete_type(class_type))
+    return nullptr;
+  a_symbol* symbol = opname_member_function_symbol(class_type, search->kind);
+  std::vector<a_routine*> routines;
+  bool is_ambiguous;
+  if (symbol)
+    add_routines_of_set(symbol, &routines);
+  return select_routine(routines, arguments, make_node_from_operand(first), false, true,
+                        &is_ambiguous);
+}
+
+static a_routine* choose_free_operator(const an_operator_search* search, const an_operand* first,
+                                       const an_operand* second,
+                                       const an_init_component* arguments) {
+  a_symbol_header* header = opname_symbol_header(search->kind);
+  std::vector<a_type*> types = {first->type};
+  std::vector<a_routine*> routines;
+  bool is_ambiguous;
+  if (!header || search->must_be_member)
+    return nullptr;
+  if (second)
+    types.push_back(second->type);
+  a_symbol_locator locator = cleared_locator;
+  locator.header = header;
+  locator.is_operator_name = true;
+  locator.operator_kind = search->kind;
+  a_symbol* symbol = normal_id_lookup(&locator, ilo_none);
+  if (symbol && symbol->is_class_member)
+    symbol = nullptr;
+  symbol = argument_dependent_lookup(symbol, &locator, types);
+  if (symbol)
+    add_routines_of_set(symbol, &routines);
+  return select_routine(routines, arguments, nullptr, false, true, &is_ambiguous);
+}
+
+static an_operator_choice choose_operator_function(const an_operator_search* search,
+                                                   an_operand* first, const an_operand* second) {
+  an_operator_choice choice = {};
+  if (!any_opname_function_symbol(search->kind))
+    return choice;
+  choice.arguments = make_operator_arguments(search, second, nullptr);
+  choice.routine = choose_member_operator(search, first, choice.arguments);
+  choice.is_member = choice.routine != nullptr;
+  if (choice.is_member)
+    return choice;
+  free_init_component_list(choice.arguments);
+  choice.arguments = make_operator_arguments(search, first, second);
+  choice.routine = choose_free_operator(search, first, second, choice.arguments);
+  return choice;
+}
+
+// A trivial assignment copies the object as a whole.
+static bool is_builtin_assignment(const a_routine* routine) {
+  a_type_qualifier_set qualifiers;
+  return routine->is_trivial && !routine->is_deleted &&
+         (is_assignment_operator_for_copy(routine, &qualifiers) ||
+          routine_is_move_assignment_operator(routine));
+}
+
+static void call_operator_function(const an_operator_search* search, an_operator_choice* choice,
+                                   an_operand* first, an_operand* result) {
+  an_operand object = *first;
+  check_use_of_routine(choice->routine, class_of_member(&choice->routine->source_corresp),
+                       &search->position);
+  call_known_routine(choice->routine, choice->is_member ? &object : nullptr, choice->arguments,
+                     &search->position, result);
+  free_init_component_list(choice->arguments);
+}
+
+// No function fits: the builtin operator may, unless an object of a class is an
+// operand.
+static bool operator_without_function(const an_operator_search* search, an_operand* first,
+                                      an_operand* second, an_operand* result) {
+  bool with_class = is_class_struct_union_type(first->type) ||
+                    (second && is_class_struct_union_type(second->type));
+  if (has_conversion_functions(first->type) ||
+      (second && has_conversion_functions(second->type))) {
+    refuse_construct("conversion function", &search->position);
+    return drop_operands(first, second, result);
+  }
+  if (!with_class || (is_builtin_for_classes(search, !second) && search->kind != opn_assign))
+    return false;
+  if (search->kind == opn_assign && (in_C_mode() || !is_class_struct_union_type(first->type)))
+    return false;
+  report_no_operator(search, first, second);
+  return drop_operands(first, second, result);
+}
+
 bool check_for_operator_overloading(const an_operator_search* search, an_operand* first,
                                     an_operand* second, an_operand* result) {
   if (is_error_operand(first) || (second && is_error_operand(second)))
@@ -149,17 +284,19 @@ bool check_for_operator_overloading(const an_operator_search* search, an_operand
                                &search->position, result);
     return true;
   }
-  bool with_class = is_class_struct_union_type(first->type) ||
-                    (second && is_class_struct_union_type(second->type));
-  if (any_opname_function_symbol(search->kind) || has_conversion_functions(first->type) ||
-      (second && has_conversion_functions(second->type))) {
-    refuse_construct("operator overloading", &search->position);
-    return drop_operands(first, second, result);
-  }
-  if (!with_class || is_builtin_for_classes(search, !second))
+  if (!is_overloadable_operand(first) && !(second && is_overloadable_operand(second)))
     return false;
-  report_no_operator(search, first, second);
-  return drop_operands(first, second, result);
+  an_operator_choice choice = choose_operator_function(search, first, second);
+  if (choice.routine && is_builtin_assignment(choice.routine)) {
+    free_init_component_list(choice.arguments);
+    return false;
+  }
+  if (choice.routine) {
+    call_operator_function(search, &choice, first, result);
+    return true;
+  }
+  free_init_component_list(choice.arguments);
+  return operator_without_function(search, first, second, result);
 }
 
 // ---- Conversions that functions of a class make ----

@@ -117,6 +117,15 @@ a_routine* select_constructor(a_type* class_type, an_init_component* arg_list, b
 // The initialisation by a constructor, with the destruction that it asks for.
 a_dynamic_init* make_constructor_init(a_type* class_type, a_routine* constructor,
                                       an_expr_node* arguments);
+// A new object of the class, made by a constructor from the arguments.
+void make_class_temporary(a_type* class_type, an_init_component* arg_list,
+                          const a_source_position* position, an_operand* result);
+// Makes an object of the class of an operand by a constructor that isn't
+// explicit (C++11 12.3.1); false, with nothing reported, when none takes it.
+bool convert_operand_by_constructor(an_operand* operand, a_type* class_type);
+// A call of a function that is chosen already; the object is null for none.
+void call_known_routine(a_routine* routine, an_operand* object, an_init_component* arg_list,
+                        const a_source_position* position, an_operand* result);
 // Reports a function that is deleted or out of reach, and notes the call.
 void check_use_of_routine(a_routine* routine, a_type* naming_class,
                           const a_source_position* position);

@@ -298,10 +298,20 @@ static void report_no_constructor(a_type* class_type, bool is_ambiguous, bool ha
     pos_sy_error(ec_no_matching_function, position, constructor ? constructor : symbol);
 }
 
+// What has been reported already makes no constructor fit.
+static bool any_error_argument(const an_init_component* arg_list) {
+  for (; arg_list; arg_list = arg_list->next)
+    if (arg_list->kind == ick_expression && is_error_operand(&arg_list->variant.operand))
+      return true;
+  return false;
+}
+
 a_routine* select_constructor(a_type* class_type, an_init_component* arg_list, bool is_copy_init,
                               const a_source_position* position, an_expr_node** arguments) {
   bool is_ambiguous;
   *arguments = nullptr;
+  if (any_error_argument(arg_list))
+    return nullptr;
   class_type = skip_typerefs(class_type);
   a_routine* routine = select_routine(constructors_of(class_type, !is_copy_init), arg_list, nullptr,
                                       false, arg_list && arg_list->next, &is_ambiguous);
@@ -345,4 +355,37 @@ a_dynamic_init* make_constructor_init(a_type* class_type, a_routine* constructor
   if (destructor && !destructor->is_trivial)
     init->destructor = destructor;
   return init;
+}
+
+// ---- Temporaries ----
+
+void make_class_temporary(a_type* class_type, an_init_component* arg_list,
+                          const a_source_position* position, an_operand* result) {
+  an_expr_node* arguments;
+  a_routine* constructor = select_constructor(class_type, arg_list, false, position, &arguments);
+  if (!constructor) {
+    make_error_operand(result);
+    return;
+  }
+  a_dynamic_init* init = make_constructor_init(class_type, constructor, arguments);
+  init->is_temporary = true;
+  an_expr_node* node = alloc_expr_node(expr_temp_init);
+  node->type = class_type;
+  node->position = *position;
+  node->variant.dynamic_init = init;
+  make_expression_operand(node, result);
+}
+
+bool convert_operand_by_constructor(an_operand* operand, a_type* class_type) {
+  if (is_error_operand(operand) || has_no_type_of_its_own(operand) ||
+      !is_class_struct_union_type(class_type) ||
+      !constructor_converts(operand, skip_typerefs(class_type)))
+    return false;
+  an_operand saved = *operand;
+  an_init_component* argument = alloc_init_component(ick_expression);
+  argument->variant.operand = saved;
+  make_class_temporary(class_type, argument, &saved.position, operand);
+  free_init_component_list(argument);
+  restore_operand_details(operand, &saved);
+  return true;
 }
