@@ -208,7 +208,7 @@ static void set_flags_of_plain_class(a_type* class_type) {
   supplement->is_aggregate = true;
 }
 
-static void complete_class_type(a_type* class_type, const a_source_position* position) {
+void complete_class_type(a_type* class_type, const a_source_position* position) {
   auto& info = class_type->variant.class_struct_union;
   check_unbounded_fields(class_type);
   if (in_C_mode()) {

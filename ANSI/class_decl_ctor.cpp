@@ -198,6 +198,27 @@ static a_dynamic_init* parenthesized_init(a_type* type, an_init_component** argu
   return *arguments ? initialize_subobject(type, arguments) : make_zero_init(type);
 }
 
+// By the default constructor; null when that does nothing.
+static a_dynamic_init* implicit_class_init(a_type* type, const a_source_position* position) {
+  a_type* class_type = skip_typerefs(skip_array_types(type));
+  const a_routine* constructor = special_member_of_class(class_type, smk_default_constructor, 0);
+  if (constructor && constructor->is_trivial && !constructor->is_deleted)
+    return nullptr;
+  return init_class_by_constructor(type, nullptr, position);
+}
+
+a_dynamic_init* default_constructor_init(a_type* type, const a_source_position* position) {
+  a_full_expression full;
+  an_operand dummy;
+  begin_full_expression(ek_normal, &full);
+  a_dynamic_init* init = implicit_class_init(type, position);
+  if (init)
+    wrap_up_dynamic_init_full_expression(init);
+  make_error_operand(&dummy);
+  end_full_expression(&full, &dummy);
+  return init;
+}
+
 static bool is_class_with_constructors(const a_type* type) {
   return is_class_struct_union_type(type) && !class_supplement_of(type)->is_aggregate;
 }
@@ -376,15 +397,6 @@ static a_constructor_init* find_written(const a_ctor_init_list* list, const a_ba
               : init->kind == iek_base_class && init->variant.base_class == base)
       return init;
   return nullptr;
-}
-
-// By the default constructor; null when that does nothing.
-static a_dynamic_init* implicit_class_init(a_type* type, const a_source_position* position) {
-  a_type* class_type = skip_typerefs(skip_array_types(type));
-  const a_routine* constructor = special_member_of_class(class_type, smk_default_constructor, 0);
-  if (constructor && constructor->is_trivial && !constructor->is_deleted)
-    return nullptr;
-  return init_class_by_constructor(type, nullptr, position);
 }
 
 static a_dynamic_init* implicit_field_init(const a_ctor_init_list* list, a_field* field) {

@@ -140,6 +140,9 @@ void access_declaration(a_type* class_type);
 // Declares a class; the symbol is that of the scope at the depth.
 a_type* make_class_type(a_type_kind kind, a_symbol_kind symbol_kind, a_symbol_locator* locator,
                         int depth);
+// The class has all its members: settles what it declares by itself and its
+// layout. The position is that of its body.
+void complete_class_type(a_type* class_type, const a_source_position* position);
 // The warnings about members that wait for the end of the class.
 void check_members_of_complete_class(a_type* class_type);
 

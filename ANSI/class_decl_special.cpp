@@ -401,11 +401,12 @@ static void declare_implicit_members(a_type* class_type) {
   bool is_moved = declares_special_member(class_type, smk_move_constructor) ||
                   declares_special_member(class_type, smk_move_assignment);
   bool may_move = declares_move(class_type);
-  if (routines_of_kind(class_type, smk_default_constructor).empty())
+  bool is_closure = class_supplement_of(class_type)->is_lambda_closure; // C++11 5.1.2 p19
+  if (routines_of_kind(class_type, smk_default_constructor).empty() && !is_closure)
     declare_unless_declared(class_type, smk_default_constructor, false);
   declare_unless_declared(class_type, smk_destructor, false);
   declare_unless_declared(class_type, smk_copy_constructor, is_moved);
-  declare_unless_declared(class_type, smk_copy_assignment, is_moved);
+  declare_unless_declared(class_type, smk_copy_assignment, is_moved || is_closure);
   if (!may_move)
     return;
   declare_move_unless_deleted(class_type, smk_move_constructor);

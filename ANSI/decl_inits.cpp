@@ -3,6 +3,7 @@
 
 #include "decl_inits.h"
 
+#include "class_decl.h"
 #include "decl_inits_int.h"
 #include "error.h"
 #include "expr.h"
@@ -222,6 +223,23 @@ static void store_result(a_variable* variable, a_type* type, const an_init_state
     initialize_static_to_constant(variable, constant);
   else
     initialize_static_at_run_time(variable, init);
+}
+
+// An object without an initialiser: what its default constructor does, if
+// anything (C++11 8.5 p6).
+void initialize_by_default_constructor(a_symbol* symbol) {
+  a_variable* variable = symbol->variant.variable;
+  a_type* element = skip_array_types(variable->type);
+  if (variable->storage_kind == sc_extern || variable->init_kind != initk_none ||
+      is_incomplete_type(element))
+    return;
+  a_dynamic_init* init = default_constructor_init(variable->type, &symbol->position);
+  if (!init || is_error_dynamic_init(init))
+    return;
+  if (has_static_duration(variable))
+    initialize_static_at_run_time(variable, init);
+  else
+    initialize_automatic(variable, init, &symbol->position);
 }
 
 // With exceptions, what an object of static duration is made of lives in a

@@ -42,6 +42,7 @@ enum a_declarator_option : unsigned {
   do_for_init = 32,
   do_abstract_only = 0x100,
   do_member = 0x400,
+  do_lambda = 0x1000, // `mutable` may stand behind the parameters
   do_k_and_r_parameter = 0x800 // in the declarations behind an identifier list
 };
 

@@ -5,6 +5,7 @@
 #include "decl_spec_int.h"
 #include "declarator_int.h"
 #include "error.h"
+#include "lambda.h"
 #include "lexical.h"
 #include "mode_words.h"
 #include "stack_limit.h"
@@ -43,7 +44,9 @@ static bool prescan_initializer_for_auto_type_deduction(an_unevaluated_operand* 
   cache_token_stream(&cache, &stop_set);
   rescan_copy_of_cache(&cache);
   get_token();
+  bool was_prescanning = set_lambda_prescan(true);
   scan_operand_for_its_type(operand, true);
+  set_lambda_prescan(was_prescanning);
   bool is_good = !is_error_type(operand->type);
   if (is_good && open != tok_assign)
     is_good = ends_behind_value(open, &position);

@@ -355,6 +355,7 @@ static void scan_trailing_return(unsigned options, a_derivation* function) {
 static void scan_function_suffix(unsigned options, a_derivation* function) {
   a_routine_type_supplement* supplement =
       function->routine_type->variant.routine.routine_supplement;
+  function->is_mutable = (options & do_lambda) && loop_token(tok_mutable);
   supplement->this_qualifiers = collect_type_qualifiers(nullptr) & 0xff;
   scan_ref_qualifier(supplement);
   scan_exception_specification(supplement);

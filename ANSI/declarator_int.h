@@ -27,6 +27,7 @@ struct a_derivation {
   bool bound_is_star;
   bool has_static_bound;
   bool is_bad;
+  bool is_mutable; // of a lambda's function
   uint64_t bound;
   a_type* class_type;      // of a pointer to member
   a_type* routine_type;    // complete but for its return type

@@ -14,7 +14,7 @@
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "source_file.h"
-#include "statements.h"
+#include "statements_int.h"
 #include "symbol_ref.h"
 #include "target.h"
 #include "types.h"
@@ -302,7 +302,13 @@ static void scan_initializers_of_body(a_routine* routine, a_scope* scope) {
     dtor_initializer(routine, scope);
 }
 
+// A function inside another one, as of a local class, leaves the statements
+// around it alone.
 static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_info) {
+  a_stmt_stack_state outer_statements;
+  bool is_nested = depth_stmt_stack >= 0;
+  if (is_nested)
+    new_struct_stmt_stack(&outer_statements);
   push_function_scope(routine);
   a_scope* scope = scope_stack[depth_scope_stack].il_scope;
   std::vector<a_statement*> conversions;
@@ -317,6 +323,8 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
   scope->assoc_statement = body;
   pop_stop_token_stack();
   pop_scope();
+  if (is_nested)
+    restore_struct_stmt_stack(&outer_statements);
 }
 
 // At the `{`, or at the `:` of a constructor; the `}` is read.

@@ -5,6 +5,7 @@
 #include "expr_int.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "lambda.h"
 #include "mode_words.h"
 #include "target.h"
 
@@ -139,6 +140,8 @@ an_expr_node* scan_return_expression(a_type* type) {
   an_operand operand;
   begin_full_expression(ek_normal, &full);
   scan_expr(&operand, nullptr, lev_none, 0);
+  if (in_cplusplus_mode() && is_auto_type(type) && in_lambda_body())
+    type = deduce_return_type_of_lambda(&operand);
   prep_initializer_operand(&operand, type, ec_bad_return_value_type);
   warn_about_local_address(&operand);
   an_expr_node* node = finish_full_expression(&operand);

@@ -4,6 +4,7 @@
 #include "declarator.h"
 #include "expr_int.h"
 #include "il.h"
+#include "lambda.h"
 #include "lookup.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -44,6 +45,8 @@ static void variable_operand(a_symbol* symbol, an_operand* result) {
     error_and_make_error_operand(ec_param_not_allowed, &pos_curr_token, result);
     return;
   }
+  if (in_cplusplus_mode() && make_captured_variable_operand(symbol, result))
+    return;
   a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
   check_reference_from_inline(&variable->source_corresp);
   make_lvalue_variable_operand(variable, ref, result);
@@ -78,6 +81,8 @@ static a_variable* curr_this_variable() {
 }
 
 bool make_this_pointer_operand(an_operand* result) {
+  if (in_lambda_body())
+    return make_captured_this_operand(result);
   a_variable* variable = curr_this_variable();
   if (!variable)
     return false;

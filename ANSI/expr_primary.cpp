@@ -4,6 +4,7 @@
 #include "expr_operator.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "lambda.h"
 #include "mode_words.h"
 #include "scope_stk.h"
 
@@ -256,6 +257,12 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   case tok_alignof:
   case tok_gnu_alignof:
     scan_alignof(result);
+    break;
+  case tok_lbracket:
+    if (lambdas_enabled)
+      scan_lambda(result);
+    else
+      missing_expression(result);
     break;
   default:
     if (is_refused_keyword(curr_token))

@@ -108,31 +108,73 @@ void scan_offsetof_subscript(an_operand* operand) {
 
 // ---- . and -> ----
 
-// The symbol behind the token of a member's name; null after an error.
-static a_symbol* scan_member_symbol(a_type* class_type) {
-  if (curr_token != tok_identifier) {
-    required_token_no_advance(tok_identifier, in_C_mode() ? ec_exp_field_name : ec_exp_member_name);
-    return nullptr;
-  }
+static a_symbol* look_up_member(a_symbol_locator* locator, a_type* class_type) {
+  const a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
+  if (locator->is_destructor_name)
+    return info ? info->destructor : nullptr;
+  if (locator->is_conversion_name)
+    return info ? info->conversion_functions : nullptr;
+  return class_qualified_id_lookup(locator, class_type, ilo_none);
+}
+
+static a_symbol* report_no_member(const a_symbol_locator* locator, const a_type* class_type) {
+  if (expr_error_should_be_issued())
+    pos_stsy_error(in_C_mode() ? ec_not_a_field : ec_not_a_member, &locator->position,
+                   locator->header->identifier, class_type->source_corresp.symbol);
+  return nullptr;
+}
+
+// The class that a qualifier names is that of the object or a base of it.
+static a_symbol* scan_qualified_member(a_type* class_type) {
+  a_symbol* symbol = coalesce_and_lookup_qualified_name(ilo_none);
   a_symbol_locator locator = locator_for_curr_id;
-  locator.symbol = nullptr;
-  a_source_position position = pos_curr_token;
   get_token();
-  if (locator.is_error_locator || is_error_type(class_type))
+  if (locator.is_error_locator)
     return nullptr;
+  const a_type* named = locator.is_class_qualified ? locator.qualifier.class_type : nullptr;
+  if (!symbol || !named || (named != class_type && !is_derived_class(class_type, named)))
+    return report_no_member(&locator, class_type);
+  return symbol;
+}
+
+static bool at_name_of_member(a_type* class_type) {
+  if (in_cplusplus_mode() && curr_token == tok_operator)
+    fold_operator_name();
+  else if (in_cplusplus_mode() && curr_token == tok_compl && !is_error_type(class_type))
+    fold_destructor_name(class_type);
+  return curr_token == tok_identifier;
+}
+
+// The symbol behind the token of a member's name; null after an error.
+static a_symbol* scan_member_symbol(a_type* class_type, bool* is_qualified) {
   a_type* bare = skip_typerefs(class_type);
-  a_symbol* symbol = class_qualified_id_lookup(&locator, bare, ilo_none);
-  bool is_found = symbol && (in_cplusplus_mode() || symbol->kind == symk_field);
-  if (!is_found) {
-    if (expr_error_should_be_issued())
-      pos_stsy_error(in_C_mode() ? ec_not_a_field : ec_not_a_member, &position,
-                     locator.header->identifier, bare->source_corresp.symbol);
-    return nullptr;
+  a_source_position position = pos_curr_token;
+  *is_qualified = in_cplusplus_mode() && curr_token == tok_identifier &&
+                  next_token() == tok_colon_colon && !is_error_type(bare);
+  a_symbol* symbol;
+  if (*is_qualified) {
+    symbol = scan_qualified_member(bare);
+    if (!symbol)
+      return nullptr;
+  } else {
+    if (!at_name_of_member(bare)) {
+      required_token_no_advance(tok_identifier,
+                                in_C_mode() ? ec_exp_field_name : ec_exp_member_name);
+      return nullptr;
+    }
+    a_symbol_locator locator = locator_for_curr_id;
+    locator.symbol = nullptr;
+    get_token();
+    if (locator.is_error_locator || is_error_type(bare))
+      return nullptr;
+    symbol = look_up_member(&locator, bare);
+    if (!symbol || (in_C_mode() && symbol->kind != symk_field))
+      return report_no_member(&locator, bare);
   }
   if (in_cplusplus_mode())
     check_access_to_symbol(symbol, bare, bare, &position);
   record_symbol_reference(srk_reference, symbol, &position, expr_stack->flags.references_count);
-  return symbol;
+  return fundamental_symbol_of(symbol);
 }
 
 static void select_direct_field(an_operand* operand, a_field* field, bool is_arrow) {
@@ -239,11 +281,13 @@ static void select_member(an_operand* operand, a_symbol* symbol, bool is_arrow) 
 void select_named_field(an_operand* operand, bool is_arrow) {
   bool is_good = !is_error_operand(operand);
   a_type* class_type = is_good && is_arrow ? type_pointed_to(operand->type) : operand->type;
-  a_symbol* symbol = scan_member_symbol(class_type);
+  bool is_qualified;
+  a_symbol* symbol = scan_member_symbol(class_type, &is_qualified);
   if (is_good && symbol)
     select_member(operand, symbol, is_arrow);
   else
     conv_to_error_operand(operand);
+  operand->flags.qualified_name = is_qualified;
 }
 
 // The operand has a class or points to one, which is complete.

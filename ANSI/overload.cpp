@@ -258,13 +258,13 @@ static bool operator_without_function(const an_operator_search* search, an_opera
                                       an_operand* second, an_operand* result) {
   bool with_class = is_class_struct_union_type(first->type) ||
                     (second && is_class_struct_union_type(second->type));
+  if (!with_class || (is_builtin_for_classes(search, !second) && search->kind != opn_assign))
+    return false;
   if (has_conversion_functions(first->type) ||
       (second && has_conversion_functions(second->type))) {
     refuse_construct("conversion function", &search->position);
     return drop_operands(first, second, result);
   }
-  if (!with_class || (is_builtin_for_classes(search, !second) && search->kind != opn_assign))
-    return false;
   if (search->kind == opn_assign && (in_C_mode() || !is_class_struct_union_type(first->type)))
     return false;
   report_no_operator(search, first, second);

@@ -46,6 +46,18 @@ struct a_struct_stmt_stack_entry {
   a_reachability after; // or-ed from the branches that end
 };
 
+// The open statements around a body inside another function, which begins with a
+// stack of its own.
+struct a_stmt_stack_state {
+  a_struct_stmt_stack_entry* stack;
+  int size;
+  int depth;
+  a_reachability reachability;
+  an_attribute* waiting_attributes;
+};
+void new_struct_stmt_stack(a_stmt_stack_state* state);
+void restore_struct_stmt_stack(const a_stmt_stack_state* state);
+
 extern a_struct_stmt_stack_entry* struct_stmt_stack;
 extern a_reachability reachability;
 

@@ -136,6 +136,25 @@ void push_stmt_entry(a_struct_stmt_kind kind, a_statement* statement) {
   entry->saved = reachability;
 }
 
+void new_struct_stmt_stack(a_stmt_stack_state* state) {
+  *state = {struct_stmt_stack, size_stmt_stack, depth_stmt_stack, reachability,
+            waiting_attributes};
+  struct_stmt_stack = nullptr;
+  size_stmt_stack = 0;
+  depth_stmt_stack = -1;
+  waiting_attributes = nullptr;
+}
+
+void restore_struct_stmt_stack(const a_stmt_stack_state* state) {
+  if (struct_stmt_stack)
+    free_general(struct_stmt_stack, size_stmt_stack * sizeof(a_struct_stmt_stack_entry));
+  struct_stmt_stack = state->stack;
+  size_stmt_stack = state->size;
+  depth_stmt_stack = state->depth;
+  reachability = state->reachability;
+  waiting_attributes = state->waiting_attributes;
+}
+
 static void pass_on_flags(const a_struct_stmt_stack_entry* entry) {
   if (depth_stmt_stack < 0)
     return;

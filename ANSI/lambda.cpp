@@ -1,0 +1,629 @@
+#include "lambda.h"
+
+#include "class_decl_int.h"
+#include "declarator_int.h"
+#include "decls.h"
+#include "decl_inits.h"
+#include "expr_int.h"
+#include "il.h"
+#include "il_alloc.h"
+#include "il_statements.h"
+#include "layout.h"
+#include "lookup.h"
+#include "mode_words.h"
+#include "overload.h"
+#include "scope_stk.h"
+#include "symbol_tbl.h"
+
+#include <unordered_map>
+
+// ---- The lambdas around the current place ----
+
+static a_routine* routine_at_depth(int depth) {
+  return depth >= 0 ? scope_stack[depth].routine : nullptr;
+}
+
+static a_lambda* lambda_of_routine(const a_routine* routine) {
+  if (!routine || !routine->is_lambda_body)
+    return nullptr;
+  return class_supplement_of(class_of_member(&routine->source_corresp))->lambda;
+}
+
+// The depth of the function around the one at the depth; -1 for none.
+static int depth_of_function_around(int depth) {
+  do
+    --depth;
+  while (depth >= 0 && scope_stack[depth].kind != sk_function);
+  return depth;
+}
+
+bool in_lambda_body() {
+  return lambda_of_routine(routine_at_depth(depth_innermost_function_scope)) != nullptr;
+}
+
+// ---- The closure class ----
+
+static a_type* make_closure_type(a_lambda* lambda) {
+  a_symbol_locator locator;
+  make_unnamed_locator(&locator, &lambda->position);
+  int depth = depth_scope_stack;
+  while (scope_stack[depth].kind == sk_function_prototype)
+    --depth;
+  a_type* type = make_class_type(tk_class, symk_class_or_struct, &locator, depth);
+  a_class_type_supplement* supplement = class_supplement_of(type);
+  supplement->is_lambda_closure = true;
+  supplement->is_unfinished = true;
+  supplement->lambda = lambda;
+  type->variant.class_struct_union.is_being_defined = true;
+  return type;
+}
+
+static a_field* add_closure_field(a_lambda* lambda, a_type* type) {
+  auto& info = lambda->closure_type->variant.class_struct_union;
+  int32_t saved_region;
+  switch_to_file_scope_region(&saved_region);
+  a_field* field = alloc_field(type);
+  field->source_corresp.position = lambda->position;
+  field->source_corresp.is_unnamed = true;
+  field->is_compiler_generated = true;
+  set_parent_scope(&field->source_corresp, iek_field,
+                   class_supplement_of(lambda->closure_type)->scope);
+  a_field** link = &info.fields;
+  while (*link)
+    link = &(*link)->next;
+  *link = field;
+  switch_back_to_original_region(saved_region);
+  return field;
+}
+
+// ---- Captures ----
+
+static a_lambda_capture* add_capture(a_lambda* lambda, const a_source_position* position) {
+  a_lambda_capture* capture = alloc_lambda_capture();
+  a_lambda_capture** link = &lambda->captures;
+  while (*link)
+    link = &(*link)->next;
+  *link = capture;
+  capture->position = *position;
+  return capture;
+}
+
+static a_lambda_capture* find_capture(const a_lambda* lambda, const a_variable* variable) {
+  for (a_lambda_capture* capture = lambda->captures; capture; capture = capture->next)
+    if (variable ? capture->variable == variable : capture->is_this)
+      return capture;
+  return nullptr;
+}
+
+// The depth of the function whose variable the symbol is.
+static int scope_depth_for_capture(const a_symbol* symbol) {
+  a_scope_stack_entry* entry;
+  int depth = scope_depth_of_symbol(symbol, &entry);
+  while (depth >= 0 && scope_stack[depth].kind != sk_function)
+    --depth;
+  return depth;
+}
+
+static a_type* type_of_capture_field(a_variable* variable, bool is_by_reference) {
+  a_type* type = variable->type;
+  if (is_reference_type(type))
+    type = type_pointed_to(type);
+  return is_by_reference ? make_reference_type(type) : type;
+}
+
+static void set_capture_initializer(a_lambda_capture* capture, an_operand* value) {
+  prep_initializer_operand(value, capture->field->type, ec_bad_initializer_type);
+  capture->initializer = alloc_dynamic_init(
+      is_class_struct_union_type(capture->field->type) ? dik_class_expr : dik_expr);
+  capture->initializer->variant.expr = make_node_from_operand(value);
+}
+
+static bool make_object_operand(a_symbol* symbol, int function_depth, int lambda_depth,
+                                an_operand* result);
+
+// The capture of a variable by the lambda whose body is at the depth; made now
+// when the default allows it.
+static a_lambda_capture* lambda_capture_for_variable(a_symbol* symbol, int function_depth,
+                                                     int lambda_depth) {
+  a_lambda* lambda = lambda_of_routine(routine_at_depth(lambda_depth));
+  a_variable* variable = symbol->variant.variable;
+  a_lambda_capture* capture = find_capture(lambda, variable);
+  an_operand value;
+  if (capture)
+    return capture;
+  if (lambda->capture_default == lcd_none) {
+    bool is_enclosing = lambda_depth != depth_innermost_function_scope;
+    if (expr_error_should_be_issued())
+      pos_sy_error(is_enclosing ? ec_no_implicit_capture_on_enclosing_lambda
+                                : ec_not_captured_local_var_in_lambda,
+                   &pos_curr_token, symbol);
+    return nullptr;
+  }
+  int around = depth_of_function_around(lambda_depth);
+  if (!make_object_operand(symbol, function_depth, around, &value))
+    return nullptr;
+  capture = add_capture(lambda, &pos_curr_token);
+  capture->variable = variable;
+  capture->is_implicit = true;
+  capture->is_by_reference = lambda->capture_default == lcd_by_reference;
+  capture->field =
+      add_closure_field(lambda, type_of_capture_field(variable, capture->is_by_reference));
+  set_capture_initializer(capture, &value);
+  return capture;
+}
+
+static void select_closure_field(a_field* field, int lambda_depth, an_operand* result) {
+  a_variable* closure = scope_stack[lambda_depth].il_scope->this_variable;
+  make_expression_operand(var_rvalue_expr(closure), result);
+  select_field(result, field, true);
+  add_reference_indirection(result);
+}
+
+// The variable as the function at the depth sees it: its own, or a capture.
+static bool make_object_operand(a_symbol* symbol, int function_depth, int depth,
+                                an_operand* result) {
+  if (depth <= function_depth) {
+    make_lvalue_variable_operand(symbol->variant.variable, nullptr, result);
+    return true;
+  }
+  if (!lambda_of_routine(routine_at_depth(depth))) {
+    if (expr_error_should_be_issued())
+      pos_sy_error(ec_captured_local_var_not_in_innermost_function, &pos_curr_token, symbol);
+    return false;
+  }
+  a_lambda_capture* capture = lambda_capture_for_variable(symbol, function_depth, depth);
+  if (!capture)
+    return false;
+  select_closure_field(capture->field, depth, result);
+  return true;
+}
+
+// A constant is known without its object.
+static bool is_constant_variable(const a_variable* variable) {
+  return is_const_qualified_type(variable->type) && is_integral_or_enum_type(variable->type) &&
+         variable->init_kind == initk_constant;
+}
+
+bool make_captured_variable_operand(a_symbol* symbol, an_operand* result) {
+  const a_variable* variable = symbol->variant.variable;
+  int depth = depth_innermost_function_scope;
+  if (!in_lambda_body() || symbol->kind != symk_variable || variable->storage_kind < sc_auto ||
+      expr_stack->flags.unevaluated_operand || is_constant_variable(variable))
+    return false;
+  int function_depth = scope_depth_for_capture(symbol);
+  if (function_depth < 0 || function_depth >= depth)
+    return false;
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+  if (!make_object_operand(symbol, function_depth, depth, result))
+    make_error_operand(result);
+  else
+    result->ref_entries = ref;
+  return true;
+}
+
+// ---- `this` ----
+
+static bool make_this_at_depth(int depth, an_operand* result);
+
+static a_lambda_capture* lambda_capture_for_this(a_lambda* lambda, int lambda_depth,
+                                                 bool is_explicit) {
+  a_lambda_capture* capture = find_capture(lambda, nullptr);
+  an_operand value;
+  if (capture)
+    return capture;
+  if (!is_explicit && lambda->capture_default == lcd_none) {
+    expr_pos_error(ec_not_captured_this_in_lambda, &pos_curr_token);
+    return nullptr;
+  }
+  if (!make_this_at_depth(depth_of_function_around(lambda_depth), &value))
+    return nullptr;
+  capture = add_capture(lambda, &pos_curr_token);
+  capture->is_this = true;
+  capture->is_implicit = !is_explicit;
+  capture->field = add_closure_field(lambda, value.type);
+  capture->field->is_captured_this = true;
+  set_capture_initializer(capture, &value);
+  return capture;
+}
+
+static bool make_this_at_depth(int depth, an_operand* result) {
+  a_routine* routine = routine_at_depth(depth);
+  a_lambda* lambda = lambda_of_routine(routine);
+  const a_scope* scope = depth >= 0 ? scope_stack[depth].il_scope : nullptr;
+  if (!lambda) {
+    if (!scope || !scope->this_variable) {
+      expr_pos_error(ec_this_used_incorrectly, &pos_curr_token);
+      return false;
+    }
+    make_expression_operand(var_rvalue_expr(scope->this_variable), result);
+    return true;
+  }
+  a_lambda_capture* capture = lambda_capture_for_this(lambda, depth, false);
+  if (!capture)
+    return false;
+  select_closure_field(capture->field, depth, result);
+  do_operand_transformations(result, ot_all);
+  return !is_error_operand(result);
+}
+
+bool make_captured_this_operand(an_operand* result) {
+  if (!in_lambda_body())
+    return false;
+  if (!make_this_at_depth(depth_innermost_function_scope, result))
+    make_error_operand(result);
+  return true;
+}
+
+// ---- The capture list ----
+
+static void check_capture_mode(const a_lambda* lambda, bool is_by_reference,
+                               const a_source_position* position) {
+  if (lambda->capture_default == (is_by_reference ? lcd_by_reference : lcd_by_copy))
+    pos_diagnostic(es_discretionary_error, ec_capture_mode_matches_default, position);
+}
+
+static void capture_this(a_lambda* lambda) {
+  an_operand value;
+  a_source_position position = pos_curr_token;
+  if (lambda->capture_default == lcd_by_copy)
+    pos_diagnostic(es_discretionary_error, ec_capture_mode_matches_default, &position);
+  if (find_capture(lambda, nullptr)) {
+    pos_st_error(ec_more_than_one_capture, &position, "this");
+  } else if (in_lambda_body() ? make_captured_this_operand(&value) && !is_error_operand(&value)
+                              : make_this_pointer_operand(&value)) {
+    a_lambda_capture* capture = add_capture(lambda, &position);
+    capture->is_this = true;
+    capture->field = add_closure_field(lambda, value.type);
+    capture->field->is_captured_this = true;
+    set_capture_initializer(capture, &value);
+  } else if (!in_lambda_body()) {
+    pos_error(ec_this_used_incorrectly, &position);
+  }
+  get_token();
+}
+
+static bool check_var_for_lambda_capture(const a_symbol* symbol, const a_lambda* lambda,
+                                         const a_source_position* position) {
+  if (symbol->kind != symk_variable) {
+    pos_sy_error(ec_not_a_variable, position, symbol);
+    return false;
+  }
+  const a_variable* variable = symbol->variant.variable;
+  if (variable->storage_kind < sc_auto) {
+    pos_sy_error(ec_capture_of_static_duration_variable, position, symbol);
+    return false;
+  }
+  if (is_variably_modified_type(variable->type)) {
+    pos_error(ec_lambda_capture_involves_variable_length_array, position);
+    return false;
+  }
+  if (find_capture(lambda, variable)) {
+    pos_st_error(ec_more_than_one_capture, position, symbol->header->identifier);
+    return false;
+  }
+  return true;
+}
+
+// `name`, `&name`, in the scope around the lambda.
+static void capture_named_variable(a_lambda* lambda, bool is_by_reference) {
+  a_source_position position = pos_curr_token;
+  a_symbol_locator locator = locator_for_curr_id;
+  a_symbol* symbol = normal_id_lookup(&locator, ilo_none);
+  an_operand value;
+  check_capture_mode(lambda, is_by_reference, &position);
+  if (!symbol) {
+    pos_st_error(ec_undefined_identifier, &position, locator.header->identifier);
+  } else if (check_var_for_lambda_capture(symbol, lambda, &position) &&
+             make_object_operand(symbol, scope_depth_for_capture(symbol),
+                                 depth_innermost_function_scope, &value)) {
+    value.ref_entries = make_ref_entry(srk_reference, symbol, &position);
+    a_lambda_capture* capture = add_capture(lambda, &position);
+    capture->variable = symbol->variant.variable;
+    capture->is_by_reference = is_by_reference;
+    capture->field =
+        add_closure_field(lambda, type_of_capture_field(capture->variable, is_by_reference));
+    set_capture_initializer(capture, &value);
+  }
+  get_token();
+}
+
+static void scan_capture(a_lambda* lambda) {
+  bool is_by_reference = loop_token(tok_ampersand);
+  if (curr_token == tok_this) {
+    if (is_by_reference)
+      pos_error(ec_cannot_capture_this_by_reference, &pos_curr_token);
+    capture_this(lambda);
+  } else if (curr_token != tok_identifier) {
+    syntax_error(ec_exp_identifier);
+  } else if (next_token() == tok_assign || next_token() == tok_lbrace) {
+    refuse_construct("init-capture", &pos_curr_token);
+    flush_tokens();
+  } else {
+    capture_named_variable(lambda, is_by_reference);
+  }
+}
+
+static void scan_capture_default(a_lambda* lambda) {
+  if (curr_token == tok_assign) {
+    lambda->capture_default = lcd_by_copy;
+  } else if (curr_token == tok_ampersand &&
+             (next_token() == tok_comma || next_token() == tok_rbracket)) {
+    lambda->capture_default = lcd_by_reference;
+  } else {
+    return;
+  }
+  get_token();
+  loop_token(tok_comma);
+}
+
+// At the `[`; the `]` is read.
+static void scan_capture_list(a_lambda* lambda) {
+  get_token();
+  add_stop_token(tok_rbracket);
+  add_stop_token(tok_comma);
+  scan_capture_default(lambda);
+  while (curr_token != tok_rbracket && curr_token != tok_end_of_source) {
+    scan_capture(lambda);
+    if (!loop_token(tok_comma))
+      break;
+  }
+  remove_stop_token(tok_comma);
+  remove_stop_token(tok_rbracket);
+  required_token(tok_rbracket, ec_exp_rbracket);
+}
+
+// ---- The declarator ----
+
+// The type of operator(); without parentheses it has no parameters.
+static a_type* scan_lambda_declarator(a_lambda* lambda, a_func_info_block* func_info) {
+  if (curr_token != tok_lparen) {
+    clear_func_info(func_info);
+    return make_routine_type_full(make_auto_type(&lambda->position, false));
+  }
+  lambda->has_parameter_clause = true;
+  function_declarator(do_lambda, func_info);
+  a_derivation function = derivations.back();
+  derivations.pop_back();
+  lambda->is_mutable = function.is_mutable;
+  lambda->has_trailing_return_type = function.trailing_return != nullptr;
+  function.routine_type->variant.routine.return_type =
+      function.trailing_return ? function.trailing_return
+                               : make_auto_type(&lambda->position, false);
+  return function.routine_type;
+}
+
+static a_routine* declare_call_operator(a_lambda* lambda, a_type* type) {
+  a_symbol_locator locator;
+  make_operator_locator(opn_call, &lambda->position, &locator);
+  a_routine_type_supplement* supplement = type->variant.routine.routine_supplement;
+  supplement->this_qualifiers = lambda->is_mutable ? tq_none : tq_const;
+  supplement->is_lambda_operator = true;
+  a_symbol* symbol = enter_member_function(lambda->closure_type, &locator, type, sc_none);
+  a_routine* routine = symbol->variant.routine;
+  routine->is_lambda_body = true;
+  routine->has_deducible_return_type = !lambda->has_trailing_return_type;
+  set_inline_flag(routine, true);
+  symbol->defined = true;
+  lambda->body_routine = routine;
+  return routine;
+}
+
+// ---- The body ----
+
+static bool returns_value(const a_token_cache* body) {
+  for (const a_cached_token* token = body->first; token; token = token->next)
+    if (token->kind == tok_return && token->next && token->next->kind != tok_semicolon)
+      return true;
+  return false;
+}
+
+// At the `{`; the `}` is read. Without a value in any return the type is void.
+static void scan_lambda_body(a_routine* routine, a_func_info_block* func_info) {
+  a_token_cache body;
+  clear_token_cache(&body, false);
+  if (!cache_token_stream_until_matching_token(&body, 0)) {
+    discard_token_cache(&body);
+    return;
+  }
+  cache_curr_token(&body);
+  terminate_token_cache(&body);
+  get_token();
+  a_type* type = skip_typerefs(routine->type);
+  if (routine->has_deducible_return_type && !returns_value(&body))
+    type->variant.routine.return_type = void_type();
+  an_expr_stack_entry* saved_expr_stack = expr_stack;
+  expr_stack = nullptr;
+  begin_delayed_scan(&body);
+  scan_function_body(routine, func_info);
+  end_delayed_scan(0);
+  expr_stack = saved_expr_stack;
+  if (is_auto_type(type->variant.routine.return_type))
+    type->variant.routine.return_type = void_type();
+}
+
+a_type* deduce_return_type_of_lambda(an_operand* operand) {
+  a_routine* routine = routine_at_depth(depth_innermost_function_scope);
+  do_operand_transformations(operand, ot_all);
+  a_type* type = is_error_operand(operand) ? error_type() : make_unqualified_type(operand->type);
+  skip_typerefs(routine->type)->variant.routine.return_type = type;
+  return type;
+}
+
+// ---- The conversion to a pointer to function (p6) ----
+
+// A static function with the parameters of the body, which it stands for.
+static void define_lambda_conversion_function(a_lambda* lambda) {
+  a_symbol_locator locator;
+  a_type* type = copy_routine_type_with_param_types(skip_typerefs(lambda->body_routine->type));
+  a_routine_type_supplement* supplement = type->variant.routine.routine_supplement;
+  supplement->this_class = nullptr;
+  supplement->this_qualifiers = tq_none;
+  supplement->is_lambda_operator = false;
+  find_symbol_header("_FUN", 0, &locator);
+  clear_locator(&locator, &lambda->position);
+  find_symbol_header("_FUN", 0, &locator);
+  a_symbol* symbol = enter_member_function(lambda->closure_type, &locator, type, sc_static);
+  a_routine* routine = symbol->variant.routine;
+  set_routine_special_kind(routine, rsk_forwarding);
+  routine->special_data.forwarded_routine = lambda->body_routine;
+  routine->is_compiler_generated = true;
+}
+
+static a_routine* forwarding_function(const a_type* class_type) {
+  for (a_routine* routine = class_supplement_of(class_type)->scope->routines; routine;
+       routine = routine->next)
+    if (routine->special_kind == rsk_forwarding)
+      return routine;
+  return nullptr;
+}
+
+bool convert_closure_to_pointer(an_operand* operand, a_type* type) {
+  if (!is_class_struct_union_type(operand->type) || !is_pointer_type(type) ||
+      !class_supplement_of(operand->type)->is_lambda_closure)
+    return false;
+  a_routine* routine = forwarding_function(skip_typerefs(operand->type));
+  if (!routine || !f_types_are_compatible(routine->type, type_pointed_to(type), tcf_none))
+    return false;
+  an_operand saved = *operand;
+  make_expression_operand(function_rvalue_expr(routine), operand);
+  restore_operand_details(operand, &saved);
+  return true;
+}
+
+// ---- The closure object ----
+
+// Its members in the order of the captures.
+static a_dynamic_init* init_of_closure(const a_lambda* lambda) {
+  a_constant* object = alloc_constant(con_aggregate);
+  object->type = lambda->closure_type;
+  for (const a_lambda_capture* capture = lambda->captures; capture; capture = capture->next) {
+    a_constant* member = alloc_constant(con_dynamic_init);
+    member->type = capture->field->type;
+    member->value.dynamic_init = capture->initializer;
+    if (object->value.aggregate.last)
+      object->value.aggregate.last->next = member;
+    else
+      object->value.aggregate.first = member;
+    object->value.aggregate.last = member;
+    object->value.aggregate.has_dynamic_init = true;
+  }
+  a_dynamic_init* init = alloc_dynamic_init(lambda->captures ? dik_nonconstant_aggregate
+                                                             : dik_constant);
+  init->variant.constant = object;
+  init->contains_nonconstant = lambda->captures != nullptr;
+  return init;
+}
+
+static void make_closure_operand(a_lambda* lambda, an_operand* result) {
+  an_expr_node* node = alloc_expr_node(expr_lambda);
+  node->type = lambda->closure_type;
+  node->position = lambda->position;
+  node->variant.lambda.ptr = lambda;
+  node->variant.lambda.dynamic_init = init_of_closure(lambda);
+  make_expression_operand(node, result);
+  rule_out_expr_kinds(rule_out_constant, result);
+}
+
+// The initialiser of `auto` is read twice; its closures are made once. They are
+// known by the token at which they begin.
+static std::unordered_map<a_token_sequence_number, a_lambda*> lambdas_of_prescan;
+static bool is_prescanning_for_type;
+
+bool set_lambda_prescan(bool is_prescanning) {
+  bool saved = is_prescanning_for_type;
+  is_prescanning_for_type = is_prescanning;
+  return saved;
+}
+
+static a_lambda* take_prescanned_lambda() {
+  auto found = lambdas_of_prescan.find(curr_token_sequence_number);
+  if (found == lambdas_of_prescan.end())
+    return nullptr;
+  a_lambda* lambda = found->second;
+  if (!is_prescanning_for_type)
+    lambdas_of_prescan.erase(found);
+  return lambda;
+}
+
+// The tokens of a lambda from its `[` to its `}`.
+static void skip_lambda() {
+  while (curr_token != tok_lbrace && curr_token != tok_end_of_source) {
+    if (curr_token == tok_lbracket || curr_token == tok_lparen)
+      flush_until_matching_token_full(false);
+    else
+      get_token();
+  }
+  if (curr_token == tok_lbrace)
+    flush_until_matching_token_full(false);
+}
+
+static void check_place_of_lambda(const a_source_position* position) {
+  if (is_prescanning_for_type)
+    return;
+  if (expr_stack->flags.unevaluated_operand)
+    expr_pos_error(ec_bad_unevaluated_lambda, position);
+  else if (in_constant_expr_kind())
+    expr_pos_error(ec_bad_constant_lambda, position);
+}
+
+static a_lambda* alloc_lambda_at_file_scope() {
+  int32_t saved_region;
+  switch_to_file_scope_region(&saved_region);
+  a_lambda* lambda = alloc_lambda();
+  switch_back_to_original_region(saved_region);
+  lambda->position = pos_curr_token;
+  lambda->header_range.start = pos_curr_token;
+  return lambda;
+}
+
+// Behind the capture list, in the open class.
+static bool scan_call_operator(a_lambda* lambda) {
+  a_func_info_block func_info;
+  a_type* type = scan_lambda_declarator(lambda, &func_info);
+  lambda->header_range.end = pos_curr_token;
+  a_routine* routine = declare_call_operator(lambda, type);
+  if (curr_token != tok_lbrace) {
+    syntax_error(ec_missing_lambda_body);
+    return false;
+  }
+  scan_lambda_body(routine, &func_info);
+  if (!lambda->captures && lambda->capture_default == lcd_none)
+    define_lambda_conversion_function(lambda);
+  return true;
+}
+
+void scan_lambda(an_operand* result) {
+  check_stack_limit();
+  a_source_position start = pos_curr_token;
+  if (a_lambda* done = take_prescanned_lambda()) {
+    skip_lambda();
+    make_closure_operand(done, result);
+    result->position = start;
+    return;
+  }
+  check_place_of_lambda(&start);
+  a_token_sequence_number number = curr_token_sequence_number;
+  a_lambda* lambda = alloc_lambda_at_file_scope();
+  int32_t saved_region;
+  switch_to_file_scope_region(&saved_region);
+  lambda->closure_type = make_closure_type(lambda);
+  switch_back_to_original_region(saved_region);
+  push_class_scope(lambda->closure_type);
+  pop_scope();
+  scan_capture_list(lambda);
+  push_class_and_template_reactivation_scope(lambda->closure_type);
+  bool was_prescanning = set_lambda_prescan(false);
+  bool is_good = scan_call_operator(lambda);
+  set_lambda_prescan(was_prescanning);
+  complete_class_type(lambda->closure_type, &start);
+  class_supplement_of(lambda->closure_type)->is_unfinished = false;
+  pop_class_reactivation_scope();
+  a_source_position end = curr_construct_end_position;
+  if (is_good && is_prescanning_for_type)
+    lambdas_of_prescan[number] = lambda;
+  if (is_good)
+    make_closure_operand(lambda, result);
+  else
+    make_error_operand(result);
+  set_operand_range(result, &start, &end);
+}
