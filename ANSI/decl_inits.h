@@ -16,6 +16,8 @@ void initializer(a_decl_parse_state* state);
 // No initialiser was written: default initialisation (C++11 8.5 p6).
 void def_initializer(a_symbol* symbol, const a_source_position* position);
 // Reports an object that must have an initialiser.
+// An object of class type without an initialiser, by its default constructor.
+void initialize_by_default_constructor(a_symbol* symbol);
 void check_for_missing_initializer_full(a_symbol* symbol, a_type* type);
 
 // The braces of a compound literal (C99 6.5.2.5), at `{`: a constant or, with

@@ -42,8 +42,6 @@ struct an_aggregate_walk {
   bool is_outermost; // of the whole initialiser
 };
 
-void initialize_by_default_constructor(a_symbol* symbol);
-
 // ---- Components ----
 
 // At the `{`: the list as far as its first element; the rest is read as the

@@ -325,8 +325,7 @@ void call_known_routine(a_routine* routine, an_operand* object, an_init_componen
                         const a_source_position* position, an_operand* result) {
   an_operand function;
   an_arg_check_block block;
-  a_ref_entry* ref = make_ref_entry(srk_reference, routine->source_corresp.symbol, position);
-  make_function_designator_operand(routine, ref, &function);
+  make_function_designator_operand(routine, nullptr, &function);
   a_type* function_type = check_call_function_pointer_operand(&function);
   start_call_argument_processing(function_type, routine, &block);
   block.position = *position;

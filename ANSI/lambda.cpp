@@ -179,13 +179,13 @@ static bool make_object_operand(a_symbol* symbol, int function_depth, int depth,
 }
 
 // A constant is known without its object.
-static bool is_constant_variable(const a_variable* variable) {
+static bool is_constant_variable(a_variable* variable) {
   return is_const_qualified_type(variable->type) && is_integral_or_enum_type(variable->type) &&
-         variable->init_kind == initk_constant;
+         initializer_constant(variable, nullptr) != nullptr;
 }
 
 bool make_captured_variable_operand(a_symbol* symbol, an_operand* result) {
-  const a_variable* variable = symbol->variant.variable;
+  a_variable* variable = symbol->variant.variable;
   int depth = depth_innermost_function_scope;
   if (!in_lambda_body() || symbol->kind != symk_variable || variable->storage_kind < sc_auto ||
       expr_stack->flags.unevaluated_operand || is_constant_variable(variable))

@@ -417,6 +417,7 @@ void bind_member_function_operand_to_selector(an_operand* function, an_operand* 
                                               bool selector_is_pointer) {
   an_expr_node* object = make_node_from_operand(selector);
   object->next = nullptr;
+  change_ref_kinds(selector->ref_entries, srk_value_read);
   function->flags.bound_function = true;
   function->flags.selector_is_pointer = selector_is_pointer;
   if (function->kind == ok_expression)

@@ -18,6 +18,9 @@ a_reachability reachability;
 an_attribute* waiting_attributes;
 
 static int size_stmt_stack;
+// Of the last nested body, for the next one.
+static a_struct_stmt_stack_entry* spare_stmt_stack;
+static int size_spare_stmt_stack;
 static constexpr int stmt_stack_increment = 30;
 
 // ---- Reachability ----
@@ -139,15 +142,17 @@ void push_stmt_entry(a_struct_stmt_kind kind, a_statement* statement) {
 void new_struct_stmt_stack(a_stmt_stack_state* state) {
   *state = {struct_stmt_stack, size_stmt_stack, depth_stmt_stack, reachability,
             waiting_attributes};
-  struct_stmt_stack = nullptr;
-  size_stmt_stack = 0;
+  struct_stmt_stack = spare_stmt_stack;
+  size_stmt_stack = size_spare_stmt_stack;
+  spare_stmt_stack = nullptr;
+  size_spare_stmt_stack = 0;
   depth_stmt_stack = -1;
   waiting_attributes = nullptr;
 }
 
 void restore_struct_stmt_stack(const a_stmt_stack_state* state) {
-  if (struct_stmt_stack)
-    free_general(struct_stmt_stack, size_stmt_stack * sizeof(a_struct_stmt_stack_entry));
+  spare_stmt_stack = struct_stmt_stack;
+  size_spare_stmt_stack = size_stmt_stack;
   struct_stmt_stack = state->stack;
   size_stmt_stack = state->size;
   depth_stmt_stack = state->depth;

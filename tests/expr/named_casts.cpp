@@ -78,7 +78,6 @@ void bad() {
   i = int;
 // CHECK-NEXT: line [[@LINE-1]]: error #256:
   s1 = s();
-// CHECK-NEXT: line [[@LINE-1]]: error #1816:
   sp = this;
 // CHECK-NEXT: line [[@LINE-1]]: error #260:
 }

@@ -47,7 +47,7 @@ int bad(int x) {
   x = T(1, 2);
 // CHECK-NEXT: line [[@LINE-1]]: error #18:
   x = S(1);
-// CHECK-NEXT: line [[@LINE-1]]: error #1816:
+// CHECK-NEXT: line [[@LINE-1]]: error #306:
   x = int;
 // CHECK-NEXT: line [[@LINE-1]]: error #256:
   x = this;

@@ -26,7 +26,6 @@ int &r4 = function;
 int &r5 = s.bits;
 // CHECK-NEXT: line [[@LINE-1]]: error #145:
 const int &r6 = 5;
-// CHECK-NEXT: line [[@LINE-1]]: error #1816:
 S &r7 = q;
 // CHECK-NEXT: line [[@LINE-1]]: error #145:
 char size1[sizeof r == sizeof(int) && sizeof ra == sizeof array ? 1 : -1];
