@@ -67,7 +67,7 @@ TEST_F(FILE_TYPES, ListsOfAClassAsWritten) {
 
   supplement->friend_routines = alloc_list_entry_for_routine();
   supplement->friend_routines->routine =
-      make_function("helper", as_public, make_routine_type_full(void_type()));
+      make_function("befriended", as_public, make_routine_type_full(void_type()));
   supplement->friends = alloc_list_entry_for_class();
   supplement->friends->class_type = base;
 
@@ -94,7 +94,7 @@ TEST_F(FILE_TYPES, ListsOfAClassAsWritten) {
   EXPECT_EQ(csu->funcs.head->next->name, "plain");
   EXPECT_EQ(csu->funcs.head->next->virtual_index, -1);
   ASSERT_NE(csu->ffriends.head, nullptr);
-  EXPECT_EQ(csu->ffriends.head->name, "helper");
+  EXPECT_EQ(csu->ffriends.head->name, "befriended");
   ASSERT_NE(csu->cfriends.head, nullptr);
   EXPECT_EQ(csu->cfriends.head->type, tp_type(base, tpm_source));
   ASSERT_NE(csu->params.head, nullptr);
