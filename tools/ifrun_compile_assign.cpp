@@ -39,27 +39,52 @@ static a_value_type common_type(a_value_type left, a_value_type right) {
   return {std::min(left.kind, right.kind)}; // the unsigned one is the smaller number
 }
 
-// The operation is done in the common type of the operands, then stored.
+// Whether the tree calls a function of the program.
+static bool has_call(const an_if_node* node) {
+  for (const an_if_node* each = node; each != node + node->span; each++) {
+    if (each->opcode == ifop_CALL || each->opcode == ifop_UCALL)
+      return true;
+  }
+  return false;
+}
+
+// The type that the operation of a compound assignment is done in.
+static a_value_type type_of_operation(const an_if_node* node, const a_place& to, bool is_shift) {
+  if (node->type != nullptr && node->type->stripped()->kind == iftk_pointer)
+    return address_type;
+  if (is_shift)
+    return promoted(to);
+  return common_type(promoted(to), promoted({value_type_of(node->operand(1)->type)}));
+}
+
+// The operation is done in the common type of the operands, then stored. A
+// function that the right operand calls may change the left one, so that one is
+// loaded behind it (C11 6.5.16.2).
 a_value_type a_compiler::compound_assignment(const an_if_node* node, an_operation op) {
   a_place to = place(node->operand(0));
-  if (an_instruction* local = last(op_local))
-    emit(op_local, 0, local->operand);
-  else
-    emit(op_dup);
-  // The operand's type is known before it is compiled, as the left one is to be
-  // converted before.
-  a_value_type common = promoted(to);
   const an_if_node* right = node->operand(1);
-  bool is_shift = op == op_shl || op == op_shr;
-  if (node->type != nullptr && node->type->stripped()->kind == iftk_pointer)
-    common = address_type;
-  else if (!is_shift)
-    common = common_type(common, promoted({value_type_of(right->type)}));
-  load(to);
-  convert(to.type, common);
-  a_value_type right_type = value(right);
-  if (!is_shift)
-    convert(right_type, common);
+  bool is_shift = op == op_shl || op == op_shr, calls = has_call(right);
+  a_value_type common = type_of_operation(node, to, is_shift);
+  auto load_left = [&] {
+    load(to);
+    convert(to.type, common);
+  };
+  auto load_right = [&] {
+    a_value_type type = value(right);
+    if (!is_shift)
+      convert(type, common);
+  };
+  if (calls) {
+    load_right();
+    emit(op_over);
+    load_left();
+    emit(op_swap);
+  } else {
+    an_instruction* local = last(op_local);
+    emit(local != nullptr ? op_local : op_dup, 0, local != nullptr ? local->operand : 0);
+    load_left();
+    load_right();
+  }
   emit(operation_of_kind(op, common.kind), common.kind);
   convert(common, to.type);
   store(to);

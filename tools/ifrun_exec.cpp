@@ -107,6 +107,15 @@ uint32_t a_machine::allocate_in_frame(uint64_t size) {
   return address;
 }
 
+uint32_t a_machine::allocate_array(uint32_t place, uint64_t size) {
+  auto& [serial, address] = arrays[place];
+  if (serial == frames.back().serial)
+    frames.back().top = address;
+  serial = frames.back().serial;
+  address = allocate_in_frame(size);
+  return address;
+}
+
 // -- Jumps between functions ---------------------------------------------------
 
 // The buffer holds the context's number. One that is used again keeps it. The
@@ -510,6 +519,13 @@ uint64_t a_machine::run_code(const an_instruction* pc, uint64_t* top, size_t bot
     case op_dup:
       top[1] = *top;
       ++top;
+      break;
+    case op_over:
+      top[1] = top[-1];
+      ++top;
+      break;
+    case op_swap:
+      std::swap(top[-1], *top);
       break;
     case op_pop:
       --top;

@@ -249,6 +249,8 @@ enum an_operation : uint16_t {
   op_jump_false,
   op_jump_true,
   op_dup,
+  op_over, // pushes the value below the uppermost again
+  op_swap,
   op_pop,
   op_call,          // operand: the call site; arguments -> result
   op_call_indirect, // the function's number lies below the arguments
@@ -403,6 +405,8 @@ public:
   a_function* callee(uint64_t id);
   // Room in the frame of the function that called the library.
   uint32_t allocate_in_frame(uint64_t size);
+  // The same for the array whose address is kept at `place`.
+  uint32_t allocate_array(uint32_t place, uint64_t size);
   // setjmp and longjmp (C99 7.13).
   void save_context(uint32_t buffer, const uint64_t* values_end);
   [[noreturn]] void restore_context(uint32_t buffer, uint64_t value);
@@ -453,6 +457,9 @@ private:
   std::vector<uint64_t> evaluation_stack;
   uint64_t* values_in_use = nullptr; // the uppermost value, while the library runs
   std::deque<a_saved_context> contexts; // by number - 1
+  // The arrays of variable length by the place of their address: the frame's
+  // serial and the array's address.
+  std::unordered_map<uint32_t, std::pair<uint64_t, uint32_t>> arrays;
 };
 
 #endif

@@ -85,6 +85,14 @@ uint64_t native_alloca(a_machine& machine, const a_native_call& call) {
   return machine.allocate_in_frame(word(call, 0));
 }
 
+// The room of a variable length array goes to the pointer. A declaration that
+// is executed again gives back what it had.
+uint64_t native_vla_alloc(a_machine& machine, const a_native_call& call) {
+  auto place = static_cast<uint32_t>(pointer(call, 0));
+  machine.memory.store(place, k_data_pointer, machine.allocate_array(place, word(call, 1)));
+  return 0;
+}
+
 // -- The end -------------------------------------------------------------------
 
 uint64_t native_exit(a_machine&, const a_native_call& call) {

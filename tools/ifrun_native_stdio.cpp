@@ -415,6 +415,13 @@ uint64_t native_tmpfile(a_machine& machine, const a_native_call&) {
   return opened(machine, std::tmpfile());
 }
 
+// A standard stream is directed to the host's file, and keeps its handle.
+uint64_t native_freopen(a_machine& machine, const a_native_call& call) {
+  std::string name(text(machine, call, 0)), mode(text(machine, call, 1));
+  FILE* file = std::freopen(name.c_str(), mode.c_str(), stream(machine, call, 2));
+  return file != nullptr ? pointer(call, 2) : 0;
+}
+
 uint64_t native_fclose(a_machine& machine, const a_native_call& call) {
   int status = std::fclose(stream(machine, call, 0));
   machine.streams.erase(static_cast<uint32_t>(pointer(call, 0)));
