@@ -81,7 +81,7 @@ static bool fits_bit_field(const a_constant* enumerator, int bits, bool is_signe
 // A field of an enum without negative values is unsigned.
 static void check_enum_bit_field(const a_field* field, const a_source_position* position) {
   bool is_signed = !targ_nonnegative_enum_bit_field_is_unsigned;
-  a_constant* first = first_enumerator_of_enum(field->type);
+  a_constant* first = first_enumerator_of_enum(skip_typerefs(field->type));
   for (a_constant* e = first; e; e = e->next)
     is_signed |= cmplit_integer_constant(e, 0) < 0;
   if (is_signed && targ_enum_bit_fields_are_always_unsigned)

@@ -30,7 +30,21 @@ static void show(const struct flags *f) {
   printf("%u %u %u %d %u %d %u %d\n", f->a, f->b, f->c, f->d, f->e, f->f, f->g, f->h);
 }
 
+/* Wider than an int, and of an enumeration that has a name of its own. */
+typedef enum { low, high } level;
+struct wide {
+  long long field : 52;
+  level level : 3;
+};
+
+static struct wide changed(struct wide w) {
+  w.field |= 0x0008765412345678LL;
+  w.level++;
+  return w;
+}
+
 int main(void) {
+  struct wide w = {0xFFF000FFF000FLL, low};
   struct flags f = {0};
   struct flags *p = &f;
   struct {
@@ -87,5 +101,7 @@ int main(void) {
   printf("%x %x %x\n", u.part.low, u.part.middle, u.part.high);
   u.part.middle = 0x77;
   printf("%x\n", u.all);
+  w = changed(w);
+  printf("%llx %d\n", (unsigned long long)w.field, w.level);
   return 0;
 }
