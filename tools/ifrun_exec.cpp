@@ -274,12 +274,16 @@ uint64_t convert_value(uint64_t value, uint8_t from, uint8_t to) {
   double number = double_of(value);
   if (is_floating_kind(to))
     return round_to_kind(number, to);
-  if (std::isnan(number))
-    return 0;
-  if (number >= 0x1p63)
-    return wrap_to_kind(number >= 0x1p64 ? UINT64_MAX : static_cast<uint64_t>(number), to);
-  return wrap_to_kind(
-      static_cast<uint64_t>(number < -0x1p63 ? INT64_MIN : static_cast<int64_t>(number)), to);
+  // A NaN is in no range.
+  auto fits = [number](double low, double high) { return number > low && number < high; };
+  bool by_int = to == k_s32 || size_of_kind(to) < 4;
+  if (by_int && !fits(-0x1p31 - 1, 0x1p31))
+    return wrap_to_kind(uint64_t{1} << 31, to);
+  if (to == k_u64 && fits(-1, 0x1p64))
+    return static_cast<uint64_t>(number);
+  if (number != -0x1p63 && !fits(-0x1p63, 0x1p63))
+    return wrap_to_kind(uint64_t{1} << 63, to);
+  return wrap_to_kind(static_cast<uint64_t>(static_cast<int64_t>(number)), to);
 }
 
 static uint32_t switch_target(const a_switch_table& table, uint64_t value) {

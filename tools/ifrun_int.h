@@ -84,8 +84,9 @@ inline uint64_t bits_of(double value) {
 inline uint64_t round_to_kind(double value, uint8_t kind) {
   return bits_of(kind == k_f32 ? static_cast<double>(static_cast<float>(value)) : value);
 }
-// A value of the kind `from`, converted (C99 6.3.1.4, 6.3.1.5). What doesn't
-// fit a whole number becomes the nearest of 64 bits, and is then wrapped.
+// A value of the kind `from`, converted (C99 6.3.1.4, 6.3.1.5). A floating one
+// becomes an int on the way to smaller types, and a long long on the way to an
+// unsigned int; one that doesn't fit becomes the smallest of these.
 uint64_t convert_value(uint64_t value, uint8_t from, uint8_t to);
 
 // The value as a scalar of the kind, which is whole, has it.
