@@ -21,13 +21,15 @@ static a_field* first_field_of(const a_type* class_type) {
 
 // ---- The walk's place ----
 
-void prep_aggr_initializer(an_aggregate_walk* walk, a_type* type, a_constant* aggregate,
-                           bool has_braces, const an_init_state* state) {
+// Sets a walk up: its limit is the bound of an array (unlimited when that is
+// unknown), its field the first that can be initialised.
+static void prep_aggr_initializer(an_aggregate_walk* walk, a_type* type, a_constant* aggregate,
+                                  bool has_braces, const an_init_state* state) {
   *walk = {};
   walk->type = skip_typerefs(type);
   walk->aggregate = aggregate;
   walk->has_braces = has_braces;
-  walk->is_outermost = state->depth == 1;
+  walk->is_outermost = state->depth == 1 || state->enclosing_is_outermost_union;
   walk->limit = UINT64_MAX;
   if (!is_array_walk(walk))
     walk->field = first_field_of(walk->type);
@@ -43,7 +45,7 @@ static a_type* element_type_of(const an_aggregate_walk* walk) {
   return is_array_walk(walk) ? array_element_type(walk->type) : walk->field->type;
 }
 
-void advance_walk(an_aggregate_walk* walk, uint64_t count) {
+static void advance_walk(an_aggregate_walk* walk, uint64_t count) {
   walk->position += count;
   walk->next_in_order = walk->position;
   walk->greatest = std::max(walk->greatest, walk->position);
@@ -68,17 +70,29 @@ static a_constant* make_designator(const an_aggregate_walk* walk) {
   return designator;
 }
 
-void store_element(an_aggregate_walk* walk, a_constant* element, an_init_state* state) {
+static void note_run_time_value(a_constant* aggregate, an_init_state* state) {
+  if (!aggregate->value.aggregate.has_dynamic_init)
+    return;
+  aggregate->contains_nonconstant = true;
+  state->contains_nonconstant = true;
+}
+
+static void store_element(an_aggregate_walk* walk, a_constant* element, an_init_state* state) {
   if (walk->position != walk->next_in_order) {
     add_constant_to_aggregate(make_designator(walk), walk->aggregate);
     walk->aggregate->has_designator = true;
     state->designator_used = true;
   }
   add_constant_to_aggregate(element, walk->aggregate);
-  if (walk->aggregate->value.aggregate.has_dynamic_init) {
-    walk->aggregate->contains_nonconstant = true;
-    state->contains_nonconstant = true;
-  }
+  note_run_time_value(walk->aggregate, state);
+}
+
+// An element that stands in the aggregate has been changed.
+static void note_changed_element(an_aggregate_walk* walk, const a_constant* element,
+                                 an_init_state* state) {
+  walk->aggregate->has_designator |= element->has_designator;
+  walk->aggregate->value.aggregate.has_dynamic_init |= element->value.aggregate.has_dynamic_init;
+  note_run_time_value(walk->aggregate, state);
 }
 
 // ---- Elements that were stored before ----
@@ -112,7 +126,9 @@ static a_constant* stored_element(const an_aggregate_walk* walk, bool* is_repeat
   return found;
 }
 
-a_constant* earlier_aggregate(an_aggregate_walk* walk) {
+// What was stored at the walk's position before, when it is an aggregate that
+// a further designator goes on with; null when there is none.
+static a_constant* earlier_aggregate(an_aggregate_walk* walk) {
   bool is_repeated = false;
   // Behind all that was stored there is nothing to be found.
   if (is_array_walk(walk) && walk->position >= walk->greatest)
@@ -183,13 +199,14 @@ static a_constant* nested_designation(an_aggregate_walk* walk, an_init_component
   an_aggregate_walk inner;
   ++state->depth;
   prep_aggr_initializer(&inner, type, aggregate, false, state);
-  if (goes_on)
+  if (goes_on) {
     inner.next_in_order = UINT64_MAX; // behind what was stored nothing is in order
+    inner.greatest = is_array_walk(&inner) ? num_array_elements(skip_typerefs(aggregate->type)) : 0;
+  }
   walk_list(&inner, list, state);
   --state->depth;
   if (is_incomplete_array_type(type))
-    aggregate->type = make_array_type(
-        array_element_type(type), std::max(inner.greatest, num_array_elements(aggregate->type)));
+    aggregate->type = make_array_type(array_element_type(type), inner.greatest);
   return aggregate;
 }
 
@@ -237,6 +254,7 @@ static bool walk_element(an_aggregate_walk* walk, an_init_component** list, an_i
   if (!check_element_type(walk, type, is_designated, &position, state))
     return false;
   state->enclosing_type = walk->type;
+  state->enclosing_is_outermost_union = walk->is_outermost && walk->type->kind == tk_union;
   a_constant* element = (*list)->kind == ick_designator
                             ? nested_designation(walk, list, count, state, &is_stored)
                             : init_element(list, &type, state);
@@ -245,7 +263,9 @@ static bool walk_element(an_aggregate_walk* walk, an_init_component** list, an_i
     element = is_stored ? element : repeated_element(element, count, &position, state);
   if (!element)
     return false;
-  if (!is_stored)
+  if (is_stored)
+    note_changed_element(walk, element, state);
+  else
     store_element(walk, element, state);
   advance_walk(walk, count);
   if (is_stored)

@@ -25,6 +25,7 @@ struct an_init_state {
   uint32_t designator_used : 1;
   uint32_t is_scalar_zero : 1;       // the whole initialiser is `{0}`
   uint32_t flexible_member : 1;      // the next object is a flexible array member
+  uint32_t enclosing_is_outermost_union : 1;
   uint32_t depth;                    // of aggregates within one another
 };
 
@@ -39,7 +40,7 @@ struct an_aggregate_walk {
   uint64_t greatest;      // one above the greatest position stored
   a_field* field;         // at `position`, of a struct or union
   bool has_braces;
-  bool is_outermost; // of the whole initialiser
+  bool is_outermost; // the whole object, or the member of a union that is
 };
 
 // ---- Components ----
@@ -85,16 +86,6 @@ a_constant* init_object(an_init_component** list, a_type** type, an_init_state* 
 // out: it takes what it needs of the list around it.
 a_constant* braced_aggregate(an_init_component** list, a_type** type, an_init_state* state);
 a_constant* unbraced_aggregate(an_init_component** list, a_type** type, an_init_state* state);
-// Sets a walk up: its limit is the bound of an array (unlimited when that is
-// unknown), its field the first that can be initialised.
-void prep_aggr_initializer(an_aggregate_walk* walk, a_type* type, a_constant* aggregate,
-                           bool has_braces, const an_init_state* state);
-// Stores an element at the walk's position, and goes on behind it.
-void store_element(an_aggregate_walk* walk, a_constant* element, an_init_state* state);
-void advance_walk(an_aggregate_walk* walk, uint64_t count);
-// What was stored at the walk's position before, when it is an aggregate that
-// a further designator goes on with; null when there is none.
-a_constant* earlier_aggregate(an_aggregate_walk* walk);
 // Takes the designator at the head of the list; `count` is the number of
 // elements that it names.
 bool apply_designator(an_aggregate_walk* walk, an_init_component** list, uint64_t* count,

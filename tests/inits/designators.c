@@ -27,14 +27,15 @@ union { struct point p; long l; } twice = {.p.x = 1, .p.y = 2}, last = {.l = 1, 
 struct point old = {y: 3, x: 4};
 // STRICT: line [[#@LINE+1]]: error #705: expected an "="
 int without[] = {[2] 5, [1] = 3};
+struct point kept[2][1] = {{{1, .x = 3}}, [0][0].y = 25};
 char letters[2][4] = {"abc", [0][1] = 'x', [1] = {[2] = 'z'}};
 
 static void automatic(int n) {
   int shorts[4] = {[0 ... 2] = -4, -7, [1] = n}, i;
-  struct nest nest = {.c = n, .a = n + 1};
+  struct nest nest = {.c = n, .a = n + 1}, changed = {1, {2, {3}}, .d = n};
   for (i = 0; i < 4; i++)
     printf(" %d", shorts[i]);
-  printf(" %d %d %d\n", nest.a, nest.c, nest.e);
+  printf(" %d %d %d %d\n", nest.a, nest.c, nest.e, changed.d);
 }
 
 int main(void) {
@@ -49,6 +50,7 @@ int main(void) {
     printf(" %d [%d %d %d %d]", grid[i / 2][i % 2], nests[i].a, nests[i].b, nests[i].c, nests[i].e);
   printf("\n%d %d %d %d %d\n", after, twice.p.x, twice.p.y, last.p.x, last.p.y);
   printf("%d %d %d %d %s %c\n", old.x, old.y, without[2], without[1], letters[0], letters[1][2]);
+  printf("%d %d\n", kept[0][0].x, kept[0][0].y);
   automatic(6);
   return 0;
 }

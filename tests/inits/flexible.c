@@ -18,6 +18,7 @@ struct pairs pairs = {2, {{'a', 1}, {'b', 2}}};
 // CHECK-DAG: symbol text class {{.*}} size 80
 // CHECK-DAG: symbol designated class {{.*}} size 64
 // CHECK-DAG: symbol none class {{.*}} size 32
+union { struct text text; char room[16]; } shared = {{4, "abcd"}};
 struct text *all[] = {&text, &listed, &elided, &designated};
 
 int main(void) {
@@ -28,6 +29,7 @@ int main(void) {
   printf("%s %d %d\n", text.bytes, designated.bytes[2], designated.bytes[3]);
   printf("%d %c %d\n", pairs.n, pairs.pair[1].a, pairs.pair[1].b);
   printf("%d %d %d %c\n", local.n, local.pair[0].b, local.pair[2].b, local.pair[2].a);
+  printf("%d %s %d\n", shared.text.length, shared.text.bytes, shared.room[8]);
   printf("%d\n", (int)(sizeof text + sizeof none));
   return 0;
 }
