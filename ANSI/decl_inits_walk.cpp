@@ -55,32 +55,30 @@ static a_constant* make_dynamic_value(an_expr_node* expr, a_type* type) {
   return constant;
 }
 
-// C++11 8.5.4 p7: false behind the error of a narrowing conversion. GNU C++
-// only warns where the value isn't known.
-static bool check_narrowing(an_operand* operand, a_type* type, const an_init_state* state) {
+// C++11 8.5.4 p7. GNU C++ only warns where the value isn't known.
+static void check_narrowing(an_operand* operand, a_type* type, const an_init_state* state) {
   an_error_code code;
   if (!state->is_list_init || !list_init_enabled || is_reference_type(type))
-    return true;
+    return;
   do_operand_transformations(operand, ot_keep_overload_set);
   if (is_error_operand(operand) || !is_arithmetic_or_enum_type(operand->type))
-    return true;
+    return;
   const a_constant* constant = constant_of_operand(operand);
   if (!is_narrowing_conversion(operand->type, constant, type, &code))
-    return true;
-  bool is_warning = gnu_mode && constant == nullptr;
-  pos_ty2_diagnostic(is_warning ? es_warning : es_error, code, &operand->position, operand->type,
-                     type);
-  return is_warning;
+    return;
+  an_error_severity severity = gnu_mode && constant == nullptr ? es_warning : es_error;
+  pos_ty2_diagnostic(severity, code, &operand->position, operand->type, type);
 }
 
 a_constant* convert_initializer(an_init_component* component, a_type* type, an_init_state* state) {
   an_operand* operand = &component->variant.operand;
   a_source_position position = operand->position;
   a_constant value;
-  const bool is_good = check_narrowing(operand, type, state);
-  if (is_good)
+  const auto errors_before = total_errors;
+  check_narrowing(operand, type, state);
+  if (total_errors == errors_before)
     prep_initializer_operand(operand, type, ec_bad_initializer_type);
-  if (!is_good || is_error_operand(operand) || is_error_type(type)) {
+  if (total_errors != errors_before || is_error_operand(operand) || is_error_type(type)) {
     state->error_reported = true;
     return nullptr;
   }
