@@ -85,13 +85,17 @@ static an_init_component* scan_parenthesized_component(a_type* type, an_init_sta
   return list;
 }
 
+// C89 knows only constants between braces (6.5.7 of that standard).
+static bool run_time_elements_are_allowed() {
+  return allow_nonconstant_auto_aggr_init_in_c_mode && !(strict_ansi_mode && std_version < 199901);
+}
+
 static an_init_component* scan_full_initializer_expr_as_component(a_type* type,
                                                                   an_init_state* state) {
   if (state->is_parenthesized)
     return scan_parenthesized_component(type, state);
-  // C89 knows only constants between the braces (6.5.7 of that standard).
-  if (curr_token == tok_lbrace && in_C_mode() && !allow_nonconstant_auto_aggr_init_in_c_mode &&
-      is_aggregate_or_union_type(type))
+  if (curr_token == tok_lbrace && in_C_mode() && is_aggregate_or_union_type(type) &&
+      !run_time_elements_are_allowed())
     state->constant_required = true;
   return scan_partial_init_component();
 }

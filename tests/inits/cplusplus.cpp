@@ -37,8 +37,8 @@ int enumerator{red};
 int narrowed{3.5};
 // CHECK-NEXT: line [[#@LINE+1]]: error #2722: invalid narrowing conversion from "int" to "char"
 char narrow_elements[] = {1, 300};
-// CHECK-NEXT: line [[#@LINE+1]]: error #2722: invalid narrowing conversion from "int" to "unsigned int"
-point narrow_members[] = {{unsigned{-1}, 2}};
+// CHECK-NEXT: line [[#@LINE+1]]: error #2722: invalid narrowing conversion from "unsigned int" to "int"
+point narrow_members[] = {{3000000000u, 2}};
 // CHECK-NEXT: line [[#@LINE+1]]: error #147: too many initializer values
 int two{1, 2};
 // CHECK-NEXT: line [[#@LINE+1]]: error #18: expected a ")"
