@@ -30,8 +30,8 @@ typedef uint32_t uint_fast32_t;
 typedef int64_t int_fast64_t;
 typedef uint64_t uint_fast64_t;
 
-typedef int32_t intptr_t;
-typedef uint32_t uintptr_t;
+typedef __PTRDIFF_T_TYPE__ intptr_t;
+typedef __SIZE_T_TYPE__ uintptr_t;
 typedef int64_t intmax_t;
 typedef uint64_t uintmax_t;
 
