@@ -27,6 +27,21 @@ static size_t third = offsetof(struct mixed, i[2]);
 static char fits[offsetof(struct mixed, i) == 1 and sizeof(ptrdiff_t) == sizeof(void *) ? 1 : -1];
 static bool yes = true;
 
+struct odd {
+  char text[5];
+};
+
+static int last_of(int first, ...) {
+  va_list list;
+  struct odd odd;
+  int next;
+  va_start(list, first);
+  odd = va_arg(list, struct odd);
+  next = va_arg(list, int);
+  va_end(list);
+  return odd.text[4] * 100 + next;
+}
+
 static int64_t total(int count, ...) {
   va_list list, again;
   int64_t sum = 0;
@@ -48,5 +63,8 @@ int main(void) {
   printf("%lld\n", total(2, INT64_C(1000000), (int64_t)0));
   // CHECK-NEXT: 1 1 1
   printf("%d %d %d\n", 1.0 + DBL_EPSILON > 1.0, FLT_MAX * 2.0 > FLT_MAX, INT64_MIN < INT32_MIN);
+  // CHECK-NEXT: 511
+  struct odd odd = {{1, 2, 3, 4, 5}};
+  printf("%d\n", last_of(0, odd, 11));
   return 0;
 }
