@@ -134,6 +134,8 @@ static a_type* class_type_of_tag(a_type_kind kind, a_symbol_kind symbol_kind,
     make_unnamed_locator(locator, &locator->position);
     return make_class_type(kind, symbol_kind, locator, decl_level_of_tags());
   }
+  if (is_definition || is_lone_declaration)
+    symbol->is_friend_only = false;
   if (is_definition)
     set_kind_of_definition(type, kind);
   else
@@ -226,8 +228,10 @@ void complete_class_type(a_type* class_type, const a_source_position* position) 
   class_type->is_incomplete = false;
   info.layout_pending = true;
   do_class_layout(class_type);
-  if (in_cplusplus_mode())
+  if (in_cplusplus_mode()) {
     complete_virtual_functions(class_type);
+    check_complete_class(class_type);
+  }
   process_dependent_type_fixups(class_type);
 }
 
@@ -309,6 +313,7 @@ static void scan_class_definition(a_type* class_type, an_attribute* attributes,
   if (in_cplusplus_mode()) {
     add_class_to_fixup_list(class_type);
     process_deferred_class_fixups_and_instantiations();
+    check_functions_of_local_class(class_type);
   }
 }
 

@@ -17,6 +17,13 @@ a_field* anonymous_field_around(const a_field* field, const a_type* class_type);
 // specifications, field initialisers, bodies; nothing while a class is open.
 void process_deferred_class_fixups_and_instantiations();
 
+// Whether the type is that of a class with pure virtual functions.
+bool is_abstract_class_type(const a_type* type);
+// Reports `code`, whose text ends with a colon, with the pure virtual functions
+// of the abstract class.
+void abstract_class_diagnostic(an_error_code code, a_type* class_type,
+                               const a_source_position* position);
+
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();
 

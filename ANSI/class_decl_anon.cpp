@@ -90,8 +90,46 @@ static a_type* type_of_anonymous_member(const a_decl_parse_state* state) {
   return make_qualified_type(state->type_specifier_type, state->qualifiers);
 }
 
+// What an anonymous union may not have: access that differs, member functions,
+// static members (C++11 9.5 p5). Types are let pass.
+static void check_anonymous_union_symbol(const a_symbol* symbol) {
+  switch (symbol->kind) {
+  case symk_member_function:
+  case symk_overloaded_function:
+    pos_error(ec_anon_union_member_function, &symbol->position);
+    break;
+  case symk_static_data_member:
+    pos_error(ec_static_data_member_not_allowed, &symbol->position);
+    break;
+  case symk_field:
+    if (!symbol->is_anonymous_union_member &&
+        symbol->variant.field->source_corresp.access != as_public)
+      pos_error(ec_anon_union_member_access, &symbol->position);
+    break;
+  default:
+    break;
+  }
+}
+
+void check_anonymous_union_symbols(const a_type* union_type) {
+  const a_class_symbol_supplement* info = class_symbol_supplement_of(union_type);
+  const a_scope_pointers_block* block = info ? info->pointers_block : nullptr;
+  for (const a_symbol* symbol = block ? block->first_symbol : nullptr; symbol;
+       symbol = symbol->next_in_scope)
+    check_anonymous_union_symbol(symbol);
+  if (info && info->conversion_functions)
+    check_anonymous_union_symbol(info->conversion_functions);
+}
+
 static a_field* anonymous_member(a_type* class_type, const a_decl_parse_state* state) {
   check_anonymous_member_mode(state);
+  if (in_cplusplus_mode()) {
+    check_anonymous_union_symbols(skip_typerefs(state->type_specifier_type));
+    if (state->modifiers.mutable_seen)
+      pos_error(ec_no_mutable_allowed_on_anonymous_union, &state->modifiers.mutable_position);
+    if (state->storage_class == sc_static)
+      pos_error(ec_static_not_allowed, &state->storage_class_position);
+  }
   a_field* field =
       make_unnamed_field(class_type, type_of_anonymous_member(state), &state->specifiers_position);
   a_type* type = skip_typerefs(field->type);
@@ -119,6 +157,8 @@ a_field* member_without_declarator(a_type* class_type, const a_decl_parse_state*
     return nullptr;
   if (defines_unnamed_class(state))
     return anonymous_member(class_type, state);
+  if (in_cplusplus_mode() && (state->decl_flags.defines_tag || state->decl_flags.declares_tag))
+    return nullptr;
   if (!state->decl_flags.defines_tag)
     pos_warning(ec_useless_decl, &state->specifiers_position);
   else if (in_C_mode() && is_class_struct_union_type(state->type_specifier_type))

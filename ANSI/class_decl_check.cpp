@@ -2,9 +2,14 @@
 
 #include "class_decl_int.h"
 
+#include "attribute.h"
 #include "error.h"
 #include "il.h"
+#include "lookup.h"
 #include "mode_words.h"
+#include "overload.h"
+#include "scope_stk.h"
+#include "stack_limit.h"
 #include "types.h"
 
 // The texts "const %n" and "reference %n" of the lists of members.
@@ -61,4 +66,120 @@ static void check_destructors_of_bases(const a_type* class_type) {
 void check_members_of_complete_class(a_type* class_type) {
   check_members_without_constructor(class_type);
   check_destructors_of_bases(class_type);
+}
+
+// ---- Allocation functions ----
+
+static bool declares_operator(const a_type* class_type, an_opname_kind kind) {
+  const a_scope* scope = class_supplement_of(class_type)->scope;
+  for (const a_routine* routine = scope ? scope->routines : nullptr; routine;
+       routine = routine->next)
+    if (routine->special_kind == rsk_operator && routine->special_data.operator_kind == kind)
+      return true;
+  return false;
+}
+
+// Where an initialization in `new` throws, the storage is freed by the delete
+// that belongs to it.
+static void check_correspondence_of_operator(a_type* class_type, an_opname_kind new_kind,
+                                             an_opname_kind delete_kind) {
+  if (declares_operator(class_type, new_kind) &&
+      !opname_member_function_symbol(class_type, delete_kind))
+    pos_stty_diagnostic(es_remark, ec_no_corresponding_member_delete,
+                        &class_type->source_corresp.position, opname_names[delete_kind],
+                        class_type);
+}
+
+// ---- The attribute "base_check" ----
+
+static a_symbol* member_of_bases(const a_type* class_type, const a_symbol* symbol) {
+  for (const a_base_class* base = class_supplement_of(class_type)->base_classes; base;
+       base = base->next) {
+    a_symbol_locator locator = cleared_locator;
+    locator.header = symbol->header;
+    a_symbol* found = base->is_direct
+                          ? class_qualified_id_lookup(&locator, class_of_base(base), ilo_none)
+                          : nullptr;
+    if (found && !found->is_injected_class_name)
+      return found;
+  }
+  return nullptr;
+}
+
+static bool overrides_any(const a_type* class_type, const a_routine* routine) {
+  for (const a_base_class* base = class_supplement_of(class_type)->base_classes; base;
+       base = base->next)
+    for (const an_overriding_virtual_function* record = base->overriding_functions; record;
+         record = record->next)
+      if (record->overrider == routine && !record->adjustment_base)
+        return true;
+  return false;
+}
+
+// One member against the bases: a function that overrides must say so, anything
+// else that has the name of a member there must say that it hides it.
+static void check_base_check_member(const a_type* class_type, const a_symbol* symbol) {
+  const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
+  if (!corresp || symbol->is_injected_class_name)
+    return;
+  bool says_hiding = find_attribute_of_kind(corresp->attributes, attrk_hiding) != nullptr;
+  const a_routine* routine =
+      symbol->kind == symk_member_function ? symbol->variant.routine : nullptr;
+  if (routine && overrides_any(class_type, routine)) {
+    if (!routine->is_override)
+      pos_sy_error(ec_missing_override_attr_in_base_check_class, &symbol->position, symbol);
+    if (says_hiding)
+      pos_sy_error(ec_hiding_attr_on_nonhiding_member, &symbol->position, symbol);
+    return;
+  }
+  bool hides = member_of_bases(class_type, symbol) != nullptr;
+  if (hides && !says_hiding)
+    pos_sy_error(ec_hiding_attr_required, &symbol->position, symbol);
+  else if (!hides && says_hiding)
+    pos_sy_error(ec_hiding_attr_on_unhidden_member, &symbol->position, symbol);
+}
+
+static void check_base_check_class(const a_type* class_type) {
+  const a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
+  const a_scope_pointers_block* block = info ? info->pointers_block : nullptr;
+  for (const a_symbol* symbol = block ? block->first_symbol : nullptr; symbol;
+       symbol = symbol->next_in_scope) {
+    if (symbol->kind != symk_overloaded_function) {
+      check_base_check_member(class_type, symbol);
+      continue;
+    }
+    for (const a_symbol* s = symbol->variant.overload_list; s; s = s->next_homonym)
+      check_base_check_member(class_type, s);
+  }
+}
+
+void check_complete_class(a_type* class_type) {
+  check_correspondence_of_operator(class_type, opn_new, opn_delete);
+  check_correspondence_of_operator(class_type, opn_array_new, opn_array_delete);
+  if (class_type->variant.class_struct_union.is_base_check)
+    check_base_check_class(class_type);
+}
+
+// ---- Local classes (C++11 9.8 p2) ----
+
+static void check_functions_defined(const a_type* class_type) {
+  check_stack_limit();
+  const a_scope* scope = class_supplement_of(class_type)->scope;
+  if (!scope)
+    return;
+  for (const a_routine* routine = scope->routines; routine; routine = routine->next) {
+    const a_symbol* symbol = routine->source_corresp.symbol;
+    if (symbol && !symbol->defined && !symbol->not_in_lookup && !routine->is_pure &&
+        !routine->is_deleted && !routine->is_compiler_generated)
+      pos_sy_error(ec_local_class_function_def_missing, &symbol->position, symbol);
+  }
+  for (const a_type* type = scope->types; type; type = type->next)
+    if (is_class_struct_union_kind(type->kind))
+      check_functions_defined(type);
+}
+
+void check_functions_of_local_class(const a_type* class_type) {
+  const auto& info = class_type->variant.class_struct_union;
+  if (info.is_local_class && num_classes_on_scope_stack == 0)
+    check_functions_defined(class_type);
 }

@@ -195,11 +195,22 @@ void note_qualified_field(a_type* class_type, a_type* field_type) {
     info.any_volatile_fields = true;
 }
 
-a_field* make_named_field(a_type* class_type, a_type* type, a_symbol_locator* locator) {
-  a_field* field = alloc_field(type);
+// What the class itself has by the name; a field hides a class or an enumeration
+// and what the bases have.
+static a_symbol* member_before_field(a_type* class_type, const a_symbol_locator* locator) {
   a_symbol_locator in_class = *locator;
   in_class.symbol = nullptr;
   a_symbol* previous = class_qualified_id_lookup(&in_class, class_type, ilo_none);
+  if (in_C_mode() || !previous)
+    return previous;
+  bool is_of_base = in_class.symbol->kind == symk_projection &&
+                    !in_class.symbol->variant.projection->is_using_decl;
+  return is_of_base || is_tag_symbol_kind(previous->kind) ? nullptr : previous;
+}
+
+a_field* make_named_field(a_type* class_type, a_type* type, a_symbol_locator* locator) {
+  a_field* field = alloc_field(type);
+  a_symbol* previous = member_before_field(class_type, locator);
   bool check_hiding = previous && previous->is_anonymous_union_member;
   if (previous && !check_hiding && !locator->is_error_locator) {
     pos_st_error(ec_id_already_declared, &locator->position, locator->header->identifier);
@@ -244,9 +255,8 @@ void check_field_of_cplusplus(a_type* class_type, a_field* field, const a_decl_p
   a_type* type = field->type;
   if (is_error_type(type))
     return;
-  const a_type* element = skip_typerefs(skip_array_types(type));
   a_class_type_supplement* supplement = class_supplement_of(class_type);
-  if (is_class_struct_union_kind(element->kind) && element->variant.class_struct_union.is_abstract) {
+  if (is_abstract_class_type(skip_array_types(type))) {
     abstract_class_diagnostic(ec_abstract_class_object_not_allowed, skip_array_types(type),
                               position);
     field->type = error_type();

@@ -90,15 +90,15 @@ static a_symbol* enter_nameless_function(a_type* class_type, a_symbol_locator* l
 static a_symbol* member_in_the_way(a_symbol_locator* locator) {
   a_symbol_locator own = *locator;
   own.symbol = nullptr;
-  a_symbol* symbol = curr_scope_id_lookup(&own, ilo_none);
-  if (!symbol || is_tag_symbol_kind(symbol->kind))
-    return nullptr;
-  return own.symbol->kind == symk_projection ? nullptr : symbol;
+  const a_symbol* symbol = curr_scope_id_lookup(&own, ilo_accept_projections);
+  return !symbol || is_tag_symbol_kind(symbol->kind) ? nullptr : own.symbol;
 }
 
 static a_symbol* enter_named_function(a_type* class_type, a_symbol_locator* locator) {
   bool check_hiding = false;
   a_symbol* previous = locator->is_error_locator ? nullptr : member_in_the_way(locator);
+  if (previous && !is_function_symbol_kind(fundamental_symbol_of(previous)->kind))
+    previous = nullptr;
   locator->symbol = nullptr;
   a_symbol* symbol =
       previous ? enter_overloaded_symbol(symk_member_function, previous, locator, depth_scope_stack)
@@ -264,18 +264,13 @@ static void check_special_function_type(a_type* class_type, a_type* type, bool i
     check_copy_by_value(class_type, type, locator);
 }
 
-static bool is_abstract_class(const a_type* type) {
-  return is_class_struct_union_type(type) &&
-         skip_typerefs(type)->variant.class_struct_union.is_abstract;
-}
-
 // C++11 10.4 p3.
 void check_abstract_types_of_function(a_type* type, const a_source_position* position) {
-  if (is_abstract_class(return_type_of(type)))
+  if (is_abstract_class_type(return_type_of(type)))
     abstract_class_diagnostic(ec_function_returning_abstract_class, return_type_of(type), position);
   for (const a_param_type* param = supplement_of_routine(type)->param_types; param;
        param = param->next)
-    if (is_abstract_class(param->type))
+    if (is_abstract_class_type(param->type))
       abstract_class_diagnostic(ec_abstract_class_param_type, param->type, position);
 }
 
@@ -373,24 +368,28 @@ static a_symbol* function_that_differs_in_static(a_symbol* functions, a_type* ty
   });
 }
 
+static bool is_hidden_by_function(a_symbol* symbol, a_type* type) {
+  const a_symbol* real = fundamental_symbol_of(symbol);
+  return symbol->kind == symk_projection && real->kind == symk_member_function &&
+         is_same_member_function(type, real->variant.routine->type);
+}
+
 // A function that a using-declaration brought in gives way to one of the class
 // with the same parameters (C++11 7.3.3 p15).
 static void check_for_conflicts_with_using_decls(a_symbol* functions, a_type* type) {
-  if (!functions || functions->kind != symk_overloaded_function)
+  if (functions->kind == symk_projection) {
+    if (is_hidden_by_function(functions, type))
+      remove_symbol(functions);
+    return;
+  }
+  if (functions->kind != symk_overloaded_function)
     return;
   for (a_symbol* s = functions->variant.overload_list; s;) {
     a_symbol* next = s->next_homonym;
-    const a_symbol* real = fundamental_symbol_of(s);
-    if (s->kind == symk_projection && real->kind == symk_member_function &&
-        is_same_member_function(type, real->variant.routine->type))
+    if (is_hidden_by_function(s, type))
       remove_symbol_from_overload_set(s, functions);
     s = next;
   }
-}
-
-static bool is_function_name(const a_symbol* symbol) {
-  return symbol->kind == symk_member_function || symbol->kind == symk_overloaded_function ||
-         symbol->kind == symk_function_template;
 }
 
 // Reports what the class has already; the locator is then that of an error.
@@ -402,7 +401,7 @@ static void check_redeclaration(a_type* class_type, a_decl_parse_state* state,
   a_symbol* functions = declared_functions(class_type, locator);
   if (!functions)
     return;
-  if (!is_function_name(functions)) {
+  if (!is_function_symbol_kind(fundamental_symbol_of(functions)->kind)) {
     pos_st_error(ec_id_already_declared, &locator->position, locator->header->identifier);
     set_to_error_locator(locator);
     return;
@@ -515,8 +514,8 @@ a_routine* decl_member_function(a_type* class_type, a_decl_parse_state* state,
   if (name.is_conversion_name)
     check_conversion_target(class_type, &name, symbol);
   apply_asm_name_to_routine(symbol, state, false);
-  attach_decl_attributes(state, false);
   check_virtual_function(class_type, symbol, state, virt);
+  attach_decl_attributes(state, false);
   record_symbol_declaration(srk_declaration, symbol, &name.position, nullptr);
   update_decl_pos_info(&routine->source_corresp, state);
   return routine;

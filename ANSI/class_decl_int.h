@@ -57,6 +57,9 @@ void field_initializer_in_class(a_type* class_type, a_field* field);
 // nothing, unless it defines a type.
 a_field* member_without_declarator(a_type* class_type, const a_decl_parse_state* state);
 
+// Reports what no anonymous union may have as a member.
+void check_anonymous_union_symbols(const a_type* union_type);
+
 // ---- Member functions (class_decl_function.cpp) ----
 
 // Reads `override`, `final` and the pure specifier.
@@ -145,11 +148,11 @@ a_type* make_class_type(a_type_kind kind, a_symbol_kind symbol_kind, a_symbol_lo
 void complete_class_type(a_type* class_type, const a_source_position* position);
 // The warnings about members that wait for the end of the class.
 void check_members_of_complete_class(a_type* class_type);
-
-// Reports `code`, whose text ends with a colon, with the pure virtual functions
-// of the abstract class.
-void abstract_class_diagnostic(an_error_code code, a_type* class_type,
-                               const a_source_position* position);
+// The same for what waits for the virtual functions: allocation functions, and
+// what hides members of the bases in a class with the attribute "base_check".
+void check_complete_class(a_type* class_type);
+// Once the bodies of a local class are read: all its functions must be there.
+void check_functions_of_local_class(const a_type* class_type);
 
 // Whether the unnamed field is an anonymous struct or union.
 bool is_anonymous_member(const a_field* field);

@@ -53,8 +53,7 @@ static void check_type(a_decl_parse_state* state, const a_symbol_locator* locato
   if (is_void_type(state->declared_type)) {
     pos_error(ec_incomplete_type_not_allowed, &locator->position);
     state->declared_type = error_type();
-  } else if (is_class_struct_union_type(state->declared_type) &&
-             skip_typerefs(state->declared_type)->variant.class_struct_union.is_abstract) {
+  } else if (is_abstract_class_type(state->declared_type)) {
     abstract_class_diagnostic(ec_abstract_class_object_not_allowed, state->declared_type,
                               &locator->position);
     state->declared_type = error_type();

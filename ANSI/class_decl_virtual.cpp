@@ -451,6 +451,11 @@ static void add_pure_functions(a_diagnostic* diag, const a_type* class_type) {
     }
 }
 
+bool is_abstract_class_type(const a_type* type) {
+  return is_class_struct_union_type(type) &&
+         skip_typerefs(type)->variant.class_struct_union.is_abstract;
+}
+
 void abstract_class_diagnostic(an_error_code code, a_type* class_type,
                                const a_source_position* position) {
   a_diagnostic* diag = pos_ty_start_error(code, position, class_type);

@@ -3,6 +3,7 @@
 #include "decls.h"
 
 #include "attribute.h"
+#include "class_decl.h"
 #include "const_ints.h"
 #include "decl_inits.h"
 #include "decls_int.h"
@@ -136,6 +137,10 @@ static void check_nonfunction_declaration_errors(a_decl_parse_state* state,
   if (is_void_type(state->declared_type)) {
     pos_error(ec_incomplete_type_not_allowed, &locator->position);
     state->declared_type = error_type();
+  } else if (is_abstract_class_type(state->declared_type)) { // C++11 10.4 p2
+    abstract_class_diagnostic(ec_abstract_class_object_not_allowed, state->declared_type,
+                              &locator->position);
+    state->declared_type = error_type();
   }
 }
 
@@ -219,7 +224,8 @@ static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* 
   decl_variable(locator, state, flags);
   if (has_initializer)
     scan_initializer(state);
-  else if (flags & dvf_definition)
+  else if ((flags & dvf_definition) &&
+           state->symbol->variant.variable->init_kind == initk_none) // none in its class
     def_initializer(state->symbol, &locator->position);
   state->storage_class = written;
 }

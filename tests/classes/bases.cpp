@@ -49,3 +49,4 @@ struct NoBody : First;
 // CHECK: line [[#@LINE+1]]: error #264: not a class or struct name
 struct Completed : Second_, First { int k; };
 int size_of_completed[sizeof(Completed) == 2 * sizeof(int) ? 1 : -1];
+// CHECK: errors detected

@@ -68,7 +68,7 @@ struct Special {
   int operator char();
   // CHECK: line [[#@LINE+1]]: error #407: member function with the same name as its class must be a constructor
   int Special(char);
-  // CHECK: line [[#@LINE+1]]: warning #556: function "Special::operator Special &" will not be called
+  // CHECK: line [[#@LINE+1]]: warning #556-D: function "Special::operator Special &" will not be called
   operator Special &();
 };
 struct WithParams {
@@ -115,7 +115,8 @@ void Outside::missing() { }
 int Outside::m = 2;
 // CHECK: line [[#@LINE+1]]: error #300: an inherited member may not be redeclared here
 void Derived::f(int) { }
-// CHECK: line [[#@LINE+1]]: warning #394: member function "Outside::f" may not be redeclared outside its class
+// CHECK: line [[#@LINE+1]]: warning #394-D: member function "Outside::f" may not be redeclared outside its class
 void Outside::f(int);
 // CHECK: line [[#@LINE+1]]: error #304: function "Outside::f"
 void Outside::f(int) { }
+// CHECK: errors detected
