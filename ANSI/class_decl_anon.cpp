@@ -90,13 +90,20 @@ static a_type* type_of_anonymous_member(const a_decl_parse_state* state) {
   return make_qualified_type(state->type_specifier_type, state->qualifiers);
 }
 
+static bool is_implicit_function(const a_symbol* symbol) {
+  if (symbol->kind == symk_overloaded_function)
+    symbol = symbol->variant.overload_list;
+  return symbol->kind == symk_member_function && symbol->variant.routine->is_compiler_generated;
+}
+
 // What an anonymous union may not have: access that differs, member functions,
 // static members (C++11 9.5 p5). Types are let pass.
 static void check_anonymous_union_symbol(const a_symbol* symbol) {
   switch (symbol->kind) {
   case symk_member_function:
   case symk_overloaded_function:
-    pos_error(ec_anon_union_member_function, &symbol->position);
+    if (!is_implicit_function(symbol))
+      pos_error(ec_anon_union_member_function, &symbol->position);
     break;
   case symk_static_data_member:
     pos_error(ec_static_data_member_not_allowed, &symbol->position);

@@ -125,6 +125,8 @@ static void check_base_check_member(const a_type* class_type, const a_symbol* sy
   bool says_hiding = find_attribute_of_kind(corresp->attributes, attrk_hiding) != nullptr;
   const a_routine* routine =
       symbol->kind == symk_member_function ? symbol->variant.routine : nullptr;
+  if (routine && routine->is_compiler_generated)
+    return;
   if (routine && overrides_any(class_type, routine)) {
     if (!routine->is_override)
       pos_sy_error(ec_missing_override_attr_in_base_check_class, &symbol->position, symbol);

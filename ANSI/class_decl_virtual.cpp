@@ -138,18 +138,16 @@ static void check_return_type_of_overrider(const a_symbol* symbol, const a_routi
 
 // ---- The records of final overriders ----
 
-static an_overriding_virtual_function* add_overrider(a_base_class* base, a_routine* overridden,
-                                                     a_routine* overrider, a_base_class* where) {
+// Appends at `link`, where the list ends.
+static void add_overrider(an_overriding_virtual_function** link, a_base_class* base,
+                          a_routine* overridden, a_routine* overrider, a_base_class* where) {
   an_overriding_virtual_function* record = alloc_overriding_virtual_function();
   record->overridden = overridden;
   record->overrider = overrider;
   record->base_class = base;
   record->adjustment_base = where;
   record->virtual_function_index = overridden->virtual_function_index;
-  an_overriding_virtual_function** link = &base->overriding_functions;
-  while (*link)
-    link = &(*link)->next;
-  return *link = record;
+  *link = record;
 }
 
 // Whether the place where one overrider stands is a base of the other's: then
@@ -181,25 +179,54 @@ static void merge_overrider(a_base_class* base, a_routine* overridden, a_routine
     link = &record->next;
   }
   if (!is_hidden)
-    add_overrider(base, overridden, overrider, where);
+    add_overrider(link, base, overridden, overrider, where);
 }
 
+namespace {
+
+// The overriders that one way brings to a base: the first way to it has nothing
+// to be merged with.
+class an_overrider_list {
+public:
+  explicit an_overrider_list(a_base_class* for_base)
+      : base(for_base), link(for_base->overriding_functions ? nullptr
+                                                            : &for_base->overriding_functions) {}
+
+  void add(a_routine* overridden, a_routine* overrider, a_base_class* where) {
+    if (!link) {
+      merge_overrider(base, overridden, overrider, where);
+      return;
+    }
+    add_overrider(link, base, overridden, overrider, where);
+    link = &(*link)->next;
+  }
+
+private:
+  a_base_class* base;
+  an_overriding_virtual_function** link; // the end of the list; null: to be merged
+};
+
+} // namespace
+
 static void add_own_functions_of_base(a_base_class* direct) {
+  an_overrider_list list(direct);
   for (a_routine* routine = first_member_function(class_of_base(direct)); routine;
        routine = routine->next)
     if (routine->is_virtual)
-      merge_overrider(direct, routine, routine, direct);
+      list.add(routine, routine, direct);
 }
 
 void copy_overriding_functions(a_base_class* direct, const a_base_correspondence& corresponding) {
   add_own_functions_of_base(direct);
   for (const a_base_class* inner = first_base(class_of_base(direct)); inner; inner = inner->next) {
     a_base_class* base = corresp_base_class(corresponding, inner);
-    for (const an_overriding_virtual_function* r = base ? inner->overriding_functions : nullptr; r;
-         r = r->next) {
+    if (!base)
+      continue;
+    an_overrider_list list(base);
+    for (const an_overriding_virtual_function* r = inner->overriding_functions; r; r = r->next) {
       a_base_class* where =
           r->adjustment_base ? corresp_base_class(corresponding, r->adjustment_base) : direct;
-      merge_overrider(base, r->overridden, r->overrider, where);
+      list.add(r->overridden, r->overrider, where);
     }
   }
 }
@@ -384,23 +411,23 @@ static bool is_tolerated_ambiguity(const an_overriding_virtual_function* a,
 // One record for each function of the base; two different final overriders are
 // an error (C++11 10.3 p2).
 static void resolve_overriders(a_type* class_type, a_base_class* base) {
-  for (an_overriding_virtual_function* first = base->overriding_functions; first;
-       first = first->next) {
-    an_overriding_virtual_function** link = &first->next;
-    while (an_overriding_virtual_function* other = *link) {
-      if (other->overridden != first->overridden) {
-        link = &other->next;
-        continue;
-      }
-      bool is_conflict = !congruent_paths(first, other->overrider, other->adjustment_base);
-      if (is_conflict && !first->is_ambiguous && !is_tolerated_ambiguity(first, other)) {
-        first->is_ambiguous = true;
-        pos_sy_diagnostic(es_discretionary_error, ec_ambiguous_virtual_function_override,
-                          &class_type->source_corresp.position,
-                          first->overridden->source_corresp.symbol);
-      }
-      *link = other->next;
+  std::unordered_map<const a_routine*, an_overriding_virtual_function*> first_of;
+  an_overriding_virtual_function** link = &base->overriding_functions;
+  while (an_overriding_virtual_function* other = *link) {
+    auto [found, is_new] = first_of.emplace(other->overridden, other);
+    an_overriding_virtual_function* first = found->second;
+    if (is_new) {
+      link = &other->next;
+      continue;
     }
+    bool is_conflict = !congruent_paths(first, other->overrider, other->adjustment_base);
+    if (is_conflict && !first->is_ambiguous && !is_tolerated_ambiguity(first, other)) {
+      first->is_ambiguous = true;
+      pos_sy_diagnostic(es_discretionary_error, ec_ambiguous_virtual_function_override,
+                        &class_type->source_corresp.position,
+                        first->overridden->source_corresp.symbol);
+    }
+    *link = other->next;
   }
 }
 
