@@ -9,6 +9,7 @@
 #include "expr.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "layout.h"
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
@@ -78,12 +79,10 @@ static bool fits_bit_field(const a_constant* enumerator, int bits, bool is_signe
   return value_bits >= 64 || value >> value_bits == 0;
 }
 
-// A field of an enum without negative values is unsigned.
 static void check_enum_bit_field(const a_field* field, const a_source_position* position) {
-  bool is_signed = !targ_nonnegative_enum_bit_field_is_unsigned;
-  a_constant* first = first_enumerator_of_enum(skip_typerefs(field->type));
-  for (a_constant* e = first; e; e = e->next)
-    is_signed |= cmplit_integer_constant(e, 0) < 0;
+  const a_type* enum_type = skip_typerefs(field->type);
+  bool is_signed = enum_bit_field_is_signed(enum_type);
+  a_constant* first = first_enumerator_of_enum(enum_type);
   if (is_signed && targ_enum_bit_fields_are_always_unsigned)
     pos_warning(ec_unsigned_enum_bit_field_with_signed_enumerator, position);
   for (a_constant* e = first; e; e = e->next)

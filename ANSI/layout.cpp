@@ -5,7 +5,9 @@
 
 #include <algorithm>
 
+#include "const_ints.h"
 #include "error.h"
+#include "il_constants.h"
 #include "layout_int.h"
 #include "mode_words.h"
 #include "symbol_tbl.h"
@@ -377,4 +379,11 @@ void layout_init() {
 
 void layout_trans_unit_init() {
   init_pack_state(false);
+}
+
+bool enum_bit_field_is_signed(const a_type* enum_type) {
+  bool is_signed = !targ_nonnegative_enum_bit_field_is_unsigned;
+  for (a_constant* e = first_enumerator_of_enum(enum_type); e; e = e->next)
+    is_signed |= cmplit_integer_constant(e, 0) < 0;
+  return is_signed;
 }

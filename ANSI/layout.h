@@ -60,4 +60,8 @@ void layout_one_time_init();
 void layout_init();
 void layout_trans_unit_init();
 
+// Whether a bit-field of the enum holds a sign: one without negative enumerators
+// needs none.
+bool enum_bit_field_is_signed(const a_type* enum_type);
+
 #endif

@@ -100,10 +100,10 @@ uint64_t a_machine::call(a_function* function, const std::vector<uint64_t>& argu
 
 uint32_t a_machine::allocate_in_frame(uint64_t size) {
   a_frame& frame = frames.back();
-  if (size > memory.stack_size || frame.top + size + 16 > memory.stack_end())
+  if (size > memory.stack_size || frame.top + size + 32 > memory.stack_end())
     fail("stack overflow");
-  uint32_t address = frame.top;
-  frame.top = static_cast<uint32_t>((frame.top + size + 7) & ~uint64_t{7});
+  uint32_t address = (frame.top + 15) & ~15u;
+  frame.top = static_cast<uint32_t>((address + size + 7) & ~uint64_t{7});
   return address;
 }
 

@@ -82,14 +82,19 @@ std::string_view a_memory::text(uint64_t address, uint64_t limit) {
   return {reinterpret_cast<const char*>(start), length};
 }
 
+// Everything begins at a multiple of 16, the largest alignment that types have.
+// Objects have at least one byte each, so that all differ.
+static uint64_t rounded(uint64_t size) {
+  return std::max<uint64_t>(size + 15, 16) & ~uint64_t{15};
+}
+
 // -- Static data and the stack -------------------------------------------------
 
 uint32_t a_memory::add_static(uint64_t size) {
-  if (size > data_limit || used + size + 8 > data_limit)
+  if (size > data_limit || used + size + 16 > data_limit)
     throw a_run_error{"the data doesn't fit the memory"};
   uint32_t address = end();
-  // Round up, so that words stand where a debugging eye expects them.
-  used = (used + std::max<uint64_t>(size, 1) + 7) & ~uint64_t{7};
+  used += rounded(size);
   return address;
 }
 
@@ -113,11 +118,6 @@ void a_memory::make_stack() {
 }
 
 // -- The heap ------------------------------------------------------------------
-
-// At least one byte each, so that all blocks differ.
-static uint64_t rounded(uint64_t size) {
-  return std::max<uint64_t>(size + 7, 8) & ~uint64_t{7};
-}
 
 uint32_t a_memory::allocate(uint64_t size) {
   if (size > heap_limit)

@@ -71,7 +71,7 @@ uint64_t native_free(a_machine& machine, const a_native_call& call) {
   return 0;
 }
 
-// All blocks are aligned to 8, which is more than any type asks for.
+// All blocks are aligned to 16, which is as much as any type asks for.
 uint64_t native_aligned_alloc(a_machine& machine, const a_native_call& call) {
   return machine.memory.allocate(word(call, 1));
 }

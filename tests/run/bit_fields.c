@@ -31,7 +31,7 @@ static void show(const struct flags *f) {
 }
 
 /* Wider than an int, and of an enumeration that has a name of its own. */
-typedef enum { low, high } level;
+typedef enum { low, high, highest = 7 } level;
 struct wide {
   long long field : 52;
   level level : 3;
@@ -102,6 +102,8 @@ int main(void) {
   u.part.middle = 0x77;
   printf("%x\n", u.all);
   w = changed(w);
+  printf("%d ", w.level);
+  w.level = highest; /* without negative values no bit is a sign's */
   printf("%llx %d\n", (unsigned long long)w.field, w.level);
   return 0;
 }
