@@ -174,6 +174,8 @@ void gen_address_constant(const a_constant* constant, a_type* expected) {
 void gen_repeat(const a_constant* constant, a_type* expected) {
   if (constant->zero_fill)
     return gen_skip(constant->value.repeat.count * flattened_scalar_count(expected));
+  if (!gen_file->if_has_room_for(constant->value.repeat.count))
+    return;
   for (uint64_t i = 0; i < constant->value.repeat.count; i++)
     gen_constant(constant->value.repeat.element, expected);
 }

@@ -257,13 +257,32 @@ void gen_do(a_statement* statement) {
 
 // ---- Switches ----
 
-// The number of values, and the last of them, of an entry with a value.
+// How many values lead to an entry; the greatest number for more.
 uint64_t value_count(const a_switch_case_entry* entry) {
   if (entry->case_value == nullptr)
     return 0;
   if (entry->case_range_end == nullptr)
     return 1;
-  return entry->case_range_end->value.int_value - entry->case_value->value.int_value + 1;
+  uint64_t span = entry->case_range_end->value.int_value - entry->case_value->value.int_value;
+  return span == UINT64_MAX ? span : span + 1;
+}
+
+// How many values a switch tells apart.
+uint64_t value_count_of_switch(const a_switch_stmt_supplement* supplement) {
+  uint64_t values = 0;
+  for (const a_switch_case_entry* entry = supplement->first_case; entry != nullptr;
+       entry = entry->next_in_source_order)
+    if (__builtin_add_overflow(values, value_count(entry), &values))
+      return UINT64_MAX;
+  return values;
+}
+
+// A value becomes COMMA, CASE, LCON and LABEL.
+bool has_room_for_values(uint64_t values) {
+  uint64_t nodes;
+  if (__builtin_mul_overflow(values, uint64_t(4), &nodes))
+    nodes = UINT64_MAX;
+  return gen_file->if_has_room_for(nodes);
 }
 
 // The number that a case statement's label got, kept in its entry.
@@ -314,10 +333,9 @@ void gen_default(const a_switch_case_entry* entry, uint64_t values, uint32_t exi
 void gen_dispatch(a_statement* statement, uint32_t exit_label) {
   const a_switch_stmt_supplement* supplement = statement->variant.loop.extra.switch_supplement;
   a_type* type = statement->expr->type;
-  uint64_t values = 0;
-  for (const a_switch_case_entry* entry = supplement->first_case; entry != nullptr;
-       entry = entry->next_in_source_order)
-    values += value_count(entry);
+  uint64_t values = value_count_of_switch(supplement);
+  if (!has_room_for_values(values))
+    return;
   if (default_is_never_executed(supplement->default_case)) {
     PRAGMA pragma(ifpk_DEFAULT_NEVER_EXECUTED);
     gen_file->if_write_pragma(&pragma);

@@ -1,5 +1,6 @@
 #include "if_write.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -89,6 +90,15 @@ void I_FILE::if_flush() {
   write_finished_records();
   if (fflush(stream) != 0)
     note_failure();
+}
+
+bool I_FILE::if_has_room_for(uint64_t nodes) {
+  constexpr uint64_t shortest_node = 4; // tag, length, opcode, type
+  if (nodes <= (UINT32_MAX - std::min<uint64_t>(if_tell(), UINT32_MAX)) / shortest_node)
+    return true;
+  errno = EFBIG;
+  note_failure();
+  return false;
 }
 
 // -- Tables -------------------------------------------------------------------

@@ -46,6 +46,9 @@ public:
   long if_tell();
   void if_seek(long offset);
   void if_flush();
+  // Whether so many more nodes may fit into a file whose size the header can
+  // tell. If not, the file has failed, and nothing of them need be written.
+  bool if_has_room_for(uint64_t nodes);
 
   // The id of a file name, entering it when it is new. Ids start at 1.
   unsigned i_enter_file_name(const char* name);
