@@ -220,7 +220,6 @@ void complete_class_type(a_type* class_type, const a_source_position* position) 
     set_flags_of_plain_class(class_type);
   } else {
     check_members_of_complete_class(class_type);
-    class_supplement_of(class_type)->is_aggregate = true;
     declare_special_members(class_type);
   }
   info.is_being_defined = false;

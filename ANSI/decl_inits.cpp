@@ -206,6 +206,7 @@ static void initialize_automatic(a_variable* variable, a_dynamic_init* init,
   statement->variant.dynamic_init = init;
   statement->end_position = curr_construct_end_position;
   update_init_statement_control_flow(statement);
+  record_end_of_lifetime_destruction(init, false, true);
 }
 
 static void store_result(a_variable* variable, a_type* type, const an_init_state* state,
@@ -321,6 +322,7 @@ a_constant* scan_compound_literal_initializer(a_type** type, bool is_static,
   an_init_state state = {};
   state.constant_required = is_static;
   state.is_static = is_static;
+  state.is_list_init = in_cplusplus_mode();
   an_init_component* list = get_braced_init_list();
   a_constant* value = init_element(&list, type, &state);
   report_excess_components(&list, &state);

@@ -140,7 +140,8 @@ static an_init_component** scan_designators(an_init_component** link) {
       get_token();
     return link;
   }
-  bool is_old_form = extended_designators_allowed && !first->next && !first->variant.designator.field_name;
+  bool is_old_form =
+      extended_designators_allowed && !first->next && !first->variant.designator.field_name;
   if (!is_old_form)
     required_token(tok_assign, ec_exp_assign);
   return link;

@@ -84,9 +84,10 @@ void check_for_missing_initializer_full(a_symbol* symbol, a_type* type) {
 }
 
 void def_initializer(a_symbol* symbol, const a_source_position*) {
+  const auto errors_before = total_errors;
   if (symbol->kind == symk_variable || symbol->kind == symk_static_data_member)
     check_for_missing_initializer_full(symbol, symbol->variant.variable->type);
-  if (in_cplusplus_mode() && symbol->kind == symk_variable &&
+  if (in_cplusplus_mode() && symbol->kind == symk_variable && total_errors == errors_before &&
       is_class_struct_union_type(skip_array_types(symbol->variant.variable->type)))
     initialize_by_default_constructor(symbol);
 }

@@ -12,8 +12,8 @@
 struct an_init_state {
   a_constant* result_constant;
   a_dynamic_init* result_dynamic_init;
-  a_type* enclosing_type;  // the innermost aggregate being initialised
-  const a_symbol* symbol;  // of the variable; null for an object without a name
+  a_type* enclosing_type; // the innermost aggregate being initialised
+  const a_symbol* symbol; // of the variable; null for an object without a name
   uint32_t constant_required : 1;
   uint32_t constant_wanted : 1;      // constexpr
   uint32_t is_static : 1;            // the object has static duration
@@ -23,10 +23,10 @@ struct an_init_state {
   uint32_t contains_nonconstant : 1; // some element needs run-time work
   uint32_t error_reported : 1;
   uint32_t designator_used : 1;
-  uint32_t is_scalar_zero : 1;       // the whole initialiser is `{0}`
-  uint32_t flexible_member : 1;      // the next object is a flexible array member
+  uint32_t is_scalar_zero : 1;  // the whole initialiser is `{0}`
+  uint32_t flexible_member : 1; // the next object is a flexible array member
   uint32_t enclosing_is_outermost_union : 1;
-  uint32_t depth;                    // of aggregates within one another
+  uint32_t depth; // of aggregates within one another
 };
 
 // Where an aggregate's walk stands. Positions count array elements, and the

@@ -11,6 +11,7 @@
 #include "il_statements.h"
 #include "lexical.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "stack_limit.h"
 #include "target.h"
 #include "types.h"
@@ -46,9 +47,25 @@ void report_excess_components(an_init_component** list, an_init_state* state) {
 
 // ---- Expressions ----
 
+// What a constructor makes for an initialiser is the object itself, and no
+// temporary that is copied (C++11 12.8 p31); null for another expression.
+static a_dynamic_init* elided_construction(const an_expr_node* expr) {
+  if (expr->kind != expr_temp_init || expr->variant.dynamic_init->kind != dik_constructor)
+    return nullptr;
+  a_dynamic_init* init = expr->variant.dynamic_init;
+  init->is_temporary = false;
+  init->is_copy_elided = true;
+  return init;
+}
+
 static a_constant* make_dynamic_value(an_expr_node* expr, a_type* type) {
-  a_dynamic_init* init = alloc_dynamic_init(dik_expr);
-  init->variant.expr = wrap_up_full_expression(expr);
+  a_dynamic_init* init = elided_construction(expr);
+  if (init) {
+    wrap_up_dynamic_init_full_expression(init);
+  } else {
+    init = alloc_dynamic_init(dik_expr);
+    init->variant.expr = wrap_up_full_expression(expr);
+  }
   a_constant* constant = alloc_constant(con_dynamic_init);
   constant->type = type;
   constant->value.dynamic_init = init;
@@ -241,16 +258,24 @@ static a_constant* take_whole_object(an_init_component** list, a_type** type,
 }
 
 // A class with constructors, bases or hidden members has no members to be
-// listed.
-static a_constant* refuse_list_for_class(an_init_component** list, a_type* type,
-                                         an_init_state* state) {
+// listed: the list holds the arguments of a constructor (C++11 8.5.4 p3).
+static a_constant* construct_from_list(an_init_component** list, a_type* type,
+                                       an_init_state* state) {
   a_source_position position = init_component_pos(*list);
-  if (!list_init_enabled)
+  an_operand object;
+  if (!list_init_enabled) {
     init_type_error(ec_brace_initialization_not_allowed, &position, type, state);
-  else
-    init_feature_error("construction of a class", &position, state);
+    drop_first_init_component(list);
+    return nullptr;
+  }
+  complete_braced_init_list_parsing(*list);
+  make_class_temporary(skip_typerefs(type), (*list)->variant.braced.first, &position, &object);
   drop_first_init_component(list);
-  return nullptr;
+  if (is_error_operand(&object)) {
+    state->error_reported = true;
+    return nullptr;
+  }
+  return make_dynamic_value(make_node_from_operand(&object), object.type);
 }
 
 static a_constant* drop_element(an_init_component** list, an_init_state* state) {
@@ -268,7 +293,7 @@ a_constant* init_element(an_init_component** list, a_type** type, an_init_state*
     return value;
   const bool is_list = (*list)->kind == ick_braced_list;
   if (is_list && takes_list(bare) && !is_aggregate_or_union_type(bare))
-    return refuse_list_for_class(list, *type, state);
+    return construct_from_list(list, *type, state);
   if (is_list && takes_list(bare))
     return braced_aggregate(list, type, state);
   if (is_list && is_pair_for_complex(*list, bare))

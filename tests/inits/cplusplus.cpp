@@ -55,6 +55,23 @@ int array_of_int[2] = 5;
 // CHECK-NEXT: line [[#@LINE+1]]: error #2097:
 char no_terminator[3] = "abc";
 
+// ---- Classes with constructors ----
+struct made {
+  made(int, int = 0);
+  made(const char *, const point &);
+  ~made();
+  int n;
+};
+struct holder { int n; made m; };
+made from_list{1, 2}, from_copy = {"text", p}, from_value(3), from_object = made(4), again{from_list};
+made several[] = {{1, 2}, made{3}, 4};
+holder held = {1, {2, 3}};
+int of_temporary = made{5}.n + int{6} + point{7, 8}.y;
+// CHECK-NEXT: line [[#@LINE+1]]: error #293: no default constructor exists for class "made"
+made nothing_made{};
+// CHECK-NEXT: line [[#@LINE+1]]: error #2722: invalid narrowing conversion from "double" to "int"
+int narrowed_temporary = int{3.5};
+
 // ---- auto ----
 auto a(5);
 auto b{6}, c = a + 1;
