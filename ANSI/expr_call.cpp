@@ -4,6 +4,7 @@
 #include "decls.h"
 #include "expr_operator.h"
 #include "il.h"
+#include "lookup.h"
 #include "mode_words.h"
 #include "templates.h"
 
@@ -69,7 +70,8 @@ static a_type* check_call_function_pointer_operand(an_operand* function) {
 }
 
 static void declare_undefined_function(an_operand* function) {
-  if (function->kind != ok_undefined_symbol)
+  if (function->kind != ok_undefined_symbol ||
+      (in_cplusplus_mode() && arg_dependent_lookup_enabled))
     return;
   if (may_be_declared_implicitly())
     declare_implicitly(function);
@@ -252,11 +254,39 @@ static bool check_selector_of_call(const an_operand* function, an_operand* selec
   return false;
 }
 
+// What the arguments bring in joins the functions that the name means (C++11
+// 3.4.2). False, after a message, when it means none.
+static bool look_up_by_arguments(an_operand* function, const an_init_component* arg_list) {
+  bool is_undefined = function->kind == ok_undefined_symbol;
+  std::vector<a_type*> types;
+  a_symbol_locator locator = cleared_locator;
+  locator.header = function->symbol->header;
+  locator.position = function->name_position;
+  for (; arg_list; arg_list = arg_list->next)
+    if (arg_list->kind == ick_expression && !is_error_operand(&arg_list->variant.operand))
+      types.push_back(arg_list->variant.operand.type);
+  a_symbol* symbol =
+      argument_dependent_lookup(is_undefined ? nullptr : function->symbol, &locator, types);
+  if (!symbol) {
+    finish_undefined_symbol_operand(function);
+    return false;
+  }
+  an_operand saved = *function;
+  make_indefinite_function_operand(symbol, function);
+  restore_operand_details_incl_ref(function, &saved);
+  return true;
+}
+
 // The set is resolved when the arguments are known.
 static a_type* resolve_overloaded_call(an_operand* function, an_operand* selector,
                                        an_init_component* arg_list, an_arg_check_block* block,
                                        an_expr_node** arguments) {
-  bool by_arguments = arg_dependent_lookup_enabled && !function->flags.qualified_name;
+  bool by_arguments =
+      arg_dependent_lookup_enabled && !function->flags.qualified_name && !selector;
+  if (by_arguments && !look_up_by_arguments(function, arg_list)) {
+    block->any_error = true;
+    return nullptr;
+  }
   a_routine* routine = select_and_prepare_to_call_overloaded_function(function, selector, arg_list,
                                                                       by_arguments, arguments);
   block->any_error = !routine;
@@ -291,7 +321,8 @@ static void scan_ordinary_call(an_operand* operand) {
   if (in_cplusplus_mode())
     bind_to_this(&function);
   bool has_selector = take_selector_of_function(&function, &selector);
-  bool is_set = function.kind == ok_indefinite_function;
+  bool is_set =
+      function.kind == ok_indefinite_function || function.kind == ok_undefined_symbol;
   bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
   a_type* function_type = is_set ? nullptr : check_call_function_pointer_operand(&function);
   // The call of a builtin function may have a value in a constant expression.

@@ -2,6 +2,7 @@
 // class declares of special members is known from its supplement; a conversion
 // is judged by trying it, with errors suppressed.
 
+#include "class_decl.h"
 #include "declarator.h"
 #include "expr_operator.h"
 #include "il.h"
@@ -36,7 +37,14 @@ static bool has_user_destructor(a_type* type) {
 }
 
 static bool has_trivial_destructor(a_type* type) {
-  return is_value_type(type) && !has_user_destructor(type);
+  a_type* class_type = class_of(type);
+  return is_value_type(type) && !(class_type && class_supplement_of(class_type)->needs_destructor);
+}
+
+// The member that serves for the class; null for none, and for one that is deleted.
+static a_routine* usable_member(const a_type* class_type, a_special_member_kind kind) {
+  a_routine* routine = special_member_of_class(const_cast<a_type*>(class_type), kind, tq_none);
+  return routine && !routine->is_deleted ? routine : nullptr;
 }
 
 static bool has_virtual_destructor(a_type* type) {
@@ -46,11 +54,14 @@ static bool has_virtual_destructor(a_type* type) {
 }
 
 static bool has_assign(a_type* type) {
-  return class_of(type) && !is_const_qualified_type(type);
+  a_type* class_type = class_of(type);
+  return class_type && !is_const_qualified_type(type) &&
+         usable_member(class_type, smk_copy_assignment);
 }
 
 static bool has_copy(a_type* type) {
-  return class_of(type) != nullptr;
+  a_type* class_type = class_of(type);
+  return class_type && usable_member(class_type, smk_copy_constructor);
 }
 
 static bool has_nothrow_assign(a_type* type) {
@@ -96,11 +107,15 @@ static bool is_final(a_type* type) {
 }
 
 static bool is_trivially_copyable(a_type* type) {
-  return is_value_type(type) && !is_reference_type(type) && !declares_special_members(type);
+  a_type* class_type = class_of(type);
+  return is_value_type(type) && !is_reference_type(type) &&
+         (!class_type || class_supplement_of(class_type)->is_trivially_copyable);
 }
 
 static bool is_trivial(a_type* type) {
-  return is_trivially_copyable(type);
+  a_type* class_type = class_of(type);
+  return is_trivially_copyable(type) &&
+         (!class_type || !class_supplement_of(class_type)->needs_constructor);
 }
 
 static bool is_standard_layout(a_type* type) {
@@ -118,7 +133,9 @@ static bool is_pod(a_type* type) {
 }
 
 static bool is_literal(a_type* type) {
-  return is_reference_type(type) || (is_value_type(type) && !has_user_destructor(type));
+  a_type* class_type = class_of(type);
+  return is_reference_type(type) ||
+         (is_value_type(type) && (!class_type || class_supplement_of(class_type)->is_literal));
 }
 
 static bool is_base_of(a_type* base, a_type* derived) {
@@ -169,7 +186,9 @@ static bool compute_is_convertible(a_type* from, a_type* to) {
 }
 
 static bool compute_is_destructible(a_type* type) {
-  return is_reference_type(type) || is_value_type(type);
+  a_type* class_type = is_reference_type(type) ? nullptr : class_of(type);
+  return is_reference_type(type) ||
+         (is_value_type(type) && (!class_type || usable_member(class_type, smk_destructor)));
 }
 
 static bool compute_is_constructible(a_type* type, const std::vector<a_type*>& arguments) {

@@ -507,8 +507,8 @@ bool is_null_pointer_value(const a_constant* constant) {
          (is_pointer_type(constant->type) || is_nullptr_type(constant->type));
 }
 
-// C99 6.3.2.3 p3: an integer constant expression of value 0, or one cast to
-// `void *`.
+// C99 6.3.2.3 p3, C++11 4.10 p1: an integer constant expression of value 0 or, in
+// C, one cast to `void *`.
 bool is_null_pointer_constant(const a_constant* constant) {
   if (constant->kind != con_integer || constant->value.int_value != 0)
     return false;
@@ -517,8 +517,7 @@ bool is_null_pointer_constant(const a_constant* constant) {
   if (is_nullptr_type(constant->type))
     return true;
   if (is_integral_or_enum_type(constant->type))
-    return in_C_mode() || (constant->is_null_literal && !is_enum_type(constant->type)) ||
-           std_version < 201103;
+    return in_C_mode() || !is_enum_type(constant->type);
   return in_C_mode() && is_void_star_type(constant->type);
 }
 

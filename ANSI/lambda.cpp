@@ -410,10 +410,35 @@ static a_routine* declare_call_operator(a_lambda* lambda, a_type* type) {
 
 // ---- The body ----
 
+// Whether a `[` behind the token begins a lambda and no subscript.
+static bool lambda_may_follow(a_token_kind kind) {
+  return kind != tok_identifier && kind != tok_rparen && kind != tok_rbracket && kind != tok_this &&
+         kind != tok_string;
+}
+
+// From the `[` to the closing brace of the body, or to the end.
+static const a_cached_token* end_of_nested_lambda(const a_cached_token* token) {
+  int depth = 0;
+  while (token->next && token->kind != tok_lbrace)
+    token = token->next;
+  for (; token->next; token = token->next) {
+    depth += token->kind == tok_lbrace;
+    depth -= token->kind == tok_rbrace;
+    if (depth == 0)
+      break;
+  }
+  return token;
+}
+
 static bool returns_value(const a_token_cache* body) {
-  for (const a_cached_token* token = body->first; token; token = token->next)
+  a_token_kind before = tok_lbrace;
+  for (const a_cached_token* token = body->first; token; token = token->next) {
+    if (token->kind == tok_lbracket && lambda_may_follow(before))
+      token = end_of_nested_lambda(token);
     if (token->kind == tok_return && token->next && token->next->kind != tok_semicolon)
       return true;
+    before = token->kind;
+  }
   return false;
 }
 
