@@ -1,8 +1,9 @@
-// new and delete (C++11 5.3.4, 5.3.5). Objects of classes with constructors or
-// destructors, and allocation functions of the program's own, can't be declared
-// yet: the node names no routine, and storage is that of the library.
+// new and delete (C++11 5.3.4, 5.3.5). The node names no allocation function:
+// storage is that of the library.
 
+#include "class_decl.h"
 #include "const_ints.h"
+#include "decl_inits.h"
 #include "declarator.h"
 #include "expr_operator.h"
 #include "il.h"
@@ -33,14 +34,6 @@ static a_type* class_of_element(a_type* type) {
 
 static bool is_abstract_class(const a_type* class_type) {
   return class_type && class_type->variant.class_struct_union.is_abstract;
-}
-
-static bool has_user_constructor(const a_type* class_type) {
-  return class_type && class_supplement_of(class_type)->has_user_constructor;
-}
-
-static bool has_user_destructor(const a_type* class_type) {
-  return class_type && class_supplement_of(class_type)->has_user_destructor;
 }
 
 // ---- The type behind new ----
@@ -156,17 +149,59 @@ static bool check_new_type(a_new_expression* info) {
       pos_ty_error(ec_abstract_class_object_not_allowed, &info->start, class_type);
     return false;
   }
-  if (has_user_constructor(class_type)) {
-    refuse_construct("constructor", &info->start);
-    return false;
-  }
   return true;
 }
 
 // ---- The initialiser ----
 
+static void construct_new_object(a_new_expression* info, a_type* class_type,
+                                 an_init_component* arg_list) {
+  an_expr_node* arguments;
+  a_routine* constructor =
+      select_constructor(class_type, arg_list, false, &info->start, &arguments);
+  if (!constructor) {
+    info->any_error = true;
+    return;
+  }
+  a_dynamic_init* init = make_constructor_init(class_type, constructor, arguments);
+  init->is_result_of_new = true;
+  init->variant.constructor.value_init = info->supplement->has_initializer && !arg_list;
+  info->supplement->dynamic_init = init;
+}
+
+// The arguments of a constructor, if there are any; without them the default
+// constructor serves, unless it does nothing.
+static void scan_class_new_initializer(a_new_expression* info, a_type* class_type) {
+  an_init_component* list = nullptr;
+  an_init_component** link = &list;
+  if (curr_token == tok_lparen) {
+    info->supplement->has_initializer = true;
+    get_token();
+    add_stop_token(tok_rparen);
+    while (curr_token != tok_rparen && curr_token != tok_end_of_source) {
+      *link = scan_init_component();
+      link = &(*link)->next;
+      if (!loop_token(tok_comma))
+        break;
+    }
+    remove_stop_token(tok_rparen);
+    info->end = end_pos_curr_token;
+    required_token(tok_rparen, ec_exp_rparen);
+  }
+  const a_routine* plain = special_member_of_class(class_type, smk_default_constructor, tq_none);
+  bool does_nothing = !list && plain && plain->is_trivial && !plain->is_deleted;
+  if (!does_nothing)
+    construct_new_object(info, class_type, list);
+  free_init_component_list(list);
+}
+
 // `()` or `(value)`.
 static void scan_new_initializer(a_new_expression* info) {
+  a_type* class_type = class_of_element(info->type);
+  if (class_type && !is_incomplete_type(class_type) && !is_abstract_class(class_type)) {
+    scan_class_new_initializer(info, class_type);
+    return;
+  }
   if (curr_token != tok_lparen)
     return;
   a_source_position position = pos_curr_token;
@@ -257,9 +292,9 @@ static void check_deleted_object(an_operand* pointer, bool* is_array) {
     if (expr_diagnostic_should_be_issued(es_warning, ec_delete_of_incomplete_class,
                                          &pointer->position))
       pos_ty_warning(ec_delete_of_incomplete_class, &pointer->position, class_type);
-  } else if (has_user_destructor(class_type)) {
-    refuse_construct("destructor", &pointer->position);
-    conv_to_error_operand(pointer);
+  } else if (class_type && class_supplement_of(class_type)->destructor) {
+    check_use_of_routine(class_supplement_of(class_type)->destructor, class_type,
+                         &pointer->position);
   }
 }
 

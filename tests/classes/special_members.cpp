@@ -67,6 +67,19 @@ void use(HoldsNoCopy &a, HoldsHidden &b, Moves &c, Reference &r, Constant &k, De
   HoldsConstCopy copy6(ccc);
 }
 
+// ---- new and delete ----
+
+void allocate(NoDtor *n, Hidden *hidden) {
+  delete new NoDefault(1);
+  delete[] new UserCtor[2];
+  Plain *plain = new Plain, *zero = new Plain();
+  delete plain, delete zero, delete hidden;
+  // CHECK: line [[#@LINE+1]]: error #293: no default constructor exists for class "NoDefault"
+  new NoDefault;
+  // CHECK: line [[#@LINE+1]]: error #2045: function "NoDtor::~NoDtor" cannot be referenced
+  delete n;
+}
+
 // ---- Defaulted functions that can't be ----
 
 struct BadDefaults {
@@ -82,4 +95,4 @@ struct ConstParam {
   // CHECK: line [[#@LINE+1]]: error #2816: the defaulted copy constructor cannot have a parameter of reference-to-const
   ConstParam(const ConstParam &) = default;
 };
-// CHECK: 13 errors detected
+// CHECK: 15 errors detected
