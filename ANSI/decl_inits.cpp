@@ -196,12 +196,17 @@ static void initialize_static_at_run_time(a_variable* variable, a_dynamic_init* 
 
 // ---- Automatic duration ----
 
-static void initialize_automatic(a_variable* variable, a_dynamic_init* init,
+// Of a condition the initialisation is part of the expression.
+static void initialize_automatic(a_variable* variable, a_dynamic_init* init, bool is_condition,
                                  const a_source_position* position) {
   init->variable = variable;
   warn_if_code_is_unreachable(ec_initialization_not_reachable, position);
   variable->init_kind = initk_dynamic;
   variable->initializer.dynamic = init;
+  if (is_condition) {
+    record_trivial_init_control_flow(variable);
+    return;
+  }
   a_statement* statement = add_statement_at_stmt_pos(stmk_init, position);
   statement->variant.dynamic_init = init;
   statement->end_position = curr_construct_end_position;
@@ -223,7 +228,8 @@ static void store_result(a_variable* variable, a_type* type, const an_init_state
   if (is_incomplete_array_type(variable->type))
     variable->type = type;
   if (!has_static_duration(variable))
-    initialize_automatic(variable, init ? init : dynamic_init_of_value(constant, state), position);
+    initialize_automatic(variable, init ? init : dynamic_init_of_value(constant, state),
+                         state->is_condition, position);
   else if (constant)
     initialize_static_to_constant(variable, constant);
   else
@@ -244,7 +250,7 @@ void initialize_by_default_constructor(a_symbol* symbol) {
   if (has_static_duration(variable))
     initialize_static_at_run_time(variable, init);
   else
-    initialize_automatic(variable, init, &symbol->position);
+    initialize_automatic(variable, init, false, &symbol->position);
 }
 
 // With exceptions, what an object of static duration is made of lives in a
@@ -303,6 +309,7 @@ void initializer(a_decl_parse_state* state) {
   init_state.is_static = has_static_duration(variable);
   init_state.constant_required = init_state.is_static && in_C_mode();
   init_state.constant_wanted = state->modifiers.constexpr_seen;
+  init_state.is_condition = state->parse_flags.is_condition;
   a_type* type = is_error_type(state->declared_type) ? error_type() : variable->type;
   an_object_lifetime* lifetime = push_lifetime_of_static(variable);
   scan_and_match(&type, &init_state);

@@ -26,6 +26,7 @@ struct an_init_state {
   uint32_t is_scalar_zero : 1;  // the whole initialiser is `{0}`
   uint32_t flexible_member : 1; // the next object is a flexible array member
   uint32_t enclosing_is_outermost_union : 1;
+  uint32_t is_condition : 1; // the variable is declared in a condition
   uint32_t depth; // of aggregates within one another
 };
 

@@ -106,7 +106,8 @@ struct a_parse_flags {
   uint64_t has_linkage_specification : 1;
   uint64_t is_for_init : 1;
   uint64_t is_function_definition : 1; // the declaration is complete without a `;`
-  uint64_t unused : 52;
+  uint64_t is_condition : 1;
+  uint64_t unused : 51;
 };
 
 // All that is known of a declaration while it is parsed; zeroed by

@@ -17,6 +17,13 @@ void declaration(bool is_file_scope, bool is_old_style_param, bool is_top_level,
 // A declaration as the first clause of a for statement; the `;` is left.
 void for_init_declaration();
 void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range);
+// The variable that a condition declares, in the current scope (C++11 6.4), and
+// its initialisation; null after an error.
+a_variable* condition_declaration(a_dynamic_init** init);
+// The same for a variable of a range-based for, which may have any type.
+a_variable* loop_variable_declaration();
+// The parameter of a handler, behind the `(` (C++11 15.3), in the current scope.
+a_variable* handler_declaration();
 
 enum a_decl_variable_flag : unsigned {
   dvf_declaration = 1,

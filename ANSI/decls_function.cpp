@@ -302,6 +302,15 @@ static void scan_initializers_of_body(a_routine* routine, a_scope* scope) {
     dtor_initializer(routine, scope);
 }
 
+// The block of the body, whose `}` is left, or the try block that takes its
+// place, which holds the initialisers too (C++11 15 p4).
+static a_statement* scan_outermost_block(a_routine* routine, a_scope* scope) {
+  if (start_of_function_try_block())
+    return function_try_block(routine, scope, scan_initializers_of_body);
+  scan_initializers_of_body(routine, scope);
+  return compound_statement_full(true);
+}
+
 // A function inside another one, as of a local class, leaves the statements
 // around it alone.
 static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_info) {
@@ -317,8 +326,7 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
   reactivate_prototype_scope_symbols(func_info);
   declare_parameters(func_info, &conversions);
   push_stop_token_stack();
-  scan_initializers_of_body(routine, scope);
-  a_statement* body = compound_statement_full(true);
+  a_statement* body = scan_outermost_block(routine, scope);
   insert_at_start(body, conversions);
   scope->assoc_statement = body;
   pop_stop_token_stack();
@@ -331,6 +339,7 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
 void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   if (routine->storage_kind == sc_extern)
     routine->storage_kind = sc_none;
+  bool is_try_block = start_of_function_try_block();
   check_return_type_of_definition(routine);
   routine->has_body = true;
   skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;
@@ -340,7 +349,8 @@ void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   int pushed = symbol ? push_scopes_of_member(symbol) : 0;
   scan_body_in_its_scope(routine, func_info);
   pop_scopes_of_member(pushed);
-  required_token(tok_rbrace, ec_exp_rbrace);
+  if (!is_try_block)
+    required_token(tok_rbrace, ec_exp_rbrace);
   // A pragma in front of the brace has acted now.
   restore_pack_alignment_state(&pack_state);
 }

@@ -7,6 +7,7 @@
 #include "il_alloc.h"
 #include "lambda.h"
 #include "mode_words.h"
+#include "statements.h"
 #include "target.h"
 
 // ---- Expressions of statements ----
@@ -94,6 +95,40 @@ an_expr_node* scan_void_expression() {
   check_for_no_effect(&operand);
   an_expr_node* node = finish_full_expression(&operand);
   set_expr_result_not_used(node);
+  end_full_expression(&full, &operand);
+  return node;
+}
+
+// The last expression of a statement expression yields its value, as an object
+// of the function's result type would (but for arrays and functions, which
+// decay).
+static an_expr_node* finish_value_of_statement_expression(an_operand* operand) {
+  do_operand_transformations(operand, ot_all);
+  if (!is_error_operand(operand) && is_variably_modified_type(operand->type) &&
+      is_vla_type(operand->type))
+    error_in_operand(ec_statement_expr_with_vla_type, operand);
+  return finish_full_expression(operand);
+}
+
+an_expr_node* scan_expression_of_statement(bool is_extension, bool* keeps_value) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  uint32_t flags = sef_result_is_discarded;
+  if (is_extension)
+    flags |= sef_as_extension;
+  scan_expr(&operand, nullptr, lev_none, flags);
+  an_expr_node* node;
+  *keeps_value = is_last_in_statement_expression() && !is_error_operand(&operand) &&
+                 !is_void_type(operand.type);
+  if (*keeps_value) {
+    node = finish_value_of_statement_expression(&operand);
+  } else {
+    do_void_operand_transformations(&operand, false);
+    check_for_no_effect(&operand);
+    node = finish_full_expression(&operand);
+    set_expr_result_not_used(node);
+  }
   end_full_expression(&full, &operand);
   return node;
 }

@@ -22,6 +22,9 @@ an_expr_node* scan_integer_expression();
 an_expr_node* scan_boolean_controlling_expression();
 // An expression whose value is discarded.
 an_expr_node* scan_void_expression();
+// The expression of a statement. `*keeps_value`: it is the last one of a
+// statement expression and its value is not discarded.
+an_expr_node* scan_expression_of_statement(bool is_extension, bool* keeps_value);
 // An expression converted to `type` as if by assignment; `code` reports a
 // type that doesn't convert.
 an_expr_node* scan_typed_expression(a_type* type, an_error_code code);

@@ -5,8 +5,10 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "lambda.h"
+#include "lower_stmt_expr.h"
 #include "mode_words.h"
 #include "scope_stk.h"
+#include "statements.h"
 
 #include <cstring>
 
@@ -130,20 +132,54 @@ static void scan_parenthesized_expression(an_operand* result, uint32_t flags,
     result->variant.expr->parenthesized = true;
 }
 
-static void refuse_statement_expression(an_operand* result, const a_source_position* start) {
-  an_error_code code = 0;
+// Why no statement expression may stand here, or 0.
+static an_error_code refusal_of_statement_expression() {
   if (in_constant_expr_kind())
-    code = ec_expr_not_constant;
-  else if (depth_innermost_function_scope < 0)
-    code = ec_statement_expression_in_function_only;
-  else if (expr_stack->flags.in_default_argument)
-    code = ec_statement_expr_in_default_arg;
-  if (code != 0)
-    expr_pos_error(code, start);
-  else if (expr_error_should_be_issued())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, start, "statement expression");
+    return ec_expr_not_constant;
+  if (depth_innermost_function_scope < 0 || depth_stmt_stack < 0)
+    return ec_statement_expression_in_function_only;
+  return expr_stack->flags.in_default_argument ? ec_statement_expr_in_default_arg : 0;
+}
+
+static void skip_statement_expression(an_operand* result) {
   make_error_operand(result);
-  flush_until_matching_token();
+  flush_until_matching_token_full(false);
+  required_token(tok_rparen, ec_exp_rparen);
+}
+
+// The block's statements are full expressions of their own.
+static a_statement* scan_statements_of_expression(a_type** type) {
+  an_expr_stack_entry* saved_expr_stack = expr_stack;
+  a_ref_entry* saved_ref_entries = curr_expr_ref_entries;
+  expr_stack = nullptr;
+  curr_expr_ref_entries = nullptr;
+  push_stop_token_stack();
+  a_statement* block = statement_expression_block(type);
+  pop_stop_token_stack();
+  expr_stack = saved_expr_stack;
+  curr_expr_ref_entries = saved_ref_entries;
+  return block;
+}
+
+// GNU: `({ ... })`, at the `{`.
+static void scan_statement_expression(an_operand* result, const a_source_position* start) {
+  an_error_code code = refusal_of_statement_expression();
+  if (code != 0) {
+    expr_pos_error(code, start);
+    skip_statement_expression(result);
+    return;
+  }
+  if (report_gnu_extensions)
+    expr_pos_warning(ec_statement_expression_is_gnu_extension, start);
+  scope_stack[depth_innermost_function_scope].has_statement_expression = true;
+  any_statement_expressions = true;
+  an_expr_node* node = alloc_expr_node(expr_statement);
+  node->variant.statement = scan_statements_of_expression(&node->type);
+  node->position = *start;
+  make_expression_operand(node, result);
+  rule_out_expr_kinds(rule_out_constant, result);
+  a_source_position end = end_pos_curr_token;
+  set_operand_range(result, start, &end);
   required_token(tok_rparen, ec_exp_rparen);
 }
 
@@ -155,7 +191,7 @@ static void scan_parenthesis(an_operand* result, uint32_t flags) {
   a_source_position start = pos_curr_token;
   get_token();
   if (curr_token == tok_lbrace && gnu_mode)
-    refuse_statement_expression(result, &start);
+    scan_statement_expression(result, &start);
   else if (token_begins_cast())
     scan_cast_expression(result, &start);
   else

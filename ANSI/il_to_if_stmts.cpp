@@ -137,9 +137,31 @@ unsigned node_count(const an_expr_node* expr) {
   return count;
 }
 
-bool test_is_duplicated(const an_expr_node* condition) {
+// Code with a label of its own can't stand twice.
+bool holds_label(a_statement* statement) {
+  an_expr_or_stmt_traversal_block block;
+  clear_expr_or_stmt_traversal_block(&block);
+  block.process_statement = [](a_statement* part, an_expr_or_stmt_traversal_block* b) {
+    if (part->kind == stmk_label)
+      b->found = b->terminate = true;
+  };
+  traverse_statement(statement, &block);
+  return block.found;
+}
+
+// What runs before each evaluation of a loop's condition: it came from GNU
+// statement expressions.
+a_statement* attached_to_condition(const a_statement* loop) {
+  return loop->kind == stmk_for ? loop->variant.loop.extra.for_supplement->pre_condition_statement
+                                : loop->pre_statement;
+}
+
+bool test_is_duplicated(const a_statement* loop) {
   constexpr int goal_of_size = 3;
-  return node_count(condition) <= (targ_size_speed_goal >= goal_of_size ? 4u : 10u);
+  a_statement* attached = attached_to_condition(loop);
+  if (attached != nullptr && holds_label(attached))
+    return false;
+  return node_count(loop->expr) <= (targ_size_speed_goal >= goal_of_size ? 4u : 10u);
 }
 
 std::string line_text(const a_source_position& position) {
@@ -176,14 +198,6 @@ void gen_loop_pragmas(const a_statement* statement, const a_statement* body) {
     gen_assoc_pragmas(statement, placed_at_statement);
 }
 
-// What runs before each evaluation of a loop's condition.
-a_statement* attached_to_condition(const a_statement* loop) {
-  if (!gcc_mode)
-    return nullptr;
-  return loop->kind == stmk_for ? loop->variant.loop.extra.for_supplement->pre_condition_statement
-                                : loop->pre_statement;
-}
-
 void prepare_condition(const a_statement* loop) {
   gen_statement(attached_to_condition(loop));
   update_gen_position(loop->expr->range.start.seq != 0 ? loop->expr->range.start
@@ -203,8 +217,7 @@ void gen_bottom_test(const a_statement* loop, uint32_t body_label) {
 void gen_increment(const a_statement* loop, an_expr_node* increment) {
   if (increment == nullptr)
     return;
-  if (gcc_mode)
-    gen_statement(loop->variant.loop.extra.for_supplement->pre_increment_statement);
+  gen_statement(loop->variant.loop.extra.for_supplement->pre_increment_statement);
   update_gen_position(increment->position);
   gen_expr_start();
   gen_expr(increment);
@@ -220,7 +233,7 @@ void gen_body(a_statement* loop, an_expr_node* increment, a_statement* body) {
 void gen_loop(a_statement* statement, a_statement* init, an_expr_node* increment,
               a_statement* body) {
   an_expr_node* condition = statement->expr;
-  bool is_duplicated = test_is_duplicated(condition);
+  bool is_duplicated = test_is_duplicated(statement);
   uint32_t body_label = next_label++;
   uint32_t test_or_exit_label = is_duplicated && condition == nullptr ? 0 : next_label++;
   gen_statement(init);

@@ -9,6 +9,7 @@
 #include "il_statements.h"
 #include "lower_il.h"
 #include "lower_init.h"
+#include "lower_stmt_expr.h"
 #include "mode_words.h"
 #include "stack_limit.h"
 #include "target.h"
@@ -199,11 +200,26 @@ static void lower_init_statement(a_statement* statement) {
   }
 }
 
+// With what must run before each test.
+static void lower_loop_condition(a_statement* loop) {
+  if (any_statement_expressions) {
+    loop_serialization_init(loop, true);
+    lower_c99_statement(loop->kind == stmk_for
+                            ? loop->variant.loop.extra.for_supplement->pre_condition_statement
+                            : loop->pre_statement);
+  }
+  lower_repeated_condition(loop->expr);
+}
+
 static void lower_for(a_statement* statement) {
   a_for_loop_supplement* supplement = statement->variant.loop.extra.for_supplement;
   if (supplement->init_statement != nullptr)
     lower_c99_statement(supplement->init_statement);
-  lower_repeated_condition(statement->expr);
+  lower_loop_condition(statement);
+  if (any_statement_expressions) {
+    loop_serialization_init(statement, false);
+    lower_c99_statement(supplement->pre_increment_statement);
+  }
   loop_repeats_expr = true;
   lower_c99_full_expr(supplement->increment_expr);
   loop_repeats_expr = false;
@@ -214,6 +230,7 @@ static void lower_statement_by_kind(a_statement* statement) {
   switch (statement->kind) {
   case stmk_expr:
   case stmk_return:
+  case stmk_assigned_goto:
     lower_c99_full_expr(statement->expr);
     break;
   case stmk_if:
@@ -223,7 +240,7 @@ static void lower_statement_by_kind(a_statement* statement) {
     break;
   case stmk_while:
   case stmk_do:
-    lower_repeated_condition(statement->expr);
+    lower_loop_condition(statement);
     lower_c99_statement(statement->variant.loop.body);
     break;
   case stmk_for:
@@ -251,13 +268,25 @@ static void lower_statement_by_kind(a_statement* statement) {
   }
 }
 
+// The statements that stood in its expressions run before the statement.
+static bool lower_statement_expressions(a_statement* statement) {
+  a_statement* before = take_statement_expressions_out(statement);
+  if (before == nullptr)
+    return false;
+  insert_statements_before(statement, before);
+  lower_c99_statement(statement);
+  return true;
+}
+
 void lower_c99_statement(a_statement* statement) {
   check_stack_limit();
   if (statement == nullptr)
     return;
+  code_pos_for_lowering = statement->position;
+  if (any_statement_expressions && lower_statement_expressions(statement))
+    return;
   a_statement* saved_pending = pending_stmk_init_statements;
   pending_stmk_init_statements = nullptr;
-  code_pos_for_lowering = statement->position;
   lower_statement_by_kind(statement);
   insert_pending_stmk_init_statements(statement);
   pending_stmk_init_statements = saved_pending;

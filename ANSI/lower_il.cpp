@@ -3,6 +3,7 @@
 #include "error.h"
 #include "il_entities.h"
 #include "lower_c99.h"
+#include "lower_stmt_expr.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "type_pkg.h"
@@ -49,6 +50,7 @@ void il_lower_init() {
 
 void il_lower_trans_unit_init() {
   code_pos_for_lowering = null_source_position;
+  any_statement_expressions = false;
   if (type_pkg == nullptr)
     init_tp();
 }

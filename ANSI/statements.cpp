@@ -18,301 +18,76 @@
 #include "symbol_ref.h"
 #include "types.h"
 
-static void required_semicolon() {
+void required_semicolon() {
   required_token(tok_semicolon, ec_exp_semicolon);
-}
-
-// ---- Labels (C99 6.8.1, 6.8.6.1) ----
-
-// At the label's name, which is read.
-static a_label* scan_label(bool is_definition) {
-  a_symbol_locator locator = locator_for_curr_id;
-  locator.symbol = nullptr;
-  a_source_position position = pos_curr_token;
-  a_symbol* symbol = find_label_symbol(locator.header);
-  get_token();
-  if (!symbol) {
-    symbol = enter_symbol(symk_label, &locator, depth_innermost_function_scope, nullptr);
-    a_label* label = alloc_label();
-    symbol->variant.label = label;
-    set_source_corresp(&label->source_corresp, symbol);
-    add_to_labels_list(label, depth_innermost_function_scope);
-  }
-  a_label* label = symbol->variant.label;
-  if (!is_definition) {
-    symbol->referenced = true;
-    label->is_used = true;
-  } else if (symbol->defined) {
-    pos_sy_error(ec_already_defined, &position, symbol);
-  } else {
-    symbol->defined = true;
-    symbol->position = label->source_corresp.position = position;
-  }
-  record_symbol_declaration(is_definition ? srk_definition : srk_reference, symbol, &position,
-                            nullptr);
-  return label;
-}
-
-static void label_statement() {
-  a_source_position position = pos_curr_token;
-  a_label* label = scan_label(true);
-  get_token(); // the colon
-  bool was_reachable = reachability.code_is_reachable != 0;
-  mark_reachable();
-  a_statement* statement = add_statement_at_stmt_pos(stmk_label, &position);
-  statement->variant.label.ptr = label;
-  top_stmt_entry()->label_seen = true;
-  if (label->def_statement) // reported as defined twice
-    return;
-  label->def_statement = statement;
-  label->was_reachable = was_reachable;
-  attach_attributes(scan_gnu_attribute_groups(al_label), label, iek_label);
-}
-
-// ---- Jumps (C99 6.8.6) ----
-
-static void break_statement() {
-  a_source_position position = pos_curr_token;
-  warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
-  a_struct_stmt_stack_entry* entry = innermost_loop(true);
-  get_token();
-  if (!entry) {
-    pos_error(ec_break_must_be_in_loop_or_switch, &position);
-  } else {
-    if (entry->kind == ssk_switch)
-      merge_reachability(&entry->after, &reachability);
-    if (!entry->break_label)
-      entry->break_label = make_generated_label(entry->kind == ssk_switch);
-    jump_to_label(entry->break_label, &position);
-  }
-  required_semicolon();
-}
-
-static void continue_statement() {
-  a_source_position position = pos_curr_token;
-  warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
-  a_struct_stmt_stack_entry* entry = innermost_loop(false);
-  get_token();
-  if (!entry) {
-    pos_error(ec_continue_must_be_in_loop, &position);
-  } else {
-    if (!entry->continue_label)
-      entry->continue_label = make_generated_label(false);
-    jump_to_label(entry->continue_label, &position);
-  }
-  required_semicolon();
-}
-
-static void goto_statement() {
-  a_source_position position = pos_curr_token;
-  warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
-  get_token();
-  if (curr_token == tok_star && gnu_mode) {
-    pos_st_error(ec_not_supported, &position, "GCC-style assigned goto");
-    flush_tokens();
-  } else if (required_token_no_advance(tok_identifier, ec_exp_identifier)) {
-    a_label* label = scan_label(false);
-    a_statement* statement = add_statement_at_stmt_pos(stmk_goto, &position);
-    statement->variant.label.ptr = label;
-    if (!label->first_goto)
-      label->first_goto = statement;
-  }
-  required_semicolon();
-}
-
-// ---- Bodies and conditions ----
-
-static bool has_implicit_blocks() {
-  return in_C_mode() && std_version >= 199901;
-}
-
-// The statement that a construct governs; in C99 a block even when it isn't
-// one (C99 6.8.4 p3, 6.8.5 p5).
-static void body_statement() {
-  bool needs_block = has_implicit_blocks() && curr_token != tok_lbrace;
-  if (needs_block)
-    open_block(true, &pos_curr_token);
-  statement(true);
-  if (needs_block)
-    close_block(&end_pos_curr_token);
-}
-
-static a_statement* open_construct(a_statement_kind kind, a_struct_stmt_kind stack_kind) {
-  a_source_position position = pos_curr_token;
-  if (has_implicit_blocks())
-    open_block(true, &position);
-  a_statement* construct = add_statement_at_stmt_pos(kind, &position);
-  push_stmt_entry(stack_kind, construct);
-  get_token();
-  return construct;
-}
-
-static void close_construct() {
-  pop_stmt_entry();
-  if (has_implicit_blocks())
-    close_block(&end_pos_curr_token);
-}
-
-static an_expr_node* parenthesized_condition() {
-  an_expr_node* condition;
-  required_token(tok_lparen, ec_exp_lparen);
-  add_stop_token(tok_rparen);
-  condition = scan_boolean_controlling_expression();
-  remove_stop_token(tok_rparen);
-  required_token(tok_rparen, ec_exp_rparen);
-  return condition;
-}
-
-// ---- Selection (C99 6.8.4) ----
-
-static void else_part(a_statement* construct) {
-  a_struct_stmt_stack_entry* entry = top_stmt_entry();
-  construct->variant.if_stmt.else_position = pos_curr_token;
-  merge_reachability(&entry->after, &reachability);
-  entry->in_else_part = true;
-  entry->last_statement = nullptr;
-  reachability = entry->saved;
-  get_token();
-  if (curr_token == tok_semicolon)
-    pos_remark(ec_empty_else_statement, &pos_curr_token);
-  body_statement();
-}
-
-static void if_statement() {
-  a_statement* construct = open_construct(stmk_if, ssk_if);
-  construct->expr = parenthesized_condition();
-  if (curr_token == tok_semicolon && next_token() != tok_else)
-    pos_remark(ec_empty_then_statement, &pos_curr_token);
-  body_statement();
-  if (curr_token == tok_else)
-    else_part(construct);
-  close_construct();
-}
-
-static void switch_statement() {
-  a_statement* construct = open_construct(stmk_switch, ssk_switch);
-  required_token(tok_lparen, ec_exp_lparen);
-  add_stop_token(tok_rparen);
-  construct->expr = scan_integer_expression();
-  remove_stop_token(tok_rparen);
-  required_token(tok_rparen, ec_exp_rparen);
-  if (construct->expr->kind == expr_constant)
-    pos_remark(ec_switch_selector_expr_is_constant, &construct->expr->position);
-  top_stmt_entry()->switch_type = construct->expr->type;
-  // Only its labels lead into the body.
-  mark_unreachable();
-  reachability.unreachable_warned = false;
-  body_statement();
-  close_construct();
-}
-
-// ---- Iteration (C99 6.8.5) ----
-
-static void place_continue_label() {
-  if (!top_stmt_entry()->continue_label)
-    return;
-  mark_reachable();
-  place_label(top_stmt_entry()->continue_label);
-}
-
-// The body of a loop, with the label that `continue` goes to at its end.
-static void loop_body(const a_source_position* loop_position) {
-  bool was_reachable = reachability.code_is_reachable != 0;
-  body_statement();
-  a_struct_stmt_stack_entry* entry = top_stmt_entry();
-  if (!was_reachable && !entry->label_seen && !entry->case_seen &&
-      !entry->saved.unreachable_warned) {
-    pos_warning(ec_loop_not_reachable, loop_position);
-    reachability.unreachable_warned = entry->saved.unreachable_warned = true;
-  }
-  place_continue_label();
-}
-
-static void while_statement() {
-  a_source_position position = pos_curr_token;
-  a_statement* construct = open_construct(stmk_while, ssk_while);
-  construct->expr = parenthesized_condition();
-  loop_body(&position);
-  close_construct();
-}
-
-static void do_statement() {
-  a_source_position position = pos_curr_token;
-  a_statement* construct = open_construct(stmk_do, ssk_do);
-  add_stop_token(tok_while);
-  loop_body(&position);
-  remove_stop_token(tok_while);
-  if (required_token(tok_while, ec_exp_while))
-    construct->expr = parenthesized_condition();
-  close_construct();
-  required_semicolon();
-}
-
-static void for_initialisation() {
-  top_stmt_entry()->in_for_init = true;
-  if (is_start_of_range_based_for())
-    pos_st_error(ec_feature_not_allowed_in_current_mode, &pos_curr_token, "range-based for");
-  if ((in_cplusplus_mode() || std_version >= 199901) &&
-      is_decl_not_expr(dst_guess_misspelled_type | dst_statement)) {
-    for_init_declaration();
-  } else if (curr_token != tok_semicolon) {
-    a_statement* init = add_statement_at_stmt_pos(stmk_expr, &pos_curr_token);
-    init->expr = scan_void_expression();
-  }
-  a_struct_stmt_stack_entry* entry = top_stmt_entry();
-  entry->in_for_init = false;
-  entry->last_statement = nullptr;
-}
-
-static void for_statement() {
-  a_source_position position = pos_curr_token;
-  a_statement* construct = open_construct(stmk_for, ssk_for);
-  required_token(tok_lparen, ec_exp_lparen);
-  add_stop_token(tok_rparen);
-  add_stop_token(tok_semicolon);
-  for_initialisation();
-  required_semicolon();
-  if (curr_token != tok_semicolon)
-    construct->expr = scan_boolean_controlling_expression();
-  required_semicolon();
-  remove_stop_token(tok_semicolon);
-  if (curr_token != tok_rparen)
-    construct->variant.loop.extra.for_supplement->increment_expr = scan_void_expression();
-  remove_stop_token(tok_rparen);
-  required_token(tok_rparen, ec_exp_rparen);
-  loop_body(&position);
-  close_construct();
 }
 
 // ---- Other statements ----
 
-// The routine type that a call goes to, or null.
-static const a_type* called_type(const an_expr_node* expr) {
-  if (!is_operation_node(expr, eok_call))
-    return nullptr;
-  a_type* type = skip_typerefs(expr->variant.operation.operands->type);
+static const an_expr_node* skip_void_casts_and_commas(const an_expr_node* expr) {
+  while (expr->kind == expr_operation) {
+    const an_expr_node* operand = expr->variant.operation.operands;
+    if (expr->variant.operation.op == eok_comma)
+      expr = operand->next;
+    else if (expr->variant.operation.op == eok_cast && is_void_type(expr->type))
+      expr = operand;
+    else
+      break;
+  }
+  return expr;
+}
+
+// The function that a call names, or the pointer that leads to it.
+static const an_expr_node* called_function(const an_expr_node* call) {
+  const an_expr_node* function = call->variant.operation.operands;
+  an_expr_operator_kind op = call->variant.operation.op;
+  return op == eok_call || op == eok_dependent_call ? function : function->next;
+}
+
+static const a_type* called_type(const an_expr_node* function) {
+  a_type* type = skip_typerefs(function->type);
   if (type->kind == tk_pointer)
     type = skip_typerefs(type_pointed_to(type));
   return type->kind == tk_routine ? type : nullptr;
 }
 
-// Behind a call that doesn't return nothing is reported, since what the
-// attribute says may be meant as advice.
-static void note_call_that_does_not_return(const an_expr_node* expr) {
-  const a_type* type = called_type(expr);
-  if (!type || !type->variant.routine.routine_supplement->does_not_return)
-    return;
-  reachability.code_can_fall_through = false;
-  reachability.unreachable_warned = true;
+// For the MISRA rule on unreachable code these functions end the program,
+// however they are declared.
+static bool is_program_end(const an_expr_node* function) {
+  if (!check_misra_c_2004 || function->kind != expr_routine ||
+      !misra_c_2004_generate_diagnostic(ec_misra_c_2004_14_1, misra_required_severity))
+    return false;
+  const char* name = function->variant.routine.ptr->source_corresp.name;
+  return name &&
+         (strcmp(name, "abort") == 0 || strcmp(name, "exit") == 0 || strcmp(name, "_exit") == 0);
 }
 
-static void expression_statement() {
+// What the end of an expression statement means for the code behind it.
+static void update_reachability_behind(const an_expr_node* expr) {
+  if (skip_void_casts_and_commas(expr)->kind == expr_throw) {
+    mark_unreachable();
+    return;
+  }
+  if (expr->kind != expr_operation || !is_call_operator(expr->variant.operation.op))
+    return;
+  const an_expr_node* function = called_function(expr);
+  const a_type* type = called_type(function);
+  if (is_program_end(function))
+    mark_unreachable();
+  else if (type && type->variant.routine.routine_supplement->does_not_return)
+    mark_not_returning();
+}
+
+static void expression_statement(bool is_extension) {
   a_source_position position = pos_curr_token;
   warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
   a_statement* statement = add_statement_at_stmt_pos(stmk_expr, &position);
-  statement->expr = scan_void_expression();
+  bool keeps_value = false;
+  statement->expr = scan_expression_of_statement(is_extension, &keeps_value);
+  if (keeps_value)
+    set_statement_kind(statement, stmk_stmt_expr_value);
   statement->end_position = curr_construct_end_position;
-  note_call_that_does_not_return(statement->expr);
+  update_reachability_behind(statement->expr);
   required_semicolon();
 }
 
@@ -331,15 +106,25 @@ static bool can_begin_expression() {
 
 static void bad_statement() {
   syntax_error(ec_exp_statement);
+  add_statement_at_stmt_pos(stmk_null, &pos_curr_token);
   if (curr_token == tok_semicolon)
     get_token();
+}
+
+// The end of the block where a statement must stand, as behind a label.
+static void missing_statement() {
+  pos_diagnostic(gcc_mode ? es_warning : strict_ansi_error_severity, ec_exp_statement, &pos_curr_token);
+  add_statement_at_stmt_pos(stmk_null, &pos_curr_token);
 }
 
 static void asm_statement() {
   a_source_position position = pos_curr_token;
   warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
+  an_asm_entry* entry = asm_declaration(true);
   a_statement* statement = add_statement_at_stmt_pos(stmk_asm, &position);
-  statement->variant.asm_entry = asm_declaration(true);
+  statement->variant.asm_entry = entry;
+  for (a_label_list_entry* item = entry->labels; item; item = item->next)
+    flow_goto(item->label, &position);
   required_semicolon();
 }
 
@@ -355,11 +140,14 @@ static void hand_attributes_to_declaration() {
   waiting_attributes = nullptr;
 }
 
-// A declaration where a statement must stand.
-static void misplaced_declaration(bool is_body) {
-  pos_error(is_body ? ec_dependent_stmt_is_declaration : ec_labeled_declaration, &pos_curr_token);
+static void declaration_statement(bool is_extension) {
   hand_attributes_to_declaration();
-  declaration(false, false, false, false, nullptr, nullptr);
+  top_stmt_entry()->declaration_seen = true;
+  declaration(false, false, false, is_extension, nullptr, nullptr);
+}
+
+static bool is_declaration() {
+  return is_decl_not_expr(dst_guess_misspelled_type | dst_statement);
 }
 
 static void null_statement() {
@@ -367,32 +155,25 @@ static void null_statement() {
   get_token();
 }
 
-static bool is_label_start() {
-  return curr_token == tok_identifier && next_token() == tok_colon;
-}
-
-// Labels, each of which another statement must follow.
-static bool scan_labels() {
-  bool any = false;
-  for (;; any = true) {
-    if (is_label_start())
-      label_statement();
-    else if (curr_token == tok_case)
-      case_statement();
-    else if (curr_token == tok_default)
-      default_statement();
-    else
-      return any;
-  }
-}
-
 static void nested_block() {
   a_source_position position = pos_curr_token;
-  open_block(false, &position);
+  open_block(bf_none, &position);
   compound_statement_full(false);
 }
 
-static void unlabelled_statement(bool is_body, bool is_labelled) {
+// Where C allows statements alone, C++ has declarations too (C++11 6.7).
+static void declaration_or_expression(bool is_body, bool is_labelled, bool is_extension) {
+  if ((in_cplusplus_mode() || is_body || is_labelled) && is_declaration()) {
+    if (in_C_mode())
+      pos_error(is_labelled ? ec_labeled_declaration : ec_dependent_stmt_is_declaration,
+                &pos_curr_token);
+    declaration_statement(is_extension);
+  } else {
+    expression_statement(is_extension);
+  }
+}
+
+static void unlabelled_statement(bool is_body, bool is_labelled, bool is_extension) {
   switch (curr_token) {
   case tok_lbrace:
     return nested_block();
@@ -419,14 +200,15 @@ static void unlabelled_statement(bool is_body, bool is_labelled) {
   case tok_asm:
   case tok_ms_asm:
     return asm_statement();
+  case tok_try:
+    return try_statement();
+  case tok_rbrace:
+    return missing_statement();
   default:
     if (!can_begin_expression())
       bad_statement();
-    else if ((is_body || is_labelled) &&
-             is_decl_not_expr(dst_guess_misspelled_type | dst_statement))
-      misplaced_declaration(!is_labelled);
     else
-      expression_statement();
+      declaration_or_expression(is_body, is_labelled, is_extension);
   }
 }
 
@@ -436,15 +218,26 @@ static void report_unattached_attributes() {
   waiting_attributes = nullptr;
 }
 
-void statement(bool is_body) {
+static bool skip_extension_prefix() {
+  bool any = false;
+  while (loop_token(tok_extension))
+    any = true;
+  return any;
+}
+
+static void statement_behind_prefix(bool is_body, bool is_extension) {
   check_stack_limit();
-  while (curr_token == tok_extension)
-    get_token();
   append_attributes(&waiting_attributes, scan_attributes(al_statement));
   bool is_labelled = scan_labels();
   append_attributes(&waiting_attributes, scan_attributes(al_statement));
-  unlabelled_statement(is_body, is_labelled);
+  is_extension |= skip_extension_prefix();
+  unlabelled_statement(is_body, is_labelled, is_extension);
   report_unattached_attributes();
+}
+
+void statement(bool is_body) {
+  bool is_extension = skip_extension_prefix();
+  statement_behind_prefix(is_body, is_extension);
 }
 
 // ---- Blocks (C99 6.8.2) ----
@@ -458,23 +251,28 @@ static void check_declaration_behind_statement(bool statement_seen) {
     pos_remark(ec_declaration_after_statements, &pos_curr_token);
 }
 
+// A declaration or a statement.
+static void block_item(bool* statement_seen) {
+  waiting_attributes = scan_attributes(al_statement);
+  bool is_extension = skip_extension_prefix();
+  if (in_C_mode() && !is_label_start() && is_declaration()) {
+    check_declaration_behind_statement(*statement_seen);
+    declaration_statement(is_extension);
+  } else {
+    statement_behind_prefix(false, is_extension);
+    *statement_seen = true;
+  }
+}
+
 static void block_items() {
   bool statement_seen = false;
   check_for_stdc_pragmas();
   add_stop_token(tok_rbrace);
   add_stop_token(tok_semicolon);
+  local_label_declarations();
   while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {
     a_token_sequence_number first = curr_token_sequence_number;
-    waiting_attributes = scan_attributes(al_statement);
-    if (!is_label_start() && is_decl_not_expr(dst_guess_misspelled_type | dst_statement)) {
-      check_declaration_behind_statement(statement_seen);
-      hand_attributes_to_declaration();
-      top_stmt_entry()->declaration_seen = true;
-      declaration(false, false, false, false, nullptr, nullptr);
-    } else {
-      statement(false);
-      statement_seen = true;
-    }
+    block_item(&statement_seen);
     // What nothing takes must not hold the loop.
     if (curr_token_sequence_number == first && curr_token != tok_end_of_source)
       get_token();
@@ -483,26 +281,32 @@ static void block_items() {
   remove_stop_token(tok_rbrace);
 }
 
-static void begin_function_body(a_statement* block) {
+static a_statement* open_function_body() {
+  a_statement* block = alloc_statement(stmk_block);
+  block->position = pos_curr_token;
   depth_stmt_stack = -1;
   block->variant.block.block_supplement->is_function_body = true;
   block->variant.block.block_supplement->scope = innermost_function_scope;
   push_stmt_entry(ssk_block, block);
   mark_reachable();
+  flow_open_block(bf_none, &pos_curr_token);
+  return block;
 }
 
-static a_statement* function_body() {
-  a_statement* block = alloc_statement(stmk_block);
-  block->position = pos_curr_token;
-  begin_function_body(block);
-  required_token(tok_lbrace, ec_exp_lbrace);
-  block_items();
+static void close_function_body(a_statement* block) {
   a_source_position end = pos_curr_token;
   if (reachability.code_is_reachable)
     return_at_end_of_function(&end);
   block->end_position = end;
   block->variant.block.block_supplement->end_position = end;
   depth_stmt_stack = -1;
+}
+
+static a_statement* function_body() {
+  a_statement* block = open_function_body();
+  required_token(tok_lbrace, ec_exp_lbrace);
+  block_items();
+  close_function_body(block);
   return block;
 }
 
@@ -517,15 +321,48 @@ a_statement* compound_statement_full(bool is_function_body) {
   return block;
 }
 
+// ---- Function try blocks (C++11 15 p3) ----
+
+bool start_of_function_try_block() {
+  return in_cplusplus_mode() && curr_token == tok_try;
+}
+
+a_statement* function_try_block(a_routine* routine, a_scope* scope,
+                                an_initializer_scanner scan_initializers) {
+  a_statement* block = open_function_body();
+  open_try();
+  scan_initializers(routine, scope);
+  try_block_and_handlers(true, routine->special_kind == rsk_constructor);
+  close_function_body(block);
+  return block;
+}
+
+// ---- Statement expressions ----
+
+bool is_last_in_statement_expression() {
+  return depth_stmt_stack >= 0 && top_stmt_entry()->is_statement_expression &&
+         curr_token == tok_semicolon && next_token() == tok_rbrace;
+}
+
+// What is reached behind it can't be told from its statements alone, since it
+// may stand in an operand that isn't always evaluated.
+a_statement* statement_expression_block(a_type** type) {
+  a_reachability before = reachability;
+  an_attribute* saved_attributes = waiting_attributes;
+  waiting_attributes = nullptr;
+  a_statement* block = open_block(bf_detached | bf_statement_expression, &pos_curr_token);
+  required_token(tok_lbrace, ec_exp_lbrace);
+  block_items();
+  const a_statement* last = top_stmt_entry()->last_statement;
+  *type = last && last->kind == stmk_stmt_expr_value ? last->expr->type : void_type();
+  close_block(&pos_curr_token);
+  required_token(tok_rbrace, ec_exp_rbrace);
+  waiting_attributes = saved_attributes;
+  merge_reachability(&reachability, &before);
+  return block;
+}
+
 // ---- Hooks of declarations ----
-
-// Only arrays of variable length and C++ objects may not be jumped over, so
-// that C blocks keep no record of their initialisations.
-void update_init_statement_control_flow(a_statement*) {}
-
-void record_trivial_init_control_flow(a_variable*) {}
-
-void wrapup_control_flow_processing(a_scope*) {}
 
 static void append_declaration(a_struct_stmt_stack_entry* entry, void* entity,
                                an_il_entry_kind kind) {

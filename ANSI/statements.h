@@ -6,12 +6,37 @@
 #include "basics.h"
 #include "il_statements.h"
 
+struct a_reachability {
+  a_boolean code_is_reachable;     // control may be here
+  a_boolean code_can_fall_through; // control really arrives here
+  a_boolean unreachable_warned;    // this dead region was reported
+};
+
+struct a_struct_stmt_stack_entry;
+
 // The depth of the statement stack; -1 when it is empty.
 extern int depth_stmt_stack;
 
 // A brace-enclosed block, at its `{`. Of a function's body the current token
 // is the `}` afterwards.
 a_statement* compound_statement_full(bool is_function_body);
+// The statements of a GNU statement expression, at the `{`. `*type` is the type
+// of its value, void for none.
+a_statement* statement_expression_block(a_type** type);
+// Whether the current place is inside one.
+bool inside_statement_expression();
+// Whether the expression statement that ends at the current `;` is the last one
+// of a statement expression.
+bool is_last_in_statement_expression();
+bool in_switch_statement();
+
+// `try` in front of a function's body (C++11 15 p3).
+bool start_of_function_try_block();
+// At the `try`: the body and its handlers. `scan_initializers` reads what stands
+// in front of the block.
+typedef void (*an_initializer_scanner)(a_routine* routine, a_scope* scope);
+a_statement* function_try_block(a_routine* routine, a_scope* scope,
+                                an_initializer_scanner scan_initializers);
 
 // Makes a statement at the current place and updates reachability.
 a_statement* add_statement_at_stmt_pos(a_statement_kind kind, const a_source_position* position);
@@ -26,6 +51,28 @@ void record_entity_in_decl_stmt_if_needed(a_symbol* symbol);
 
 // Frees the control-flow records at the end of a function.
 void wrapup_control_flow_processing(a_scope* scope);
+
+// The records of one function's blocks, initialisations, gotos and labels, in
+// the order of the source.
+struct a_control_flow_state {
+  a_control_flow_descr* first;
+  a_control_flow_descr* last;
+  a_control_flow_descr* block; // the innermost open one
+  uint32_t next_number;
+  uint32_t num_hazards; // places that a jump may not pass or enter
+};
+
+// A body inside another function begins with a stack of its own.
+struct a_stmt_stack_state {
+  a_struct_stmt_stack_entry* stack;
+  int size;
+  int depth;
+  a_reachability reachability;
+  an_attribute* waiting_attributes;
+  a_control_flow_state control_flow;
+};
+void new_struct_stmt_stack(a_stmt_stack_state* state);
+void restore_struct_stmt_stack(const a_stmt_stack_state* state);
 
 void statements_one_time_init();
 void statements_init();

@@ -33,6 +33,11 @@ void mark_unreachable() {
   reachability = {false, false, false};
 }
 
+void mark_not_returning() {
+  reachability.code_can_fall_through = false;
+  reachability.unreachable_warned = true;
+}
+
 void merge_reachability(a_reachability* into, const a_reachability* from) {
   into->code_is_reachable |= from->code_is_reachable;
   into->code_can_fall_through |= from->code_can_fall_through;
@@ -42,7 +47,12 @@ void merge_reachability(a_reachability* into, const a_reachability* from) {
 void warn_if_code_is_unreachable(an_error_code code, const a_source_position* position) {
   if (reachability.code_is_reachable || reachability.unreachable_warned)
     return;
-  pos_warning(code, position);
+  bool is_misra_rule = code == ec_code_is_unreachable && check_misra_c_2004 &&
+                       misra_c_2004_generate_diagnostic(ec_misra_c_2004_14_1, misra_required_severity);
+  if (is_misra_rule)
+    pos_diagnostic(misra_required_severity, ec_misra_c_2004_14_1, position);
+  else
+    pos_warning(code, position);
   reachability.unreachable_warned = true;
 }
 
@@ -60,6 +70,8 @@ static a_statement** slot_of(a_struct_stmt_stack_entry* entry) {
                               : &statement->variant.loop.body;
   case stmk_block:
     return &statement->variant.block.first_statement;
+  case stmk_try:
+    return &statement->variant.try_supplement->try_block;
   default:
     return &statement->variant.loop.body;
   }
@@ -89,10 +101,21 @@ static void extend_slot(a_struct_stmt_stack_entry* entry, a_statement** slot,
   statement->parent = block;
 }
 
+// C++17 10.6.5 p1: the next statement is a label of the switch.
+static void check_fallthrough(const a_statement* last) {
+  if (!last || last->kind != stmk_null || !last->attributes ||
+      !find_attribute_of_kind(last->attributes, attrk_fallthrough))
+    return;
+  pos_diagnostic(clang_mode ? strict_ansi_discretionary_severity : es_error,
+                 ec_fallthrough_must_precede_switch_case, &last->position);
+}
+
 void attach_statement(a_statement* statement) {
   a_struct_stmt_stack_entry* entry = top_stmt_entry();
   a_statement** slot = slot_of(entry);
   statement->parent = entry->statement;
+  if (statement->kind != stmk_case)
+    check_fallthrough(entry->last_statement);
   if (!*slot)
     *slot = statement;
   else if (entry->statement->kind == stmk_block)
@@ -136,18 +159,20 @@ void push_stmt_entry(a_struct_stmt_kind kind, a_statement* statement) {
   *entry = a_struct_stmt_stack_entry();
   entry->kind = kind;
   entry->statement = statement;
+  entry->scope_depth = -1;
   entry->saved = reachability;
 }
 
 void new_struct_stmt_stack(a_stmt_stack_state* state) {
-  *state = {struct_stmt_stack, size_stmt_stack, depth_stmt_stack, reachability,
-            waiting_attributes};
+  *state = {struct_stmt_stack, size_stmt_stack,    depth_stmt_stack,
+            reachability,      waiting_attributes, control_flow};
   struct_stmt_stack = spare_stmt_stack;
   size_stmt_stack = size_spare_stmt_stack;
   spare_stmt_stack = nullptr;
   size_spare_stmt_stack = 0;
   depth_stmt_stack = -1;
   waiting_attributes = nullptr;
+  control_flow = {};
 }
 
 void restore_struct_stmt_stack(const a_stmt_stack_state* state) {
@@ -158,6 +183,7 @@ void restore_struct_stmt_stack(const a_stmt_stack_state* state) {
   depth_stmt_stack = state->depth;
   reachability = state->reachability;
   waiting_attributes = state->waiting_attributes;
+  control_flow = state->control_flow;
 }
 
 static void pass_on_flags(const a_struct_stmt_stack_entry* entry) {
@@ -173,19 +199,32 @@ static bool is_loop(a_struct_stmt_kind kind) {
   return kind >= ssk_while && kind <= ssk_range_for;
 }
 
-// Whether a loop is left by its condition.
-static bool condition_can_fail(const a_statement* loop) {
-  if (!loop->expr)
+// Whether the value of a condition is known, and true. What computes it first
+// doesn't count, nor do conversions to a truth value.
+static bool is_known_true(const an_expr_node* condition) {
+  while (condition->kind == expr_operation) {
+    an_expr_operator_kind op = condition->variant.operation.op;
+    const an_expr_node* operand = condition->variant.operation.operands;
+    if (op == eok_comma)
+      operand = operand->next;
+    else if (op != eok_cast && op != eok_to_bool)
+      return false;
+    condition = operand;
+  }
+  if (condition->kind != expr_constant)
     return false;
-  if (loop->expr->kind != expr_constant)
-    return true;
-  const a_constant* constant = loop->expr->variant.constant.ptr;
-  return !constant_bool_value_known_at_compile_time(constant) || !constant_bool_value(constant);
+  const a_constant* constant = condition->variant.constant.ptr;
+  return constant_bool_value_known_at_compile_time(constant) && constant_bool_value(constant);
+}
+
+// Whether control leaves a construct by its condition.
+static bool condition_can_fail(const a_statement* statement) {
+  return statement->expr && !is_known_true(statement->expr);
 }
 
 static void set_reachability_behind_loop(a_struct_stmt_stack_entry* entry) {
   merge_reachability(&entry->after, &reachability);
-  if (!condition_can_fail(entry->statement)) {
+  if (entry->kind != ssk_range_for && !condition_can_fail(entry->statement)) {
     mark_unreachable();
     return;
   }
@@ -196,7 +235,7 @@ static void set_reachability_behind_loop(a_struct_stmt_stack_entry* entry) {
 
 static void set_reachability_behind_if(a_struct_stmt_stack_entry* entry) {
   merge_reachability(&entry->after, &reachability);
-  if (!entry->in_else_part)
+  if (!entry->in_else_part && condition_can_fail(entry->statement))
     merge_reachability(&entry->after, &entry->saved);
   reachability = entry->after;
 }
@@ -208,14 +247,26 @@ static void set_reachability_behind_switch(a_struct_stmt_stack_entry* entry) {
   reachability = entry->after;
 }
 
+static void set_reachability_behind(a_struct_stmt_stack_entry* entry) {
+  switch (entry->kind) {
+  case ssk_block:
+    break;
+  case ssk_if:
+    return set_reachability_behind_if(entry);
+  case ssk_switch:
+    return set_reachability_behind_switch(entry);
+  case ssk_try:
+    merge_reachability(&entry->after, &reachability);
+    reachability = entry->after;
+    break;
+  default:
+    return set_reachability_behind_loop(entry);
+  }
+}
+
 void pop_stmt_entry() {
   a_struct_stmt_stack_entry entry = *top_stmt_entry();
-  if (is_loop(entry.kind))
-    set_reachability_behind_loop(&entry);
-  else if (entry.kind == ssk_if)
-    set_reachability_behind_if(&entry);
-  else if (entry.kind == ssk_switch)
-    set_reachability_behind_switch(&entry);
+  set_reachability_behind(&entry);
   --depth_stmt_stack;
   pass_on_flags(&entry);
   if (entry.break_label) {
@@ -227,17 +278,21 @@ void pop_stmt_entry() {
 
 // ---- Blocks ----
 
-a_statement* open_block(bool is_generated, const a_source_position* position) {
+a_statement* open_block(unsigned flags, const a_source_position* position) {
   a_statement* block = alloc_statement(stmk_block);
   block->position = *position;
-  block->is_generated = is_generated;
+  block->is_generated = (flags & bf_generated) != 0;
   block->is_unreachable = !reachability.code_is_reachable;
-  attach_statement(block);
-  if (!is_generated)
+  if (!(flags & bf_detached))
+    attach_statement(block);
+  if (!(flags & (bf_generated | bf_detached)))
     take_waiting_attributes(block);
-  push_scope(sk_block, -1, nullptr, nullptr);
+  if (!(flags & bf_scope_is_open))
+    push_block_scope(nullptr);
   push_stmt_entry(ssk_block, block);
-  top_stmt_entry()->is_generated = is_generated;
+  top_stmt_entry()->is_statement_expression = (flags & bf_statement_expression) != 0;
+  top_stmt_entry()->scope_depth = depth_scope_stack;
+  flow_open_block(flags, position);
   return block;
 }
 
@@ -247,14 +302,23 @@ static void bind_scope_to_block(a_statement* block, a_scope* scope) {
     scope->assoc_statement = block;
 }
 
+// A marked fall-through may not be the last statement of a switch.
+static void check_fallthrough_at_end(const a_struct_stmt_stack_entry* entry) {
+  if (depth_stmt_stack > 0 && struct_stmt_stack[depth_stmt_stack - 1].kind == ssk_switch)
+    check_fallthrough(entry->last_statement);
+}
+
 void close_block(const a_source_position* end_position) {
   a_struct_stmt_stack_entry entry = *top_stmt_entry();
+  check_fallthrough_at_end(&entry);
   entry.statement->end_position = *end_position;
   entry.statement->variant.block.block_supplement->end_position = *end_position;
   bind_scope_to_block(entry.statement, scope_stack[depth_scope_stack].il_scope);
+  flow_close_block();
   pop_scope();
   --depth_stmt_stack;
-  pass_on_flags(&entry);
+  if (!entry.is_statement_expression)
+    pass_on_flags(&entry);
 }
 
 a_struct_stmt_stack_entry* innermost_loop(bool or_switch) {
@@ -271,6 +335,17 @@ a_struct_stmt_stack_entry* innermost_switch() {
     if (struct_stmt_stack[depth].kind == ssk_switch)
       return &struct_stmt_stack[depth];
   return nullptr;
+}
+
+bool in_switch_statement() {
+  return innermost_switch() != nullptr;
+}
+
+bool inside_statement_expression() {
+  for (int depth = depth_stmt_stack; depth >= 0; --depth)
+    if (struct_stmt_stack[depth].is_statement_expression)
+      return true;
+  return false;
 }
 
 // ---- Generated labels ----

@@ -1,4 +1,4 @@
-// RUN: %krtparse -n --diag_suppress=552 --display_error_number %s > %t.out 2>&1; test $? -eq 2
+// RUN: %krtparse -n --diag_suppress=552,112 --display_error_number %s > %t.out 2>&1; test $? -eq 2
 // RUN: %FileCheck %s < %t.out
 // new, delete, throw and typeid: what they take, and what they refuse.
 struct P { int a, b; };

@@ -33,8 +33,6 @@ void f(void) {
 // CHECK-NEXT: line [[@LINE-1]]: error #66:
   a = * ;
 // CHECK-NEXT: line [[@LINE-1]]: error #29:
-  a = ({ 1; });
-// CHECK-NEXT: line [[@LINE-1]]: error #1816:
   a = int;
 // CHECK-NEXT: line [[@LINE-1]]: error #256:
   a = if;

@@ -50,7 +50,7 @@ void bodies(int a) {
   here: int y;
   // CHECK: line [[#@LINE+1]]: error #113: expected "while"
   do a++; until(a);
-  // CHECK: line [[#@LINE+2]]: error #128: expected a statement
+  // CHECK: line [[#@LINE+2]]: warning #128-D: expected a statement
   if (a)
 }
 
