@@ -56,6 +56,8 @@ a_value_type a_compiler::value_of_operator(const an_if_node* node) {
     return unary(node, op_complement);
   case ifop_ABS:
     return unary(node, op_abs);
+  case ifop_SQRT:
+    return unary(node, op_float_sqrt);
   case ifop_EXCLAIM:
     test(value(node->operand(0)));
     emit(op_not);
@@ -317,6 +319,8 @@ an_operation a_compiler::operation_of_kind(an_operation op, uint8_t kind) const 
     return op_float_neg;
   case op_abs:
     return op_float_abs;
+  case op_float_sqrt:
+    return op;
   default:
     refuse("an operation that has no floating form");
   }

@@ -485,6 +485,9 @@ uint64_t a_machine::run_code(const an_instruction* pc, uint64_t* top, size_t bot
     case op_float_abs:
       *top = bits_of(std::fabs(double_of(*top)));
       break;
+    case op_float_sqrt:
+      *top = round_to_kind(std::sqrt(double_of(*top)), in.kind);
+      break;
     case op_float_eq:
       binary(double_of(top[-1]) == double_of(*top));
       break;

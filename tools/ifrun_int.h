@@ -239,6 +239,7 @@ enum an_operation : uint16_t {
   op_float_div,
   op_float_neg,
   op_float_abs,
+  op_float_sqrt,
   op_float_eq,
   op_float_ne, // false of values without an order
   op_float_lt,

@@ -8,6 +8,12 @@
 int printf(const char *format, ...);
 double sqrt(double);
 float fabsf(float);
+#ifdef __x86_64__
+float sqrtf(float);
+#define __sqrtf sqrtf
+#else
+float __sqrtf(float);
+#endif
 
 struct point {
   float x;
@@ -85,5 +91,6 @@ int main(void) {
   conversions(9223372036854775807LL, 16777217, 1.5);
   printf("%.3f %10.2e|%-8.1f|%+g %s\n", 3.14159, 31415.9, 2.5, 1e10, sqrt(2) > 1.41 ? "yes" : "no");
   printf("%a %a\n", fabsf(-1.5f), sqrt(-0.0));
+  printf("%.9g\n", __sqrtf(2.0f));
   return 0;
 }
