@@ -136,11 +136,20 @@ const char* find_trigraph(const char* p, const char* end) {
 static void note_rare_characters(a_source_text* text) {
   uint64_t bits = 0;
   uint64_t nuls = 0;
-  for (const char* p = text->start; p < text->end; p += sizeof(uint64_t)) {
-    uint64_t word = in_all_bytes(' ');
-    memcpy(&word, p, std::min<size_t>(sizeof word, static_cast<size_t>(text->end - p)));
+  auto note = [&](uint64_t word) {
     bits |= word;
     nuls |= zero_bytes(word);
+  };
+  const char* p = text->start;
+  uint64_t word;
+  for (; text->end - p >= static_cast<ptrdiff_t>(sizeof word); p += sizeof word) {
+    memcpy(&word, p, sizeof word);
+    note(word);
+  }
+  for (; p < text->end; p++) {
+    word = in_all_bytes(' ');
+    memcpy(&word, p, 1);
+    note(word);
   }
   text->may_hold_nul = nuls != 0;
   text->is_ascii = (bits & in_all_bytes(0x80)) == 0;

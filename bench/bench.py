@@ -13,6 +13,10 @@ import subprocess
 import sys
 import tempfile
 
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(ROOT, "tests"))
+import fetch
+
 # Headers of the C library that one translation unit can include together.
 HEADERS = """aio arpa/inet assert complex cpio ctype dirent dlfcn errno fcntl fenv float
 fmtmsg fnmatch ftw glob grp iconv inttypes iso646 langinfo libgen limits locale math monetary
@@ -133,7 +137,7 @@ def medians(command, directory, repetitions):
 def print_table(title, tools, inputs, directory, columns):
     """One row a tool, one column a figure; gcc's row is measured for the ratios."""
     print(title)
-    print(" " * 24 + "".join(f"{name + ' ' + unit:>22}" for name in inputs for unit in columns))
+    print(" " * 24 + "".join(f"{os.path.basename(name) + ' ' + unit:>22}" for name in inputs for unit in columns))
     results = {tool: {name: medians(command + [name], directory, repetitions)
                       for name, repetitions in inputs.items()}
                for tool, command in tools.items()}
@@ -149,6 +153,37 @@ def print_table(title, tools, inputs, directory, columns):
                     line += f"{row[name][index]:14.2f} ({ratio:4.2f})"
         print(line)
     print()
+
+
+# What makes the SQLite amalgamation a program that needs no system.
+SQLITE_SETTINGS = ["-DSQLITE_THREADSAFE=0", "-DSQLITE_OMIT_LOAD_EXTENSION", "-DSQLITE_OS_OTHER=1"]
+
+
+def print_sqlite_table(krtparse, directory):
+    """The whole road on the amalgamation, and how much of it each stage takes."""
+    downloads = os.path.join(ROOT, "build", "downloads")
+    package = fetch.npm_package("better-sqlite3", "12.11.1", downloads)
+    headers = fetch.debian_package("libnewlib-dev", downloads)
+    if not package or not headers:
+        print("SQLite: skipped, better-sqlite3 or libnewlib-dev can't be fetched")
+        return
+    ours = [krtparse, "--gcc", "--c99", "--no_warnings", "-D__i386__",
+            "--sys_include=" + os.path.join(headers, "usr/include/newlib"),
+            "--sys_include=" + os.path.join(ROOT, "include")] + SQLITE_SETTINGS
+    output = os.path.join(directory, "sqlite")
+    tools = {
+        "krtparse": ours + [f"--i_output_file={output}.if"],
+        "  without the output": ours + ["--no_code_gen"],
+        "  preprocessing alone": ours + ["-E"],
+        "gcc -fsyntax-only": ["gcc", "-w", "-fsyntax-only"] + SQLITE_SETTINGS,
+        "gcc -O0 -S": ["gcc", "-w", "-O0", "-S", "-o", f"{output}.s"] + SQLITE_SETTINGS,
+        "clang -fsyntax-only": ["clang", "-w", "-fsyntax-only"] + SQLITE_SETTINGS,
+        "clang -O0 -S": ["clang", "-w", "-O0", "-S", "-o", f"{output}.s"] + SQLITE_SETTINGS,
+        "tcc -c": ["tcc", "-w", "-c", "-o", f"{output}.o"] + SQLITE_SETTINGS,
+    }
+    print_table("The SQLite amalgamation: user + system ms, peak MiB (ratio to gcc -fsyntax-only)",
+                tools, {os.path.join(package, "deps/sqlite3/sqlite3.c"): 7}, directory,
+                ["ms", "MiB"])
 
 
 def main():
@@ -180,6 +215,7 @@ def main():
                     {"empty.c": 100, "long.c": 9}, directory, ["ms"])
         print_table("Preprocessors: user + system ms, peak MiB (ratio to gcc)", preprocessors,
                     {"plain.c": 5, "macros.c": 5, "headers.c": 15}, directory, ["ms", "MiB"])
+        print_sqlite_table(krtparse, directory)
     finally:
         shutil.rmtree(directory)
 
