@@ -123,6 +123,9 @@ static void resolve_alias(const an_alias_fixup* fixup) {
     alias->storage_kind = sc_none;
   mark_as_needed(alias, iek_routine);
   mark_as_needed(target, iek_routine);
+  // A static target is used, though nothing calls it by its own name.
+  target_symbol->referenced = true;
+  target->source_corresp.referenced = true;
 }
 
 void process_alias_fixup_list() {

@@ -7,7 +7,6 @@
 #include "expr.h"
 #include "il.h"
 #include "il_alloc.h"
-#include "il_expr.h"
 #include "il_statements.h"
 #include "layout.h"
 #include "lexical.h"
@@ -18,8 +17,6 @@
 #include "symbol_ref.h"
 #include "target.h"
 #include "types.h"
-
-#include <vector>
 
 // ---- Parameters of the old style ----
 
@@ -55,6 +52,7 @@ static void assume_int(a_param_id* param) {
 static a_param_type* make_old_style_param_type(const a_param_id* param, uint32_t number) {
   a_type* type =
       remove_qualifiers_from_param_types ? make_unqualified_type(param->type) : param->type;
+  // A float arrives as a double (C99 6.5.2.2 p6).
   if (type_kind(type) == tk_float && skip_typerefs(type)->variant.float_kind == fk_float)
     type = float_type(fk_double);
   a_param_type* param_type = make_param_type(type);
@@ -210,9 +208,9 @@ static void enter_parameter(a_param_id* param, a_variable* variable) {
   mark_variable_value_set(symbol);
 }
 
-static a_variable* make_parameter_variable(a_param_id* param, a_type* type) {
+static a_variable* make_parameter_variable(a_param_id* param) {
   a_variable* variable = alloc_variable(param->is_register ? sc_register : sc_auto);
-  variable->type = type;
+  variable->type = param->type;
   variable->param_type = param->param_type;
   variable->is_parameter = true;
   variable->is_implicit = param->is_implicit;
@@ -225,50 +223,9 @@ static a_variable* make_parameter_variable(a_param_id* param, a_type* type) {
 
 static void declare_parameter(a_param_id* param) {
   check_parameter(param);
-  param->variable = make_parameter_variable(param, param->type);
+  param->variable = make_parameter_variable(param);
   if (param->symbol)
     enter_parameter(param, param->variable);
-}
-
-// A float parameter of the old style arrives as a double (C99 6.5.2.2 p6); its
-// name is that of a float object, which gets the value.
-static bool arrives_as_double(const a_param_id* param, const a_func_info_block* func_info) {
-  a_type* type = skip_typerefs(param->type);
-  return func_info->is_old_style && type->kind == tk_float && type->variant.float_kind == fk_float;
-}
-
-static an_expr_node* declare_converted_parameter(a_param_id* param) {
-  a_variable* arrived = make_parameter_variable(param, float_type(fk_double));
-  arrived->is_compiler_generated = true;
-  param->variable = make_variable(param->type, sc_auto, depth_scope_stack);
-  param->variable->is_defined = true;
-  enter_parameter(param, param->variable);
-  a_type* type = make_unqualified_type(param->type);
-  return make_assignment_expr(var_lvalue_expr(param->variable), eok_assign,
-                              add_cast(var_rvalue_expr(arrived), type));
-}
-
-// The parameters, and the statements that convert those of them that arrive
-// with another type.
-static void declare_parameters(a_func_info_block* func_info,
-                               std::vector<a_statement*>* conversions) {
-  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
-    if (arrives_as_double(param, func_info))
-      conversions->push_back(alloc_expr_statement(declare_converted_parameter(param)));
-    else
-      declare_parameter(param);
-}
-
-static void insert_at_start(a_statement* block, const std::vector<a_statement*>& statements) {
-  for (size_t i = statements.size(); i-- > 0;) {
-    a_statement* statement = statements[i];
-    statement->position = block->position;
-    statement->end_position = block->position;
-    statement->is_generated = true;
-    statement->parent = block;
-    statement->next = block->variant.block.first_statement;
-    block->variant.block.first_statement = statement;
-  }
 }
 
 // Tags and enumerators of the parameter list are known in the body.
@@ -320,15 +277,13 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
     new_struct_stmt_stack(&outer_statements);
   push_function_scope(routine);
   a_scope* scope = scope_stack[depth_scope_stack].il_scope;
-  std::vector<a_statement*> conversions;
   if (in_cplusplus_mode())
     declare_this_parameter(routine, scope);
   reactivate_prototype_scope_symbols(func_info);
-  declare_parameters(func_info, &conversions);
+  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
+    declare_parameter(param);
   push_stop_token_stack();
-  a_statement* body = scan_outermost_block(routine, scope);
-  insert_at_start(body, conversions);
-  scope->assoc_statement = body;
+  scope->assoc_statement = scan_outermost_block(routine, scope);
   pop_stop_token_stack();
   pop_scope();
   if (is_nested)

@@ -165,8 +165,7 @@ bool type_is_written(const a_type* type) {
   if (type->kind == tk_typeref)
     return head.name != nullptr && (!type->is_generated || head.needed);
   if (type->kind == tk_integer && type->variant.integer.is_enum)
-    return !type->is_incomplete && (type->variant.integer.is_scoped_enum ||
-                                    type->variant.integer.enum_data.first_enumerator != nullptr);
+    return !type->is_incomplete && first_enumerator_of_enum(type) != nullptr;
   return true;
 }
 

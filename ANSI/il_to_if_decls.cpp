@@ -179,7 +179,8 @@ void gen_zero_fills(a_scope* scope) {
 
 // The type in which a parameter comes in.
 static a_type* incoming_type_of(a_type* routine_type, a_type* type) {
-  if (!routine_type_is_prototyped(routine_type))
+  if (!routine_type_is_prototyped(routine_type) ||
+      routine_type->variant.routine.routine_supplement->old_style_definition)
     type = default_argument_promotion(type);
   return is_passed_by_ref_type(type) ? make_pointer_type(type) : type;
 }

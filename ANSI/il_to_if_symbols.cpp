@@ -20,6 +20,7 @@
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "source_file.h"
+#include "stack_limit.h"
 #include "target.h"
 
 namespace {
@@ -613,14 +614,25 @@ static void add_variable_pragmas(a_variable* variable, SYMTAB* symbol) {
   add_cregister_pragmas(variable, symbol);
 }
 
-// Where the elements of a flexible array member end, in bytes; 0 without any.
+// Where the elements of a flexible array member end, in bytes from the start of an
+// object of the class with this value; 0 without any. The array may be that of a
+// struct inside (a union's member, or the last member of a struct).
 static uint64_t end_of_flexible_elements(const a_constant* value, const a_type* class_type) {
+  check_stack_limit();
   const a_field* field = next_initializable_field(class_type->variant.class_struct_union.fields);
-  for (const a_constant* item = value->value.aggregate.first; item != nullptr && field != nullptr;
-       item = item->next) {
+  for (const a_constant* item = value->value.aggregate.first; item != nullptr; item = item->next) {
+    if (item->kind == con_designator) {
+      field = item->value.designator.designated.field;
+      continue;
+    }
+    if (field == nullptr)
+      break;
     if (field->is_flexible_array)
       return field->offset + num_array_elements(f_skip_typerefs(item->type)) *
                                  size_of_type(array_element_type(field->type));
+    if (item->kind == con_aggregate && is_class_struct_union_type(field->type))
+      if (uint64_t end = end_of_flexible_elements(item, f_skip_typerefs(field->type)))
+        return field->offset + end;
     field = next_initializable_field(field->next);
   }
   return 0;
@@ -631,7 +643,7 @@ static uint64_t end_of_flexible_elements(const a_constant* value, const a_type* 
 static uint32_t size_of_variable(a_variable* variable, uint64_t size_of_its_type) {
   const a_type* type = f_skip_typerefs(variable->type);
   uint64_t size = size_of_its_type;
-  if (type->kind == tk_struct && class_supplement_of(type)->has_flexible_array &&
+  if (is_class_struct_union_kind(type->kind) && class_supplement_of(type)->has_flexible_array &&
       variable->storage_kind < sc_auto) {
     const a_constant* value = initializer_constant(variable, nullptr);
     if (value != nullptr && value->kind == con_aggregate)

@@ -128,13 +128,17 @@ TYPE* integer_file_type(a_type* type, int mode) {
 
 // ---- Derived types ----
 
-TYPE* pointer_file_type(a_type* type, int mode) {
+uint64_t size_of_pointer_to(const a_type* pointee) {
   constexpr uint64_t function_pointer_size = 16, data_pointer_size = 32;
+  return is_function_type(pointee) ? function_pointer_size : data_pointer_size;
+}
+
+TYPE* pointer_file_type(a_type* type, int mode) {
   a_type* pointee = type->variant.pointer.referenced_type;
   TYPE* target = tp_type(pointee, mode);
   if (target == nullptr)
     return nullptr;
-  uint64_t size = is_function_type(pointee) ? function_pointer_size : data_pointer_size;
+  uint64_t size = size_of_pointer_to(pointee);
   if (type->variant.pointer.is_reference && mode == tpm_source)
     return type_pkg->mk_ref(target, size, align_bits(type));
   return type_pkg->mk_ptr(target, size, align_bits(type));
@@ -182,9 +186,10 @@ TYPE* typeref_file_type(a_type* type, int mode) {
 }
 
 TYPE* ptr_to_member_file_type(a_type* type, int mode) {
-  TYPE* member = tp_type(type->variant.ptr_to_member.member_type, mode);
+  a_type* member_type = type->variant.ptr_to_member.member_type;
+  TYPE* member = tp_type(member_type, mode);
   TYPE* csu = tp_type(type->variant.ptr_to_member.class_type, mode);
-  return type_pkg->mk_ptm(member, csu, bits(type->size), align_bits(type));
+  return type_pkg->mk_ptm(member, csu, size_of_pointer_to(member_type), align_bits(type));
 }
 
 // ---- Classes ----

@@ -103,15 +103,18 @@ a_type* composite_routine(a_type* a, a_type* b) {
   bool takes_prototype = !first.prototyped && second.prototyped;
   bool merges_params = first.prototyped && second.prototyped &&
                        second_list_adds_something(first.param_types, second.param_types);
-  if (return_type == a->variant.routine.return_type && !takes_prototype && !merges_params)
+  // With a prototype too, the definition takes its arguments promoted.
+  bool is_old_style = first.old_style_definition || second.old_style_definition;
+  if (return_type == a->variant.routine.return_type && !takes_prototype && !merges_params &&
+      is_old_style == first.old_style_definition)
     return a;
   a_type* result = copy_type(a);
   result->variant.routine.return_type = return_type;
   a_routine_type_supplement& supplement = *result->variant.routine.routine_supplement;
+  supplement.old_style_definition = is_old_style;
   if (takes_prototype) {
     supplement.param_types = copy_param_type_list(second.param_types);
     supplement.prototyped = 1;
-    supplement.old_style_definition = 0;
     supplement.has_ellipsis = second.has_ellipsis;
   } else if (merges_params) {
     supplement.param_types = composite_param_list(first.param_types, second.param_types);

@@ -4,6 +4,8 @@
 
 int late(int) __attribute__((alias("defined_later")));
 int defined_later(int a) { return a; }
+static int target_only(int a) { return a; }
+int of_static(int) __attribute__((alias("target_only")));
 int (*resolve(void))(int) { return defined_later; }
 int chosen(int) __attribute__((ifunc("resolve")));
 

@@ -24,6 +24,29 @@ int old_style(c)
 char c;
 { return c; }
 
+// CHECK: begin_func old_style_float
+// CHECK-NEXT: symbol %f#0 class param type double size 64
+// CHECK-NEXT: end_args
+// CHECK-NEXT: symbol %f#1 class auto type float size 32
+// CHECK-NEXT: end_locals
+// CHECK-NEXT: expr {{.*}} (ASG:float (NAME:float %f#1) (SCONV:float (NAME:double %f#0)))
+// CHECK-NEXT: {{.*}}(RETURN:float
+float old_style_float(f)
+float f;
+{ return f; }
+
+// So it does where a prototype is in force too.
+// CHECK: begin_func prototyped_before
+// CHECK-NEXT: symbol %c#0 class param type int size 32
+// CHECK-NEXT: symbol %d#1 class param type double size 64
+// CHECK: expr {{.*}} (PCOMMA:void (ASG:char (NAME:char %c#2) (SCONV:char (NAME:int %c#0))) (ASG:const float (NAME:const float %d#3) (SCONV:const float (NAME:double %d#1))))
+int prototyped_before(int, double);
+int prototyped_before(c, d)
+char c;
+const float d;
+{ return c; }
+int prototyped_before(int, double);
+
 // The last parameter before an ellipsis is copied, all copies in one expression.
 // CHECK: begin_func variadic
 // CHECK-NEXT: symbol %a class param type int

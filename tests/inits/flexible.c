@@ -19,6 +19,8 @@ struct pairs pairs = {2, {{'a', 1}, {'b', 2}}};
 // CHECK-DAG: symbol designated class {{.*}} size 64
 // CHECK-DAG: symbol none class {{.*}} size 32
 union { struct text text; char room[16]; } shared = {{4, "abcd"}};
+// CHECK-DAG: symbol small class {{.*}} size 72
+union { struct text text; int n; } small = {{4, "abcd"}};
 struct text *all[] = {&text, &listed, &elided, &designated};
 
 int main(void) {
@@ -30,6 +32,7 @@ int main(void) {
   printf("%d %c %d\n", pairs.n, pairs.pair[1].a, pairs.pair[1].b);
   printf("%d %d %d %c\n", local.n, local.pair[0].b, local.pair[2].b, local.pair[2].a);
   printf("%d %s %d\n", shared.text.length, shared.text.bytes, shared.room[8]);
+  printf("%d %s\n", small.n, small.text.bytes);
   printf("%d\n", (int)(sizeof text + sizeof none));
   return 0;
 }
