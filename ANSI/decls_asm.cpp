@@ -110,10 +110,12 @@ void apply_asm_name_to_routine(a_symbol* symbol, a_decl_parse_state* state, bool
 
 // ---- Asm declarations and statements ----
 
-static void scan_asm_qualifiers(an_asm_entry* entry) {
+static void scan_asm_qualifiers(an_asm_entry* entry, bool is_statement) {
   while (curr_token == tok_volatile || curr_token == tok_const || curr_token == tok_goto ||
          curr_token == tok_inline) {
-    if (curr_token != tok_volatile)
+    if (curr_token == tok_goto && gnu_mode && is_statement)
+      entry->is_goto = entry->is_volatile = true;
+    else if (curr_token != tok_volatile)
       pos_error(ec_invalid_asm_qualifiers, &pos_curr_token);
     else if (report_gnu_extensions)
       pos_warning(ec_volatile_asm_is_gnu_extension, &pos_curr_token);
@@ -163,7 +165,7 @@ an_asm_entry* asm_declaration(bool is_statement) {
   an_asm_entry* entry = alloc_asm_entry();
   entry->source_corresp.position = pos_curr_token;
   get_token();
-  scan_asm_qualifiers(entry);
+  scan_asm_qualifiers(entry, is_statement);
   scan_asm_text(entry);
   if (!entry->text)
     entry->text = make_asm_text("");

@@ -144,6 +144,32 @@ an_expr_node* scan_typed_expression(a_type* type, an_error_code code) {
   return node;
 }
 
+static void check_asm_object(an_operand* operand, bool is_output) {
+  do_operand_transformations(operand, ot_keep_glvalue | ot_keep_array);
+  if (is_error_operand(operand))
+    return;
+  if (is_output && (is_array_type(operand->type) || check_modifiable_lvalue_operand(operand)))
+    change_ref_kinds(operand->ref_entries, srk_modified);
+  else if (!is_output && is_glvalue_operand(operand))
+    change_ref_kinds(operand->ref_entries, srk_value_read);
+  else if (!is_output)
+    error_in_operand(ec_expr_not_an_lvalue, operand);
+}
+
+an_expr_node* scan_asm_operand_expression(bool is_output, bool needs_object) {
+  a_full_expression full;
+  an_operand operand;
+  begin_full_expression(ek_normal, &full);
+  scan_expr(&operand, nullptr, lev_none, 0);
+  if (needs_object)
+    check_asm_object(&operand, is_output);
+  else
+    do_operand_transformations(&operand, ot_all);
+  an_expr_node* node = finish_full_expression(&operand);
+  end_full_expression(&full, &operand);
+  return node;
+}
+
 // ---- return ----
 
 static const a_variable* automatic_variable_of(const an_expr_node* object) {

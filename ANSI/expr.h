@@ -28,6 +28,9 @@ an_expr_node* scan_expression_of_statement(bool is_extension, bool* keeps_value)
 // An expression converted to `type` as if by assignment; `code` reports a
 // type that doesn't convert.
 an_expr_node* scan_typed_expression(a_type* type, an_error_code code);
+// The operand of an asm statement. An output is an object that the statement
+// modifies; an input that must lie in memory is an object too.
+an_expr_node* scan_asm_operand_expression(bool is_output, bool needs_object);
 // The value of a return statement in a function that returns `type`.
 an_expr_node* scan_return_expression(a_type* type);
 

@@ -6,8 +6,7 @@
 #include "il_entities.h"
 
 // What follows the text of an asm statement in GNU form, at the first colon:
-// output operands, input operands and clobbers. The generated code has no place
-// for operands, which are refused.
+// output operands, input operands, clobbers and labels.
 void asm_operands_spec(an_asm_entry* entry);
 
 void extasm_one_time_init();

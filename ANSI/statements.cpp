@@ -18,7 +18,11 @@
 #include "symbol_ref.h"
 #include "types.h"
 
+a_source_position end_of_last_statement;
+
 void required_semicolon() {
+  if (curr_token == tok_semicolon)
+    end_of_last_statement = end_pos_curr_token;
   required_token(tok_semicolon, ec_exp_semicolon);
 }
 
@@ -152,6 +156,7 @@ static bool is_declaration() {
 
 static void null_statement() {
   add_statement_at_stmt_pos(stmk_null, &pos_curr_token);
+  end_of_last_statement = end_pos_curr_token;
   get_token();
 }
 
@@ -317,6 +322,7 @@ a_statement* compound_statement_full(bool is_function_body) {
   required_token(tok_lbrace, ec_exp_lbrace);
   block_items();
   close_block(&pos_curr_token);
+  end_of_last_statement = end_pos_curr_token;
   required_token(tok_rbrace, ec_exp_rbrace);
   return block;
 }

@@ -128,6 +128,8 @@ void statement(bool is_body);
 void return_statement();
 // The function's end is reached: its return statement.
 void return_at_end_of_function(const a_source_position* position);
+// The end of the last token of the last statement that was read.
+extern a_source_position end_of_last_statement;
 void required_semicolon();
 
 // ---- Constructs (statements_loop.cpp) ----

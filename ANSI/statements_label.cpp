@@ -65,6 +65,10 @@ a_label* scan_label(bool is_definition, bool is_block_local) {
   return label;
 }
 
+a_label* scan_asm_label() {
+  return scan_label(false, false);
+}
+
 static bool is_local_label_keyword() {
   return gnu_mode && curr_token == tok_identifier &&
          strcmp(locator_for_curr_id.header->identifier, "__label__") == 0;

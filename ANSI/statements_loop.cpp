@@ -27,7 +27,7 @@ static void body_statement() {
     open_block(bf_generated, &pos_curr_token);
   statement(true);
   if (needs_block)
-    close_block(&end_pos_curr_token);
+    close_block(&end_of_last_statement);
 }
 
 static a_statement* open_construct(a_statement_kind kind, a_struct_stmt_kind stack_kind) {
@@ -41,9 +41,10 @@ static a_statement* open_construct(a_statement_kind kind, a_struct_stmt_kind sta
 }
 
 void close_construct() {
+  top_stmt_entry()->statement->end_position = end_of_last_statement;
   pop_stmt_entry();
   if (has_implicit_blocks())
-    close_block(&end_pos_curr_token);
+    close_block(&end_of_last_statement);
 }
 
 // ---- Conditions ----
@@ -192,8 +193,8 @@ void do_statement() {
     remove_stop_token(tok_rparen);
     required_token(tok_rparen, ec_exp_rparen);
   }
-  close_construct();
   required_semicolon();
+  close_construct();
 }
 
 // ---- for (C99 6.8.5.3) ----

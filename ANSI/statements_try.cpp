@@ -2,7 +2,6 @@
 
 #include "decls.h"
 #include "error.h"
-#include "expr.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "lexical.h"
@@ -79,7 +78,7 @@ static a_handler* scan_handler(bool is_function_try, bool is_constructor) {
   handler_declaration_in_parentheses(handler);
   if (required_token_no_advance(tok_lbrace, ec_exp_lbrace))
     statement(false);
-  close_block(&curr_construct_end_position);
+  close_block(&end_of_last_statement);
   return handler;
 }
 

@@ -40,7 +40,7 @@ extern int defined asm("late");
 void statements(int a) {
   // FAULT: line [[#@LINE+1]]: warning #1244-D: an asm name is ignored on a variable with automatic storage duration
   int automatic asm("auto_name");
-  // FAULT: line [[#@LINE+1]]: error #1816: "asm operand" not allowed in current mode
+  // FAULT: line [[#@LINE+1]]: error #1489: operand in an asm text not supported
   asm("mov %0" : "=r"(a));
   // FAULT: line [[#@LINE+1]]: error #1194: unknown register name "r1"
   asm("x" : : : "r1");
