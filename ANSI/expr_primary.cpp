@@ -198,6 +198,26 @@ static void scan_parenthesis(an_operand* result, uint32_t flags) {
     scan_parenthesized_expression(result, flags, &start);
 }
 
+// GNU: `&&label`, a constant. The file has no form for it.
+static void scan_address_of_label(an_operand* result) {
+  a_source_position start = pos_curr_token;
+  get_token();
+  a_source_position end = end_pos_curr_token;
+  if (strict_ansi_mode)
+    expr_pos_diagnostic(strict_ansi_error_severity, ec_nonstd_address_of_label, &start);
+  if (depth_stmt_stack < 0 || !required_token_no_advance(tok_identifier, ec_exp_identifier)) {
+    error_and_make_error_operand(ec_expr_not_constant, &start, result);
+    return;
+  }
+  if (!suppress_back_end)
+    pos_st_error(ec_not_supported, &start, "address of a label");
+  a_constant constant;
+  clear_constant(&constant, con_address);
+  set_label_address_constant(scan_label_reference(), &constant);
+  make_constant_operand(&constant, result);
+  set_operand_range(result, &start, &end);
+}
+
 // ---- The first token ----
 
 // Keyword forms that stand only for code that the program doesn't write.
@@ -297,6 +317,12 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   case tok_lbracket:
     if (lambdas_enabled)
       scan_lambda(result);
+    else
+      missing_expression(result);
+    break;
+  case tok_and_and:
+    if (gnu_mode)
+      scan_address_of_label(result);
     else
       missing_expression(result);
     break;

@@ -165,7 +165,7 @@ static void asm_labels_spec(an_asm_entry* entry) {
     if (!required_token_no_advance(tok_identifier, ec_exp_asm_label))
       continue;
     *link = alloc_label_list();
-    (*link)->label = scan_asm_label();
+    (*link)->label = scan_label_reference();
     link = &(*link)->next;
   } while (loop_token(tok_comma));
   remove_stop_token(tok_comma);

@@ -432,11 +432,11 @@ static void obey_stdc_pragma(a_pending_pragma* pragma) {
     *state = value;
 }
 
-// Takes the first STDC pragma that waits at the current token.
-static a_pending_pragma* take_stdc_pragma() {
+// Takes the first pragma of a kind that waits at the current token.
+static a_pending_pragma* take_curr_token_pragma(a_pragma_kind_tag kind) {
   for (a_pending_pragma** link = &curr_token_pragmas; *link != nullptr; link = &(*link)->next) {
     a_pending_pragma* pragma = *link;
-    if (pragma->description->kind == pk_stdc) {
+    if (pragma->description->kind == kind) {
       *link = pragma->next;
       pragma->next = nullptr;
       return pragma;
@@ -446,11 +446,20 @@ static a_pending_pragma* take_stdc_pragma() {
 }
 
 void check_for_stdc_pragmas() {
-  while (a_pending_pragma* pragma = take_stdc_pragma()) {
+  while (a_pending_pragma* pragma = take_curr_token_pragma(pk_stdc)) {
     obey_stdc_pragma(pragma);
     free_pending_pragma(pragma);
   }
   update_initial_get_token_tests_needed();
+}
+
+bool take_not_reached_pragma() {
+  a_pending_pragma* pragma = take_curr_token_pragma(pk_notreached);
+  if (pragma == nullptr)
+    return false;
+  free_pending_pragma(pragma);
+  update_initial_get_token_tests_needed();
+  return true;
 }
 
 // Runs for those that stood where they may not.

@@ -117,6 +117,8 @@ void process_curr_token_pragmas();
 // Where `#pragma STDC` may stand (C99 6.10.6): between external declarations and
 // at the start of a block. Obeys those that wait at the current token.
 void check_for_stdc_pragmas();
+// Whether the comment NOTREACHED stood in front of the current token; it acts once.
+bool take_not_reached_pragma();
 // Obeys or reports the pragmas that no construct took.
 void process_pragmas_at_end_of_source();
 

@@ -256,6 +256,11 @@ static void check_declaration_behind_statement(bool statement_seen) {
     pos_remark(ec_declaration_after_statements, &pos_curr_token);
 }
 
+static void obey_not_reached_pragma() {
+  if (curr_token_pragmas && take_not_reached_pragma())
+    mark_not_returning();
+}
+
 // A declaration or a statement.
 static void block_item(bool* statement_seen) {
   waiting_attributes = scan_attributes(al_statement);
@@ -277,11 +282,13 @@ static void block_items() {
   local_label_declarations();
   while (curr_token != tok_rbrace && curr_token != tok_end_of_source) {
     a_token_sequence_number first = curr_token_sequence_number;
+    obey_not_reached_pragma();
     block_item(&statement_seen);
     // What nothing takes must not hold the loop.
     if (curr_token_sequence_number == first && curr_token != tok_end_of_source)
       get_token();
   }
+  obey_not_reached_pragma();
   remove_stop_token(tok_semicolon);
   remove_stop_token(tok_rbrace);
 }

@@ -29,8 +29,8 @@ bool inside_statement_expression();
 // of a statement expression.
 bool is_last_in_statement_expression();
 bool in_switch_statement();
-// A label as an operand of an asm statement, at its name.
-a_label* scan_asm_label();
+// A label as an operand, at its name.
+a_label* scan_label_reference();
 
 // `try` in front of a function's body (C++11 15 p3).
 bool start_of_function_try_block();

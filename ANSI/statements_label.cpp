@@ -65,7 +65,7 @@ a_label* scan_label(bool is_definition, bool is_block_local) {
   return label;
 }
 
-a_label* scan_asm_label() {
+a_label* scan_label_reference() {
   return scan_label(false, false);
 }
 
