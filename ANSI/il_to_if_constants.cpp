@@ -12,12 +12,6 @@
 
 namespace {
 
-constexpr unsigned cast_flag = 1 << 2;
-
-bool is_cast(const a_constant* constant) {
-  return (constant->constant_flags & cast_flag) != 0;
-}
-
 void gen_skip(uint64_t count) {
   if (count == 0)
     return;
@@ -56,9 +50,12 @@ uint64_t flattened_scalar_count(const a_type* type) {
 
 // ---- Integers and strings ----
 
+// An integer that the source casts to a pointer shows its conversion.
 void gen_integer(const a_constant* constant, a_type* type) {
-  if (is_cast(constant) && type_kind(type) == tk_pointer)
+  if (constant->explicit_cast && type_kind(type) == tk_pointer) {
+    gen_conversion(type);
     type = integer_type_of_pointer(type_pointed_to(type));
+  }
   gen_lcon(type, constant->value.int_value);
 }
 
@@ -67,15 +64,16 @@ void gen_float(const a_constant* constant, a_type* type) {
   gen_fcon(type, fp_to_string(own->variant.float_kind, &constant->value.float_value));
 }
 
-int64_t string_element(const char* bytes, uint64_t size) {
-  if (size == 1)
-    return static_cast<signed char>(*bytes);
+int64_t string_element(const char* bytes, const a_type* type) {
+  uint64_t size = size_of_type(type);
   uint64_t value = 0;
   for (uint64_t i = 0; i < size; i++) {
     uint64_t byte = static_cast<unsigned char>(bytes[targ_little_endian ? size - 1 - i : i]);
     value = value << 8 | byte;
   }
-  return static_cast<int64_t>(value);
+  uint64_t sign = uint64_t(1) << (size * 8 - 1);
+  return static_cast<int64_t>(is_signed_integral_type(type) && (value & sign) ? value - 2 * sign
+                                                                              : value);
 }
 
 void gen_string(const a_constant* constant, const a_type* expected) {
@@ -88,7 +86,7 @@ void gen_string(const a_constant* constant, const a_type* expected) {
   // A terminator that has no room is left out (C99 6.7.8 p14).
   uint64_t written = bound == 0 ? count : std::min(count, bound);
   for (uint64_t i = 0; i < written; i++)
-    gen_icon(element, string_element(constant->value.string.text + i * size, size));
+    gen_icon(element, string_element(constant->value.string.text + i * size, element));
   if (bound > written)
     gen_skip(bound - written);
 }
@@ -123,7 +121,7 @@ bool is_string_address(const a_constant* constant) {
 // What a pointer that was converted is before the conversion; null when the
 // constant has its natural type.
 a_type* type_before_cast(const a_constant* constant, a_type* expected) {
-  if (!constant->explicit_cast && !constant->implicit_cast && !is_cast(constant))
+  if (!constant->explicit_cast && !constant->implicit_cast)
     return nullptr;
   a_type* natural = natural_pointer_type(constant);
   if (identical_types(natural, expected) || is_pointer_to_element_of(expected, natural))
@@ -240,8 +238,6 @@ bool is_empty_aggregate(const a_constant* constant) {
 
 void gen_constant(a_constant* constant, a_type* expected) {
   check_stack_limit();
-  if (is_cast(constant) && constant->kind != con_address && constant->kind != con_ptr_to_member)
-    gen_conversion(constant->type);
   switch (constant->kind) {
   case con_integer:
     return gen_integer(constant, expected);

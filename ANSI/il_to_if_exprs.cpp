@@ -304,7 +304,7 @@ static void gen_step(a_type* type) {
 static void gen_increment(an_if_opcode opcode, const an_expr_node* expr, a_type* result) {
   gen_node(opcode, result);
   gen_expr(left_of(expr));
-  gen_step(left_of(expr)->type);
+  gen_step(make_unqualified_type(left_of(expr)->type));
 }
 
 // ---- Comparisons ----

@@ -163,6 +163,8 @@ void loop_body(const a_source_position* loop_position) {
   bool was_reachable = reachability.code_is_reachable != 0;
   body_statement();
   a_struct_stmt_stack_entry* entry = top_stmt_entry();
+  if (a_statement* body = entry->statement->variant.loop.body)
+    body->end_position = end_of_last_statement;
   if (!was_reachable && !entry->label_seen && !entry->case_seen &&
       !entry->saved.unreachable_warned) {
     pos_warning(ec_loop_not_reachable, loop_position);

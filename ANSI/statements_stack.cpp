@@ -91,6 +91,7 @@ static void extend_slot(a_struct_stmt_stack_entry* entry, a_statement** slot,
     block = alloc_statement(stmk_block);
     block->is_generated = true;
     block->position = (*slot)->position;
+    block->end_position = (*slot)->end_position;
     block->variant.block.block_supplement->holds_single_statement = true;
     block->variant.block.first_statement = *slot;
     block->parent = entry->statement;

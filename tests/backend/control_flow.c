@@ -28,7 +28,7 @@ void branches(int n) {
 
 // A short test is written twice, a long one at the bottom alone.
 // CHECK: begin_func loops
-// CHECK: pragma SRC_LOOP "{{.*}}control_flow.c:[[@LINE+21]]" "[[@LINE+22]]" {{.*}} "while" ""
+// CHECK: pragma SRC_LOOP "{{.*}}control_flow.c:[[@LINE+21]]" "[[@LINE+22]]" "[[@LINE+22]]" "while" ""
 // CHECK-NEXT: expr {{.*}} (CBRANCH:void (GT:int (NAME:int %n) (LCON:int 0)) (LABEL:void 1))
 // CHECK-NEXT: label 0
 // CHECK-NEXT: expr {{.*}} (MINMIN:int (NAME:int %n) (ICON:int 1))
@@ -103,4 +103,39 @@ void limit(int n) {
     n++;
   while (- - - -(n + n) < n * n)
     n--;
+}
+
+// A loop's record ends with the last line of the body, block or not, whatever
+// follows.
+// CHECK-LABEL: begin_func bodies
+// CHECK: pragma SRC_LOOP "{{.*}}:[[@LINE+9]]" "[[@LINE+10]]" "[[@LINE+14]]" "while" ""
+// CHECK: pragma SRC_LOOP "{{.*}}:[[@LINE+15]]" "[[@LINE+15]]" "[[@LINE+19]]" "for" ""
+// CHECK: end_block at {{.*}}:[[@LINE+18]]:3
+// CHECK: pragma SRC_LOOP "{{.*}}:[[@LINE+18]]" "[[@LINE+19]]" "[[@LINE+20]]" "do" ""
+// CHECK: (PLUSPLUS:int (NAME:volatile int %steps) (ICON:int 1))
+// CHECK: pragma SRC_LOOP "{{.*}}:[[@LINE+21]]" "[[@LINE+22]]" "[[@LINE+22]]" "while" ""
+// CHECK: end_func
+void bodies(int n) {
+  int volatile steps;
+  while (n > 0)
+    if (n > 5)
+      f(1);
+    else
+      f(2)
+          ;
+
+  for (;;) {
+    int local = n;
+    if (local)
+      continue;
+  }
+  do
+  L:
+    steps++;
+  while (
+      n--);
+  while (n)
+    ;
+
+  goto L;
 }

@@ -62,6 +62,18 @@ const char *constant_text = "a";
 // CHECK-NEXT: (SCON:char* "a\x00")
 // CHECK-NEXT: (SKIP:int 1)
 char *texts[2] = {"a"};
+// Plain char is unsigned.
+// CHECK-LABEL: init high
+// CHECK-NEXT: (ICON:char 255)
+// CHECK-NEXT: (ICON:char 128)
+// CHECK-NEXT: init signed_high
+// CHECK-NEXT: (ICON:signed char -1)
+char high[2] = "\xff\x80";
+signed char signed_high[1] = "\xff";
+// An address that is a number shows its conversion, a null pointer doesn't.
+// CHECK-LABEL: init port
+// CHECK-NEXT: (PCONV:int* (LCON:unsigned 4294967280))
+int *port = (int *)-16;
 // CHECK-LABEL: init null
 // CHECK-NEXT: (LCON:void* 0)
 void *null = 0;
