@@ -23,12 +23,25 @@ static a_variable* make_variable_for_value(a_type* type) {
   return variable;
 }
 
+// Whether a copy of an expression may stand beside it: it has no effects, and no
+// statements or objects of its own.
+static bool may_stand_twice(an_expr_node* expr) {
+  an_expr_or_stmt_traversal_block block;
+  clear_expr_or_stmt_traversal_block(&block);
+  block.skip_unevaluated = true;
+  block.process_expr = [](an_expr_node* node, an_expr_or_stmt_traversal_block* b) {
+    if (node->kind == expr_statement || node->kind == expr_temp_init)
+      b->found = b->terminate = true;
+  };
+  traverse_expr(expr, &block);
+  return !block.found && !node_has_side_effects(expr);
+}
+
 // A second operand of the same value. What computing the value does happens
 // once, in the first operand.
 static void make_operand_reusable(an_operand* operand, an_operand* copy) {
   bool is_kept = operand->kind == ok_expression && value_is_evaluated() &&
-                 depth_innermost_function_scope >= 0 &&
-                 node_has_side_effects(operand->variant.expr);
+                 depth_innermost_function_scope >= 0 && !may_stand_twice(operand->variant.expr);
   if (!is_kept) {
     clone_operand(operand, copy);
     return;

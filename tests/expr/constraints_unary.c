@@ -50,8 +50,6 @@ void addresses(int a) {
 // CHECK-NEXT: line [[@LINE-1]]: error #160:
   &E1;
 // CHECK-NEXT: line [[@LINE-1]]: error #160:
-  &&a;
-// CHECK-NEXT: line [[@LINE-1]]: error #29:
   ip = &ri;
 // CHECK-NEXT: line [[@LINE-1]]: warning #139-D:
   ra[0] = ri;

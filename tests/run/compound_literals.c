@@ -84,6 +84,8 @@ int main(void) {
     printf("two %g\n", *(double *){&(double){2.5}});
   }
   repeated(4);
+  int *first = (int[]){x, 2} ?: &x;
+  printf("%d %d %d\n", (struct point){x, 3}.x ?: 4, (struct point){0, x}.x ?: 4, first[0]);
   printf("%d\n", (struct point){calls, 0}.x);
   return 0;
 }

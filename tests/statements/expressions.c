@@ -58,5 +58,7 @@ int main(void) {
   __extension__ int ext = __extension__ ({ 4; });
   const char *s = ({ char b[4] = "abc"; static char t[4]; t[0] = b[1]; t; });
   printf("%d %s\n", ext, s);
+  int once = ({ int z = 3; z; }) ?: 4, other = ({ int z = 0; z; }) ?: 4;
+  printf("%d %d\n", once, other);
   return 0;
 }
