@@ -96,7 +96,7 @@ private:
   a_place place(const an_if_node* node);
   a_place member_place(const an_if_node* node);
   void variable_address(const an_if_node* node);
-  uint32_t function_id(const an_if_node* node) const;
+  const uint32_t* function_id(const an_if_node* node) const;
 
   a_program& program;
   a_function& function;

@@ -156,7 +156,8 @@ a_value_type a_compiler::call(const an_if_node* node) {
   if (callee->opcode == ifop_UAND)
     callee = callee->operand(0);
   a_call_site site;
-  site.function = function_id(callee);
+  const uint32_t* id = function_id(callee);
+  site.function = id != nullptr ? *id : 0;
   if (site.function == 0)
     value_as(node->operand(0), {k_function_pointer});
   if (node->opcode == ifop_CALL) {

@@ -189,11 +189,11 @@ void a_compiler::discarded_value(const an_if_node* node) {
 
 // -- Operands ------------------------------------------------------------------
 
-uint32_t a_compiler::function_id(const an_if_node* node) const {
-  if (node->opcode != ifop_NAME || !is_function(node->symbol->type))
-    return 0;
+const uint32_t* a_compiler::function_id(const an_if_node* node) const {
+  if (node->opcode != ifop_NAME || !is_function(node->symbol->type) || node->symbol->level != 0)
+    return nullptr;
   auto entry = program.function_ids.find(node->symbol->id);
-  return node->symbol->level == 0 && entry != program.function_ids.end() ? entry->second : 0;
+  return entry != program.function_ids.end() ? &entry->second : nullptr;
 }
 
 void a_compiler::variable_address(const an_if_node* node) {
@@ -212,8 +212,8 @@ void a_compiler::variable_address(const an_if_node* node) {
 }
 
 a_value_type a_compiler::name(const an_if_node* node) {
-  if (uint32_t id = function_id(node)) {
-    constant(id);
+  if (const uint32_t* id = function_id(node)) {
+    constant(*id);
     return {k_function_pointer};
   }
   return from_place(node);
@@ -248,8 +248,8 @@ a_value_type a_compiler::from_place(const an_if_node* node) {
 }
 
 a_value_type a_compiler::address_of(const an_if_node* node) {
-  if (uint32_t id = function_id(node->operand(0))) {
-    constant(id);
+  if (const uint32_t* id = function_id(node->operand(0))) {
+    constant(*id);
     return {k_function_pointer};
   }
   place(node->operand(0));

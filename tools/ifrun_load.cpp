@@ -35,47 +35,99 @@ static uint64_t room_for(const an_if_symbol& symbol) {
   return size;
 }
 
+static const an_if_pragma* find_pragma(const an_if_symbol& symbol, uint32_t kind) {
+  for (const an_if_pragma& pragma : symbol.pragmas)
+    if (pragma.kind == kind)
+      return &pragma;
+  return nullptr;
+}
+
+namespace {
+
+// What the names of the file stand for. A static is found by aliases only.
+struct a_name_table {
+  std::unordered_map<std::string_view, uint32_t> functions, variables, static_functions;
+  std::unordered_map<std::string_view, std::string_view> aliases;
+};
+
+} // namespace
+
+static void lay_out_definition(a_program* program, a_name_table* names,
+                               const an_if_symbol& symbol) {
+  bool is_static = symbol.storage_class == ifsc_static;
+  if (is_function_symbol(symbol)) {
+    a_function& function = program->functions.emplace_back();
+    function.name = symbol.name;
+    function.source = symbol.function;
+    uint32_t number = static_cast<uint32_t>(program->functions.size());
+    program->function_ids[symbol.id] = number;
+    (is_static ? names->static_functions : names->functions).emplace(symbol.name, number);
+  } else {
+    uint32_t address = program->memory.add_static(room_for(symbol));
+    program->addresses[symbol.id] = address;
+    if (!is_static)
+      names->variables.emplace(symbol.name, address);
+  }
+}
+
+// The function that an alias stands for in the end; 0 for none, and for a name that
+// is no alias.
+static uint32_t alias_target(const a_name_table& names, std::string_view name) {
+  if (!names.aliases.contains(name))
+    return 0;
+  for (size_t steps = 0; steps < names.aliases.size(); steps++) {
+    auto alias = names.aliases.find(name);
+    if (alias == names.aliases.end())
+      break;
+    name = alias->second;
+  }
+  for (const auto* table : {&names.functions, &names.static_functions})
+    if (auto entry = table->find(name); entry != table->end())
+      return entry->second;
+  return 0;
+}
+
+// A function that is weak and nowhere has the number 0, a null pointer.
+static uint32_t undefined_function(a_program* program, a_name_table* names,
+                                   const an_if_symbol& symbol) {
+  auto [entry, is_new] = names->functions.emplace(symbol.name, 0);
+  if (!is_new)
+    return entry->second;
+  entry->second = alias_target(*names, symbol.name);
+  a_native native = find_native(symbol.name);
+  if (entry->second != 0 || (native == nullptr && find_pragma(symbol, ifpk_QL_WEAK) != nullptr))
+    return entry->second;
+  a_function& function = program->functions.emplace_back();
+  function.name = symbol.name;
+  function.native = native;
+  return entry->second = static_cast<uint32_t>(program->functions.size());
+}
+
+static void lay_out_undefined(a_program* program, a_name_table* names, const an_if_symbol& symbol) {
+  if (is_function_symbol(symbol)) {
+    program->function_ids[symbol.id] = undefined_function(program, names, symbol);
+    return;
+  }
+  auto known = names->variables.find(symbol.name);
+  uint32_t address = known != names->variables.end()
+                         ? known->second
+                         : make_native_variable(&program->memory, symbol.name);
+  if (address != 0 || find_pragma(symbol, ifpk_QL_WEAK) != nullptr)
+    program->addresses[symbol.id] = address;
+}
+
 void lay_out_program(a_program* program) {
-  // What other symbols of the same name stand for.
-  std::unordered_map<std::string_view, uint32_t> functions, variables;
+  a_name_table names;
   for (const an_if_symbol& symbol : program->file.globals) {
-    if (!is_defined(symbol) || symbol.type == nullptr)
-      continue;
-    uint32_t number = 0;
-    if (is_function_symbol(symbol)) {
-      a_function& function = program->functions.emplace_back();
-      function.name = symbol.name;
-      function.source = symbol.function;
-      number = static_cast<uint32_t>(program->functions.size());
-      program->function_ids[symbol.id] = number;
-    } else {
-      number = program->memory.add_static(room_for(symbol));
-      program->addresses[symbol.id] = number;
-    }
-    if (symbol.storage_class != ifsc_static)
-      (is_function_symbol(symbol) ? functions : variables).emplace(symbol.name, number);
+    const an_if_pragma* synonym = find_pragma(symbol, ifpk_FUNC_SYNONYM);
+    if (synonym != nullptr && !synonym->strings.empty())
+      names.aliases.emplace(symbol.name, synonym->strings.front());
+    if (is_defined(symbol) && symbol.type != nullptr)
+      lay_out_definition(program, &names, symbol);
   }
-  for (const an_if_symbol& symbol : program->file.globals) {
-    if (is_defined(symbol) || symbol.type == nullptr)
-      continue;
-    if (!is_function_symbol(symbol)) {
-      auto known = variables.find(symbol.name);
-      uint32_t address = known != variables.end()
-                             ? known->second
-                             : make_native_variable(&program->memory, symbol.name);
-      if (address != 0)
-        program->addresses[symbol.id] = address;
-      continue;
-    }
-    auto [entry, is_new] = functions.emplace(symbol.name, 0);
-    if (is_new) {
-      a_function& function = program->functions.emplace_back();
-      function.name = symbol.name;
-      function.native = find_native(symbol.name);
-      entry->second = static_cast<uint32_t>(program->functions.size());
-    }
-    program->function_ids[symbol.id] = entry->second;
-  }
+  for (const an_if_symbol& symbol : program->file.globals)
+    if (!is_defined(symbol) && symbol.type != nullptr)
+      lay_out_undefined(program, &names, symbol);
   if (program->functions.size() > UINT16_MAX)
     throw a_run_error{"more functions than a pointer can tell apart"};
 }
