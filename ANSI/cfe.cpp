@@ -201,6 +201,7 @@ void fill_il_header() {
   il_header.short_enums = short_enums || small_enum;
   il_header.has_ucn_names = 0;
   il_header.has_vla = 0;
+  il_header.file_scope_is_lowered = 0;
   il_header.has_templates = 0;
   il_header.prototype_instantiations_in_il = prototype_instantiations_in_il != 0;
   il_header.all_nonclass_prototypes_in_il = all_template_info_in_il != 0;

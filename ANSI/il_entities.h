@@ -114,6 +114,7 @@ struct an_il_header {
   a_seq_number_lookup_entry* seq_lookup_entries;
   uint64_t num_seq_lookup_entries;
   int32_t target_configuration_index;
+  uint8_t file_scope_is_lowered; // by the lowering of C++
   uint64_t reserved; // keeps the size that stored headers have
 };
 static_assert(sizeof(an_il_header) == 168);
@@ -311,7 +312,8 @@ struct a_variable {
   uint64_t definition_needed : 1;
   uint64_t is_vla_size_variable : 1;
   uint64_t name_in_own_text : 1; // external name in a text of its own
-  uint64_t unused_flags : 15;
+  uint64_t is_vla : 1;           // an array of variable length
+  uint64_t unused_flags : 14;
   uint64_t flag_padding : 8;
   an_init_kind init_kind;
   union {

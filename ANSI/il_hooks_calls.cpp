@@ -11,8 +11,8 @@
 #include "il_hooks.h"
 #include "il_statements.h"
 #include "il_to_if_int.h"
+#include "lower_context.h"
 #include "lower_il.h"
-#include "lower_init.h"
 #include "mem_manage.h"
 #include "stack_limit.h"
 #include "types.h"
@@ -73,7 +73,7 @@ a_statement* evaluated_value(a_statement* return_statement) {
   an_expr_node* value = return_statement->expr;
   if (value == nullptr || is_invariant_expr(value))
     return nullptr;
-  a_variable* temporary = make_lowering_temporary(value->type);
+  a_variable* temporary = make_lowered_temporary(value->type);
   return_statement->expr = var_rvalue_expr(temporary);
   return make_assignment_statement(var_lvalue_expr(temporary), value);
 }

@@ -277,6 +277,7 @@ struct an_array_type_variant {
     uint64_t number_of_elements;
     a_constant* dependent_constant; // bound_is_constant
     an_expr_node* expr;             // bound_is_expr
+    a_vla_dimension* vla_dimension; // is_vla; null unless has_vla_dimension
   } bound;
   a_constant* bound_constant; // kept for a bound written in the source
 };

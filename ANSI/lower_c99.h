@@ -13,7 +13,8 @@ bool c99_il_lowering_needed();
 void lower_c99_il_memory_region(int32_t region);
 
 void lower_c99_statement(a_statement* statement);
-// An expression that isn't part of another one.
+// An expression, and one that isn't part of another one; null for none.
+void lower_c99_expr(an_expr_node* expr);
 void lower_c99_full_expr(an_expr_node* expr);
 // Gives the elements of an aggregate the order of their positions, with zeros
 // in the gaps; only a union keeps a designator. `init`, when it isn't null, is

@@ -5,6 +5,8 @@
 #define LOWER_IL_H
 
 #include "basics.h"
+#include "lower_context.h"
+#include "source_file.h"
 
 // On while any lowering runs.
 extern a_boolean il_lowering_underway;
@@ -13,6 +15,21 @@ extern a_source_position code_pos_for_lowering;
 
 // Whether the lowering of C++ runs.
 bool il_lowering_needed();
+// Whether the file scope of a C++ unit has been lowered.
+bool cpp_il_lowering_occured();
+
+// A pass over one region. Analysis and lowering take turns, so that a pass leaves
+// all that it changes as it was.
+struct a_lowering_pass {
+  a_saved_context saved;
+  a_context context;
+  a_scope* function_scope;
+  a_source_position error_position;
+  a_boolean was_underway;
+  uint8_t flag; // that entries started with
+};
+void begin_lowering_pass(a_lowering_pass* pass, int32_t region, a_scope* scope);
+void end_lowering_pass(const a_lowering_pass* pass);
 
 // Lowers the functions that waited for the module id.
 void lower_functions_waiting_for_module_id();

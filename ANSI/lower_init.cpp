@@ -8,6 +8,7 @@
 #include "il_expr.h"
 #include "il_statements.h"
 #include "lower_c99.h"
+#include "lower_context.h"
 #include "lower_il.h"
 #include "stack_limit.h"
 #include "target.h"
@@ -85,7 +86,7 @@ void assign_values(a_constant* aggregate, an_init_walk& walk) {
       assign_values(item, walk);
     } else {
       an_expr_node* value = item->value.dynamic_init->variant.expr;
-      lower_c99_full_expr(value);
+      lower_c99_expr(value);
       walk.assignments.push_back(make_assignment_expr(part_lvalue(walk), eok_assign, value));
     }
     walk.path.pop_back();
@@ -187,17 +188,9 @@ std::vector<an_expr_node*> assignments_of(a_dynamic_init* init) {
 
 a_statement* pending_stmk_init_statements;
 
-a_variable* make_lowering_temporary(a_type* type) {
-  a_variable* temporary = alloc_temporary_variable(make_unqualified_type(type), false);
-  add_temporary_to_front_of_variables_list(temporary,
-                                           il_header.region_scope_table[curr_il_region_number]);
-  mark_as_needed(temporary, iek_variable);
-  return temporary;
-}
-
 void lower_temp_init(an_expr_node* expr, bool in_loop) {
   a_dynamic_init* init = expr->variant.dynamic_init;
-  a_variable* variable = init->variable = make_lowering_temporary(expr->type);
+  a_variable* variable = init->variable = make_lowered_temporary(expr->type);
   bool is_lvalue = expr->is_lvalue;
   if (init->kind != dik_expr)
     lower_designated_initializers(init->variant.constant, init);

@@ -14,8 +14,6 @@ void lower_nonconstant_aggregate(a_statement* statement);
 // in an expression that a loop repeats, and where values of run time are in it,
 // the expression itself assigns it.
 void lower_temp_init(an_expr_node* expr, bool in_loop);
-// A variable for a value of the type, in the function that is being lowered.
-a_variable* make_lowering_temporary(a_type* type);
 // Puts the waiting initialisations before a statement.
 void insert_pending_stmk_init_statements(a_statement* statement);
 

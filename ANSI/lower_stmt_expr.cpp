@@ -5,8 +5,8 @@
 #include "il_expr.h"
 #include "il_expr_int.h"
 #include "il_statements.h"
+#include "lower_context.h"
 #include "lower_il.h"
-#include "lower_init.h"
 #include "stack_limit.h"
 #include "types.h"
 
@@ -97,7 +97,7 @@ void take_out_of_logical(an_expr_node* expr, a_statement_list* list) {
   bool is_and = expr->variant.operation.op == eok_land;
   an_expr_node* left = expr->variant.operation.operands;
   an_expr_node* right = left->next;
-  a_variable* value = make_lowering_temporary(expr->type);
+  a_variable* value = make_lowered_temporary(expr->type);
   take_out_of(left, list);
   append_assignment(value, node_for_integer_constant(is_and ? 0 : 1, ik_int), list);
   a_statement* outer = append_if(left, list);
@@ -129,7 +129,7 @@ void take_out_of_question(an_expr_node* expr, a_statement_list* list) {
   an_expr_node* second = condition->next;
   an_expr_node* third = second->next;
   bool is_void = is_void_type(expr->type);
-  a_variable* value = is_void ? nullptr : make_lowering_temporary(expr->type);
+  a_variable* value = is_void ? nullptr : make_lowered_temporary(expr->type);
   take_out_of(condition, list);
   a_statement* statement = append_if(condition, list);
   a_statement_list then_list = {}, else_list = {};
@@ -146,7 +146,7 @@ void take_out_of_question(an_expr_node* expr, a_statement_list* list) {
 void take_out_of_binary_question(an_expr_node* expr, a_statement_list* list) {
   an_expr_node* first = expr->variant.operation.operands;
   an_expr_node* second = first->next;
-  a_variable* value = make_lowering_temporary(expr->type);
+  a_variable* value = make_lowered_temporary(expr->type);
   take_out_of(first, list);
   append_assignment(value, first, list);
   a_statement* statement = append_if(var_rvalue_expr(value), list);
@@ -212,7 +212,7 @@ void lower_gnu_statement_expression(an_expr_node* expr, a_statement_list* list) 
     make_no_value(expr);
     return;
   }
-  a_variable* variable = make_lowering_temporary(expr->type);
+  a_variable* variable = make_lowered_temporary(expr->type);
   last->expr = make_assignment_expr(var_lvalue_expr(variable), eok_assign, value);
   set_expr_result_not_used(last->expr);
   make_value_of(variable, expr);

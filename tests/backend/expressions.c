@@ -22,7 +22,7 @@ int comparisons(int i, unsigned u, char *p) {
 // CHECK-LABEL: begin_func calls
 // CHECK: (STASG:struct big (NAME:struct big big) (CALL:struct big (NAME:struct big(struct big) pass) (STARG:struct big (NAME:struct big big))))
 // CHECK-NEXT: {{.*}}(CALL:int vargs=3 (NAME:int(const char*, ...) printf) (COMMA:void (COMMA:void (PCONV:const char* (SCON:char* "%d %c\x00")) (NAME:int %i)) (ACONV:int (NAME:char %c))))
-// CHECK-NEXT: {{.*}}(RETURN:int {{.*}} (QUEST:int (NAME:int %i) (COLON:int (ANDAND:int (NAME:int %i) (NAME:char %c)) (COMMAOP:int (NAME:int %i) (EXCLAIM:int (NAME:int %i))))))
+// CHECK-NEXT: {{.*}}(RETURN:int {{.*}} (QUEST:int (NEQ:int (NAME:int %i) (LCON:int 0)) (COLON:int (ANDAND:int (NEQ:int (NAME:int %i) (LCON:int 0)) (NEQ:int (NAME:char %c) (LCON:char 0))) (COMMAOP:int (NAME:int %i) (EXCLAIM:int (NAME:int %i))))))
 int calls(int i, char c) {
   big = pass(big);
   printf("%d %c", i, c);
