@@ -178,6 +178,11 @@ static void declaration_or_expression(bool is_body, bool is_labelled, bool is_ex
   }
 }
 
+static void obey_not_reached_pragma() {
+  if (curr_token_pragmas && take_not_reached_pragma())
+    mark_not_returning();
+}
+
 static void unlabelled_statement(bool is_body, bool is_labelled, bool is_extension) {
   switch (curr_token) {
   case tok_lbrace:
@@ -235,6 +240,7 @@ static void statement_behind_prefix(bool is_body, bool is_extension) {
   append_attributes(&waiting_attributes, scan_attributes(al_statement));
   bool is_labelled = scan_labels();
   append_attributes(&waiting_attributes, scan_attributes(al_statement));
+  obey_not_reached_pragma();
   is_extension |= skip_extension_prefix();
   unlabelled_statement(is_body, is_labelled, is_extension);
   report_unattached_attributes();
@@ -254,11 +260,6 @@ static void check_declaration_behind_statement(bool statement_seen) {
     pos_diagnostic(strict_ansi_error_severity, ec_declaration_after_statements, &pos_curr_token);
   else if (std_version < 199000)
     pos_remark(ec_declaration_after_statements, &pos_curr_token);
-}
-
-static void obey_not_reached_pragma() {
-  if (curr_token_pragmas && take_not_reached_pragma())
-    mark_not_returning();
 }
 
 // A declaration or a statement.

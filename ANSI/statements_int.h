@@ -30,6 +30,7 @@ struct a_struct_stmt_stack_entry {
   uint16_t declaration_seen : 1;
   uint16_t is_statement_expression : 1;
   uint16_t is_constructor_handler : 1; // of the function try block of a constructor
+  uint16_t is_unreachable_loop : 1;    // by no way, not even by a label in it
   a_statement* statement;
   a_statement* last_statement; // tail of the block's list, or of the construct's slot
   a_label* break_label;        // made at first need

@@ -288,7 +288,8 @@ static void attach_case(a_struct_stmt_stack_entry* stack_entry, a_switch_case_en
     merge_reachability(&reachability, &stack_entry->saved);
   else
     mark_reachable();
-  reachability.unreachable_warned = false;
+  if (reachability.code_is_reachable)
+    reachability.unreachable_warned = false;
   a_statement* statement = add_statement_at_stmt_pos(stmk_case, &entry->position);
   statement->variant.loop.extra.switch_case_entry = entry;
   entry->statement = statement;

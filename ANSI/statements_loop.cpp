@@ -98,6 +98,8 @@ static void else_part(a_statement* construct) {
   entry->in_else_part = true;
   entry->last_statement = nullptr;
   reachability = entry->saved;
+  if (!reachability.code_is_reachable) // reported in the other branch
+    reachability.unreachable_warned |= entry->after.unreachable_warned;
   get_token();
   if (curr_token == tok_semicolon)
     pos_remark(ec_empty_else_statement, &pos_curr_token);
@@ -159,18 +161,28 @@ static void place_continue_label() {
   place_label(top_stmt_entry()->continue_label);
 }
 
+// Nothing led to the loop, nor does a label lead into it. What its body made of
+// the state doesn't count.
+static void end_unreachable_loop(const a_reachability* before, const a_source_position* position) {
+  a_struct_stmt_stack_entry* entry = top_stmt_entry();
+  reachability = *before;
+  warn_if_code_is_unreachable(ec_loop_not_reachable, position);
+  entry->saved = entry->after = reachability;
+  entry->is_unreachable_loop = true;
+}
+
 void loop_body(const a_source_position* loop_position) {
-  bool was_reachable = reachability.code_is_reachable != 0;
+  a_reachability before = reachability;
+  // A label further down may lead to its start: that is judged at its end.
+  if (!before.code_is_reachable)
+    mark_reachable();
   body_statement();
   a_struct_stmt_stack_entry* entry = top_stmt_entry();
   if (a_statement* body = entry->statement->variant.loop.body)
     body->end_position = end_of_last_statement;
-  if (!was_reachable && !entry->label_seen && !entry->case_seen &&
-      !entry->saved.unreachable_warned) {
-    pos_warning(ec_loop_not_reachable, loop_position);
-    reachability.unreachable_warned = entry->saved.unreachable_warned = true;
-  }
   place_continue_label();
+  if (!before.code_is_reachable && !entry->label_seen && !entry->case_seen)
+    end_unreachable_loop(&before, loop_position);
 }
 
 void while_statement() {

@@ -41,7 +41,7 @@ static an_error_severity severity_of_missing_value(bool at_end) {
 static void check_return_from_main(bool at_end, const a_source_position* position) {
   a_symbol* symbol = curr_routine()->source_corresp.symbol;
   if (at_end) {
-    if (in_C_mode() && std_version < 199901)
+    if (in_C_mode() && std_version < 199901 && reachability.code_can_fall_through)
       pos_sy_remark(ec_implicit_return_from_non_void_function, position, symbol);
     return;
   }

@@ -271,7 +271,7 @@ void pop_stmt_entry() {
   --depth_stmt_stack;
   pass_on_flags(&entry);
   if (entry.break_label) {
-    if (entry.kind != ssk_switch)
+    if (entry.kind != ssk_switch && !entry.is_unreachable_loop)
       mark_reachable();
     place_label(entry.break_label);
   }
