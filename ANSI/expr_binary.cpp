@@ -145,6 +145,45 @@ void warn_about_shift_count(const an_operand* right, a_type* left_type, a_type* 
 
 // ---- Arithmetic ----
 
+static bool is_imaginary_operation(const an_operand* left, const an_operand* right) {
+  auto is_simple = [](const an_operand* operand) {
+    return is_imaginary_type(operand->type) ||
+           (!is_complex_type(operand->type) && is_arithmetic_or_enum_type(operand->type));
+  };
+  return c99_complex_enabled && is_simple(left) && is_simple(right) &&
+         (is_imaginary_type(left->type) || is_imaginary_type(right->type));
+}
+
+// A real operand stays real beside an imaginary one: the product and the
+// quotient of both is imaginary, that of two imaginary ones real, and a sum has
+// each as a part (C99 G.5). Gives the operator and returns the result's type.
+static a_type* determine_imaginary_operation_type(an_operand* left, an_operand* right,
+                                                  an_expr_operator_kind* op) {
+  a_float_kind kind =
+      skip_typerefs(determine_arithmetic_conversions(left, right))->variant.float_kind;
+  bool left_is_imaginary = is_imaginary_type(left->type);
+  bool both_imaginary = left_is_imaginary && is_imaginary_type(right->type);
+  for (an_operand* operand : {left, right})
+    cast_operand(is_imaginary_type(operand->type) ? imaginary_type(kind) : float_type(kind),
+                 operand, true);
+  bool is_sum = *op == eok_add || *op == eok_subtract;
+  if (both_imaginary && !is_sum) {
+    *op = *op == eok_multiply ? eok_imag_multiply : eok_imag_divide;
+    return float_type(kind);
+  }
+  if (both_imaginary || !is_sum)
+    return imaginary_type(kind);
+  if (*op == eok_add)
+    *op = left_is_imaginary ? eok_imag_plus_real : eok_real_plus_imag;
+  else
+    *op = left_is_imaginary ? eok_imag_minus_real : eok_real_minus_imag;
+  return complex_type(kind);
+}
+
+static bool has_imaginary_form(an_expr_operator_kind op) {
+  return op == eok_add || op == eok_subtract || op == eok_multiply || op == eok_divide;
+}
+
 static void arithmetic_operation(a_token_kind token, an_operand* left, an_operand* right,
                                  const a_source_position* position, an_operand* result) {
   bool takes_floating = token == tok_star || token == tok_divide || token == tok_plus ||
@@ -161,11 +200,17 @@ static void arithmetic_operation(a_token_kind token, an_operand* left, an_operan
     misra_check_bitwise_operand(left);
     misra_check_bitwise_operand(right);
   }
-  a_type* type = determine_arithmetic_conversions(left, right);
-  change_binary_operand_types(type, left, right);
+  an_expr_operator_kind op = which_binary_operator(token);
+  a_type* type;
+  if (has_imaginary_form(op) && is_imaginary_operation(left, right)) {
+    type = determine_imaginary_operation_type(left, right, &op);
+  } else {
+    type = determine_arithmetic_conversions(left, right);
+    change_binary_operand_types(type, left, right);
+  }
   if ((token == tok_divide || token == tok_remainder) && !is_constant_operand(left))
     warn_about_zero_divisor(token, right, &right->position);
-  do_binary_operation(which_binary_operator(token), left, right, type, position, result);
+  do_binary_operation(op, left, right, type, position, result);
 }
 
 // The folder reports the count of a constant left operand, which for it has the

@@ -7,6 +7,7 @@
 #include "il_alloc.h"
 #include "il_constants.h"
 #include "il_expr_int.h"
+#include "lower_il.h"
 #include "types.h"
 
 #include <cstring>
@@ -190,9 +191,17 @@ bool is_cast_operation_node(const an_expr_node* node) {
 
 // ---- The type kind of an operation ----
 
+a_type_kind lowered_nonreal_kind(a_type_kind kind) {
+  if (kind == tk_complex)
+    return tk_struct;
+  return kind == tk_imaginary ? tk_float : kind;
+}
+
 // All classes count as one kind.
 static a_type_kind merged_kind(const a_type* type) {
   const a_type_kind kind = type_kind(type);
+  if (il_lowering_underway)
+    return is_class_struct_union_kind(kind) ? tk_struct : lowered_nonreal_kind(kind);
   return is_class_struct_union_kind(kind) ? tk_struct : kind;
 }
 

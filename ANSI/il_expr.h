@@ -368,6 +368,9 @@ void set_node_operator(an_expr_node* node, an_expr_operator_kind op, a_type* typ
 an_expr_node* make_comma_node(an_expr_node* left, an_expr_node* right);
 // The right operand alone when the left is null.
 an_expr_node* make_comma_node_if_necessary(an_expr_node* left, an_expr_node* right);
+// What the kinds of complex and imaginary types become by lowering: a struct and
+// a floating type.
+a_type_kind lowered_nonreal_kind(a_type_kind kind);
 // The type kind of an operation, stored so that nobody computes it again.
 a_type_kind operation_type_kind(an_expr_operator_kind op, a_type* result_type,
                                 an_expr_node* first_operand);

@@ -237,14 +237,21 @@ static char* scan_suffix_of_integer(char* p) {
   return skip_extra_characters(p, p != digits_end ? ec_bad_suffix : ec_extra_chars_on_number);
 }
 
+static bool is_precision_letter(char c) {
+  return c == 'f' || c == 'F' || c == 'l' || c == 'L';
+}
+
+// GNU C takes an imaginary letter before or behind that of the precision.
 static char* scan_suffix_of_float(char* p) {
   char* digits_end = p;
-  char letter = static_cast<char>(*p | 0x20);
-  if (letter == 'f' || letter == 'l')
+  bool is_imaginary = gnu_mode && is_imaginary_letter(*p) && is_precision_letter(p[1]);
+  if (is_imaginary)
+    ++p;
+  if (is_precision_letter(*p))
     ++p;
   if (char* end = scan_number_ud_suffix(digits_end, p))
     return end;
-  if (gnu_mode && is_imaginary_letter(*p) && !is_plain_id_char(p[1]))
+  if (!is_imaginary && gnu_mode && is_imaginary_letter(*p) && !is_plain_id_char(p[1]))
     ++p;
   return skip_extra_characters(p, ec_extra_chars_on_number);
 }

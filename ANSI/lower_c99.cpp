@@ -6,6 +6,7 @@
 #include "il_alloc.h"
 #include "il_statements.h"
 #include "lower_c99_int.h"
+#include "lower_complex.h"
 #include "lower_il.h"
 #include "lower_init.h"
 #include "lower_stmt_expr.h"
@@ -28,13 +29,13 @@ static void lower_init_statement(a_statement* statement) {
   a_dynamic_init* init = statement->variant.dynamic_init;
   switch (init->kind) {
   case dik_constant:
-    lower_designated_initializers(init->variant.constant, init);
+    lower_c99_constant(init->variant.constant, init);
     break;
   case dik_expr:
     lower_c99_full_expr(init->variant.expr);
     break;
   case dik_nonconstant_aggregate:
-    lower_designated_initializers(init->variant.constant, init);
+    lower_c99_constant(init->variant.constant, init);
     lower_nonconstant_aggregate(statement);
     break;
   default:
@@ -176,7 +177,7 @@ void lower_c99_statement(a_statement* statement) {
 
 static void lower_variable(a_variable* variable) {
   if (variable->init_kind == initk_constant)
-    lower_designated_initializers(variable->initializer.constant, nullptr);
+    lower_c99_constant(variable->initializer.constant, nullptr);
   if (force_variable_definition_via_zeroing && variable->storage_kind == sc_none &&
       variable->init_kind == initk_none && !variable->is_tentative)
     variable->init_kind = initk_zero;
@@ -207,7 +208,7 @@ static void lower_parts_of_scope(a_scope* scope) {
   for (a_local_static_variable_init* init = scope->local_static_inits; init != nullptr;
        init = init->next)
     if (init->init_kind == initk_constant)
-      lower_designated_initializers(init->initializer.constant, nullptr);
+      lower_c99_constant(init->initializer.constant, nullptr);
 }
 
 static void lower_c99_scope(a_scope* scope) {
@@ -231,14 +232,19 @@ static void lower_c99_scope(a_scope* scope) {
 void lower_c99_il_memory_region(int32_t region) {
   a_lowering_pass pass;
   begin_lowering_pass(&pass, region, il_header.primary_scope);
+  nonreal_types_used = any_complex_or_imaginary_types_used_in_primary_IL();
   for (a_scope* scope = il_header.region_scope_table[region]; scope != nullptr; scope = scope->next)
     if (!scope->is_lowered)
       lower_c99_scope(scope);
+  if (region == file_scope_region_number && nonreal_types_used) {
+    define_c99_complex_routines();
+    lower_c99_nonreal_float_types();
+  }
   end_lowering_pass(&pass);
 }
 
 void lower_c99_one_time_init() {
-  // No variable of this module is kept for each unit.
+  lower_complex_one_time_init();
 }
 
 void lower_c99_init() {
@@ -246,5 +252,5 @@ void lower_c99_init() {
 }
 
 void lower_c99_trans_unit_init() {
-  // Nothing of this module lives on from an earlier unit.
+  lower_complex_trans_unit_init();
 }

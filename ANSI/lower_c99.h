@@ -20,6 +20,8 @@ void lower_c99_full_expr(an_expr_node* expr);
 // in the gaps; only a union keeps a designator. `init`, when it isn't null, is
 // the dynamic initialisation that owns the constant.
 void lower_designated_initializers(a_constant* constant, a_dynamic_init* init);
+// A constant value: its designators, and the complex values in it.
+void lower_c99_constant(a_constant* constant, a_dynamic_init* init);
 
 void lower_c99_one_time_init();
 void lower_c99_init();

@@ -3,11 +3,13 @@
 #include "il_constants.h"
 #include "il_expr.h"
 #include "lower_c99_int.h"
+#include "lower_complex.h"
 #include "lower_context.h"
 #include "lower_init.h"
 #include "types.h"
 
 bool loop_repeats_expr;
+bool nonreal_types_used;
 
 // ---- Conditions ----
 
@@ -29,9 +31,11 @@ static bool is_boolean_value(const an_expr_node* expr) {
 }
 
 an_expr_node* boolean_controlling_expr(an_expr_node* expr) {
-  if (expr == nullptr || is_boolean_value(expr) || !is_scalar_type(expr->type))
+  if (expr == nullptr || is_boolean_value(expr))
     return expr;
-  return comparison_with_zero(expr);
+  if (is_complex_type(expr->type))
+    return complex_ne_0(expr);
+  return is_scalar_type(expr->type) ? comparison_with_zero(expr) : expr;
 }
 
 // Puts the truth value in the place of the operand, whose list goes on.
@@ -97,7 +101,7 @@ static void lower_bool_incr_decr(an_expr_node* node) {
   overwrite_node(node, result);
 }
 
-static an_expr_operator_kind operator_of_compound_assignment(an_expr_operator_kind op) {
+an_expr_operator_kind operator_of_compound_assignment(an_expr_operator_kind op) {
   int base = op <= eok_remainder_assign ? eok_add - eok_add_assign
                                         : eok_shift_left - eok_shift_left_assign;
   return static_cast<an_expr_operator_kind>(op + base);
@@ -118,9 +122,7 @@ static void lower_bool_compound_assignment(an_expr_node* node) {
   overwrite_node(node, bool_assignment(object, value));
 }
 
-// What an operation names twice must be evaluated once: the pointer that leads
-// to the object goes into a temporary. The assignment to it is returned.
-static an_expr_node* name_object_once(an_expr_node* object) {
+an_expr_node* name_object_once(an_expr_node* object) {
   while (is_operation_node(object, eok_dot_field))
     object = object->variant.operation.operands;
   bool is_arrow = is_operation_node(object, eok_arrow_field);
@@ -158,18 +160,29 @@ static void lower_operator_of_bool(an_expr_node* node) {
 
 static void lower_c99_operator(an_expr_node* node) {
   an_expr_operator_kind op = node->variant.operation.op;
+  bool is_complex = nonreal_types_used && takes_part_in_complex_arithmetic(node);
+  if (is_complex)
+    lower_c99_complex_node(node);
   if (op == eok_land || op == eok_lor)
     lower_logical_operator(node);
   else if (op == eok_question)
     lower_question_operator(node);
-  else if (is_bool_type(node->type))
+  else if (!is_complex && is_bool_type(node->type))
     lower_operator_of_bool(node);
+}
+
+void lower_c99_constant(a_constant* constant, a_dynamic_init* init) {
+  lower_designated_initializers(constant, init);
+  if (nonreal_types_used)
+    lower_c99_complex_constant(constant);
 }
 
 static void lower_c99_constant_expr(an_expr_node* node) {
   a_constant* constant = node->variant.constant.ptr;
-  if (constant->kind == con_aggregate)
-    lower_designated_initializers(constant, nullptr);
+  if (nonreal_types_used && takes_part_in_complex_arithmetic(node))
+    lower_c99_complex_node(node);
+  else if (constant->kind == con_aggregate)
+    lower_c99_constant(constant, nullptr);
 }
 
 // The operands come before the node.

@@ -3,11 +3,20 @@
 #ifndef LOWER_C99_INT_H
 #define LOWER_C99_INT_H
 
+#include "il_expr.h"
 #include "lower_c99.h"
 
 // The expression being lowered is evaluated in each turn of a loop.
 extern bool loop_repeats_expr;
 
+// The unit has complex or imaginary types.
+extern bool nonreal_types_used;
+
+// `op` of `op=`.
+an_expr_operator_kind operator_of_compound_assignment(an_expr_operator_kind op);
+// What an operation names twice must be evaluated once: the pointer that leads
+// to the object goes into a temporary. The assignment to it is returned.
+an_expr_node* name_object_once(an_expr_node* object);
 // A condition as a test against zero, unless it is a truth value already; null for
 // null.
 an_expr_node* boolean_controlling_expr(an_expr_node* expr);

@@ -8,6 +8,7 @@
 #include "il_expr.h"
 #include "il_statements.h"
 #include "lower_c99.h"
+#include "lower_complex.h"
 #include "lower_context.h"
 #include "lower_il.h"
 #include "stack_limit.h"
@@ -31,20 +32,11 @@ struct an_init_walk {
 
 // ---- The place of a part ----
 
-an_expr_node* element_lvalue(an_expr_node* array, uint64_t index) {
-  a_type* element = array_element_type(f_skip_typerefs(array->type));
-  an_expr_node* pointer =
-      make_operator_node(eok_array_to_pointer, make_pointer_type(element), array);
-  pointer->next = node_for_integer_constant(static_cast<int64_t>(index),
-                                            static_cast<an_integer_kind>(targ_ptrdiff_t_int_kind));
-  return make_lvalue_operator_node(eok_subscript, element, pointer);
-}
-
 an_expr_node* part_lvalue(const an_init_walk& walk) {
   an_expr_node* object = var_lvalue_expr(walk.variable);
   for (const an_init_step& step : walk.path)
     object = step.field != nullptr ? field_lvalue_selection_expr(object, step.field)
-                                   : element_lvalue(object, step.index);
+                                   : element_lvalue_expr(object, static_cast<int64_t>(step.index));
   return object;
 }
 
@@ -104,6 +96,7 @@ bool clear_run_time_values(a_constant* aggregate) {
     if (item->kind == con_dynamic_init) {
       a_constant* next = item->next;
       make_value_initialized_constant(item->type, item);
+      lower_c99_constant(item, nullptr);
       item->next = next;
     } else {
       has_other_parts |= !holds_run_time_value(item) || clear_run_time_values(item);
@@ -137,20 +130,6 @@ std::vector<an_expr_node*> take_run_time_values(a_dynamic_init* init, bool* is_c
 an_expr_node* assignment_of_value(a_variable* variable, an_expr_node* value) {
   return make_assignment_expr(var_lvalue_expr(variable),
                               is_array_type(variable->type) ? eok_array_assign : eok_assign, value);
-}
-
-// A constant static with a value that is copied.
-an_expr_node* static_copy_of(a_constant* value) {
-  a_scope* scope = il_header.region_scope_table[curr_il_region_number];
-  a_variable* copy = alloc_variable(sc_static);
-  copy->type = make_qualified_type(value->type, tq_const);
-  copy->is_compiler_generated = true;
-  copy->source_corresp.position = code_pos_for_lowering;
-  copy->source_corresp.local_to_function = true;
-  add_temporary_to_front_of_variables_list(copy, scope);
-  make_local_static_variable_init(copy, scope->assoc.routine, initk_constant, value, nullptr);
-  mark_as_needed(copy, iek_variable);
-  return var_rvalue_expr(copy);
 }
 
 an_expr_node* constant_value(a_constant* value) {
@@ -188,12 +167,25 @@ std::vector<an_expr_node*> assignments_of(a_dynamic_init* init) {
 
 a_statement* pending_stmk_init_statements;
 
+an_expr_node* static_copy_of(a_constant* value) {
+  a_scope* scope = il_header.region_scope_table[curr_il_region_number];
+  a_variable* copy = alloc_variable(sc_static);
+  copy->type = make_qualified_type(value->type, tq_const);
+  copy->is_compiler_generated = true;
+  copy->source_corresp.position = code_pos_for_lowering;
+  copy->source_corresp.local_to_function = true;
+  add_temporary_to_front_of_variables_list(copy, scope);
+  make_local_static_variable_init(copy, scope->assoc.routine, initk_constant, value, nullptr);
+  mark_as_needed(copy, iek_variable);
+  return var_rvalue_expr(copy);
+}
+
 void lower_temp_init(an_expr_node* expr, bool in_loop) {
   a_dynamic_init* init = expr->variant.dynamic_init;
   a_variable* variable = init->variable = make_lowered_temporary(expr->type);
   bool is_lvalue = expr->is_lvalue;
   if (init->kind != dik_expr)
-    lower_designated_initializers(init->variant.constant, init);
+    lower_c99_constant(init->variant.constant, init);
   if (init->kind == dik_constant && !in_loop) {
     add_stmk_init_for_temp_init(variable, init);
     overwrite_node(expr, is_lvalue ? var_lvalue_expr(variable) : var_rvalue_expr(variable));

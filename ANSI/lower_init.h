@@ -14,6 +14,8 @@ void lower_nonconstant_aggregate(a_statement* statement);
 // in an expression that a loop repeats, and where values of run time are in it,
 // the expression itself assigns it.
 void lower_temp_init(an_expr_node* expr, bool in_loop);
+// The value of a constant static of the function, made for the aggregate.
+an_expr_node* static_copy_of(a_constant* value);
 // Puts the waiting initialisations before a statement.
 void insert_pending_stmk_init_statements(a_statement* statement);
 

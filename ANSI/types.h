@@ -217,6 +217,8 @@ a_type* bool_type();
 a_type* float_type(int float_kind);
 a_type* imaginary_type(int float_kind);
 a_type* complex_type(int float_kind);
+// Whether the unit has asked for one of these two.
+bool any_complex_or_imaginary_types_used_in_primary_IL();
 a_type* void_type();
 a_type* error_type();
 a_type* unknown_type();

@@ -180,6 +180,13 @@ a_type* complex_type(int float_kind) {
   return canonical_float(cti_complex + float_kind, tk_complex, float_kind);
 }
 
+bool any_complex_or_imaginary_types_used_in_primary_IL() {
+  for (int index = cti_imaginary; index < cti_complex + num_float_kinds; index++)
+    if (canonical_types[index] != nullptr)
+      return true;
+  return false;
+}
+
 a_type* void_type() {
   return canonical_type(cti_void, tk_void);
 }

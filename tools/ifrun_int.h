@@ -364,6 +364,7 @@ std::string place_text(const an_if_file& file, const a_function& function,
 // A library function, or null; ifrun_native_math.cpp has those of <math.h>.
 a_native find_native(std::string_view name);
 a_native find_math_native(std::string_view name);
+a_native find_complex_native(std::string_view name);
 // Makes a variable of the library's; 0 when it has none of that name.
 uint32_t make_native_variable(a_memory* memory, std::string_view name);
 

@@ -39,6 +39,8 @@ a_native find_native(std::string_view name) {
     return found->second;
   if (a_native math = find_math_native(name))
     return math;
+  if (a_native complex = find_complex_native(name))
+    return complex;
   if (name.starts_with(builtin_prefix))
     return find_native(name.substr(builtin_prefix.size()));
   return nullptr;

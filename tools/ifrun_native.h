@@ -63,6 +63,11 @@ private:
 int scanned(a_memory& memory, a_character_source source, std::string_view format,
             an_argument_list arguments);
 
+// The function of a row when `name` is the row's, the one for float when it is
+// that name with the suffix f; otherwise null.
+a_native native_with_suffix(std::string_view name, std::string_view row_name, a_native function,
+                            a_native short_function);
+
 // The functions. Those with one name more stand twice in the table.
 #define NATIVE(name, function) uint64_t function(a_machine&, const a_native_call&);
 #include "ifrun_natives.def"

@@ -130,6 +130,17 @@ uint64_t native_isunordered(a_machine&, const a_native_call& call) {
   return std::isunordered(call.floating(0), call.floating(1));
 }
 
+a_native native_with_suffix(std::string_view name, std::string_view row_name, a_native function,
+                            a_native short_function) {
+  if (name == row_name)
+    return function;
+  // A long double is a double.
+  bool has_suffix = name.size() == row_name.size() + 1 && name.starts_with(row_name);
+  if (has_suffix && (name.back() == 'f' || name.back() == 'l'))
+    return name.back() == 'f' ? short_function : function;
+  return nullptr;
+}
+
 a_native find_math_native(std::string_view name) {
   static constexpr struct {
     std::string_view name;
@@ -179,13 +190,8 @@ a_native find_math_native(std::string_view name) {
       {"tgamma", one<std::tgamma>, short_one<std::tgamma>},
       {"trunc", one<std::trunc>, short_one<std::trunc>},
   };
-  for (const auto& row : natives) {
-    if (name == row.name)
-      return row.function;
-    // A long double is a double.
-    bool has_suffix = name.size() == row.name.size() + 1 && name.starts_with(row.name);
-    if (has_suffix && (name.back() == 'f' || name.back() == 'l'))
-      return name.back() == 'f' ? row.short_function : row.function;
-  }
+  for (const auto& row : natives)
+    if (a_native native = native_with_suffix(name, row.name, row.function, row.short_function))
+      return native;
   return nullptr;
 }

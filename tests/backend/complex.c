@@ -1,12 +1,31 @@
-// RUN: (%krtparse --c99 --display_error_number --i_output_file=%t.if %s; echo status=$?) 2>&1 | %FileCheck %s
+// RUN: %krtparse --c99 --i_output_file=%t.if %s && %ifdump %t.if | %FileCheck %s
+// RUN: %krtparse --c99 --i_output_file=%t.if -DTYPES_ONLY %s && %ifdump %t.if | %FileCheck --check-prefix=TYPES %s
 
-/* No complex arithmetic is written yet: one error in a file, and no file. */
+/* A complex value is a struct, each operation a routine with a body of its own in
+   the unit, whatever number of times it is called. */
+_Complex double unused(_Complex double);
+_Complex double stored;
+#ifndef TYPES_ONLY
 _Complex double half(_Complex double d) {
-  return d / 2;
+  return d / 2 + stored / d;
 }
-// CHECK: {{[Ee]}}rror #1816: "complex arithmetic" not allowed
 _Complex float f(_Complex float x) {
-  return x + x;
+  return x != 0 ? x : -x;
 }
-// CHECK-NOT: 1816
-// CHECK: status=2
+#endif
+// CHECK: begin_func half
+// CHECK: CALL:struct _Complex_double (NAME:struct _Complex_double(struct _Complex_double, struct _Complex_double) __c99_complex_double_add)
+// CHECK: begin_func __c99_complex_double_divide
+// CHECK-NOT: begin_func __c99_complex_double_divide
+// CHECK: begin_func f
+// CHECK: begin_func __c99_complex_float_ne
+// CHECK: (RETURN:int ({{.*}} (EXCLAIM:int (ANDAND:int (FEQ:int
+// CHECK: begin_func __c99_complex_float_negate
+// CHECK: UMINUS:float
+// CHECK: csu struct _Complex_double size 128 align 8 complete
+// CHECK-NEXT: mdata 1 _Vals double[2] offset 0
+// CHECK: symbol __c99_complex_double_add class static
+
+// TYPES-NOT: begin_func
+// TYPES: csu struct _Complex_double
+// TYPES-NOT: __c99
