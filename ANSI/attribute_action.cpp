@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "attribute_int.h"
+#include "decls.h"
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -104,26 +105,6 @@ static void report_section_conflict(const an_attribute* attribute, const a_symbo
   pos_sy_error(ec_decl_modifiers_incompatible_with_previous_decl, &attribute->position, symbol);
 }
 
-static bool set_routine_section_specification(a_routine* routine, const char* name) {
-  if (routine->section_info != nullptr)
-    return strcmp(routine->section_info->text, name) == 0;
-  a_section_info* info = static_cast<a_section_info*>(alloc_il(sizeof *info));
-  *info = {1, name};
-  routine->section_info = info;
-  return true;
-}
-
-static bool set_variable_section_specification(a_variable* variable, const char* name) {
-  a_named_register* old = variable->named_register;
-  if (old != nullptr)
-    return old->kind == nrk_text && strcmp(old->value.text, name) == 0;
-  a_named_register* section = alloc_named_register_list();
-  section->kind = nrk_text;
-  section->value.text = name;
-  variable->named_register = section;
-  return true;
-}
-
 void* section_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
   const char* name = text_argument(attribute, 0);
   if (name == nullptr || *name == '\0') {
@@ -132,8 +113,10 @@ void* section_action(an_attribute* attribute, void* entity, an_il_entry_kind kin
   }
   bool is_accepted =
       kind == iek_routine
-          ? set_routine_section_specification(static_cast<a_routine*>(entity), name)
-          : set_variable_section_specification(static_cast<a_variable*>(entity), name);
+          ? set_routine_section_specification(static_cast<a_routine*>(entity), so_declaration, name,
+                                              &attribute->position)
+          : set_variable_section_specification(static_cast<a_variable*>(entity), so_declaration,
+                                               name, &attribute->position);
   if (!is_accepted)
     report_section_conflict(attribute, symbol_of_entity(entity, kind));
   return entity;

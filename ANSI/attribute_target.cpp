@@ -2,19 +2,16 @@
 // and what statements are told.
 
 #include <cstring>
-#include <deque>
 #include <string>
 #include <vector>
 
 #include "attribute_int.h"
 #include "error.h"
-#include "if_tags.h"
-#include "if_util.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "il_statements.h"
 #include "mode_words.h"
-#include "scope_stk.h"
+#include "pragma_int.h"
 #include "statements_int.h"
 #include "symbol_tbl.h"
 #include "target.h"
@@ -76,92 +73,53 @@ void* cregister_action(an_attribute* attribute, void* entity, an_il_entry_kind) 
 
 // ---- Marks that reach the intermediate file as pragmas ----
 
-// Kinds of pragmas with an attribute form.
-enum a_pragma_of_attribute : uint8_t {
-  pa_calls = 53,
-  pa_unroll = 63,
-  pa_retain = 94,
-  pa_location = 100,
-  pa_noinit = 101,
-  pa_persistent = 102
+namespace {
+
+// A pragma that says what an attribute says; it ends with its scope.
+struct a_pragma_of_attribute {
+  a_pending_pragma* pragma;
+
+  a_pragma_of_attribute(a_pragma_kind_tag kind, const an_attribute* attribute)
+      : pragma(alloc_pending_pragma(pragma_description_for_pragma_kind[kind])) {
+    pragma->directive_position = pragma->name_position = attribute->position;
+  }
+  ~a_pragma_of_attribute() { free_pending_pragma(pragma); }
 };
 
-// The objects of the entries, at addresses that stay.
-static std::deque<PRAGMA> pragma_objects;
+} // namespace
 
-static a_pragma* make_pragma(a_pragma_of_attribute kind, const an_attribute* attribute,
-                             const a_source_correspondence* owner, void* entity,
-                             an_il_entry_kind entity_kind, std::vector<std::string> strings) {
-  a_pragma* pragma = alloc_pragma(kind, owner);
-  pragma->entity = entity;
-  pragma->entity_kind = entity_kind;
-  pragma->position = attribute->position;
-  pragma->pragma_object = &pragma_objects.emplace_back(pragma->tool_kind, std::move(strings));
-  return pragma;
-}
-
-static void add_pragma_to_entity(a_pragma_of_attribute kind, const an_attribute* attribute,
-                                 void* entity, an_il_entry_kind entity_kind,
-                                 std::vector<std::string> strings) {
-  a_source_correspondence* corresp = source_corresp_of_entity(entity, entity_kind);
-  a_pragma* pragma = make_pragma(kind, attribute, corresp, entity, entity_kind, std::move(strings));
-  add_to_pragma_list(pragma, nullptr, corresp);
-}
-
-static bool has_static_storage(const void* entity, an_il_entry_kind kind) {
-  return kind == iek_variable && static_cast<const a_variable*>(entity)->storage_kind < sc_auto &&
-         static_cast<const a_variable*>(entity)->storage_kind != sc_extern;
-}
-
-static void report_needs_static_storage(an_attribute* attribute, const void* entity,
-                                        an_il_entry_kind kind) {
-  const a_source_correspondence* corresp =
-      source_corresp_of_entity(const_cast<void*>(entity), kind);
-  pos_stsy_warning(ec_requires_static_storage, &attribute->position, attribute->name,
-                   corresp->symbol);
-  attribute->kind = attrk_dropped;
+static a_symbol* symbol_of(void* entity, an_il_entry_kind kind) {
+  return source_corresp_of_entity(entity, kind)->symbol;
 }
 
 void* location_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
   int64_t address;
-  if (!integer_argument(attribute, 0, &address)) {
+  a_pragma_of_attribute location(pk_location, attribute);
+  if (!integer_argument(attribute, 0, &address))
     bad_attribute_argument(attribute);
-    return entity;
-  }
-  const a_type* type = kind == iek_variable ? static_cast<const a_variable*>(entity)->type
-                                            : static_cast<const a_routine*>(entity)->type;
-  uint32_t alignment;
-  uint64_t bits = size_of_pointer_to(type, &alignment) * static_cast<uint64_t>(targ_char_bit);
-  if (bits < 64 && static_cast<uint64_t>(address) >> bits != 0) {
-    pos_st_warning(ec_pragma_location_value_too_large, &attribute->position, "attribute");
+  else if (!pragma_location_backend(location.pragma, symbol_of(entity, kind),
+                                    static_cast<uint64_t>(address), true))
     attribute->kind = attrk_dropped;
-    return entity;
-  }
-  add_pragma_to_entity(pa_location, attribute, entity, kind,
-                       {std::to_string(static_cast<uint64_t>(address))});
   return entity;
 }
 
 void* noinit_persistent_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
-  if (!has_static_storage(entity, kind))
-    report_needs_static_storage(attribute, entity, kind);
-  else
-    add_pragma_to_entity(attribute->kind == attrk_noinit ? pa_noinit : pa_persistent, attribute,
-                         entity, kind, {});
+  a_pragma_of_attribute mark(attribute->kind == attrk_noinit ? pk_noinit : pk_persistent,
+                             attribute);
+  if (!pragma_noinit_persistent_backend(mark.pragma, symbol_of(entity, kind), attribute->name))
+    attribute->kind = attrk_dropped;
   return entity;
 }
 
 void* retain_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
-  if (kind == iek_variable && !has_static_storage(entity, kind)) {
-    a_source_correspondence* corresp = source_corresp_of_entity(entity, kind);
-    pos_stsy_warning(ec_pragma_requires_func_or_obj_def, &attribute->position, "RETAIN",
-                     corresp->symbol);
+  a_symbol* symbol = symbol_of(entity, kind);
+  a_pragma_of_attribute mark(pk_retain, attribute);
+  if (kind != iek_variable || is_static_storage_variable(symbol)) {
+    pragma_retain_backend(mark.pragma, symbol);
+  } else {
+    pos_stsy_warning(ec_pragma_requires_func_or_obj_def, &attribute->position, "RETAIN", symbol);
     attribute->kind = attrk_dropped;
-    return entity;
   }
-  mark_as_needed(entity, kind);
-  suppress_report_of_unused(entity, kind);
-  add_pragma_to_entity(pa_retain, attribute, entity, kind, {});
   return entity;
 }
 
@@ -169,35 +127,23 @@ void* calls_action(an_attribute* attribute, void* entity, an_il_entry_kind kind)
   std::vector<std::string> names;
   for (int i = 0; const char* name = text_argument(attribute, i); ++i)
     names.push_back(name);
-  add_pragma_to_entity(pa_calls, attribute, entity, kind, std::move(names));
+  a_pragma_of_attribute calls(pk_calls, attribute);
+  if (!create_pragma_calls(calls.pragma, symbol_of(entity, kind), std::move(names)))
+    attribute->kind = attrk_dropped;
   return entity;
 }
 
 // ---- Statements ----
 
-static bool is_loop(const a_statement* statement) {
-  return statement->kind == stmk_for || statement->kind == stmk_while || statement->kind == stmk_do;
-}
-
-void* unroll_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
+void* unroll_action(an_attribute* attribute, void* entity, an_il_entry_kind) {
   a_statement* statement = static_cast<a_statement*>(entity);
   int64_t count;
-  if (!is_loop(statement)) {
+  if (!is_loop_statement(statement)) {
     pos_st2_error(ec_pragma_must_precede_loop, &attribute->position, "attribute", "unroll");
     attribute->kind = attrk_dropped;
-    return entity;
-  }
-  if (!integer_argument(attribute, 0, &count) || no_loop_pragmas)
-    return entity;
-  if (count <= 0) {
-    pos_st_error(ec_parm_gt_zero, &statement->position, "unroll");
-  } else if (count > INT32_MAX) {
-    pos_error(ec_integer_outofrange, &attribute->position);
-  } else {
-    a_pragma* pragma =
-        make_pragma(pa_unroll, attribute, nullptr, statement, kind, {std::to_string(count)});
-    add_to_pragma_list(pragma, scope_stack[depth_innermost_function_scope].il_scope, nullptr);
-    statement->has_associated_pragma = true;
+  } else if (integer_argument(attribute, 0, &count) && !no_loop_pragmas) {
+    a_pragma_of_attribute unroll(pk_unroll, attribute);
+    pragma_unroll_backend(unroll.pragma, statement, static_cast<uint64_t>(count), "unroll");
   }
   return entity;
 }

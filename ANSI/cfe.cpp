@@ -246,6 +246,7 @@ void init_modules_for_translation_unit() {
   class_decl_trans_unit_init();
   layout_trans_unit_init();
   macro_trans_unit_init();
+  pragma_trans_unit_init();
   preproc_trans_unit_init();
   il_lower_trans_unit_init();
   lower_c99_trans_unit_init();

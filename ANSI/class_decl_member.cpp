@@ -8,6 +8,7 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "stack_limit.h"
 #include "types.h"
@@ -54,6 +55,7 @@ static void add_field(a_member_list* members, a_decl_parse_state* state, a_field
   append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
   attach_declarator_attributes(state, field, iek_field);
   append_field(members, field);
+  process_curr_construct_pragmas(field->source_corresp.symbol, nullptr);
   if (in_cplusplus_mode() && (curr_token == tok_assign || curr_token == tok_lbrace))
     field_initializer_in_class(members->class_type, field);
 }
@@ -119,8 +121,11 @@ static bool member_declarator(a_member_list* members, a_decl_parse_state* state)
     add_field(members, state, named_field(members->class_type, state, &locator));
     return true;
   }
-  if (state->storage_class != sc_typedef && is_function_type(state->declared_type))
-    return function_member(members, state, &locator, &func_info);
+  if (state->storage_class != sc_typedef && is_function_type(state->declared_type)) {
+    bool more = function_member(members, state, &locator, &func_info);
+    process_curr_construct_pragmas(state->symbol, nullptr);
+    return more;
+  }
   if (state->modifiers.friend_seen && is_error_type(state->declared_type))
     return true;
   check_words_of_nonfunction(state);
@@ -130,6 +135,7 @@ static bool member_declarator(a_member_list* members, a_decl_parse_state* state)
     decl_static_data_member(members->class_type, &locator, state);
   else
     add_field(members, state, named_field(members->class_type, state, &locator));
+  process_curr_construct_pragmas(state->symbol, nullptr);
   return true;
 }
 
@@ -232,11 +238,13 @@ static void add_error_field(a_member_list* members) {
 
 static void member_declaration(a_member_list* members) {
   check_stack_limit();
+  select_curr_construct_pragmas(false);
   bool needs_semicolon = true;
   a_token_sequence_number start = curr_token_sequence_number;
   uint64_t errors_before = total_errors;
   if (in_C_mode() || !is_special_member_declaration(members, &needs_semicolon))
     needs_semicolon = member_declaration_with_specifiers(members);
+  process_curr_construct_pragmas(nullptr, nullptr);
   if (total_errors != errors_before)
     add_error_field(members);
   if (!needs_semicolon)

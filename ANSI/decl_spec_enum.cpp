@@ -10,6 +10,7 @@
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "symbol_ref.h"
 #include "sys_predef.h"
@@ -194,6 +195,7 @@ static a_constant* make_enumerator(an_enum_state* state, a_symbol_locator* locat
   scan_enumerator_value(state, enumerator);
   add_symbol_to_symbol_table(symbol, depth, nullptr);
   record_symbol_declaration(srk_definition, symbol, &locator->position, nullptr);
+  process_curr_construct_pragmas(symbol, nullptr);
   return enumerator;
 }
 

@@ -441,6 +441,8 @@ static void declaration_with_specifiers(a_decl_parse_state* state) {
 
 void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range) {
   check_stack_limit();
+  // A declaration in a block was selected for as a statement.
+  select_curr_construct_pragmas(is_in_function());
   if (range)
     range->start = pos_curr_token;
   while (loop_token(tok_extension))
@@ -449,6 +451,7 @@ void scan_nonmember_declaration(a_decl_parse_state* state, a_source_range* range
   scan_linkage_prefix(state);
   if (!is_special_declaration(state))
     declaration_with_specifiers(state);
+  process_curr_construct_pragmas(nullptr, nullptr);
   run_end_of_parse_actions(state, false);
   if (state->parse_flags.has_linkage_specification)
     pop_name_linkage();
@@ -498,6 +501,7 @@ static const char* static_assert_message() {
 }
 
 void static_assert_declaration() {
+  cannot_bind_to_curr_construct();
   a_source_position position = pos_curr_token;
   a_constant condition;
   get_token();
@@ -569,5 +573,5 @@ void decls_init() {
 }
 
 void decls_trans_unit_init() {
-  // Nothing of this module lives on from an earlier unit.
+  clear_default_sections();
 }

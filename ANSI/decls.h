@@ -60,6 +60,19 @@ void alias_declaration();
 void update_variable_decl_modifiers(a_decl_parse_state* state);
 void update_routine_decl_modifiers(a_routine* routine, const a_decl_parse_state* state);
 
+// The section of an entity. False when another one was given to it alone before,
+// which stays; one that came from a default gives way.
+bool set_routine_section_specification(a_routine* routine, a_section_origin origin,
+                                       const char* name, const a_source_position* position);
+bool set_variable_section_specification(a_variable* variable, a_section_origin origin,
+                                        const char* name, const a_source_position* position);
+// The section of all functions, or of all objects of static duration, that are
+// defined from here on and have none of their own; null: none.
+void set_default_section(bool of_routines, const char* name, const a_source_position* position);
+void apply_default_section_to_routine(a_routine* routine);
+void apply_default_section_to_variable(a_variable* variable);
+void clear_default_sections();
+
 // What a C++ unit declares before its first line (C++11 3.7.4 p2, 18.7.1): the
 // namespaces std and abi, the class type_info, the allocation functions.
 void enter_predeclared_entities();

@@ -11,6 +11,7 @@
 #include "lexical.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "types.h"
 
@@ -73,7 +74,18 @@ static bool may_be_renamed(const char* old_name, bool is_defined, const a_decl_p
   return false;
 }
 
+// An external name without one of its own may have been given another for all
+// its declarations.
+static void take_redefined_name(const a_symbol* symbol, const a_source_correspondence& entity,
+                                a_decl_parse_state* state) {
+  if (state->asm_name || entity.linkage != idl_external || entity.is_class_member)
+    return;
+  state->asm_name = redefined_external_name(symbol->header->identifier);
+  state->asm_name_position = symbol->position;
+}
+
 void apply_asm_name_to_variable(a_symbol* symbol, a_decl_parse_state* state, bool is_redeclared) {
+  take_redefined_name(symbol, symbol->variant.variable->source_corresp, state);
   if (!state->asm_name)
     return;
   a_variable* variable = symbol->variant.variable;
@@ -97,6 +109,7 @@ void apply_asm_name_to_variable(a_symbol* symbol, a_decl_parse_state* state, boo
 }
 
 void apply_asm_name_to_routine(a_symbol* symbol, a_decl_parse_state* state, bool is_redeclared) {
+  take_redefined_name(symbol, symbol->variant.routine->source_corresp, state);
   if (!state->asm_name)
     return;
   a_routine* routine = symbol->variant.routine;
@@ -159,6 +172,7 @@ static void scan_asm_text(an_asm_entry* entry) {
 }
 
 an_asm_entry* asm_declaration(bool is_statement) {
+  cannot_bind_to_curr_construct();
   int32_t saved_region = 0;
   if (!is_statement)
     switch_to_file_scope_region(&saved_region);

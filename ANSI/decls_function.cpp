@@ -163,6 +163,7 @@ void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
   decl_routine(locator, state, func_info, drf_declaration | drf_definition);
   run_end_of_parse_actions(state, false);
   a_routine* routine = state->symbol->variant.routine;
+  apply_default_section_to_routine(routine);
   check_main(routine, state, &locator->position);
   if (is_deleted_definition()) {
     deleted_definition(routine, &locator->position);

@@ -8,6 +8,7 @@
 #include "il_alloc.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "symbol_ref.h"
 #include "sys_predef.h"
@@ -532,8 +533,11 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   }
   record_symbol_declaration(decl.is_definition ? srk_definition : srk_declaration, symbol,
                             &locator->position, nullptr);
-  if ((decl.is_definition || !is_redeclared) && !(flags & drf_implicit))
+  if (flags & drf_implicit)
+    return;
+  if (decl.is_definition || !is_redeclared)
     update_decl_pos_info(&routine->source_corresp, state);
+  process_curr_construct_pragmas(symbol, nullptr);
 }
 
 a_symbol* decl_default_function(a_symbol_locator* locator) {

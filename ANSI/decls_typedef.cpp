@@ -9,6 +9,7 @@
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "statements.h"
 #include "symbol_ref.h"
@@ -83,6 +84,7 @@ void decl_typedef(a_symbol_locator* locator, a_decl_parse_state* state) {
   else
     enter_type_name(locator, state);
   attach_decl_attributes(state, false);
+  process_curr_construct_pragmas(state->symbol, nullptr);
 }
 
 // `using name = type;`, at the name; the `;` is left.

@@ -9,6 +9,7 @@
 #include "il_statements.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "statements.h"
 #include "symbol_ref.h"
@@ -351,6 +352,7 @@ void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigne
   update_variable_decl_modifiers(state);
   if (decl.flags & dvf_definition) {
     symbol->defined = true;
+    apply_default_section_to_variable(variable);
     if (is_volatile_qualified_type(variable->type))
       mark_as_needed(variable, iek_variable);
   }
@@ -358,6 +360,7 @@ void decl_variable(a_symbol_locator* locator, a_decl_parse_state* state, unsigne
                             nullptr);
   if (!is_redeclared || (decl.flags & dvf_definition))
     update_decl_pos_info(&variable->source_corresp, state);
+  process_curr_construct_pragmas(symbol, nullptr);
   if (is_in_function())
     note_local_variable(&decl);
 }

@@ -40,4 +40,12 @@ const a_generic_function function_pointers[fpi_last + 1] = {
     generic(hdrstop_or_no_pch_pragma),
     generic(stdc_pragma),
     generic(pack_pragma),
+    generic(redefine_extname_pragma),
+    generic(record_arg_pragma),
+    generic(process_cpp_pragma),
+    generic(pragma_misra_action),
+    generic(pragma_nrg_action),
+    generic(process_nrg_port_config),
+    generic(process_set_section_pragma),
+    generic(always_inline_pragma),
 };

@@ -20,7 +20,15 @@ enum a_function_pointer_index : uint8_t {
   fpi_hdrstop_or_no_pch_pragma = 23,
   fpi_stdc_pragma = 24,
   fpi_pack_pragma = 25,
-  fpi_last = 25
+  fpi_redefine_extname_pragma = 26,
+  fpi_record_arg_pragma = 27,
+  fpi_process_cpp_pragma = 28,
+  fpi_pragma_misra_action = 29,
+  fpi_pragma_nrg_action = 30,
+  fpi_process_nrg_port_config = 31,
+  fpi_process_set_section_pragma = 32,
+  fpi_always_inline_pragma = 33,
+  fpi_last = 33
 };
 
 // To be cast to the type that the index stands for before the call.

@@ -4,6 +4,7 @@
 #include "il.h"
 #include "il_constants.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "source_file.h"
 #include "symbol_tbl.h"
 #include "target.h"
@@ -514,8 +515,8 @@ a_based_type_list_member* alloc_based_type_list_member(a_based_type_kind derivat
 
 static void set_tool_kind(a_pragma* pragma) {
   switch (pragma->kind) {
-#define PRAGMA_TOOL_KIND(number, name, place)                                                      \
-  case number:                                                                                     \
+#define PRAGMA_TOOL_KIND(kind, name, place)                                                        \
+  case kind:                                                                                       \
     pragma->tool_kind = ifpk_##name;                                                               \
     pragma->placement = place;                                                                     \
     break;

@@ -259,6 +259,19 @@ enum an_init_kind : uint8_t {
   initk_local_static = 4 // a local static variable init record holds it
 };
 
+// What gave an entity its section.
+enum a_section_origin : uint8_t {
+  so_declaration = 0, // a pragma or an attribute that names the entity
+  so_default = 2      // a default for all definitions in its part of the unit
+};
+
+// The section of a routine or of a variable of static duration.
+struct a_section_info {
+  a_section_origin origin;
+  const char* text;
+  a_source_position position; // of what gave it
+};
+
 struct a_variable {
   a_source_correspondence source_corresp;
   a_variable* next;
@@ -327,9 +340,10 @@ struct a_variable {
   a_variable* alias_of;
   const char* comdat_name;
   a_variable* next_same_name;
-  a_named_register* named_register; // of static duration, a text is the section
-  uint32_t decl_modifiers;          // target modifiers of the declaration
-  SYMTAB* file_symbol;              // set while the intermediate file is written
+  a_named_register* named_register;
+  a_section_info* section_info;
+  uint32_t decl_modifiers; // target modifiers of the declaration
+  SYMTAB* file_symbol;     // set while the intermediate file is written
   // The variable before it in its list, when it was entered; a hint that spares
   // the search when a definition moves the variable.
   a_variable* previous;
@@ -369,12 +383,6 @@ enum a_routine_special_kind : uint8_t {
 };
 
 inline constexpr uint16_t no_virtual_function_index = 65535;
-
-// A text or an entity that gives a routine's section.
-struct a_section_info {
-  uint8_t kind; // 1: a text
-  const char* text;
-};
 
 struct a_routine {
   a_source_correspondence source_corresp;

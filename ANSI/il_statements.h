@@ -178,6 +178,10 @@ struct a_statement {
   uint8_t has_associated_pragma : 1;
   a_statement* pre_statement; // GNU mode: runs before the condition of a loop
 };
+
+inline bool is_loop_statement(const a_statement* statement) {
+  return statement->kind == stmk_while || statement->kind == stmk_do || statement->kind == stmk_for;
+}
 static_assert(sizeof(a_statement::variant) == 3 * sizeof(void*));
 
 struct a_dynamic_init {

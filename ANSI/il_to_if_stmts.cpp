@@ -444,10 +444,6 @@ void gen_init(a_statement* statement) {
   float_constant_remark(init->variant.expr);
 }
 
-bool is_loop(const a_statement* statement) {
-  return statement->kind == stmk_while || statement->kind == stmk_do || statement->kind == stmk_for;
-}
-
 bool is_destructor_call(const an_expr_node* expr) {
   if (expr == nullptr || !is_operation_node(expr, eok_call))
     return false;
@@ -507,7 +503,7 @@ void gen_statement(a_statement* statement) {
   check_stack_limit();
   if (statement == nullptr || statement->kind == stmk_null)
     return;
-  if (statement->has_associated_pragma && !is_loop(statement))
+  if (statement->has_associated_pragma && !is_loop_statement(statement))
     gen_assoc_pragmas(statement, placed_at_statement);
   set_statement_position(statement);
   if (statement->expr != nullptr)

@@ -19,6 +19,7 @@
 #include "il_to_if_int.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "source_file.h"
 #include "stack_limit.h"
 #include "target.h"
@@ -281,12 +282,12 @@ void process_routine_section_specification(a_routine* routine, SYMTAB* symbol) {
 }
 
 void process_variable_section_specification(a_variable* variable, SYMTAB* symbol) {
-  const a_named_register* info = variable->named_register;
-  if (info == nullptr || info->kind != nrk_text || variable->storage_kind >= sc_auto)
+  const a_section_info* info = variable->section_info;
+  if (info == nullptr || variable->storage_kind >= sc_auto)
     return;
   bool is_const = !is_eabi && is_const_qualified_type(variable->type);
-  if (section_takes(info->value.text, &variable->source_corresp, is_const ? cc_const : cc_data))
-    symbol->add_pragma(ifpk_DATA_SECTION, {info->value.text});
+  if (section_takes(info->text, &variable->source_corresp, is_const ? cc_const : cc_data))
+    symbol->add_pragma(ifpk_DATA_SECTION, {info->text});
 }
 
 // ---- Common parts of symbols ----
@@ -366,7 +367,8 @@ static void add_flag_pragmas(a_routine* routine, SYMTAB* symbol) {
   const struct {
     uint64_t applies;
     an_if_pragma_kind kind;
-  } rows[] = {{routine->always_inline, ifpk_FUNC_ALWAYS_INLINE},
+  } rows[] = {{routine->always_inline || (routine->inline_candidate && always_inline_funcs),
+               ifpk_FUNC_ALWAYS_INLINE},
               {routine->no_inline, ifpk_FUNC_CANNOT_INLINE},
               {routine->no_side_effects, ifpk_FUNC_NO_GLOBAL_ASG},
               {routine->no_side_effects, ifpk_FUNC_NO_IND_ASG},

@@ -94,6 +94,8 @@ void visit(a_variable& variable, FIELD_VISITOR& v) {
   v.text(variable.comdat_name, iek_other_text);
   v.sideways(variable.next_same_name, iek_variable);
   v.child(variable.named_register, iek_named_register);
+  if (variable.section_info != nullptr)
+    v.text(variable.section_info->text, iek_other_text);
   v.front_end(variable.file_symbol);
   v.front_end(variable.previous);
 }

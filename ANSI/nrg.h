@@ -29,6 +29,21 @@ void process_nrg_severity(const char* text, const a_source_position* position);
 // Advice for a tool chain of its own: "iar", "gcc" or another.
 void process_nrg_standalone_mode(const char* text);
 
+// What #pragma NRG_PORT_CONFIG says of a port: that the unit uses it, and what its
+// registers hold from the start.
+enum a_port_register : uint8_t { port_dir, port_out, port_sel1, port_sel2, num_port_registers };
+struct a_port_reference {
+  int32_t is_referenced;
+  struct {
+    int32_t value;
+    int32_t num_bytes;
+  } registers[num_port_registers];
+};
+// Ports 0 to 11, and A to K.
+inline constexpr int num_nrg_ports = 23;
+extern a_port_reference arm_port_references[num_nrg_ports];
+void clear_port_references();
+
 // Reports what only the whole unit can show.
 void nrg_wrapup();
 

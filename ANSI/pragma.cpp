@@ -14,6 +14,8 @@
 #include "macro.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "nrg.h"
+#include "pragma_int.h"
 #include "scope_stk.h"
 #include "source_file.h"
 
@@ -27,14 +29,21 @@ static a_pending_pragma* avail_pending_pragmas;
 struct a_pragma_row {
   a_pragma_kind_description description;
   const char* name;
+  bool (*exists)(); // whether this compilation has it
 };
 
+// What names its subject in C stands in front of it in C++.
+#define SYMBOL_PRAGMA(kind, name, flags, severity)                                                 \
+  PRAGMA_KIND(kind, name, pragma_runs_at_end_of_scope, fpi_none, flags, severity, in_C_mode())     \
+  PRAGMA_KIND(kind, name, pragma_binds_to_construct, fpi_process_cpp_pragma, 0x861, es_error,      \
+              in_cplusplus_mode())
+#define PRAGMA_KIND(kind, name, binding, action, flags, severity, condition)                       \
+  {{nullptr, kind, binding, action, flags, severity}, name, [] { return bool(condition); }},
 static const a_pragma_row pragma_rows[] = {
-#define PRAGMA_KIND(kind, name, binding, action, flags, severity, exists)                          \
-  {{nullptr, kind, binding, action, flags, severity}, name},
 #include "pragma_kinds.def"
-#undef PRAGMA_KIND
 };
+#undef PRAGMA_KIND
+#undef SYMBOL_PRAGMA
 
 const char* pragma_name(a_pragma_kind_tag kind) {
   for (const a_pragma_row& row : pragma_rows)
@@ -52,6 +61,12 @@ static void register_pragma_kind(const a_pragma_kind_description& model) {
   pragma_description_for_pragma_kind[model.kind] = description;
 }
 
+// Comments tell some kinds, and some are made for the file alone.
+static bool has_directive(const a_pragma_kind_description* description) {
+  return (description->flags & pragma_is_comment) == 0 &&
+         (description->kind < pk_lpm_info || description->kind > pk_fox_status);
+}
+
 a_pragma_kind_description* look_up_pragma_id(a_source_position* position) {
   a_boolean saved_expand_macros = expand_macros;
   expand_macros = 0;
@@ -64,7 +79,7 @@ a_pragma_kind_description* look_up_pragma_id(a_source_position* position) {
     pos_error(ec_VA_ARGS_not_allowed, &pos_curr_token);
   a_pragma_kind_description* description = pragma_kind_descriptions;
   while (description != nullptr &&
-         ((description->flags & pragma_is_comment) != 0 ||
+         (!has_directive(description) ||
           !curr_token_is_identifier_string(pragma_name(description->kind))))
     description = description->next;
   return description;
@@ -129,7 +144,7 @@ static bool at_end_of_operands(int* depth, bool from_operator) {
   return false;
 }
 
-static void skip_operands(bool from_operator) {
+void skip_operands(bool from_operator) {
   if (from_operator) {
     flush_to_closing_paren();
     return;
@@ -138,7 +153,7 @@ static void skip_operands(bool from_operator) {
     get_token();
 }
 
-static const char* lasting_text(const std::string& text) {
+const char* lasting_text(const std::string& text) {
   return copy_string_of_length_to_region(file_scope_region_number, text.data(), text.size());
 }
 
@@ -193,10 +208,9 @@ static void collect_operand_tokens(a_pending_pragma* pragma, bool from_operator)
   curr_token_pragmas = saved_pragmas;
 }
 
-// -- Running
-// ---------------------------------------------------------------------------------------
+// -- Running --------------------------------------------------------------------------
 
-static void run_pragma_action(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement) {
+void run_pragma_action(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement) {
   uint8_t index = pragma->description->action;
   if (index != fpi_none)
     reinterpret_cast<a_pragma_action>(function_pointers[index])(pragma, symbol, statement);
@@ -243,21 +257,17 @@ void record_pragma(a_pragma_kind_description* description,
     return;
   }
   run_pragma_action(pragma, nullptr, nullptr);
+  if (!do_preprocessing_only)
+    add_pragma_to_il_if_due(pragma, iek_none, nullptr);
   free_pending_pragma(pragma);
 }
 
-// Whether nothing is left to do for a pragma whose action has run.
-static bool is_finished(const a_pending_pragma* pragma) {
-  return pragma->immediate_done &&
-         !(pragma->description->flags & (pragma_add_to_il | pragma_keep_text));
-}
-
-// Takes the finished pragmas out of a list, so that a long run of directives
-// keeps it short.
+// Takes the pragmas whose action has run out of a list: they may not come back
+// with the tokens of a cache, and a long run of directives keeps it short.
 static a_pending_pragma* drop_finished_pragmas(a_pending_pragma* pragmas) {
   a_pending_pragma** link = &pragmas;
   while (a_pending_pragma* pragma = *link) {
-    if (is_finished(pragma)) {
+    if (pragma->immediate_done) {
       *link = pragma->next;
       free_pending_pragma(pragma);
     } else {
@@ -277,6 +287,7 @@ void process_immediate_pragmas() {
     if (pragma->description->binding != pragma_runs_at_end_of_directive || pragma->immediate_done)
       continue;
     pragma->immediate_done = 1;
+    add_pragma_to_il_if_due(pragma, iek_none, nullptr);
     run_pragma_action(pragma, nullptr, nullptr);
   }
   fetch_pp_tokens = saved_fetch_pp_tokens;
@@ -313,10 +324,12 @@ void process_curr_token_pragmas() {
     if (pragma->description->binding == pragma_runs_at_end_of_scope) {
       queue_on_innermost_scope(pragma);
     } else {
-      if (pragma->description->binding == pragma_binds_to_construct)
+      if (pragma->description->binding == pragma_binds_to_construct) {
         report_misplaced_pragma(pragma);
-      else if (!pragma->immediate_done)
+      } else {
+        add_pragma_to_il_if_due(pragma, iek_none, nullptr);
         run_pragma_action(pragma, nullptr, nullptr);
+      }
       free_pending_pragma(pragma);
     }
     pragma = next;
@@ -327,20 +340,7 @@ void process_pragmas_at_end_of_source() {
   process_curr_token_pragmas();
 }
 
-void process_c_pragma(a_pending_pragma* pragma) {
-  run_pragma_action(pragma, nullptr, nullptr);
-}
-
-void end_of_scope_pragma_processing(a_pending_pragma* pragmas) {
-  for (const a_pending_pragma* pragma = pragmas; pragma != nullptr; pragma = pragma->next)
-    if (pragma->description->misplaced_severity != es_suppressed)
-      pos_diagnostic(pragma->description->misplaced_severity, ec_pragma_may_not_be_used_here,
-                     &pragma->name_position);
-  free_pending_pragma_list(pragmas);
-}
-
-// -- Rescanning a pragma's tokens
-// ---------------------------------------------------------------------
+// -- Rescanning a pragma's tokens -------------------------------------------------------
 
 void begin_rescan_of_pragma_tokens(a_pending_pragma* pragma) {
   push_lexical_state_stack();
@@ -366,156 +366,7 @@ void wrapup_rescan_of_pragma_tokens(bool had_error) {
   pop_scope();
 }
 
-// -- Actions
-// ---------------------------------------------------------------------------------------------
-
-void once_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
-  set_ifg_state(igs_pragma_once);
-  get_token();
-}
-
-// No precompiled header is made, so there's nothing to stop or to forbid.
-void hdrstop_or_no_pch_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
-  do
-    get_token();
-  while (curr_token != tok_newline && curr_token != tok_end_of_source);
-}
-
-// -- #pragma STDC ----------------------------------------------------------------------------
-
-namespace {
-struct a_stdc_pragma_row {
-  const char* name;
-  int32_t* state;
-};
-struct a_stdc_state_row {
-  const char* word;
-  int32_t value;
-};
-} // namespace
-
-static const a_stdc_pragma_row stdc_pragma_rows[] = {
-    {"FP_CONTRACT", &curr_fp_contract_state},
-    {"FENV_ACCESS", &curr_fenv_access_state},
-    {"CX_LIMITED_RANGE", &curr_cx_limited_range_state}};
-static const a_stdc_state_row stdc_state_rows[] = {{"OFF", 1}, {"ON", 2}, {"DEFAULT", 3}};
-
-// The variable that the current token names; null, after a message, for none.
-static int32_t* scan_stdc_pragma_name() {
-  for (const a_stdc_pragma_row& row : stdc_pragma_rows)
-    if (in_C_mode() && std_version >= 199901 && curr_token_is_identifier_string(row.name)) {
-      get_token();
-      return row.state;
-    }
-  pos_diagnostic(strict_ansi_error_severity, ec_unrecognized_stdc_pragma, &pos_curr_token);
-  return nullptr;
-}
-
-// The value of the word that is the current token; 0, after a message, for none.
-static int32_t scan_stdc_pragma_state() {
-  for (const a_stdc_state_row& row : stdc_state_rows)
-    if (curr_token_is_identifier_string(row.word)) {
-      get_token();
-      return row.value;
-    }
-  pos_diagnostic(strict_ansi_error_severity, ec_bad_stdc_pragma_arg, &pos_curr_token);
-  return 0;
-}
-
-static void obey_stdc_pragma(a_pending_pragma* pragma) {
-  begin_rescan_of_pragma_tokens(pragma);
-  int32_t* state = scan_stdc_pragma_name();
-  int32_t value = state != nullptr ? scan_stdc_pragma_state() : 0;
-  wrapup_rescan_of_pragma_tokens(value == 0);
-  // Only now: the scope of the rescanning has kept the states as they were.
-  if (value != 0)
-    *state = value;
-}
-
-// Takes the first pragma of a kind that waits at the current token.
-static a_pending_pragma* take_curr_token_pragma(a_pragma_kind_tag kind) {
-  for (a_pending_pragma** link = &curr_token_pragmas; *link != nullptr; link = &(*link)->next) {
-    a_pending_pragma* pragma = *link;
-    if (pragma->description->kind == kind) {
-      *link = pragma->next;
-      pragma->next = nullptr;
-      return pragma;
-    }
-  }
-  return nullptr;
-}
-
-void check_for_stdc_pragmas() {
-  while (a_pending_pragma* pragma = take_curr_token_pragma(pk_stdc)) {
-    obey_stdc_pragma(pragma);
-    free_pending_pragma(pragma);
-  }
-  update_initial_get_token_tests_needed();
-}
-
-bool take_not_reached_pragma() {
-  a_pending_pragma* pragma = take_curr_token_pragma(pk_notreached);
-  if (pragma == nullptr)
-    return false;
-  free_pending_pragma(pragma);
-  update_initial_get_token_tests_needed();
-  return true;
-}
-
-// Runs for those that stood where they may not.
-void stdc_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  pos_diagnostic(strict_ansi_error_severity, ec_stdc_pragma_not_allowed_here,
-                 &pragma->directive_position);
-}
-
-// -- #pragma push_macro and pop_macro ----------------------------------------------------------
-
-// `("name")`; an empty name after a fault.
-static std::string scan_macro_name_operand() {
-  if (get_token() != tok_lparen) {
-    pos_warning(ec_exp_lparen, &pos_curr_token);
-    return std::string();
-  }
-  if (get_token() != tok_string) {
-    pos_warning(ec_exp_string_literal, &pos_curr_token);
-    return std::string();
-  }
-  std::string name(start_of_curr_token + 1, len_of_curr_token - 2);
-  if (get_token() != tok_rparen) {
-    pos_warning(ec_exp_rparen, &pos_curr_token);
-    return std::string();
-  }
-  get_token();
-  return name;
-}
-
-void push_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  std::string name = scan_macro_name_operand();
-  if (!name.empty())
-    push_macro_definition(name.data(), name.size());
-  else
-    skip_operands(pragma->from_operator);
-}
-
-void pop_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  std::string name = scan_macro_name_operand();
-  if (!name.empty())
-    pop_macro_definition(name.data(), name.size());
-  else
-    skip_operands(pragma->from_operator);
-}
-
-void gcc_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  if (strcmp(pragma->argument_text, "system_header") == 0) {
-    do_not_put_curr_line_in_pp_output = 1;
-    mark_current_file_as_system_header(pragma->name_position);
-  } else {
-    pos_warning(ec_unrecognized_gcc_pragma, &pragma->name_position);
-  }
-}
-
-// -- Initialisation
-// -------------------------------------------------------------------------------------------
+// -- Initialisation ------------------------------------------------------------------
 
 void pragma_one_time_init() {
   // No variable of this module is kept for each unit.
@@ -526,12 +377,13 @@ void pragma_init() {
   pragma_kind_descriptions = nullptr;
   for (a_pragma_kind_description*& description : pragma_description_for_pragma_kind)
     description = nullptr;
-  const bool pragma_exists[] = {
-#define PRAGMA_KIND(kind, name, binding, action, flags, severity, exists) exists,
-#include "pragma_kinds.def"
-#undef PRAGMA_KIND
-  };
-  for (size_t i = 0; i < std::size(pragma_rows); ++i)
-    if (pragma_exists[i])
-      register_pragma_kind(pragma_rows[i].description);
+  for (const a_pragma_row& row : pragma_rows)
+    if (row.exists())
+      register_pragma_kind(row.description);
+  standard_pragmas_init();
+}
+
+void pragma_trans_unit_init() {
+  always_inline_funcs = 0;
+  clear_port_references();
 }

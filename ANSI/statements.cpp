@@ -239,6 +239,7 @@ static void statement_behind_prefix(bool is_body, bool is_extension) {
   check_stack_limit();
   append_attributes(&waiting_attributes, scan_attributes(al_statement));
   bool is_labelled = scan_labels();
+  select_curr_construct_pragmas(true);
   append_attributes(&waiting_attributes, scan_attributes(al_statement));
   obey_not_reached_pragma();
   is_extension |= skip_extension_prefix();
@@ -247,6 +248,7 @@ static void statement_behind_prefix(bool is_body, bool is_extension) {
 }
 
 void statement(bool is_body) {
+  select_curr_construct_pragmas(false);
   bool is_extension = skip_extension_prefix();
   statement_behind_prefix(is_body, is_extension);
 }
@@ -264,6 +266,7 @@ static void check_declaration_behind_statement(bool statement_seen) {
 
 // A declaration or a statement.
 static void block_item(bool* statement_seen) {
+  select_curr_construct_pragmas(false);
   waiting_attributes = scan_attributes(al_statement);
   bool is_extension = skip_extension_prefix();
   if (in_C_mode() && !is_label_start() && is_declaration()) {
@@ -290,6 +293,9 @@ static void block_items() {
       get_token();
   }
   obey_not_reached_pragma();
+  // What is left has nothing to bind to, or waits for the end of this scope.
+  if (curr_token_pragmas)
+    process_curr_token_pragmas();
   remove_stop_token(tok_semicolon);
   remove_stop_token(tok_rbrace);
 }

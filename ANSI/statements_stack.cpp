@@ -9,6 +9,7 @@
 #include "il_alloc.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "statements_int.h"
 
@@ -140,6 +141,8 @@ a_statement* add_statement_at_stmt_pos(a_statement_kind kind, const a_source_pos
   attach_statement(statement);
   if (kind != stmk_label)
     take_waiting_attributes(statement);
+  if (kind != stmk_label && kind != stmk_case && kind != stmk_decl)
+    process_curr_construct_pragmas(nullptr, statement);
   if (kind == stmk_goto || kind == stmk_return)
     mark_unreachable();
   return statement;
@@ -286,10 +289,16 @@ a_statement* open_block(unsigned flags, const a_source_position* position) {
   block->is_unreachable = !reachability.code_is_reachable;
   if (!(flags & bf_detached))
     attach_statement(block);
-  if (!(flags & (bf_generated | bf_detached)))
+  if (!(flags & (bf_generated | bf_detached))) {
     take_waiting_attributes(block);
-  if (!(flags & bf_scope_is_open))
+    process_curr_construct_pragmas(nullptr, block);
+  }
+  if (!(flags & bf_scope_is_open)) {
+    // Those of the statement that a generated block stands round.
+    a_pending_pragma* pragmas = has_construct_pragmas() ? extract_curr_construct_pragmas() : nullptr;
     push_block_scope(nullptr);
+    reactivate_curr_construct_pragmas(pragmas);
+  }
   push_stmt_entry(ssk_block, block);
   top_stmt_entry()->is_statement_expression = (flags & bf_statement_expression) != 0;
   top_stmt_entry()->scope_depth = depth_scope_stack;

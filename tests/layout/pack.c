@@ -89,9 +89,10 @@ int function(void) {
 // CHECK: line [[#@LINE+1]]: remark #917-D
 #pragma pack(push, 2)
   return 0;
-// CHECK-NOT: #917
+// CHECK: line [[#@LINE+1]]: remark #917-D
 #pragma pack(4)
 }
+// CHECK-NOT: #917
 struct behind { char c; struct inner i; };
 SAME(OFFSET(struct behind, i), 16);
 _Pragma("pack(2)") struct by_operator { char c; struct inner i; };
