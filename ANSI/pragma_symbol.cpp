@@ -185,6 +185,8 @@ void pragma_retain_backend(a_pending_pragma* pragma, a_symbol* symbol) {
     static_cast<a_routine*>(entity)->is_used = true;
   else
     static_cast<a_variable*>(entity)->is_used = true;
+  // At the end of its declaration it may have passed for unneeded.
+  source_corresp_for_il_entry(entity, kind)->reference_state = ref_state_used;
   symbol->unused_reported = true;
   mark_as_needed(entity, kind);
   make_pragma_entry(pragma, symbol, nullptr, {});

@@ -127,3 +127,8 @@ void scope(void)
 #pragma NOINIT(inner)
   }
 }
+
+// CHECK-LABEL: {{^}}symbol kept_constant class static
+// CHECK-SAME: state 1
+static const int kept_constant = 1;
+#pragma RETAIN(kept_constant)
