@@ -24,6 +24,7 @@
 #include "il_to_if.h"
 #include "mode_words.h"
 #include "pragma.h"
+#include "sys_predef.h"
 #include "target.h"
 #include "types.h"
 
@@ -352,10 +353,6 @@ void put_all_types() {
 
 // ---- Functions and variables ----
 
-bool is_builtin(const a_routine* routine) {
-  return routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0;
-}
-
 void warn_of_function_definition(a_routine* routine) {
   a_source_correspondence& entity = routine->source_corresp;
   std::string name = decode_id(sym_name(&entity, 0), true).substr(0, longest_source_name);
@@ -375,7 +372,7 @@ void put_functions() {
       continue;
     if (routine->storage_kind != sc_extern)
       warn_of_function_definition(routine);
-    else if (!is_builtin(routine))
+    else if (!is_gnu_builtin_function(routine))
       put_line("", formatted(".global %s", sym_name(&routine->source_corresp, 0)));
   }
 }

@@ -308,10 +308,9 @@ static const a_special_builtin* special_builtin_of(const an_operand* function) {
   if (function->kind != ok_expression || function->variant.expr->kind != expr_routine)
     return nullptr;
   const a_routine* routine = function->variant.expr->variant.routine.ptr;
-  if (routine->special_kind != rsk_ordinary || routine->special_data.builtin_code == 0)
-    return nullptr;
+  int64_t code = builtin_code_of(routine);
   for (const a_special_builtin& builtin : special_builtins)
-    if (builtin.code == routine->special_data.builtin_code)
+    if (builtin.code == code)
       return &builtin;
   return nullptr;
 }

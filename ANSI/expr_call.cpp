@@ -6,6 +6,7 @@
 #include "il.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "sys_predef.h"
 #include "templates.h"
 
 // ---- Implicit declarations (C89 3.3.2.2) ----
@@ -144,9 +145,7 @@ static void make_function_call(an_expr_operator_kind op, an_expr_node* operands,
 // The value that a call of a builtin function has before run time.
 static void fold_gnu_call_if_possible(const a_routine* routine, an_expr_node* arguments,
                                       an_operand* result) {
-  bool is_builtin =
-      routine && routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0;
-  if (!is_builtin || result->kind != ok_expression)
+  if (!is_gnu_builtin_function(routine) || result->kind != ok_expression)
     return;
   an_expr_node* call = result->variant.expr;
   a_constant constant;

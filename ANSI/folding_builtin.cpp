@@ -8,6 +8,7 @@
 #include "folding_int.h"
 #include "host_envir.h"
 #include "mode_words.h"
+#include "sys_predef.h"
 #include "target.h"
 #include "types.h"
 
@@ -356,14 +357,9 @@ static const a_routine* original_routine(const a_routine* routine) {
   return routine;
 }
 
-static bool is_gnu_builtin(const a_routine* routine) {
-  return routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0 &&
-         routine->source_corresp.name;
-}
-
 static const a_builtin_fold* fold_of_routine(const a_routine* routine) {
   routine = original_routine(routine);
-  if (!is_gnu_builtin(routine))
+  if (!is_gnu_builtin_function(routine) || !routine->source_corresp.name)
     return nullptr;
   for (const a_builtin_fold& row : builtin_folds)
     if (strcmp(row.name, routine->source_corresp.name) == 0)
@@ -380,9 +376,7 @@ static bool has_special_syntax(int64_t code) {
 }
 
 bool is_foldable_gnu_builtin_function(const a_routine* routine, bool* special_syntax) {
-  const a_routine* original = original_routine(routine);
-  *special_syntax =
-      is_gnu_builtin(original) && has_special_syntax(original->special_data.builtin_code);
+  *special_syntax = has_special_syntax(builtin_code_of(original_routine(routine)));
   return *special_syntax || fold_of_routine(routine);
 }
 

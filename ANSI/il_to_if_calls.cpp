@@ -40,12 +40,6 @@ a_routine* called_routine(const an_expr_node* call) {
   return callee->kind == expr_routine ? callee->variant.routine.ptr : nullptr;
 }
 
-int64_t builtin_code_of(const a_routine* routine) {
-  return routine == nullptr || routine->special_kind != rsk_ordinary
-             ? 0
-             : routine->special_data.builtin_code;
-}
-
 bool is_target_builtin(int64_t code) {
   return code >= first_target_builtin && code <= last_target_builtin;
 }
@@ -293,9 +287,9 @@ void gen_call(an_expr_node* call) {
   if (routine != nullptr && gen_function_scope != nullptr &&
       routine->source_corresp.name != nullptr && strcmp(routine->source_corresp.name, "main") == 0)
     gen_function_scope->assoc.routine->file_symbol->add_pragma(ifpk_FUNC_EXCEPTIONS_NOUNWIND);
-  if (builtin_code_of(routine) != 0 && !target->ok_to_dump_as_builtin(call, gen_function_scope))
+  if (is_gnu_builtin_function(routine) && !target->ok_to_dump_as_builtin(call, gen_function_scope))
     routine->special_data.builtin_code = 0;
-  if (builtin_code_of(routine) != 0 && gen_builtin_call(routine, call))
+  if (is_gnu_builtin_function(routine) && gen_builtin_call(routine, call))
     return;
   gen_ordinary_call(routine, call);
 }

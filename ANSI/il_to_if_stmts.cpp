@@ -11,6 +11,7 @@
 #include "il_to_if_int.h"
 #include "mode_words.h"
 #include "stack_limit.h"
+#include "sys_predef.h"
 #include "target.h"
 
 namespace {
@@ -332,8 +333,7 @@ bool default_is_never_executed(const a_switch_case_entry* entry) {
     return false;
   const an_expr_node* callee = statement->expr->variant.operation.operands;
   return callee->kind == expr_routine &&
-         callee->variant.routine.ptr->special_kind == rsk_ordinary &&
-         callee->variant.routine.ptr->special_data.builtin_code == code_never_executed;
+         builtin_code_of(callee->variant.routine.ptr) == code_never_executed;
 }
 
 void gen_default(const a_switch_case_entry* entry, uint64_t values, uint32_t exit_label) {

@@ -94,9 +94,10 @@ static const char* keep_name(a_source_correspondence* entity, const std::string&
 const char* sym_name(a_source_correspondence* entity, unsigned index) {
   if (entity->name == nullptr)
     keep_name(entity, "$P$T" + std::to_string(temp_name_counter++));
-  if (index == 0)
+  constexpr char pack_prefix[] = "$P$PE$";
+  if (index == 0 || strncmp(entity->name, pack_prefix, sizeof(pack_prefix) - 1) == 0)
     return entity->name;
-  return keep_name(entity, "$P$PE$" + std::to_string(index) + "$" + entity->name);
+  return keep_name(entity, pack_prefix + std::to_string(index) + "$" + entity->name);
 }
 
 std::string routine_name(a_routine* routine) {
@@ -523,12 +524,17 @@ static int class_of_variable(const a_variable* variable) {
   }
 }
 
-static std::string variable_name(a_variable* variable, unsigned index) {
+static const char* name_before_numbering(a_variable* variable, unsigned index) {
   if (variable->is_this_parameter)
     return "this";
   if (variable->name_in_own_text && variable->holds_asm_name && variable->asm_name.text != nullptr)
     return variable->asm_name.text;
-  std::string name = sym_name(&variable->source_corresp, index);
+  return sym_name(&variable->source_corresp, index);
+}
+
+// The statics of functions are numbered through the file, those with an asm name too.
+static std::string variable_name(a_variable* variable, unsigned index) {
+  std::string name = name_before_numbering(variable, index);
   if (variable->storage_kind == sc_static && gen_level != 0)
     name += "$" + std::to_string(++local_static_counter);
   return name;

@@ -17,6 +17,7 @@
 #include "source_file.h"
 #include "statements.h"
 #include "symbol_tbl.h"
+#include "sys_predef.h"
 #include "types.h"
 
 #include <cstring>
@@ -148,7 +149,7 @@ static void check_undefined_static_routine(a_symbol* symbol, a_routine* routine,
 static void check_routine(a_symbol* symbol) {
   a_routine* routine = symbol->variant.routine;
   if (routine == nullptr || routine->is_compiler_generated || routine->is_used ||
-      routine->special_kind != rsk_ordinary || routine->special_data.builtin_code != 0)
+      routine->special_kind != rsk_ordinary || is_gnu_builtin_function(routine))
     return;
   const bool is_referenced = symbol->referenced || routine->source_corresp.referenced;
   if (routine->source_corresp.linkage == idl_internal) {

@@ -263,6 +263,16 @@ a_symbol* load_builtin_function(a_symbol_header* header) {
   return symbol;
 }
 
+int64_t builtin_code_of(const a_routine* routine) {
+  return routine == nullptr || routine->special_kind != rsk_ordinary
+             ? 0
+             : routine->special_data.builtin_code;
+}
+
+bool is_gnu_builtin_function(const a_routine* routine) {
+  return builtin_code_of(routine) != 0;
+}
+
 bool builtin_function_is_enabled(const char* name) {
   if (!builtin_functions_enabled)
     return false;
@@ -276,8 +286,7 @@ bool is_predeclared_function(const a_symbol* symbol) {
   if (symbol->kind != symk_routine || symbol->position.seq != 0)
     return false;
   const a_routine* routine = symbol->variant.routine;
-  return routine->special_kind == rsk_ordinary && routine->special_data.builtin_code != 0 &&
-         !routine->real_call;
+  return is_gnu_builtin_function(routine) && !routine->real_call;
 }
 
 a_symbol* forget_predeclared_function(a_symbol* symbol) {

@@ -5,6 +5,7 @@
 
 #include "basics.h"
 
+struct a_routine;
 struct a_symbol_header;
 
 // Codes of builtin functions that the analysis knows. From bc_library_function
@@ -33,6 +34,11 @@ enum a_builtin_code : int64_t {
 // itself is loaded where its name is first used, or here with
 // preload_builtin_functions.
 void enter_system_specific_predeclared_symbols();
+
+// The code of a builtin function; 0 for any other routine, and for null.
+int64_t builtin_code_of(const a_routine* routine);
+// Whether a routine is a builtin function, of GNU or of the processor.
+bool is_gnu_builtin_function(const a_routine* routine);
 
 // For __has_builtin: whether there is a builtin function of the name.
 bool builtin_function_is_enabled(const char* name);

@@ -1183,7 +1183,7 @@ TYPE* TYPE_PKG::mk_qual(TYPE* type, uint8_t qualifiers) {
 }
 
 TYPE* TYPE_PKG::mk_qual(TYPE* type, uint8_t qualifiers, uint64_t size, uint32_t align) {
-  if ((type->qualifiers & qualifiers) == qualifiers)
+  if (type->type_qualified(qualifiers))
     return type;
   if (type->type_qualified(qf_packed))
     align = default_align;

@@ -149,6 +149,8 @@ TEST(TypePkg, QualifiersMerge) {
   EXPECT_EQ(types.mk_qual(types.mk_qual(integer, qf_volatile), qf_const), both);
   EXPECT_EQ(types.mk_qual(both, qf_const), both);
   EXPECT_EQ(types.mk_qual(integer, 0), integer);
+  TYPE* named = types.mk_typedef("CI", false, constant, 32, 8, false);
+  EXPECT_EQ(types.mk_qual(named, qf_const), named);
   EXPECT_TRUE(constant->getr(TYPE::k_integral)->is_int());
   TYPE* wide = types.mk_int(TYPE::ikind_long, true, 32, 32, false, false);
   EXPECT_EQ(types.mk_qual(wide, qf_const)->align, 32u);
