@@ -30,6 +30,7 @@ struct a_func_info_block {
   int32_t prototype_scope_number; // -1: none
   bool is_old_style;
   bool is_from_typedef;       // the routine type came without a declarator
+  bool has_unused_parameters; // as the comment ARGSUSED says
   a_source_position position; // of the parenthesis
 };
 void clear_func_info(a_func_info_block* func_info);

@@ -11,6 +11,7 @@
 #include "layout.h"
 #include "lexical.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "source_file.h"
 #include "statements_int.h"
@@ -146,8 +147,16 @@ bool is_deleted_definition() {
   return in_cplusplus_mode() && curr_token == tok_assign && next_token() == tok_delete;
 }
 
+// The comment ARGSUSED in front of the declaration.
+static bool take_args_used_pragma() {
+  a_pending_pragma* pragmas = extract_construct_pragmas_of_kind(pk_argsused);
+  free_pending_pragma_list(pragmas);
+  return pragmas != nullptr;
+}
+
 void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
                          a_func_info_block* func_info) {
+  func_info->has_unused_parameters = has_construct_pragmas() && take_args_used_pragma();
   check_misra_rules(state, &locator->position);
   if (func_info->is_from_typedef) {
     pos_error(ec_function_type_must_come_from_declarator, &locator->position);
@@ -222,11 +231,14 @@ static a_variable* make_parameter_variable(a_param_id* param) {
   return variable;
 }
 
-static void declare_parameter(a_param_id* param) {
+static void declare_parameter(a_param_id* param, bool may_be_unused) {
   check_parameter(param);
   param->variable = make_parameter_variable(param);
-  if (param->symbol)
-    enter_parameter(param, param->variable);
+  if (!param->symbol)
+    return;
+  enter_parameter(param, param->variable);
+  if (may_be_unused)
+    param->variable->source_corresp.symbol->unused_reported = true;
 }
 
 // Tags and enumerators of the parameter list are known in the body.
@@ -282,7 +294,7 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
     declare_this_parameter(routine, scope);
   reactivate_prototype_scope_symbols(func_info);
   for (a_param_id* param = func_info->param_id_list; param; param = param->next)
-    declare_parameter(param);
+    declare_parameter(param, func_info->has_unused_parameters);
   push_stop_token_stack();
   scope->assoc_statement = scan_outermost_block(routine, scope);
   pop_stop_token_stack();

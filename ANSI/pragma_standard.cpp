@@ -110,8 +110,10 @@ void check_for_stdc_pragmas() {
 bool take_not_reached_pragma() {
   a_pending_pragma* pragma = take_curr_token_pragma(pk_notreached);
   if (pragma == nullptr)
+    pragma = extract_construct_pragmas_of_kind(pk_notreached);
+  if (pragma == nullptr)
     return false;
-  free_pending_pragma(pragma);
+  free_pending_pragma_list(pragma);
   update_initial_get_token_tests_needed();
   return true;
 }

@@ -179,7 +179,7 @@ static void declaration_or_expression(bool is_body, bool is_labelled, bool is_ex
 }
 
 static void obey_not_reached_pragma() {
-  if (curr_token_pragmas && take_not_reached_pragma())
+  if ((curr_token_pragmas || has_construct_pragmas()) && take_not_reached_pragma())
     mark_not_returning();
 }
 
