@@ -7,6 +7,7 @@
 #include "decl_inits_int.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "lexical.h"
 #include "mode_words.h"
 #include "stack_limit.h"
 #include "types.h"
@@ -49,25 +50,15 @@ static void advance_walk(an_aggregate_walk* walk, uint64_t count) {
   walk->position += count;
   walk->next_in_order = walk->position;
   walk->greatest = std::max(walk->greatest, walk->position);
+  walk->last_field = walk->field;
   if (walk->field)
     walk->field =
         walk->type->kind == tk_union ? nullptr : next_initializable_field(walk->field->next);
 }
 
 static a_constant* make_designator(const an_aggregate_walk* walk) {
-  a_constant* designator = alloc_constant(con_designator);
-  designator->type = walk->type;
-  if (is_array_walk(walk)) {
-    designator->value.designator.is_text_or_index = true;
-    a_constant* index = alloc_constant(con_integer);
-    index->type = size_t_type();
-    index->value.int_value = walk->position;
-    designator->value.designator.designated.index = index;
-  } else {
-    designator->value.designator.is_field = true;
-    designator->value.designator.designated.field = walk->field;
-  }
-  return designator;
+  return is_array_walk(walk) ? make_index_designator(walk->type, walk->position)
+                             : make_field_designator(walk->type, walk->field);
 }
 
 static void note_run_time_value(a_constant* aggregate, an_init_state* state) {
@@ -77,73 +68,26 @@ static void note_run_time_value(a_constant* aggregate, an_init_state* state) {
   state->contains_nonconstant = true;
 }
 
+// An aggregate without braces of its own goes on with an earlier value of the
+// element.
+static bool may_go_on(const an_aggregate_walk* walk, const a_constant* element) {
+  if (element->kind == con_repeat)
+    element = element->value.repeat.element;
+  if (element->kind != con_aggregate || element->braced)
+    return false;
+  return walk->type->kind == tk_union ? walk->aggregate->value.aggregate.first != nullptr
+                                      : walk->position < walk->greatest;
+}
+
 static void store_element(an_aggregate_walk* walk, a_constant* element, an_init_state* state) {
   if (walk->position != walk->next_in_order) {
     add_constant_to_aggregate(make_designator(walk), walk->aggregate);
     walk->aggregate->has_designator = true;
     state->designator_used = true;
   }
+  state->has_overlaps |= may_go_on(walk, element);
   add_constant_to_aggregate(element, walk->aggregate);
   note_run_time_value(walk->aggregate, state);
-}
-
-// An element that stands in the aggregate has been changed.
-static void note_changed_element(an_aggregate_walk* walk, const a_constant* element,
-                                 an_init_state* state) {
-  walk->aggregate->has_designator |= element->has_designator;
-  walk->aggregate->value.aggregate.has_dynamic_init |= element->value.aggregate.has_dynamic_init;
-  note_run_time_value(walk->aggregate, state);
-}
-
-// ---- Elements that were stored before ----
-
-// The last element stored that covers the walk's position; *is_repeated says
-// that it covers others too.
-static a_constant* stored_element(const an_aggregate_walk* walk, bool* is_repeated) {
-  a_constant* found = nullptr;
-  uint64_t position = 0;
-  a_field* field = is_array_walk(walk) ? nullptr : first_field_of(walk->type);
-  for (a_constant* item = walk->aggregate->value.aggregate.first; item; item = item->next) {
-    if (item->kind == con_designator) {
-      if (item->value.designator.is_field)
-        field = item->value.designator.designated.field;
-      else
-        position = item->value.designator.designated.index->value.int_value;
-      continue;
-    }
-    uint64_t count = item->kind == con_repeat ? item->value.repeat.count : 1;
-    bool is_here = is_array_walk(walk)
-                       ? walk->position >= position && walk->position - position < count
-                       : field == walk->field;
-    if (is_here) {
-      found = item->kind == con_repeat ? item->value.repeat.element : item;
-      *is_repeated = item->kind == con_repeat;
-    }
-    position += count;
-    if (field)
-      field = next_initializable_field(field->next);
-  }
-  return found;
-}
-
-// What was stored at the walk's position before, when it is an aggregate that
-// a further designator goes on with; null when there is none.
-static a_constant* earlier_aggregate(an_aggregate_walk* walk) {
-  bool is_repeated = false;
-  // Behind all that was stored there is nothing to be found.
-  if (is_array_walk(walk) && walk->position >= walk->greatest)
-    return nullptr;
-  a_constant* found = stored_element(walk, &is_repeated);
-  if (found && is_repeated) {
-    // The element leaves its range and goes on alone.
-    found = alloc_unshared_constant(found);
-    walk->next_in_order = UINT64_MAX;
-    add_constant_to_aggregate(make_designator(walk), walk->aggregate);
-    add_constant_to_aggregate(found, walk->aggregate);
-  }
-  if (found && found->kind == con_string)
-    explode_string_initializer(found);
-  return found && found->kind == con_aggregate ? found : nullptr;
 }
 
 // ---- One element ----
@@ -176,38 +120,18 @@ static a_constant* repeated_element(a_constant* element, uint64_t count,
   return repeat;
 }
 
-static void walk_list(an_aggregate_walk* walk, an_init_component** list, an_init_state* state);
+static a_constant* walk_without_braces(an_init_component** list, a_type** type,
+                                       const a_source_position* position, an_init_state* state);
 
-// A further designator leads into the element (`.a.b = 1`), or into each of
-// several alike. What it changes there may be stored already.
-static a_constant* nested_designation(an_aggregate_walk* walk, an_init_component** list,
-                                      uint64_t count, an_init_state* state, bool* is_stored) {
-  check_stack_limit();
+// A further designator leads into the element (`.a.b = 1`).
+static a_constant* nested_designation(an_init_component** list, a_type* type,
+                                      an_init_state* state) {
   a_source_position position = init_component_pos(*list);
-  a_type* type = element_type_of(walk);
   if (!is_aggregate_or_union_type(type)) {
     init_type_error(ec_invalid_designator_kind, &position, type, state);
     return nullptr;
   }
-  a_constant* aggregate = earlier_aggregate(walk);
-  const bool goes_on = aggregate != nullptr;
-  *is_stored = goes_on && count == 1;
-  if (!goes_on)
-    aggregate = make_aggregate(type, &position, false);
-  else if (count > 1)
-    aggregate = alloc_unshared_constant(aggregate);
-  an_aggregate_walk inner;
-  ++state->depth;
-  prep_aggr_initializer(&inner, type, aggregate, false, state);
-  if (goes_on) {
-    inner.next_in_order = UINT64_MAX; // behind what was stored nothing is in order
-    inner.greatest = is_array_walk(&inner) ? num_array_elements(skip_typerefs(aggregate->type)) : 0;
-  }
-  walk_list(&inner, list, state);
-  --state->depth;
-  if (is_incomplete_array_type(type))
-    aggregate->type = make_array_type(array_element_type(type), inner.greatest);
-  return aggregate;
+  return walk_without_braces(list, &type, &position, state);
 }
 
 // C99 6.7.2.1 p16: a flexible array member has elements in an object of static
@@ -238,6 +162,19 @@ static bool check_element_type(const an_aggregate_walk* walk, a_type* type, bool
   return true;
 }
 
+// The value of one element. In that of a range nothing is taken but the first
+// scalar that the designators lead to.
+static a_constant* value_of_element(an_init_component** list, a_type* type, bool is_range,
+                                    an_init_state* state) {
+  const bool was_in_range = state->in_range_element;
+  state->in_range_element |= is_range;
+  a_constant* element = (*list)->kind == ick_designator ? nested_designation(list, type, state)
+                                                        : init_element(list, &type, state);
+  state->flexible_member = false;
+  state->in_range_element = was_in_range;
+  return element;
+}
+
 // One element, with the designators in front of it. False when the walk can't
 // go on.
 static bool walk_element(an_aggregate_walk* walk, an_init_component** list, an_init_state* state) {
@@ -250,41 +187,81 @@ static bool walk_element(an_aggregate_walk* walk, an_init_component** list, an_i
   if (is_at_end(walk) || !first_init_component(list))
     return false;
   a_type* type = element_type_of(walk);
-  bool is_stored = false;
   if (!check_element_type(walk, type, is_designated, &position, state))
     return false;
   state->enclosing_type = walk->type;
   state->enclosing_is_outermost_union = walk->is_outermost && walk->type->kind == tk_union;
-  a_constant* element = (*list)->kind == ick_designator
-                            ? nested_designation(walk, list, count, state, &is_stored)
-                            : init_element(list, &type, state);
-  state->flexible_member = false;
+  a_constant* element = value_of_element(list, type, count > 1, state);
   if (element)
-    element = is_stored ? element : repeated_element(element, count, &position, state);
+    element = repeated_element(element, count, &position, state);
   if (!element)
     return false;
-  if (is_stored)
-    note_changed_element(walk, element, state);
-  else
-    store_element(walk, element, state);
+  store_element(walk, element, state);
   advance_walk(walk, count);
-  if (is_stored)
-    walk->next_in_order = UINT64_MAX;
   // An array of empty structs would never come to the end of the list.
   return number_of_dropped_init_components != dropped_before || !is_array_walk(walk);
 }
 
+// ---- Behind a range ----
+
+static an_init_component* designator_component(uint64_t position, a_field* field) {
+  an_init_component* component = alloc_init_component(ick_designator);
+  component->variant.designator.position = pos_curr_token;
+  component->variant.designator.field = field;
+  if (!field) {
+    component->variant.designator.index = alloc_constant(con_integer);
+    component->variant.designator.index->type = size_t_type();
+    component->variant.designator.index->value.int_value = position;
+  }
+  return component;
+}
+
+// Adds this walk's part to the designators of what follows: the element that
+// was stored last when that goes on inside, else the next one.
+static void note_place_behind_range(const an_aggregate_walk* walk, an_init_state* state) {
+  an_init_component* inner = state->behind_range;
+  if (!inner && is_at_end(walk))
+    return;
+  state->behind_range = inner ? designator_component(walk->position - 1, walk->last_field)
+                              : designator_component(walk->position, walk->field);
+  state->behind_range->next = inner;
+}
+
+// `[0 ... 1].x = 5, 6`: the 6 is for what follows `[1].x`. True when the list
+// begins with such designators now.
+static bool resume_behind_range(const an_aggregate_walk* walk, an_init_component** list,
+                                an_init_state* state) {
+  if (!state->behind_range)
+    return false;
+  note_place_behind_range(walk, state);
+  an_init_component* designators = state->behind_range;
+  state->behind_range = nullptr;
+  if (!first_init_component(list) || (*list)->kind == ick_designator) {
+    free_init_component_list(designators);
+    return false;
+  }
+  an_init_component* last = designators;
+  while (last->next)
+    last = last->next;
+  last->next = *list;
+  *list = designators;
+  return true;
+}
+
 static void walk_list(an_aggregate_walk* walk, an_init_component** list, an_init_state* state) {
-  bool is_first = true;
+  bool is_own_designator = true; // of this walk, not of the list in braces around it
   while (first_init_component(list)) {
-    // A designator belongs to the list in braces around it.
-    if ((*list)->kind == ick_designator && !walk->has_braces && !is_first)
+    if ((*list)->kind == ick_designator && !walk->has_braces && !is_own_designator)
       return;
     if ((*list)->kind != ick_designator && is_at_end(walk))
       return;
-    if (!walk_element(walk, list, state))
+    if (!walk_element(walk, list, state)) {
+      state->behind_range = nullptr;
       return;
-    is_first = false;
+    }
+    if (state->in_range_element)
+      return note_place_behind_range(walk, state);
+    is_own_designator = resume_behind_range(walk, list, state);
   }
 }
 
@@ -369,16 +346,20 @@ a_constant* braced_aggregate(an_init_component** list, a_type** type, an_init_st
     state->is_scalar_zero = is_scalar_zero(*elements);
   a_constant* aggregate = make_aggregate(*type, &position, true);
   an_aggregate_walk walk;
+  const bool was_in_range = state->in_range_element;
+  state->in_range_element = false;
   prep_aggr_initializer(&walk, *type, aggregate, true, state);
   if (!*elements)
     check_empty_list(component, *type, &walk, is_flexible_member, state);
   walk_list(&walk, elements, state);
   report_excess(&walk, elements, state);
   check_members_left_out(&walk, &position, state);
-  --state->depth;
+  state->in_range_element = was_in_range;
   drop_first_init_component(list);
   complete_array_type(type, &walk);
   aggregate->type = *type;
+  if (--state->depth == 0 && state->has_overlaps && !state->error_reported)
+    put_elements_in_order(aggregate);
   return state->error_reported ? nullptr : aggregate;
 }
 
@@ -391,11 +372,10 @@ static void check_elided_braces(const a_source_position* position, an_init_state
     pos_diagnostic(misra_required_severity, ec_misra_c_2004_9_2, position);
 }
 
-a_constant* unbraced_aggregate(an_init_component** list, a_type** type, an_init_state* state) {
-  a_source_position position = init_component_pos(*list);
-  state->flexible_member = false;
-  check_elided_braces(&position, state);
-  a_constant* aggregate = make_aggregate(*type, &position, false);
+static a_constant* walk_without_braces(an_init_component** list, a_type** type,
+                                       const a_source_position* position, an_init_state* state) {
+  check_stack_limit();
+  a_constant* aggregate = make_aggregate(*type, position, false);
   an_aggregate_walk walk;
   ++state->depth;
   prep_aggr_initializer(&walk, *type, aggregate, false, state);
@@ -404,4 +384,11 @@ a_constant* unbraced_aggregate(an_init_component** list, a_type** type, an_init_
   complete_array_type(type, &walk);
   aggregate->type = *type;
   return state->error_reported ? nullptr : aggregate;
+}
+
+a_constant* unbraced_aggregate(an_init_component** list, a_type** type, an_init_state* state) {
+  a_source_position position = init_component_pos(*list);
+  state->flexible_member = false;
+  check_elided_braces(&position, state);
+  return walk_without_braces(list, type, &position, state);
 }

@@ -44,7 +44,9 @@ static bool apply_field_designator(an_aggregate_walk* walk, const an_init_compon
     init_error(ec_designator_for_template_dependent_type, &position, state);
     return false;
   }
-  a_field* field = designated_field(walk, component, state);
+  a_field* field = component->variant.designator.field;
+  if (!field)
+    field = designated_field(walk, component, state);
   if (!field)
     return false;
   a_field* around = anonymous_field_around(field, walk->type);
@@ -84,7 +86,8 @@ static bool apply_index_designator(an_aggregate_walk* walk, const an_init_compon
 bool apply_designator(an_aggregate_walk* walk, an_init_component** list, uint64_t* count,
                       an_init_state* state) {
   const an_init_component* component = *list;
-  bool names_field = component->variant.designator.field_name != nullptr;
+  bool names_field = component->variant.designator.field_name != nullptr ||
+                     component->variant.designator.field != nullptr;
   bool ok = false, goes_on = false;
   if (names_field == (walk->type->kind == tk_array)) {
     a_source_position position = component->variant.designator.position;

@@ -26,8 +26,13 @@ struct an_init_state {
   uint32_t is_scalar_zero : 1;  // the whole initialiser is `{0}`
   uint32_t flexible_member : 1; // the next object is a flexible array member
   uint32_t enclosing_is_outermost_union : 1;
-  uint32_t is_condition : 1; // the variable is declared in a condition
-  uint32_t depth; // of aggregates within one another
+  uint32_t is_condition : 1;     // the variable is declared in a condition
+  uint32_t has_overlaps : 1;     // some element goes on with one that was given before
+  uint32_t in_range_element : 1; // within the element that stands for a whole range
+  uint32_t depth;                // of aggregates within one another
+  // Designators of what follows the element of a range: it belongs to the last
+  // element alone.
+  an_init_component* behind_range;
 };
 
 // Where an aggregate's walk stands. Positions count array elements, and the
@@ -40,6 +45,7 @@ struct an_aggregate_walk {
   uint64_t limit;         // the number of elements; UINT64_MAX: unknown bound
   uint64_t greatest;      // one above the greatest position stored
   a_field* field;         // at `position`, of a struct or union
+  a_field* last_field;    // the one before it
   bool has_braces;
   bool is_outermost; // the whole object, or the member of a union that is
 };

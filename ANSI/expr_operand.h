@@ -134,6 +134,7 @@ struct an_init_component {
     } braced;
     struct {
       a_symbol_header* field_name; // null for an index
+      a_field* field;              // set when the walk knows the field by itself
       a_constant* index;
       a_constant* range_end; // GNU `[a ... b]`
       a_source_position position;

@@ -270,6 +270,14 @@ void make_value_initialized_constant(a_type* type, a_constant* constant);
 // Appends an element; an element that needs run-time work, or that holds one
 // that does, marks the aggregate.
 void add_constant_to_aggregate(a_constant* element, a_constant* aggregate);
+// What stands before an element of an aggregate that is out of its order.
+a_constant* make_index_designator(a_type* array, uint64_t position);
+a_constant* make_field_designator(a_type* class_type, a_field* field);
+// Gives the elements of an aggregate, at all depths, the order of their
+// positions, with zeros in the gaps; only a union keeps a designator. A later
+// value for an element replaces an earlier one, but an aggregate that isn't
+// `braced` goes on with it.
+void put_elements_in_order(a_constant* aggregate);
 // Turns a string that initialises an array into an aggregate of its
 // characters.
 void explode_string_initializer(a_constant* constant);

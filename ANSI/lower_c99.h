@@ -16,11 +16,8 @@ void lower_c99_statement(a_statement* statement);
 // An expression, and one that isn't part of another one; null for none.
 void lower_c99_expr(an_expr_node* expr);
 void lower_c99_full_expr(an_expr_node* expr);
-// Gives the elements of an aggregate the order of their positions, with zeros
-// in the gaps; only a union keeps a designator. `init`, when it isn't null, is
-// the dynamic initialisation that owns the constant.
-void lower_designated_initializers(a_constant* constant, a_dynamic_init* init);
-// A constant value: its designators, and the complex values in it.
+// A constant value: its designators, and the complex values in it. `init`, when
+// it isn't null, is the dynamic initialisation that owns the constant.
 void lower_c99_constant(a_constant* constant, a_dynamic_init* init);
 
 void lower_c99_one_time_init();

@@ -2,10 +2,12 @@
 
 #include "il_constants.h"
 #include "il_expr.h"
+#include "il_statements.h"
 #include "lower_c99_int.h"
 #include "lower_complex.h"
 #include "lower_context.h"
 #include "lower_init.h"
+#include "mode_words.h"
 #include "types.h"
 
 bool loop_repeats_expr;
@@ -169,6 +171,14 @@ static void lower_c99_operator(an_expr_node* node) {
     lower_question_operator(node);
   else if (!is_complex && is_bool_type(node->type))
     lower_operator_of_bool(node);
+}
+
+static void lower_designated_initializers(a_constant* constant, a_dynamic_init* init) {
+  if (!designators_allowed || constant->kind != con_aggregate)
+    return;
+  put_elements_in_order(constant);
+  if (init != nullptr && init->kind == dik_nonconstant_aggregate)
+    init->contains_nonconstant = constant->value.aggregate.has_dynamic_init;
 }
 
 void lower_c99_constant(a_constant* constant, a_dynamic_init* init) {

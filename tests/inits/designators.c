@@ -28,7 +28,42 @@ struct point old = {y: 3, x: 4};
 // STRICT: line [[#@LINE+1]]: error #705: expected an "="
 int without[] = {[2] 5, [1] = 3};
 struct point kept[2][1] = {{{1, .x = 3}}, [0][0].y = 25};
+struct line { struct point from, to; int width; };
+struct point ranged[3] = {[0 ... 1].x = 5, 6, 7, 8};
+struct line lines[3] = {[0 ... 1].from.y = 3, 4, [2] = {.to.y = 8, 9}};
+union mixed { int i; char c[8]; struct point p; };
+union mixed mixed[] = {{.c = "abc"}, {.c[1] = 'x', .c[0] = 'y'}, [0].p.y = 65};
+struct { struct { int k[4]; } m[2]; int z; } tree = {
+    .m[1].k[2] = 5, 6, .m[0].k = {1, 2}, .m[0].k[1] = 9, 10, 11, 12, .z = 1};
+int sparse[] = {[1000000] = 3, [2] = 7};
+int *literal = (int[]){[3] = 4, [0 ... 1] = 8};
 char letters[2][4] = {"abc", [0][1] = 'x', [1] = {[2] = 'z'}};
+
+static int calls;
+static int next(void) { return ++calls; }
+
+// What is set anew is not evaluated for its old value.
+static void set_twice(struct point q) {
+  struct line l = {q, .to = q, .to.x = next(), .width = next(), .from.y = next()};
+  struct line m = {.from = {.x = 1, .y = 2}, .from.x = 5, .width = next(), .width = 3};
+  struct point points[] = {q, {1}, q, [1].y = 4, 3, 5};
+  printf("%d %d %d %d %d\n", l.from.x, l.from.y, l.to.x, l.to.y, l.width);
+  printf("%d %d %d %d\n", m.from.x, m.from.y, m.width, calls);
+  printf("%d %d %d %d\n", points[1].x, points[1].y, points[2].x, points[2].y);
+}
+
+static void nested(void) {
+  int i;
+  for (i = 0; i < 3; i++)
+    printf("(%d %d) ", ranged[i].x, ranged[i].y);
+  for (i = 0; i < 3; i++)
+    printf("(%d %d %d %d %d) ", lines[i].from.x, lines[i].from.y, lines[i].to.x, lines[i].to.y,
+           lines[i].width);
+  for (i = 0; i < 8; i++)
+    printf("%d ", tree.m[i / 4].k[i % 4]);
+  printf("%d\n%d %d %s\n", tree.z, mixed[0].p.x, mixed[0].p.y, mixed[1].c);
+  printf("%d %d %d %d %d\n", sparse[2], sparse[1000000], literal[0], literal[2], literal[3]);
+}
 
 static void automatic(int n) {
   int shorts[4] = {[0 ... 2] = -4, -7, [1] = n}, i;
@@ -52,6 +87,8 @@ int main(void) {
   printf("%d %d %d %d %s %c\n", old.x, old.y, without[2], without[1], letters[0], letters[1][2]);
   printf("%d %d\n", kept[0][0].x, kept[0][0].y);
   automatic(6);
+  nested();
+  set_twice((struct point){7, 8});
   return 0;
 }
 #ifdef FAULTS
