@@ -149,9 +149,27 @@ static void redirect_references(a_statement* statement, const a_statement* old_p
   }
 }
 
+// What pragmas say of a loop goes on with it. They are listed with the function.
+static void redirect_pragmas_of_loop(a_statement* to, a_statement* from) {
+  if (!from->has_associated_pragma || !is_loop_statement(to))
+    return;
+  const a_statement* body = from;
+  while (body->parent != nullptr)
+    body = body->parent;
+  if (body->kind != stmk_block || !body->variant.block.block_supplement->is_function_body)
+    return;
+  for (a_pragma* pragma = body->variant.block.block_supplement->scope->pragmas; pragma != nullptr;
+       pragma = pragma->next)
+    if (pragma->entity == from)
+      pragma->entity = to;
+  to->has_associated_pragma = true;
+  from->has_associated_pragma = false;
+}
+
 a_statement* change_statement_into_block(a_statement* statement) {
   a_statement* inner = alloc_statement(stmk_null);
   copy_statement(statement, inner);
+  redirect_pragmas_of_loop(inner, statement);
   inner->is_generated = statement->is_generated;
   inner->next = nullptr;
   inner->parent = statement;

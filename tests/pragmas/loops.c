@@ -86,4 +86,10 @@ again:
     while (m < 4) ++m;
     m;
   });
+  // Lowering puts the first clause in front of the loop.
+// CHECK: SRC_LOOP
+// CHECK-NEXT: pragma UNROLL "6"
+#pragma UNROLL(6)
+  for (n = ({ int m = a; m; }); n < 3; n++)
+    g();
 }
