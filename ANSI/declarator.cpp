@@ -394,7 +394,7 @@ a_type* type_name_full(a_decl_parse_state* state) {
   a_func_info_block func_info;
   clear_func_info(&func_info);
   decl_specifiers(dso_type_specifiers, state);
-  declarator(do_abstract_only, state, nullptr, &locator, &func_info);
+  declarator(do_abstract_only | do_vla, state, nullptr, &locator, &func_info);
   append_attributes(&state->attributes_before, state->attributes_after);
   append_attributes(&state->attributes_before, scan_gnu_attribute_groups(al_declarator));
   discard_end_of_parse_actions(state);

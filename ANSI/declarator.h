@@ -6,6 +6,14 @@
 #include "decl_spec.h"
 #include "symbol_tbl.h"
 
+// A bound that waits for the definition of its function.
+struct a_vla_fixup {
+  a_vla_fixup* next;
+  a_type* array;
+  a_token_cache* bound; // its tokens and the `]`
+  a_source_position position;
+};
+
 // One entry of an identifier list or of a prototype's parameters.
 struct a_param_id {
   a_param_id* next;
@@ -20,6 +28,7 @@ struct a_param_id {
   an_attribute* attributes; // of an old-style declaration
   a_variable* variable;
   a_token_cache* default_arg; // its tokens, while it waits for the class; else null
+  a_vla_fixup* vla_fixups;    // of its arrays of variable length, the outermost first
 };
 
 // What a function declarator found.
@@ -43,6 +52,7 @@ enum a_declarator_option : unsigned {
   do_for_init = 32,
   do_abstract_only = 0x100,
   do_member = 0x400,
+  do_vla = 0x4000,    // an array may have variable length
   do_lambda = 0x1000, // `mutable` may stand behind the parameters
   do_k_and_r_parameter = 0x800 // in the declarations behind an identifier list
 };
@@ -61,9 +71,25 @@ void declarator(unsigned options, a_decl_parse_state* state, a_type* type,
 // for void.
 void check_and_adjust_parameter_type(a_decl_parse_state* state, const a_source_position* position);
 a_type* adjust_parameter_type(a_type* type);
+// ---- Arrays of variable length (declarator_vla.cpp) ----
+
+// The bounds that were read since the list was last taken.
+a_vla_fixup* take_vla_fixups();
 // The bounds of a parameter's arrays where the function is defined: `[*]` stands
-// in prototypes only (C99 6.7.5.2 p4).
-void check_bounds_of_parameter(a_param_id* param);
+// in prototypes only (C99 6.7.5.2 p4), others are computed at the entry (C99 6.9.1
+// p10). Its function's scope is open, with the parameters in front of it.
+void fix_vla_bounds_of_parameter(a_param_id* param);
+// How many dimensions of a function's types wait for the declaration, or the
+// expression, that evaluates them.
+size_t num_waiting_vla_dimensions();
+// The dimensions behind the first `mark` become statements at the current place.
+void add_vla_size_statements(size_t mark);
+// An expression has read type names: lowering evaluates their dimensions in it.
+void forget_vla_dimensions(size_t mark);
+// C99 6.7.5.2 p2: such an array is automatic, and no type derived from one has
+// linkage. A fault leaves the error type.
+void check_storage_of_vla(a_decl_parse_state* state, const a_source_position* position);
+
 // Reports a return type that is none.
 bool check_return_type(a_type* type, const a_source_position* position);
 void add_to_param_id_list(a_param_id* entry, a_func_info_block* func_info);

@@ -6,6 +6,7 @@
 #include "expr_int.h"
 #include "lexical.h"
 #include "mode_words.h"
+#include "scope_stk.h"
 #include "types.h"
 
 static void set_bound(a_derivation* array, const a_constant* constant,
@@ -31,9 +32,8 @@ static bool is_parameter(unsigned options) {
   return (options & (do_parameter | do_k_and_r_parameter)) != 0;
 }
 
-// A bound that isn't constant. In a prototype it says no more than `*` does
-// (C99 6.7.5.2 p5), and a function's outermost array is a pointer anyway;
-// elsewhere an array of variable length has no form yet that could be written.
+// A bound that isn't constant (C99 6.7.5.2 p5). In a prototype it says no more
+// than `*` does.
 static void set_variable_bound(unsigned options, a_derivation* array,
                                const a_source_position* position) {
   if (std_version < 199901 && report_gnu_extensions)
@@ -43,6 +43,8 @@ static void set_variable_bound(unsigned options, a_derivation* array,
   } else if (options & do_member) {
     pos_diagnostic(strict_ansi_error_severity, ec_vla_size_ignored, position);
     array->bound_is_known = true;
+  } else if ((options & do_vla) && depth_innermost_function_scope >= 0) {
+    array->bound_is_variable = true;
   } else {
     pos_error(ec_vla_not_allowed, position);
     array->is_bad = true;
@@ -65,16 +67,41 @@ static bool scan_parameter_bound(a_constant* constant, bool* is_bad) {
   return is_constant;
 }
 
+// The tokens up to the `]` are read, and kept for the definition of the function;
+// null where the value is plain to see.
+static a_token_cache* keep_tokens_of_bound() {
+  if (curr_token == tok_integer && next_token() == tok_rbracket)
+    return nullptr;
+  static const a_token_set_array at_end = [] {
+    a_token_set_array set = {};
+    set.member[tok_rbracket] = true;
+    return set;
+  }();
+  a_token_cache* cache = alloc_token_cache();
+  cache_token_stream(cache, &at_end);
+  rescan_copy_of_cache(cache);
+  return cache;
+}
+
+static bool scan_bound_of_parameter(a_derivation* array, a_constant* constant) {
+  a_token_cache* tokens = keep_tokens_of_bound();
+  bool is_constant = scan_parameter_bound(constant, &array->is_bad);
+  if (tokens && (is_constant || array->is_bad))
+    free_token_cache(tokens);
+  else
+    array->bound_tokens = tokens;
+  return is_constant;
+}
+
 static void scan_bound(unsigned options, a_derivation* array) {
   a_source_position position = pos_curr_token;
   a_constant constant;
   bool is_constant;
   if (is_parameter(options) && vla_enabled && in_C_mode()) {
-    is_constant = scan_parameter_bound(&constant, &array->is_bad);
+    is_constant = scan_bound_of_parameter(array, &constant);
   } else {
-    an_expr_node* expr;
-    is_constant = scan_array_bound_expression(&constant, &expr);
-    array->is_bad = !is_constant && is_error_type(expr->type);
+    is_constant = scan_array_bound_expression(&constant, &array->bound_expr);
+    array->is_bad = !is_constant && is_error_type(array->bound_expr->type);
   }
   if (is_constant)
     set_bound(array, &constant, &position);
@@ -107,23 +134,6 @@ static void scan_bound_qualifiers(unsigned options, a_derivation* array, bool is
     pos_error(ec_type_qualifier_not_allowed, &position);
     array->qualifiers = tq_none;
   }
-}
-
-// Of a function's outermost array the bound may be forgotten: the parameter is a
-// pointer. A level below it would have to be measured when the function runs.
-void check_bounds_of_parameter(a_param_id* param) {
-  const a_type* declared = skip_typerefs(param->declared_type);
-  bool has_star = false;
-  for (const a_type* level = declared; level->kind == tk_array;
-       level = skip_typerefs(level->variant.array.element_type))
-    has_star |= level->variant.array.bound_is_star;
-  if (has_star)
-    pos_error(ec_vla_with_unspecified_bound_not_allowed, &param->position);
-  else if (is_variably_modified_type(param->type))
-    pos_error(ec_vla_not_allowed, &param->position);
-  else
-    return;
-  param->type = error_type();
 }
 
 void array_declarator(unsigned options, bool is_outermost) {

@@ -123,6 +123,11 @@ static a_type* array_of_derivation(const a_derivation* derivation, a_type* type)
     array->variant.array.bound_is_star = derivation->bound_is_star;
     array->is_incomplete = false;
     array->is_variably_modified = true;
+    array->size = 0;
+    if (derivation->bound_expr)
+      make_vla_dimension(array, derivation->bound_expr, &derivation->position);
+    else if (derivation->bound_tokens)
+      add_vla_fixup_entry(array, derivation->bound_tokens, &derivation->position);
   }
   return array;
 }

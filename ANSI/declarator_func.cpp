@@ -105,6 +105,7 @@ static a_param_id* parameter_declaration(bool is_first) {
   decl_specifiers(options, &state);
   if (in_cplusplus_mode() && state.decl_flags.defines_tag)
     pos_error(ec_type_def_not_allowed_in_func_type_decl, &state.specifiers_position);
+  take_vla_fixups(); // those of a declarator that went wrong
   declarator(do_name_optional | do_parameter, &state, nullptr, &locator, &inner);
   append_attributes(&state.attributes_after, scan_gnu_attribute_groups(al_declarator));
   discard_end_of_parse_actions(&state);
@@ -115,6 +116,7 @@ static a_param_id* parameter_declaration(bool is_first) {
   param->declared_type = state.declared_type;
   check_and_adjust_parameter_type(&state, &state.specifiers_position);
   param->type = state.declared_type;
+  param->vla_fixups = take_vla_fixups();
   param->storage_class = state.storage_class;
   param->is_register = state.storage_class == sc_register;
   if (!locator.is_unnamed && !locator.is_error_locator)

@@ -29,6 +29,8 @@ struct a_derivation {
   bool is_bad;
   bool is_mutable; // of a lambda's function
   uint64_t bound;
+  an_expr_node* bound_expr;    // of an array of variable length in a function, or null
+  a_token_cache* bound_tokens; // of a parameter's, or null
   a_type* class_type;      // of a pointer to member
   a_type* routine_type;    // complete but for its return type
   a_type* trailing_return; // of a function; null: none
@@ -46,6 +48,13 @@ a_type* add_to_derived_type_list(const a_derivation* derivation, a_type* type);
 void pointer_declarator(a_decl_parse_state* state);
 // At the `[`: pushes the array.
 void array_declarator(unsigned options, bool is_outermost);
+// A bound of a parameter's array that is to be computed where the function is
+// entered. The cache becomes the entry's.
+void add_vla_fixup_entry(a_type* array, a_token_cache* bound, const a_source_position* position);
+// The array of variable length gets the record of its bound, and the variable that
+// holds its value (C99 6.7.5.2 p5). `size` is null in a prototype.
+a_vla_dimension* make_vla_dimension(a_type* array, an_expr_node* size,
+                                    const a_source_position* position);
 // At the `(`: pushes the function; its parameters go to *func_info unless that
 // is null.
 void function_declarator(unsigned options, a_func_info_block* func_info);

@@ -108,6 +108,7 @@ static void declare_old_style_param(const a_symbol_locator* locator, a_decl_pars
   param->declared_type = state->declared_type;
   check_and_adjust_parameter_type(state, &locator->position);
   param->type = state->declared_type;
+  param->vla_fixups = take_vla_fixups();
   param->position = locator->position;
   param->storage_class = state->storage_class;
   param->is_register = state->storage_class == sc_register;
@@ -216,6 +217,7 @@ static void apply_constexpr(a_decl_parse_state* state, bool has_initializer) {
 static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
   bool has_initializer = is_initializer_start(state->declared_type);
   check_nonfunction_declaration_errors(state, locator);
+  check_storage_of_vla(state, &locator->position);
   apply_constexpr(state, has_initializer);
   a_storage_kind written = state->storage_class;
   state->storage_class = storage_of_variable(state, has_initializer);
@@ -303,12 +305,15 @@ static unsigned options_of_declarator(const a_decl_parse_state* state) {
     options |= do_k_and_r_parameter;
   if (state->parse_flags.is_for_init)
     options |= do_for_init;
+  if (vla_enabled && in_C_mode() && !state->parse_flags.is_old_style_param)
+    options |= do_vla;
   return options;
 }
 
 static void init_declarator_list(a_decl_parse_state* state) {
   a_symbol_locator locator;
   a_func_info_block func_info;
+  const size_t waiting_dimensions = num_waiting_vla_dimensions();
   const a_storage_kind storage_class = state->storage_class;
   add_stop_token(tok_comma);
   add_stop_token(tok_assign);
@@ -320,6 +325,7 @@ static void init_declarator_list(a_decl_parse_state* state) {
     declarator(options_of_declarator(state), state, nullptr, &locator, &func_info);
     scan_gnu_asm_name(state);
     append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
+    add_vla_size_statements(waiting_dimensions);
     bool more = declare(&locator, state, &func_info);
     if (!more || curr_token != tok_comma)
       break;
@@ -427,7 +433,9 @@ static void apply_linkage_prefix(a_decl_parse_state* state) {
 
 static void declaration_with_specifiers(a_decl_parse_state* state) {
   a_token_sequence_number first = curr_token_sequence_number;
+  const size_t waiting_dimensions = num_waiting_vla_dimensions();
   decl_specifiers(options_of_specifiers(state), state);
+  add_vla_size_statements(waiting_dimensions);
   report_missing_type(state);
   apply_linkage_prefix(state);
   if (curr_token == tok_semicolon)

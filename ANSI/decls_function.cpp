@@ -193,7 +193,7 @@ void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
 // ---- The body ----
 
 static void check_parameter(a_param_id* param) {
-  check_bounds_of_parameter(param);
+  fix_vla_bounds_of_parameter(param);
   if (is_incomplete_type(param->type) && !is_error_type(param->type)) {
     pos_error(ec_incomplete_type_not_allowed, &param->position);
     param->type = error_type();

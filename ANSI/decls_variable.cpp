@@ -298,12 +298,18 @@ void update_variable_decl_modifiers(a_decl_parse_state* state) {
 // A type that depends on a value is made where its declaration is reached
 // (C99 6.7.5.2 p5).
 static void note_variably_modified_type(a_variable* variable, const a_source_position* position) {
-  if (!is_variably_modified_type(variable->type))
+  const a_routine* routine = scope_stack[depth_innermost_function_scope].routine;
+  if (!routine->has_vla || !is_variably_modified_type(variable->type))
     return;
   a_statement* statement = add_statement_at_stmt_pos(stmk_vla_decl, position);
   statement->variant.vla_decl.variable = variable;
-  if (is_vla_type(variable->type) && variable->storage_kind == sc_auto)
-    update_init_statement_control_flow(statement);
+  if (!is_vla_type(variable->type) || variable->storage_kind < sc_auto)
+    return;
+  if (inside_statement_expression())
+    pos_error(ec_vla_in_statement_expr, position);
+  variable->is_vla = true;
+  variable->storage_kind = sc_auto; // its address is needed
+  update_init_statement_control_flow(statement);
 }
 
 static void note_local_variable(a_variable_declaration* decl) {

@@ -242,16 +242,6 @@ static void shift_operation(a_token_kind token, an_operand* left, an_operand* ri
 
 // ---- Pointer arithmetic (C99 6.5.6) ----
 
-// The size of an array of variable length has no form yet in which it could be
-// computed.
-bool refuse_steps_over_vla(an_operand* pointer) {
-  if (!is_vla_type(type_pointed_to(pointer->type)) || expr_stack->flags.unevaluated_operand)
-    return false;
-  refuse_construct("variable length array", &pointer->position);
-  conv_to_error_operand(pointer);
-  return true;
-}
-
 // The object that the pointer steps over is of known size; GNU C gives void and
 // functions the size 1.
 bool check_pointer_arithmetic_operand(an_operand* operand) {
@@ -263,7 +253,7 @@ bool check_pointer_arithmetic_operand(an_operand* operand) {
   }
   if (is_nonobject && !gnu_mode)
     expr_pos_warning(ec_nonobject_pointer_arithmetic, &operand->position);
-  return !refuse_steps_over_vla(operand);
+  return true;
 }
 
 static void pointer_plus_or_minus_integer(a_token_kind token, an_operand* left, an_operand* right,

@@ -57,6 +57,7 @@ void transfer_context_from_enclosing_expr_stack_entry(bool full, const an_expr_s
 struct a_full_expression {
   an_expr_stack_entry entry;
   an_expr_stack_entry* saved_expr_stack;
+  size_t waiting_vla_dimensions;
 };
 void begin_full_expression(an_expression_kind kind, a_full_expression* full);
 void end_full_expression(a_full_expression* full, const an_operand* operand);

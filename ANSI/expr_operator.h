@@ -25,8 +25,6 @@ bool operator_is_overloaded(const an_operator_place* place, an_operand* left, an
 bool postfix_operator_is_overloaded(const an_operator_place* place, an_operand* operand,
                                     an_operand* result);
 
-// An operand whose pointer steps over arrays of variable length becomes an error.
-bool refuse_steps_over_vla(an_operand* pointer);
 // Operators that C takes in no constant expression; reports where one is due.
 bool is_refused_in_constant(const a_source_position* position);
 

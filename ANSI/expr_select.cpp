@@ -38,7 +38,7 @@ static bool prepare_subscript_operands(an_operand* pointer, an_operand* index) {
                      pointer);
     return false;
   }
-  return check_integral_or_enum_operand(index) && !refuse_steps_over_vla(pointer);
+  return check_integral_or_enum_operand(index);
 }
 
 void do_subscript(an_operand* left, an_operand* index, const a_source_position* operator_position,

@@ -96,11 +96,6 @@ static void check_sizeof_operand(a_type** type, const an_operand* operand, bool 
   an_error_code code = 0;
   if (is_error_type(*type))
     return;
-  if (is_vla_type(*type)) {
-    refuse_construct("variable length array", &operand->position);
-    *type = error_type();
-    return;
-  }
   if (!is_type && operand->kind == ok_expression && bit_field_of_node(operand->variant.expr, false))
     code = ec_sizeof_bit_field;
   else if (is_function_type(*type))
@@ -134,6 +129,21 @@ static void scan_sizeof_pack(an_operand* result) {
   required_token(tok_rparen, ec_exp_rparen);
 }
 
+// The operand of such a type is evaluated (C99 6.5.3.4 p2).
+static void make_vla_size_operand(a_type* type, bool is_type, an_operand* result) {
+  an_expr_node* size = type_only_expr(type);
+  size->type = integer_type(static_cast<an_integer_kind>(targ_size_t_int_kind));
+  size->position = result->position;
+  an_expr_node* operand = is_type ? nullptr : make_node_from_operand(result);
+  if (operand && node_has_side_effects(operand)) {
+    if (operand->is_lvalue) // an array has no value
+      operand = add_address_of_to_node(operand);
+    set_expr_result_not_used(operand);
+    size = make_comma_node(operand, size);
+  }
+  make_expression_operand(size, result);
+}
+
 static void scan_sizeof_operand(an_operand* result) {
   bool is_type;
   a_type* type = scan_unevaluated_operand(result, &is_type);
@@ -142,6 +152,8 @@ static void scan_sizeof_operand(an_operand* result) {
   a_source_position end = result->end_position;
   if (is_error_type(type))
     make_error_operand(result);
+  else if (is_vla_type(type))
+    make_vla_size_operand(type, is_type, result);
   else
     make_size_operand(sizeof_type(type), result);
   result->end_position = end;

@@ -2,6 +2,7 @@
 // makes, and its diagnostics.
 
 #include "expr_int.h"
+#include "declarator.h"
 #include "folding_math.h"
 #include "il.h"
 #include "il_statements.h"
@@ -101,6 +102,7 @@ static void transfer_to_full_expression(const an_expr_stack_entry* from, an_expr
 
 void begin_full_expression(an_expression_kind kind, a_full_expression* full) {
   full->saved_expr_stack = expr_stack;
+  full->waiting_vla_dimensions = num_waiting_vla_dimensions();
   expr_stack = nullptr;
   push_expr_stack(kind, &full->entry, false, false);
   if (full->saved_expr_stack)
@@ -110,6 +112,7 @@ void begin_full_expression(an_expression_kind kind, a_full_expression* full) {
 void end_full_expression(a_full_expression* full, const an_operand* operand) {
   pop_expr_stack();
   expr_stack = full->saved_expr_stack;
+  forget_vla_dimensions(full->waiting_vla_dimensions);
   curr_construct_end_position = operand->end_position;
 }
 

@@ -309,11 +309,13 @@ static a_statement* open_function_body() {
   push_stmt_entry(ssk_block, block);
   mark_reachable();
   flow_open_block(bf_none, &pos_curr_token);
+  set_vla_sizes_of_parameters();
   return block;
 }
 
 static void close_function_body(a_statement* block) {
   a_source_position end = pos_curr_token;
+  add_vla_deallocations_of_block(&end);
   if (reachability.code_is_reachable)
     return_at_end_of_function(&end);
   block->end_position = end;

@@ -50,6 +50,8 @@ void warn_if_code_is_unreachable(an_error_code code, const a_source_position* po
 void update_init_statement_control_flow(a_statement* statement);
 void record_trivial_init_control_flow(a_variable* variable);
 void record_entity_in_decl_stmt_if_needed(a_symbol* symbol);
+// The bound of an array of variable length is evaluated here.
+void set_vla_size_statement(a_vla_dimension* dimension, const a_source_position* position);
 
 // Frees the control-flow records at the end of a function.
 void wrapup_control_flow_processing(a_scope* scope);

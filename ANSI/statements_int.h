@@ -133,6 +133,18 @@ void return_at_end_of_function(const a_source_position* position);
 extern a_source_position end_of_last_statement;
 void required_semicolon();
 
+// ---- Arrays of variable length (statements_vla.cpp) ----
+
+// At the start of a function's body: the bounds of its parameters.
+void set_vla_sizes_of_parameters();
+// At the end of the block on top, or of the function's body: its arrays are given
+// back.
+void add_vla_deallocations_of_block(const a_source_position* position);
+// In front of a return: all arrays are given back, behind the evaluation of the
+// value, which is returned in the form that is left of it.
+an_expr_node* add_vla_deallocations_of_return(an_expr_node* value,
+                                              const a_source_position* position);
+
 // ---- Constructs (statements_loop.cpp) ----
 
 void if_statement();

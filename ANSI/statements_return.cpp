@@ -141,6 +141,7 @@ void return_statement() {
   else
     value = scan_return_expression(type);
   check_noreturn(&position);
+  value = add_vla_deallocations_of_return(value, &position);
   a_statement* statement = add_statement_at_stmt_pos(stmk_return, &position);
   statement->expr = value;
   statement->end_position = curr_construct_end_position;

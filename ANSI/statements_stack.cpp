@@ -321,6 +321,7 @@ static void check_fallthrough_at_end(const a_struct_stmt_stack_entry* entry) {
 void close_block(const a_source_position* end_position) {
   a_struct_stmt_stack_entry entry = *top_stmt_entry();
   check_fallthrough_at_end(&entry);
+  add_vla_deallocations_of_block(end_position);
   entry.statement->end_position = *end_position;
   entry.statement->variant.block.block_supplement->end_position = *end_position;
   bind_scope_to_block(entry.statement, scope_stack[depth_scope_stack].il_scope);

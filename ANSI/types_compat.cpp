@@ -646,7 +646,9 @@ bool identical_bounds(const a_type* a, const a_type* b) {
     return false;
   if (first.bound_is_constant)
     return eq_constants(first.bound.dependent_constant, second.bound.dependent_constant);
-  if (first.bound_is_expr || first.is_vla)
+  if (first.is_vla)
+    return first.bound.vla_dimension == second.bound.vla_dimension;
+  if (first.bound_is_expr)
     return first.bound.expr == second.bound.expr;
   return first.bound.number_of_elements == second.bound.number_of_elements &&
          array_has_no_bound(a) == array_has_no_bound(b);
