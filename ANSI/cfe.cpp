@@ -29,6 +29,7 @@
 #include "lower_c99.h"
 #include "lower_il.h"
 #include "lower_name.h"
+#include "lower_vla.h"
 #include "macro.h"
 #include "mem_manage.h"
 #include "misra.h"
@@ -128,6 +129,7 @@ void fe_one_time_init() {
   corresp_one_time_init();
   il_lower_one_time_init();
   lower_c99_one_time_init();
+  lower_vla_one_time_init();
   lower_name_one_time_init();
   attribute_one_time_init();
   extasm_one_time_init();
@@ -250,6 +252,7 @@ void init_modules_for_translation_unit() {
   preproc_trans_unit_init();
   il_lower_trans_unit_init();
   lower_c99_trans_unit_init();
+  lower_vla_trans_unit_init();
   sys_predef_trans_unit_init();
 }
 

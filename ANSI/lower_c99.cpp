@@ -10,6 +10,7 @@
 #include "lower_il.h"
 #include "lower_init.h"
 #include "lower_stmt_expr.h"
+#include "lower_vla.h"
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "stack_limit.h"
@@ -91,6 +92,7 @@ static void lower_for(a_statement* statement) {
 static void lower_block(a_statement* block) {
   a_scope* scope = block->variant.block.block_supplement->scope;
   a_context context;
+  const size_t live_vlas = num_live_vlas();
   if (scope != nullptr)
     push_context(&context, scope, nullptr);
   for (a_statement* item = block->variant.block.first_statement; item != nullptr;) {
@@ -98,8 +100,10 @@ static void lower_block(a_statement* block) {
     lower_c99_statement(item);
     item = next;
   }
-  if (scope != nullptr)
+  if (scope != nullptr) {
     pop_context();
+    end_block_of_vlas(live_vlas);
+  }
 }
 
 static void lower_asm_statement(const an_asm_entry* entry) {
@@ -140,6 +144,20 @@ static void lower_statement_by_kind(a_statement* statement) {
     break;
   case stmk_asm:
     lower_asm_statement(statement->variant.asm_entry);
+    break;
+  case stmk_set_vla_size:
+    lower_set_vla_size(statement);
+    break;
+  case stmk_vla_decl:
+    lower_vla_decl(statement);
+    break;
+  case stmk_goto:
+    if (function_has_vlas)
+      lower_vla_goto(statement);
+    break;
+  case stmk_label:
+    if (function_has_vlas)
+      lower_vla_label(statement);
     break;
   case stmk_init:
     lower_init_statement(statement);
@@ -221,7 +239,9 @@ static void lower_c99_scope(a_scope* scope) {
     innermost_function_scope = scope;
   lower_parts_of_scope(scope);
   if (scope->kind == sk_function) {
+    begin_lowering_of_vlas(scope->assoc.routine);
     lower_c99_statement(scope->assoc_statement);
+    end_lowering_of_vlas();
     if (scope->assoc.routine->is_inline)
       check_routine_for_inlining(scope->assoc.routine);
   }

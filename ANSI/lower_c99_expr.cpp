@@ -7,6 +7,7 @@
 #include "lower_complex.h"
 #include "lower_context.h"
 #include "lower_init.h"
+#include "lower_vla.h"
 #include "mode_words.h"
 #include "types.h"
 
@@ -197,6 +198,8 @@ static void lower_c99_constant_expr(an_expr_node* node) {
 
 // The operands come before the node.
 static void lower_c99_node(an_expr_node* node, an_expr_or_stmt_traversal_block*) {
+  if (function_has_vlas)
+    lower_vla_node(node);
   switch (node->kind) {
   case expr_operation:
     lower_c99_operator(node);

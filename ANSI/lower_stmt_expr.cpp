@@ -263,6 +263,8 @@ a_statement* take_statement_expressions_out(a_statement* statement) {
   a_statement_list list = {};
   if (statement->kind == stmk_init)
     take_out_of_init(statement->variant.dynamic_init, &list);
+  else if (statement->kind == stmk_set_vla_size)
+    take_out_of(statement->variant.vla_dimension->size_expr, &list);
   else if (statement->kind == stmk_asm)
     take_out_of_asm(statement->variant.asm_entry, &list);
   else if (statement->kind != stmk_while && statement->kind != stmk_do &&

@@ -116,6 +116,15 @@ uint32_t a_machine::allocate_array(uint32_t place, uint64_t size) {
   return address;
 }
 
+void a_machine::release_array(uint32_t place) {
+  auto array = arrays.find(place);
+  if (array == arrays.end())
+    return;
+  if (array->second.first == frames.back().serial)
+    frames.back().top = array->second.second;
+  arrays.erase(array);
+}
+
 // -- Jumps between functions ---------------------------------------------------
 
 // The buffer holds the context's number. One that is used again keeps it. The

@@ -410,6 +410,8 @@ public:
   uint32_t allocate_in_frame(uint64_t size);
   // The same for the array whose address is kept at `place`.
   uint32_t allocate_array(uint32_t place, uint64_t size);
+  // Gives the array back, and what was allocated in the frame since.
+  void release_array(uint32_t place);
   // setjmp and longjmp (C99 7.13).
   void save_context(uint32_t buffer, const uint64_t* values_end);
   [[noreturn]] void restore_context(uint32_t buffer, uint64_t value);

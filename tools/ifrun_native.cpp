@@ -95,6 +95,11 @@ uint64_t native_vla_alloc(a_machine& machine, const a_native_call& call) {
   return 0;
 }
 
+uint64_t native_vla_dealloc(a_machine& machine, const a_native_call& call) {
+  machine.release_array(static_cast<uint32_t>(pointer(call, 0)));
+  return 0;
+}
+
 // -- The end -------------------------------------------------------------------
 
 uint64_t native_exit(a_machine&, const a_native_call& call) {
