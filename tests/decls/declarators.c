@@ -42,7 +42,6 @@ int bounds(int n, int **a, int *b, int *c, int d[n][n], int (*e)[n]);
 int outermost(int n, const int a[n + 1]) { return a[n]; }
 // CHECK: line [[#@LINE+1]]: error #944: variable length array with unspecified bound is not allowed
 int star_in_definition(int a[*]) { return a != 0; }
-// CHECK: line [[#@LINE+1]]: error #1029: a variable length array is not allowed here
 int inner_bound(int n, int a[2][n]) { return n; }
 int old_style_bound(n, a) int n; int a[n]; { return a[0]; }
 // CHECK: line [[#@LINE+1]]: error #944: variable length array with unspecified bound is not allowed
