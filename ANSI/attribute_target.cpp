@@ -83,7 +83,9 @@ struct a_pragma_of_attribute {
       : pragma(alloc_pending_pragma(pragma_description_for_pragma_kind[kind])) {
     pragma->directive_position = pragma->name_position = attribute->position;
   }
-  ~a_pragma_of_attribute() { free_pending_pragma(pragma); }
+  ~a_pragma_of_attribute() {
+    free_pending_pragma(pragma);
+  }
 };
 
 } // namespace

@@ -40,7 +40,7 @@ bool set_variable_section_specification(a_variable* variable, a_section_origin o
 
 void set_default_section(bool of_routines, const char* name, const a_source_position* position) {
   (of_routines ? default_section_of_routines : default_section_of_variables) = {so_default, name,
-                                                                               *position};
+                                                                                *position};
 }
 
 void apply_default_section_to_routine(a_routine* routine) {

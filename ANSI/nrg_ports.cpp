@@ -50,8 +50,7 @@ static bool scan_register(a_port_register* which) {
   static const struct {
     const char* name;
     a_port_register which;
-  } rows[] = {
-      {"OUT", port_out}, {"DIR", port_dir}, {"SEL1", port_sel1}, {"SEL2", port_sel2}};
+  } rows[] = {{"OUT", port_out}, {"DIR", port_dir}, {"SEL1", port_sel1}, {"SEL2", port_sel2}};
   for (const auto& row : rows)
     if (curr_token_is_identifier_string(row.name)) {
       *which = row.which;

@@ -264,8 +264,7 @@ void process_cpp_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement*
 void pragma_misra_action(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void pragma_nrg_action(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void process_nrg_port_config(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
-void process_set_section_pragma(a_pending_pragma* pragma, a_symbol* symbol,
-                                a_statement* statement);
+void process_set_section_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 void always_inline_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
 
 void pragma_one_time_init();

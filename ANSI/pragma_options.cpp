@@ -3,12 +3,12 @@
 #include <sstream>
 #include <string>
 
+#include "../OPTIONGEN/option_obj.h"
 #include "cmd_line.h"
 #include "error.h"
 #include "if_util.h"
 #include "il_entities.h"
 #include "il_to_if.h"
-#include "../OPTIONGEN/option_obj.h"
 #include "pragma_int.h"
 #include "symbol_tbl.h"
 

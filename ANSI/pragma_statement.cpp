@@ -163,9 +163,8 @@ int inline_statement_pragma(a_pending_pragma* pragma, a_symbol*, a_statement* st
     return 0;
   create_il_entry_for_pragma(pragma, nullptr, statement);
   if (pragma->il_entry != nullptr)
-    set_pragma_object(pragma->il_entry,
-                      is_recursive ? uint8_t(ifpk_FORCEINLINE_RECURSIVE)
-                                   : pragma->il_entry->tool_kind,
-                      {});
+    set_pragma_object(
+        pragma->il_entry,
+        is_recursive ? uint8_t(ifpk_FORCEINLINE_RECURSIVE) : pragma->il_entry->tool_kind, {});
   return 0;
 }

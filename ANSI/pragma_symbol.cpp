@@ -220,8 +220,8 @@ int weak_pragma(a_pending_pragma* pragma, a_symbol* symbol, a_statement*) {
 
 // Addresses are as wide as a pointer to what stands there.
 static bool location_fits(const a_symbol* symbol, uint64_t address) {
-  const a_type* type = is_routine(symbol) ? symbol->variant.routine->type
-                                          : symbol->variant.variable->type;
+  const a_type* type =
+      is_routine(symbol) ? symbol->variant.routine->type : symbol->variant.variable->type;
   uint32_t alignment;
   uint64_t bits = size_of_pointer_to(type, &alignment) * static_cast<uint64_t>(targ_char_bit);
   return bits >= 64 || address >> bits == 0;

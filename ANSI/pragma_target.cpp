@@ -5,9 +5,9 @@
 // `#pragma WEAK(f)`, and acts when its scope is closed. In C++ it stands in front
 // of the declaration: `#pragma WEAK`.
 
+#include "const_ints.h"
 #include "error.h"
 #include "expr.h"
-#include "const_ints.h"
 #include "il.h"
 #include "il_entities.h"
 #include "lexical_int.h"
@@ -77,7 +77,8 @@ static a_target_pragma_action target_pragma_action(a_pragma_kind_tag kind) {
 // ---- Subjects ----
 
 bool is_routine(const a_symbol* symbol) {
-  return symbol != nullptr && (symbol->kind == symk_member_function || symbol->kind == symk_routine) &&
+  return symbol != nullptr &&
+         (symbol->kind == symk_member_function || symbol->kind == symk_routine) &&
          symbol->variant.routine != nullptr;
 }
 
