@@ -7,6 +7,7 @@
 #include "il_statements.h"
 #include "lower_context.h"
 #include "lower_il.h"
+#include "lower_vla.h"
 #include "stack_limit.h"
 #include "types.h"
 
@@ -38,6 +39,15 @@ void append_assignment(a_variable* variable, an_expr_node* value, a_statement_li
 
 // ---- What holds a statement expression ----
 
+bool holds_statement_expression(an_expr_node* expr);
+
+bool bounds_hold_statement_expression(const an_expr_node* node) {
+  for (an_expr_node* bound : unevaluated_bounds(node))
+    if (holds_statement_expression(bound))
+      return true;
+  return false;
+}
+
 bool holds_statement_expression(an_expr_node* expr) {
   if (!expr)
     return false;
@@ -45,7 +55,7 @@ bool holds_statement_expression(an_expr_node* expr) {
   clear_expr_or_stmt_traversal_block(&block);
   block.skip_unevaluated = true;
   block.process_expr = [](an_expr_node* node, an_expr_or_stmt_traversal_block* b) {
-    if (node->kind == expr_statement)
+    if (node->kind == expr_statement || bounds_hold_statement_expression(node))
       b->found = b->terminate = true;
   };
   traverse_expr(expr, &block);
@@ -249,6 +259,8 @@ void take_out_of(an_expr_node* expr, a_statement_list* list) {
     for (int i = 0; i < lists.count; i++)
       for (an_expr_node* operand = *lists.heads[i]; operand; operand = operand->next)
         take_out_of(operand, list);
+    for (an_expr_node* bound : unevaluated_bounds(expr))
+      take_out_of(bound, list);
   }
 }
 

@@ -83,6 +83,19 @@ template <class Action> static void for_each_dimension(a_type* type, Action acti
   }
 }
 
+std::vector<an_expr_node*> unevaluated_bounds(const an_expr_node* node) {
+  std::vector<an_expr_node*> bounds;
+  a_type* type = is_operation_node(node, eok_cast) ? node->type
+                 : node->kind == expr_type_only    ? node->variant.type_only.ptr
+                                                   : nullptr;
+  if (function_has_vlas && type != nullptr)
+    for_each_dimension(type, [&](const a_vla_dimension* dimension) {
+      if (dimension->size_expr != nullptr)
+        bounds.push_back(dimension->size_expr);
+    });
+  return bounds;
+}
+
 // The bound's value goes to its variable; null when it has gone there already.
 static an_expr_node* lower_vla_dimension(a_vla_dimension* dimension) {
   an_expr_node* bound = dimension->size_expr;

@@ -7,6 +7,8 @@
 
 #include "basics.h"
 
+#include <vector>
+
 // Around the lowering of a function. What follows is for functions that have such
 // types alone.
 void begin_lowering_of_vlas(const a_routine* routine);
@@ -15,6 +17,8 @@ extern bool function_has_vlas;
 
 // An expression, behind its operands.
 void lower_vla_node(an_expr_node* node);
+// The bounds that the lowering of the node, a cast or a size, is going to evaluate.
+std::vector<an_expr_node*> unevaluated_bounds(const an_expr_node* node);
 
 // The evaluation of a dimension, a declaration, a jump and its target.
 void lower_set_vla_size(a_statement* statement);

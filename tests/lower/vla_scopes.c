@@ -17,6 +17,12 @@ struct big r(int n) { struct big x[n]; x[n - 1].v[3] = n; return x[n - 1]; }
 void v(int n, int *out) { char a[n]; a[0] = 3; if (n == 2) return; *out = a[0]; }
 int fact(int n) { int a[n + 1]; a[n] = n; int below = n ? fact(n - 1) : 1; return n ? a[n] * below : 1; }
 int w(int n) { int s = 0; while (n-- > 0) { do { int a[n + 1]; a[n] = n; if (n & 1) break; s += a[n]; } while (0); } return s; }
+// Bounds that are statement expressions.
+int st(int n) {
+  int a[({ int k = n; k + 1; })], b[2][3] = {{0}, {0, 0, 8}};
+  a[n] = sizeof(int[({ int k = n; k * 2; })]);
+  return a[n] + sizeof a + ((int (*)[({ int k = n; k + 1; })])b)[1][2];
+}
 int main(void) {
   int a[2][2] = {{1, 2}, {3, 4}}, b[2][2][3] = {{{0}}, {{0, 0, 0}, {0, 7, 0}}}, out = 0;
   printf("%d\n", g(2, a)); printf("%d %d\n", j(3), j(4)); printf("%d\n", l(5));
@@ -26,5 +32,6 @@ int main(void) {
   int n = 3; int (*p)[n] = 0; p = p + 2; printf("%d\n", (int)((char *)p - (char *)0));
   volatile int k = 2; int z[k][k + 1][4]; z[1][2][3] = 9; printf("%d %d\n", (*(z + 1))[2][3], (int)(&z[1][2][3] - &z[0][0][0]));
   _Bool t[n]; t[2] = 5; t[2]++; printf("%d\n", t[2]);
+  printf("%d\n", st(2));
   return 0;
 }
