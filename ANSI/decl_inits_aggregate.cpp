@@ -47,13 +47,13 @@ static a_type* element_type_of(const an_aggregate_walk* walk) {
 }
 
 static void advance_walk(an_aggregate_walk* walk, uint64_t count) {
+  const bool is_union = walk->type->kind == tk_union;
   walk->position += count;
-  walk->next_in_order = walk->position;
+  walk->next_in_order = is_union ? UINT64_MAX : walk->position; // nothing follows a member
   walk->greatest = std::max(walk->greatest, walk->position);
   walk->last_field = walk->field;
   if (walk->field)
-    walk->field =
-        walk->type->kind == tk_union ? nullptr : next_initializable_field(walk->field->next);
+    walk->field = is_union ? nullptr : next_initializable_field(walk->field->next);
 }
 
 static a_constant* make_designator(const an_aggregate_walk* walk) {

@@ -33,6 +33,7 @@ struct point ranged[3] = {[0 ... 1].x = 5, 6, 7, 8};
 struct line lines[3] = {[0 ... 1].from.y = 3, 4, [2] = {.to.y = 8, 9}};
 union mixed { int i; char c[8]; struct point p; };
 union mixed mixed[] = {{.c = "abc"}, {.c[1] = 'x', .c[0] = 'y'}, [0].p.y = 65};
+union { struct point s; int k[2]; } other = {.s.x = 1, .k[1] = 2}, same = {.k = {1, 2}, .k[0] = 4};
 struct { struct { int k[4]; } m[2]; int z; } tree = {
     .m[1].k[2] = 5, 6, .m[0].k = {1, 2}, .m[0].k[1] = 9, 10, 11, 12, .z = 1};
 int sparse[] = {[1000000] = 3, [2] = 7};
@@ -61,6 +62,7 @@ static void nested(void) {
            lines[i].width);
   for (i = 0; i < 8; i++)
     printf("%d ", tree.m[i / 4].k[i % 4]);
+  printf("%d %d %d %d\n", other.k[0], other.k[1], same.k[0], same.k[1]);
   printf("%d\n%d %d %s\n", tree.z, mixed[0].p.x, mixed[0].p.y, mixed[1].c);
   printf("%d %d %d %d %d\n", sparse[2], sparse[1000000], literal[0], literal[2], literal[3]);
 }
