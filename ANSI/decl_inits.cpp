@@ -7,6 +7,7 @@
 #include "decl_inits_int.h"
 #include "error.h"
 #include "expr.h"
+#include "expr_int.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "il_statements.h"
@@ -337,6 +338,34 @@ a_constant* scan_compound_literal_initializer(a_type** type, bool is_static,
   set_result(value, &state);
   *init = state.result_dynamic_init;
   return state.result_constant;
+}
+
+// ---- Objects that lists make in C++ ----
+
+void make_list_operand(an_init_component* list, a_type* type, const a_source_position* start,
+                       an_operand* result) {
+  an_init_state state = {};
+  state.is_list_init = true;
+  a_constant* value = init_element(&list, &type, &state);
+  report_excess_components(&list, &state);
+  free_init_component_list(list);
+  set_result(value, &state);
+  a_dynamic_init* init = state.result_dynamic_init;
+  if (state.result_constant && is_class_struct_union_type(type))
+    init = dynamic_init_of_value(value, &state);
+  if (!init && state.result_constant) {
+    make_constant_operand(value, result);
+  } else if (!init) {
+    make_error_operand(result);
+  } else if (init->kind == dik_expr) {
+    make_expression_operand(init->variant.expr, result);
+  } else {
+    an_expr_node* expr = alloc_expr_node(expr_temp_init);
+    expr->type = type;
+    expr->position = *start;
+    expr->variant.dynamic_init = init;
+    make_expression_operand(expr, result);
+  }
 }
 
 void decl_inits_init() {

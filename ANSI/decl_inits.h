@@ -24,6 +24,11 @@ void check_for_missing_initializer_full(a_symbol* symbol, a_type* type);
 // a null result, *init is its dynamic initialisation.
 a_constant* scan_compound_literal_initializer(a_type** type, bool is_static, a_dynamic_init** init);
 
+// The object that a list in braces makes for the expression around it (C++11
+// 5.2.3 p3); the list is freed.
+void make_list_operand(an_init_component* list, a_type* type, const a_source_position* start,
+                       an_operand* result);
+
 // ---- Components ----
 
 an_init_component* alloc_init_component(an_init_component_kind kind);
@@ -34,6 +39,9 @@ a_source_position init_component_pos(const an_init_component* component);
 a_source_position init_component_end_pos(const an_init_component* component);
 // An assignment expression or a braced list, at its first token.
 an_init_component* scan_init_component();
+// At the `{`: the list as far as its first element; the rest is read as the
+// list is walked, so that a long list is never in memory at once.
+an_init_component* get_braced_init_list();
 // Reads a list to its end.
 void complete_braced_init_list_parsing(an_init_component* list);
 

@@ -52,10 +52,7 @@ struct an_aggregate_walk {
 
 // ---- Components ----
 
-// At the `{`: the list as far as its first element; the rest is read as the
-// list is walked, so that a long list is never in memory at once.
-an_init_component* get_braced_init_list();
-// The same, read to its end.
+// A list in braces that is read to its end.
 an_init_component* get_whole_braced_init_list();
 // An assignment expression, or a list as far as its first element.
 an_init_component* scan_partial_init_component();

@@ -186,6 +186,34 @@ static a_constant* scalar_in_braces(an_init_component** list, a_type** type, an_
   return value;
 }
 
+// ---- References (C++11 8.5.4 p3) ----
+
+// A list for a reference to a class makes a temporary, unless it holds one
+// object of a class that the reference may be bound to.
+static bool needs_temporary(an_init_component* list, const a_type* bare) {
+  if (!list_init_enabled || !is_reference_type(bare) ||
+      !is_class_struct_union_type(type_pointed_to(bare)))
+    return false;
+  an_init_component* first = first_init_component(&list->variant.braced.first);
+  return !first || first->kind != ick_expression || first_init_component(&first->next) ||
+         !is_class_struct_union_type(first->variant.operand.type);
+}
+
+static a_constant* temporary_for_reference(an_init_component** list, a_type* type,
+                                           an_init_state* state) {
+  an_init_component* braces = *list;
+  a_source_position position = braces->variant.braced.start_position;
+  an_init_component* object = alloc_init_component(ick_expression);
+  *list = braces->next;
+  braces->next = nullptr;
+  make_list_operand(braces, type_pointed_to(skip_typerefs(type)), &position,
+                    &object->variant.operand);
+  set_operand_range(&object->variant.operand, &position, &curr_construct_end_position);
+  a_constant* value = convert_initializer(object, type, state);
+  free_init_component_list(object);
+  return value;
+}
+
 // ---- Complex values: GNU C's `{re, im}` ----
 
 static bool is_pair_for_complex(an_init_component* component, const a_type* bare) {
@@ -296,6 +324,8 @@ a_constant* init_element(an_init_component** list, a_type** type, an_init_state*
     return construct_from_list(list, *type, state);
   if (is_list && takes_list(bare))
     return braced_aggregate(list, type, state);
+  if (is_list && needs_temporary(*list, bare))
+    return temporary_for_reference(list, *type, state);
   if (is_list && is_pair_for_complex(*list, bare))
     return complex_in_braces(list, bare, state);
   if (is_list)

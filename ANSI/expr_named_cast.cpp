@@ -442,40 +442,14 @@ static void scan_parenthesized_initializer(a_type* type, an_operand* result,
     result->variant.expr->variant.operation.is_functional_cast = true;
 }
 
-// The value of a list that is no constant.
-static void make_list_operand(a_type* type, a_dynamic_init* init, const a_source_position* start,
-                              an_operand* result) {
-  if (init->kind == dik_expr) {
-    make_expression_operand(init->variant.expr, result);
-    return;
-  }
-  an_expr_node* expr = alloc_expr_node(expr_temp_init);
-  expr->type = type;
-  expr->position = *start;
-  expr->variant.dynamic_init = init;
-  make_expression_operand(expr, result);
-}
-
 // `T{...}`, at the `{` (C++11 5.2.3 p3).
 static void scan_list_construction(a_type* type, an_operand* result,
                                    const a_source_position* start) {
-  a_dynamic_init* init = nullptr;
   if (is_incomplete_type(type) && !is_error_type(type)) {
     expr_pos_error(ec_incomplete_type_not_allowed, start);
     type = error_type();
   }
-  a_constant* value = scan_compound_literal_initializer(&type, false, &init);
-  if (value && is_class_struct_union_type(type)) {
-    init = alloc_dynamic_init(dik_constant);
-    init->variant.constant = value;
-    value = nullptr;
-  }
-  if (value)
-    make_constant_operand(value, result);
-  else if (init)
-    make_list_operand(type, init, start, result);
-  else
-    make_error_operand(result);
+  make_list_operand(get_braced_init_list(), type, start, result);
   set_operator_positions(result, start, start, &curr_construct_end_position);
   result->flags.names_variable = false;
 }

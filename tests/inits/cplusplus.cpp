@@ -72,6 +72,16 @@ made nothing_made{};
 // CHECK-NEXT: line [[#@LINE+1]]: error #2722: invalid narrowing conversion from "double" to "int"
 int narrowed_temporary = int{3.5};
 
+// ---- References to temporaries that lists make ----
+const point &of_list = {1, 2}, &direct_list{3}, &whole = {p};
+point &&of_values = {run_time, 4};
+const made &of_arguments = {1, 2};
+point &of_point = {p};
+// CHECK-NEXT: line [[#@LINE+1]]: error #147: too many initializer values
+const point &too_many = {1, 2, 3};
+// CHECK-NEXT: line [[#@LINE+1]]: error #436: initial value of reference to non-const must be an lvalue
+point &not_const = {1, 2};
+
 // ---- auto ----
 auto a(5);
 auto b{6}, c = a + 1;
