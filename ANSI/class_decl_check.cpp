@@ -29,7 +29,8 @@ static bool needs_initializer(const a_field* field) {
 // Such members get a value from a braced initializer at most.
 static void check_members_without_constructor(const a_type* class_type) {
   const a_class_type_supplement* supplement = class_supplement_of(class_type);
-  if (supplement->has_user_constructor || class_type->kind == tk_union ||
+  if (supplement->has_user_constructor || supplement->is_lambda_closure ||
+      class_type->kind == tk_union ||
       class_type->variant.class_struct_union.has_error_in_definition)
     return;
   a_diagnostic* diag = nullptr;
@@ -88,6 +89,38 @@ static void check_correspondence_of_operator(a_type* class_type, an_opname_kind 
     pos_stty_diagnostic(es_remark, ec_no_corresponding_member_delete,
                         &class_type->source_corresp.position, opname_names[delete_kind],
                         class_type);
+}
+
+// C++11 3.7.4.2 p2: a delete without a size goes before one that takes it.
+static a_routine* usual_delete(const std::vector<a_routine*>& routines) {
+  a_routine* with_size = nullptr;
+  for (a_routine* routine : routines) {
+    const a_param_type* param =
+        is_error_type(routine->type) ? nullptr : param_types_of(skip_typerefs(routine->type));
+    if (!param || routine->is_template_function)
+      continue;
+    if (!param->next)
+      return routine;
+    if (!param->next->next && identical_types(param->next->type, size_t_type()))
+      with_size = routine;
+  }
+  return with_size;
+}
+
+// Finds what frees an object of the class, a member of it or of a base; the virtual
+// destructor relies on one (C++11 12.5 p4, p9).
+static void set_class_assoc_operator_delete_routine(a_type* class_type) {
+  a_class_type_supplement* supplement = class_supplement_of(class_type);
+  std::vector<a_routine*> routines;
+  a_symbol* symbol = opname_member_function_symbol(class_type, opn_delete);
+  if (!symbol)
+    return;
+  add_routines_of_set(symbol, &routines);
+  supplement->assoc_operator_delete = usual_delete(routines);
+  if (!supplement->assoc_operator_delete && supplement->destructor &&
+      supplement->destructor->is_virtual)
+    pos_ty_error(ec_no_default_delete_in_virtual_dtor, &class_type->source_corresp.position,
+                 class_type);
 }
 
 // ---- The attribute "base_check" ----
@@ -156,6 +189,7 @@ static void check_base_check_class(const a_type* class_type) {
 }
 
 void check_complete_class(a_type* class_type) {
+  set_class_assoc_operator_delete_routine(class_type);
   check_correspondence_of_operator(class_type, opn_new, opn_delete);
   check_correspondence_of_operator(class_type, opn_array_new, opn_array_delete);
   if (class_type->variant.class_struct_union.is_base_check)

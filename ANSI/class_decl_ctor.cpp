@@ -388,6 +388,45 @@ static void check_order(const a_ctor_init_list* list) {
   }
 }
 
+// ---- Constexpr constructors (C++11 7.1.5 p4) ----
+
+// The constructor of a base or member that one of the class calls.
+static const a_routine* constructor_called(const a_dynamic_init* init) {
+  if (init->kind == dik_constructor)
+    return init->variant.constructor.routine;
+  return nullptr;
+}
+
+// A trivial one in the list stands for zero.
+static void check_constexpr_init(const a_ctor_init_list* list, const a_constructor_init* init) {
+  const a_routine* called = init->initializer ? constructor_called(init->initializer) : nullptr;
+  if (!list->constructor->is_constexpr || !called || called->is_constexpr || called->is_trivial)
+    return;
+  pos_sy_error(ec_nonconstexpr_mem_init_ctor_for_constexpr_ctor, &init->position,
+               called->source_corresp.symbol);
+}
+
+// The default constructor of a subobject does nothing, which is too little where
+// it leaves objects without a value.
+static void check_uninitialized_subobject(const a_ctor_init_list* list, const a_base_class* base,
+                                          a_type* type) {
+  const a_routine* constructor =
+      special_member_of_class(skip_array_types(type), smk_default_constructor, 0);
+  if (!list->constructor->is_constexpr || !constructor || !constructor->is_trivial ||
+      constructor->is_constexpr || constructor->is_deleted)
+    return;
+  const a_source_position* position = &list->constructor->source_corresp.position;
+  if (base)
+    pos_ty_error(ec_constexpr_ctor_does_not_initialize_base, position, type);
+  else
+    pos_ty_error(ec_missing_initializer_on_fields_with_constexpr_ctor, position, list->class_type);
+}
+
+static void check_constexpr_constructor(const a_ctor_init_list* list) {
+  if (list->constructor->is_constexpr && class_supplement_of(list->class_type)->has_virtual_bases)
+    pos_error(ec_constexpr_ctor_with_virtual_base, &list->constructor->source_corresp.position);
+}
+
 // ---- What the list leaves out ----
 
 static a_constructor_init* find_written(const a_ctor_init_list* list, const a_base_class* base,
@@ -408,8 +447,14 @@ static a_dynamic_init* implicit_field_init(const a_ctor_init_list* list, a_field
   }
   if (is_error_type(element) || (field->source_corresp.is_unnamed && !is_anonymous_member(field)))
     return nullptr;
-  if (is_class_struct_union_type(element))
-    return is_anonymous_member(field) ? nullptr : implicit_class_init(field->type, position);
+  if (is_class_struct_union_type(element)) {
+    if (is_anonymous_member(field))
+      return nullptr;
+    a_dynamic_init* init = implicit_class_init(field->type, position);
+    if (!init)
+      check_uninitialized_subobject(list, nullptr, field->type);
+    return init;
+  }
   if (list->class_type->kind == tk_union)
     return nullptr;
   if (is_reference_type(element))
@@ -430,6 +475,8 @@ static a_constructor_init* make_implicit_init(const a_ctor_init_list* list, a_ba
   begin_full_expression(ek_normal, &full);
   a_dynamic_init* value =
       field ? implicit_field_init(list, field) : implicit_class_init(base->type, position);
+  if (!value && base)
+    check_uninitialized_subobject(list, base, base->type);
   if (value && !(field && field->has_default_init))
     wrap_up_dynamic_init_full_expression(value);
   make_error_operand(&dummy);
@@ -443,9 +490,11 @@ static a_constructor_init* make_implicit_init(const a_ctor_init_list* list, a_ba
   return init;
 }
 
-static void append_init(a_constructor_init*** link, a_constructor_init* init) {
+static void append_init(const a_ctor_init_list* list, a_constructor_init* init,
+                        a_constructor_init*** link) {
   if (!init)
     return;
+  check_constexpr_init(list, init);
   **link = init;
   *link = &init->next;
 }
@@ -457,7 +506,7 @@ static void append_bases(a_ctor_init_list* list, bool is_virtual, a_constructor_
         is_error_type(base->type))
       continue;
     a_constructor_init* init = find_written(list, base, nullptr);
-    append_init(link, init ? init : make_implicit_init(list, base, nullptr));
+    append_init(list, init ? init : make_implicit_init(list, base, nullptr), link);
   }
 }
 
@@ -467,7 +516,7 @@ static void append_variant_members(const a_ctor_init_list* list, const a_field* 
   for (a_constructor_init* init : list->written)
     if (init->kind == iek_field &&
         variant_union_of(init->variant.field, list->class_type) == anonymous)
-      append_init(link, init);
+      append_init(list, init, link);
 }
 
 static void append_fields(a_ctor_init_list* list, a_constructor_init*** link) {
@@ -479,14 +528,14 @@ static void append_fields(a_ctor_init_list* list, a_constructor_init*** link) {
       append_variant_members(list, field, link);
     if (!init && !any_in_union && !list->any_error)
       init = make_implicit_init(list, nullptr, field);
-    append_init(link, init);
+    append_init(list, init, link);
   }
 }
 
 static void build_list_of_scope(a_ctor_init_list* list, a_scope* scope) {
   a_constructor_init** link = &scope->ctor_inits;
   if (list->delegation) {
-    append_init(&link, list->delegation);
+    append_init(list, list->delegation, &link);
     return;
   }
   check_order(list);
@@ -501,8 +550,10 @@ void ctor_initializer(a_routine* constructor, a_scope* scope) {
   list.class_type = class_of_member(&constructor->source_corresp);
   if (curr_token == tok_colon)
     scan_list(&list);
-  if (list.class_type && !is_error_type(constructor->type))
-    build_list_of_scope(&list, scope);
+  if (!list.class_type || is_error_type(constructor->type))
+    return;
+  check_constexpr_constructor(&list);
+  build_list_of_scope(&list, scope);
 }
 
 // ---- Destructors ----

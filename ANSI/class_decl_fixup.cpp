@@ -220,15 +220,28 @@ void pop_prototype_context() {
 
 // ---- Default arguments and exception specifications ----
 
+// The object of the function, which its exception specification may name; null
+// for a static function and for a friend.
+static a_variable* this_of_function(const a_prototype_context* context) {
+  const a_routine_type_supplement* supplement =
+      context->routine_type->variant.routine.routine_supplement;
+  return supplement->this_class
+             ? make_this_of_class(context->class_type, supplement->this_qualifiers)
+             : nullptr;
+}
+
 static void scan_exception_spec_fixup(an_exception_spec_fixup* fixup) {
   a_token_cache* tokens = fixup->specification->deferred_tokens;
   if (!tokens)
     return;
   fixup->specification->deferred_tokens = nullptr;
   push_prototype_context(&fixup->context);
+  a_variable* saved_this =
+      set_this_of_class(fixup->context.class_type, this_of_function(&fixup->context));
   begin_delayed_scan(tokens);
   scan_noexcept_condition(fixup->specification);
   end_delayed_scan(ec_exp_rparen);
+  set_this_of_class(fixup->context.class_type, saved_this);
   pop_prototype_context();
 }
 
@@ -265,8 +278,12 @@ static const an_exception_specification* exception_spec_of(const a_routine* rout
       ->variant.routine.routine_supplement->exception_specification;
 }
 
-static void check_exception_spec_of_overrider(const an_exception_spec_check* check) {
+static void run_exception_spec_check(const an_exception_spec_check* check) {
   const a_routine* overrider = check->overrider;
+  if (!check->overridden) {
+    check_exception_spec_of_defaulted_function(check->overrider);
+    return;
+  }
   if (is_error_type(overrider->type) || is_error_type(check->overridden->type) ||
       !exception_spec_is_less_restrictive(exception_spec_of(overrider),
                                           exception_spec_of(check->overridden)))
@@ -328,7 +345,7 @@ static void process_queue(a_class_fixup_queue* queue) {
   for (; next_field; next_field = next_field->next)
     scan_field_initializer_fixup(next_field);
   for (auto* check = queue->exception_spec_checks.first; check; check = check->next)
-    check_exception_spec_of_overrider(check);
+    run_exception_spec_check(check);
   for (a_routine_fixup* fixup = queue->routines.first; fixup; fixup = fixup->next)
     if (!(fixup->flags & rff_template_member))
       scan_routine_fixup(fixup);

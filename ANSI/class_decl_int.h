@@ -217,11 +217,12 @@ struct a_field_initializer_fixup {
   bool is_being_scanned;
 };
 
-// An overrider whose exception specification is to be compared.
+// An overrider whose exception specification is to be compared, or a defaulted
+// function that has one.
 struct an_exception_spec_check {
   an_exception_spec_check* next;
   a_routine* overrider;
-  a_routine* overridden;
+  a_routine* overridden; // null for a defaulted function
 };
 
 // Whether a declarator at the current place is that of a member or a friend of a
@@ -240,7 +241,8 @@ void add_declarator_fixups(a_type* routine_type, const a_func_info_block* func_i
 // At the `=` or `{` behind a field's declarator (C++11 9.2 p5): caches up to the
 // `,` or `;` and queues the initialiser.
 void cache_field_initializer(a_field* field, a_type* class_type);
-// Compares the exception specifications once both are known (C++11 15.4 p5).
+// Compares the exception specifications once both are known (C++11 15.4 p5), that
+// of a defaulted function with what it would be (null).
 void add_exception_spec_check(a_routine* overrider, a_routine* overridden);
 
 // Scans the initialiser of the field, if it still waits.
@@ -287,5 +289,10 @@ a_variable* make_this_of_class(a_type* class_type, a_type_qualifier_set qualifie
 void declare_special_members(a_type* class_type);
 // Behind `= default` or `= delete`: whether the function can be defined so.
 void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_state* state);
+// At the `default` of a definition outside of the class.
+void define_defaulted_function(a_routine* routine, const a_decl_parse_state* state);
+// Whether the specification that the program wrote is that of the implicit function
+// (C++11 8.4.2 p2), once field initialisers are known.
+void check_exception_spec_of_defaulted_function(a_routine* routine);
 
 #endif

@@ -113,8 +113,11 @@ static bool member_declarator(a_member_list* members, a_decl_parse_state* state)
     add_field(members, state, unnamed_bit_field(members->class_type, state));
     return true;
   }
+  unsigned options = do_name_required | do_member;
+  if (state->storage_class == sc_static || state->modifiers.friend_seen)
+    options |= do_no_object;
   add_stop_token(tok_colon);
-  declarator(do_name_required | do_member, state, nullptr, &locator, &func_info);
+  declarator(options, state, nullptr, &locator, &func_info);
   append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
   remove_stop_token(tok_colon);
   if (in_C_mode()) {

@@ -345,15 +345,19 @@ static void apply_analysis(a_routine* routine, const an_implicit_member* member)
     routine->is_constexpr |= member->is_constexpr && !member->is_deleted;
 }
 
-// The specification is worked out when somebody asks (C++11 15.4 p14).
-static void add_indeterminate_exception_spec(a_routine* routine) {
+// The specification is worked out when somebody asks (C++11 15.4 p14). False where
+// the program wrote one.
+static bool add_indeterminate_exception_spec(a_routine* routine) {
   a_routine_type_supplement* supplement =
       skip_typerefs(routine->type)->variant.routine.routine_supplement;
-  if (!exceptions_enabled || !implicit_noexcept_enabled || supplement->exception_specification)
-    return;
+  if (supplement->exception_specification)
+    return false;
+  if (!exceptions_enabled || !implicit_noexcept_enabled)
+    return true;
   supplement->exception_specification = alloc_exception_specification();
   supplement->exception_specification->is_indeterminate = true;
   routine->exception_spec_is_implicit = true;
+  return true;
 }
 
 static void declare_implicitly(const an_implicit_member* member) {
@@ -413,6 +417,79 @@ static void declare_implicit_members(a_type* class_type) {
   declare_move_unless_deleted(class_type, smk_move_assignment);
 }
 
+// ---- Inherited constructors (C++11 12.9) ----
+
+static bool is_copy_or_move_constructor(const a_routine* routine) {
+  a_type_qualifier_set qualifiers;
+  return is_copy_constructor(routine, &qualifiers) || routine_is_move_constructor(routine);
+}
+
+// The type that the constructor has in the derived class; null where none is
+// inherited: default, copy and move constructors stay behind (p3). One that is such
+// by its default arguments alone loses those.
+static a_type* type_of_inherited_constructor(const a_routine* constructor) {
+  if (is_error_type(constructor->type) || constructor->is_template_function)
+    return nullptr;
+  a_type* type = copy_routine_type_with_param_types(skip_typerefs(constructor->type));
+  a_param_type* param = param_types_of(type);
+  if (param && is_copy_or_move_constructor(constructor))
+    param = param->next;
+  else if (!is_default_constructor(constructor))
+    return type;
+  if (!param)
+    return nullptr;
+  param->has_default_arg = param->default_arg_is_deferred = false;
+  param->default_arg_expr = nullptr;
+  return type;
+}
+
+static void enter_inherited_constructor(a_type* class_type, const a_routine* constructor,
+                                        a_type* type, a_symbol_locator* locator) {
+  unsigned saved_access = scope_stack[depth_scope_stack].member_access;
+  scope_stack[depth_scope_stack].member_access = constructor->source_corresp.access;
+  a_symbol* symbol = enter_member_function(class_type, locator, type, sc_extern);
+  scope_stack[depth_scope_stack].member_access = saved_access;
+  a_routine* routine = symbol->variant.routine;
+  symbol->defined = true;
+  routine->is_compiler_generated = true;
+  routine->is_implicitly_declared = true;
+  routine->is_inheriting_ctor = true;
+  routine->is_explicit = constructor->is_explicit;
+  routine->is_constexpr = constructor->is_constexpr;
+  routine->is_deleted = constructor->is_deleted;
+  set_inline_flag(routine, true);
+}
+
+// One that the class declares by itself goes before; two bases may not give the
+// same.
+static void inherit_constructor(a_type* class_type, const a_routine* constructor,
+                                const a_source_position* position) {
+  a_symbol_locator locator;
+  a_type* type = type_of_inherited_constructor(constructor);
+  if (!type)
+    return;
+  make_constructor_locator(class_type, &locator);
+  locator.position = *position;
+  const a_symbol* previous = member_function_redecl_sym(
+      class_symbol_supplement_of(class_type)->constructor, type, &locator);
+  if (!previous)
+    enter_inherited_constructor(class_type, constructor, type, &locator);
+  else if (previous->variant.routine->is_inheriting_ctor)
+    pos_sy_error(ec_duplicate_inheriting_constructor, position, previous);
+}
+
+static void declare_inherited_constructors(a_type* class_type) {
+  const a_scope* scope = class_supplement_of(class_type)->scope;
+  for (const a_using_decl* decl = scope->using_decls; decl; decl = decl->next) {
+    if (!decl->is_inherited_constructor)
+      continue;
+    const a_type* base = static_cast<const a_type*>(decl->entity);
+    for (const a_routine_list_entry* entry = class_supplement_of(base)->constructors; entry;
+         entry = entry->next)
+      inherit_constructor(class_type, entry->routine, &decl->position);
+  }
+}
+
 // ---- Functions that the program declares ----
 
 static bool special_member_kind_of(const a_routine* routine, a_special_member_kind* kind) {
@@ -448,7 +525,8 @@ static void settle_declared_member(a_routine* routine) {
   if (routine->is_constexpr && kind == smk_default_constructor && !member.is_constexpr)
     pos_error(ec_defaulted_default_ctor_cannot_be_constexpr, &routine->source_corresp.position);
   apply_analysis(routine, &member);
-  add_indeterminate_exception_spec(routine);
+  if (!add_indeterminate_exception_spec(routine))
+    add_exception_spec_check(routine, nullptr);
 }
 
 static void settle_declared_members(const a_type* class_type) {
@@ -457,6 +535,31 @@ static void settle_declared_members(const a_type* class_type) {
     for (a_routine* routine : routines_of_kind(class_type, kind))
       settle_declared_member(routine);
 }
+
+// ---- Bodies that the program doesn't write ----
+
+// The body of a default constructor or a destructor, whose effect is that of the
+// bases and members alone.
+static void define_generated_routine(a_routine* routine) {
+  a_push_scope_context context = {};
+  context.flags = psf_generated_function;
+  routine->has_body = true;
+  skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;
+  push_scope_full(sk_function, -1, nullptr, routine, &context);
+  a_scope* scope = scope_stack[depth_scope_stack].il_scope;
+  declare_this_parameter(routine, scope);
+  if (routine->special_kind == rsk_destructor)
+    dtor_initializer(routine, scope);
+  else
+    ctor_initializer(routine, scope);
+  a_statement* body = alloc_statement(stmk_block);
+  body->is_generated = true;
+  body->variant.block.block_supplement->is_function_body = true;
+  scope->assoc_statement = body;
+  pop_scope();
+}
+
+// ---- Defaulted functions ----
 
 static an_error_code code_for_function_not_to_be_defaulted(const a_routine* routine) {
   if (routine->special_kind == rsk_constructor)
@@ -479,6 +582,22 @@ void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_
     if (!is_reference_type(first_param(routine->type)->type))
       pos_error(ec_invalid_assignment_operator_to_be_defaulted, position);
   }
+}
+
+void define_defaulted_function(a_routine* routine, const a_decl_parse_state* state) {
+  a_special_member_kind kind;
+  state->symbol->defined = true;
+  routine->is_defaulted = true;
+  check_defaulted_or_deleted_function(routine, state);
+  if (is_error_type(routine->type) || !class_of_routine(routine) ||
+      !special_member_kind_of(routine, &kind))
+    return;
+  an_implicit_member member = analyse_special_member(class_of_routine(routine), kind);
+  check_const_param(routine, &member);
+  if (member.is_deleted)
+    pos_error(code_for_function_not_to_be_defaulted(routine), &routine->source_corresp.position);
+  else if (kind == smk_default_constructor || kind == smk_destructor)
+    define_generated_routine(routine);
 }
 
 // ---- Exception specifications (C++11 15.4 p14) ----
@@ -530,6 +649,13 @@ void resolve_indeterminate_exception_specification(a_routine* routine) {
     specification->is_noexcept = false;
     specification->is_any = true;
   }
+}
+
+void check_exception_spec_of_defaulted_function(a_routine* routine) {
+  a_special_member_kind kind;
+  if (!is_error_type(routine->type) && special_member_kind_of(routine, &kind) &&
+      routine_may_throw(routine) != special_member_may_throw(class_of_routine(routine), kind))
+    pos_error(ec_invalid_explicit_exception_specification, &routine->source_corresp.position);
 }
 
 // ---- Flags of the class ----
@@ -629,28 +755,13 @@ void declare_special_members(a_type* class_type) {
   supplement->has_user_destructor = declares_special_member(class_type, smk_destructor);
   settle_declared_members(class_type);
   declare_implicit_members(class_type);
+  declare_inherited_constructors(class_type);
   set_class_flags(class_type);
   if (constexpr_enabled)
     set_literal_type_flag(class_type);
 }
 
-// ---- Bodies that the program doesn't write ----
-
-// The body of a function whose effect is that of its bases and members alone.
-static void define_generated_routine(a_routine* routine) {
-  a_push_scope_context context = {};
-  context.flags = psf_generated_function;
-  routine->has_body = true;
-  skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;
-  push_scope_full(sk_function, -1, nullptr, routine, &context);
-  a_scope* scope = scope_stack[depth_scope_stack].il_scope;
-  declare_this_parameter(routine, scope);
-  a_statement* body = alloc_statement(stmk_block);
-  body->is_generated = true;
-  body->variant.block.block_supplement->is_function_body = true;
-  scope->assoc_statement = body;
-  pop_scope();
-}
+// ---- Virtual destructors that the program doesn't write ----
 
 static bool needs_generated_destructor(const a_type* type) {
   if (!is_class_struct_union_kind(type->kind))

@@ -228,7 +228,7 @@ static void scan_auto_type(unsigned options, a_specifier_accumulator* acc,
                            a_decl_parse_state* state) {
   if (acc->base == btc_auto) {
     specifier_error(ec_auto_used_two_ways, &pos_curr_token, state);
-  } else if (!(options & dso_storage_class) || (options & (dso_parameter | dso_member))) {
+  } else if (!(options & dso_storage_class) || (options & dso_parameter)) {
     specifier_error(ec_auto_not_allowed_here, &pos_curr_token, state);
     acc->base = btc_error;
   } else {

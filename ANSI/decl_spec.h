@@ -107,7 +107,8 @@ struct a_parse_flags {
   uint64_t is_for_init : 1;
   uint64_t is_function_definition : 1; // the declaration is complete without a `;`
   uint64_t is_condition : 1;
-  uint64_t unused : 51;
+  uint64_t is_redeclaration : 1; // of a function declared before
+  uint64_t unused : 50;
 };
 
 // All that is known of a declaration while it is parsed; zeroed by

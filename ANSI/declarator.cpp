@@ -352,6 +352,12 @@ static a_type* base_type_of_declarator(const a_decl_parse_state* state, a_type* 
   return locator->is_conversion_name ? locator->conversion_type : void_type();
 }
 
+// No type of a typedef is deduced, and no type of a field (C++11 7.1.6.4 p4).
+static bool placeholder_is_allowed(unsigned options, const a_decl_parse_state* state) {
+  return state->storage_class != sc_typedef &&
+         (!(options & do_member) || state->storage_class == sc_static);
+}
+
 static void finish_declared_type(unsigned options, a_decl_parse_state* state,
                                  const a_symbol_locator* locator,
                                  const a_func_info_block* func_info) {
@@ -360,7 +366,8 @@ static void finish_declared_type(unsigned options, a_decl_parse_state* state,
     check_exception_specification(state, func_info);
     if (state->decl_flags.has_auto_type)
       state->declared_type =
-          deduce_placeholder_type(state->declared_type, state, &locator->position);
+          deduce_placeholder_type(state->declared_type, placeholder_is_allowed(options, state),
+                                  state, &locator->position);
     // C++11 7.1.5 p9.
     if (state->modifiers.constexpr_seen && !is_function_type(state->declared_type))
       state->declared_type = make_qualified_type(state->declared_type, tq_const);

@@ -52,8 +52,9 @@ enum a_declarator_option : unsigned {
   do_for_init = 32,
   do_abstract_only = 0x100,
   do_member = 0x400,
-  do_vla = 0x4000,    // an array may have variable length
-  do_lambda = 0x1000, // `mutable` may stand behind the parameters
+  do_vla = 0x4000,             // an array may have variable length
+  do_no_object = 0x2000,       // a static member or a friend
+  do_lambda = 0x1000,          // `mutable` may stand behind the parameters
   do_k_and_r_parameter = 0x800 // in the declarations behind an identifier list
 };
 

@@ -41,6 +41,7 @@ static bool prescan_initializer_for_auto_type_deduction(an_unevaluated_operand* 
   const a_source_position position = pos_curr_token;
   stop_set.member[tok_comma] = stop_set.member[tok_semicolon] = true;
   stop_set.member[tok_rparen] = true; // of a condition
+  stop_set.member[tok_rbracket] = true; // the end of a capture list
   clear_token_cache(&cache, false);
   cache_token_stream(&cache, &stop_set);
   rescan_copy_of_cache(&cache);
@@ -128,15 +129,15 @@ static bool check_consistent_deduction(a_type* deduced, a_decl_parse_state* stat
   return false;
 }
 
-a_type* deduce_placeholder_type(a_type* declared, a_decl_parse_state* state,
+a_type* deduce_placeholder_type(a_type* declared, bool is_allowed, a_decl_parse_state* state,
                                 const a_source_position* position) {
   if (is_error_type(declared))
     return declared;
   a_placeholder_kind kind = placeholder_of(find_bottom_of_type(declared));
   if (kind == plk_none) // of a function with a trailing return type
     return declared;
-  an_error_code code = state->storage_class == sc_typedef ? ec_auto_not_allowed_here
-                                                          : rejection_of_initializer(kind);
+  an_error_code code =
+      is_allowed ? rejection_of_initializer(kind) : an_error_code{ec_auto_not_allowed_here};
   if (code == 0 && kind == plk_decltype_auto && placeholder_of(declared) == plk_none)
     code = ec_modified_decltype_auto_type;
   if (code != 0) {

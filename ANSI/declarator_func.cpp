@@ -354,15 +354,38 @@ static void scan_trailing_return(unsigned options, a_derivation* function) {
   function->routine_type->variant.routine.routine_supplement->has_trailing_return_type = true;
 }
 
+// The class whose object a declarator may name in front of its body (C++11 5.1.1
+// p3): the one directly around the parameters; null for none.
+static a_type* class_of_object(unsigned options) {
+  const a_scope_stack_entry* around = &scope_stack[scope_stack[depth_scope_stack].parent_depth];
+  bool is_class = around->kind == sk_class || around->kind == sk_class_reactivation;
+  return is_class && !(options & (do_no_object | do_lambda)) ? around->assoc_type : nullptr;
+}
+
+static void scan_suffix_that_names_object(unsigned options, a_derivation* function) {
+  a_routine_type_supplement* supplement =
+      function->routine_type->variant.routine.routine_supplement;
+  scan_exception_specification(supplement);
+  if (curr_token == tok_arrow && trailing_return_types_enabled)
+    scan_trailing_return(options, function);
+}
+
 static void scan_function_suffix(unsigned options, a_derivation* function) {
   a_routine_type_supplement* supplement =
       function->routine_type->variant.routine.routine_supplement;
   function->is_mutable = (options & do_lambda) && loop_token(tok_mutable);
   supplement->this_qualifiers = collect_type_qualifiers(nullptr) & 0xff;
   scan_ref_qualifier(supplement);
-  scan_exception_specification(supplement);
-  if (curr_token == tok_arrow && trailing_return_types_enabled)
-    scan_trailing_return(options, function);
+  if (curr_token != tok_throw && curr_token != tok_noexcept && curr_token != tok_arrow)
+    return;
+  a_type* class_type = class_of_object(options);
+  a_variable* saved = nullptr;
+  if (class_type)
+    saved = set_this_of_class(class_type,
+                              make_this_of_class(class_type, supplement->this_qualifiers));
+  scan_suffix_that_names_object(options, function);
+  if (class_type)
+    set_this_of_class(class_type, saved);
 }
 
 // ---- The declarator ----

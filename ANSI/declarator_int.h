@@ -65,8 +65,9 @@ void scan_noexcept_condition(an_exception_specification* specification);
 // ---- `auto` (declarator_auto.cpp) ----
 
 // The declared type with its placeholder replaced by what the initializer that
-// follows asks for, or the error type after a message.
-a_type* deduce_placeholder_type(a_type* declared, a_decl_parse_state* state,
+// follows asks for, or the error type after a message. Where no placeholder is
+// allowed that is the message.
+a_type* deduce_placeholder_type(a_type* declared, bool is_allowed, a_decl_parse_state* state,
                                 const a_source_position* position);
 
 #endif

@@ -275,7 +275,7 @@ static bool is_start_of_definition(const a_decl_parse_state* state,
   if (!state->parse_flags.is_top_level || state->storage_class == sc_typedef ||
       !is_function_type(state->declared_type))
     return false;
-  if (curr_token == tok_lbrace || curr_token == tok_try || is_deleted_definition() ||
+  if (curr_token == tok_lbrace || curr_token == tok_try || is_definition_by_word() ||
       (curr_token == tok_colon && locator->is_constructor_name))
     return true;
   return func_info->is_old_style && func_info->param_id_list && is_decl_start(0);

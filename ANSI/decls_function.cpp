@@ -134,17 +134,27 @@ static void check_storage_class(a_decl_parse_state* state) {
   state->storage_class = sc_none;
 }
 
-// `= delete` (C++11 8.4.3).
-static void deleted_definition(a_routine* routine, const a_source_position* position) {
-  if (is_main_function(routine))
-    pos_error(ec_deleted_main, position);
-  routine->is_deleted = true;
+// `= delete` (C++11 8.4.3), `= default` (8.4.2).
+static void definition_by_word(a_routine* routine, const a_decl_parse_state* state,
+                               const a_source_position* position) {
   get_token();
+  if (curr_token == tok_delete) {
+    if (is_main_function(routine))
+      pos_error(ec_deleted_main, position);
+    else if (state->parse_flags.is_redeclaration)
+      pos_error(ec_deleted_function_definition_must_be_first_declaration, position);
+    routine->is_deleted = true;
+  } else {
+    define_defaulted_function(routine, state);
+  }
   get_token();
 }
 
-bool is_deleted_definition() {
-  return in_cplusplus_mode() && curr_token == tok_assign && next_token() == tok_delete;
+bool is_definition_by_word() {
+  if (in_C_mode() || curr_token != tok_assign)
+    return false;
+  a_token_kind next = next_token();
+  return next == tok_delete || next == tok_default;
 }
 
 // The comment ARGSUSED in front of the declaration.
@@ -174,8 +184,8 @@ void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
   a_routine* routine = state->symbol->variant.routine;
   apply_default_section_to_routine(routine);
   check_main(routine, state, &locator->position);
-  if (is_deleted_definition()) {
-    deleted_definition(routine, &locator->position);
+  if (is_definition_by_word()) {
+    definition_by_word(routine, state, &locator->position);
     return;
   }
   state->parse_flags.is_function_definition = true;
@@ -308,6 +318,8 @@ void scan_function_body(a_routine* routine, a_func_info_block* func_info) {
   if (routine->storage_kind == sc_extern)
     routine->storage_kind = sc_none;
   bool is_try_block = start_of_function_try_block();
+  if (is_try_block && routine->special_kind == rsk_constructor && routine->is_constexpr)
+    pos_error(ec_constexpr_constructor_with_function_try_block, &pos_curr_token);
   check_return_type_of_definition(routine);
   routine->has_body = true;
   skip_typerefs(routine->type)->variant.routine.routine_supplement->definition = routine;

@@ -46,8 +46,8 @@ void pop_scopes_of_member(int pushed);
 // Whether the symbol belongs to the current scope or to one inside it.
 bool is_declared_within_current_scope(const a_symbol* symbol);
 
-// Whether a function is deleted by what follows its declarator.
-bool is_deleted_definition();
+// Whether `= delete` or `= default` follows the declarator of a function.
+bool is_definition_by_word();
 
 // ---- Operator functions (decls_operator.cpp) ----
 

@@ -513,6 +513,7 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   find_match(&decl);
   check_declaration(&decl);
   const bool is_redeclared = decl.match != nullptr;
+  state->parse_flags.is_redeclaration = is_redeclared;
   a_routine* routine = declared_routine(&decl);
   a_symbol* symbol = state->symbol;
   if (!state->modifiers.friend_seen)

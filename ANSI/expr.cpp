@@ -196,13 +196,22 @@ static void warn_about_local_address(const an_operand* operand) {
     expr_pos_warning(ec_returning_ptr_to_local_variable, &operand->position);
 }
 
+// A list in braces gives no type (C++11 5.1.2 p4).
+static an_expr_node* braced_list_for_deduced_type() {
+  pos_error(ec_braced_list_for_implicit_lambda_type, &pos_curr_token);
+  flush_until_matching_token();
+  return error_node();
+}
+
 an_expr_node* scan_return_expression(a_type* type) {
   a_full_expression full;
   an_operand operand;
+  if (in_cplusplus_mode() && curr_token == tok_lbrace && returns_deduced_type())
+    return braced_list_for_deduced_type();
   begin_full_expression(ek_normal, &full);
   scan_expr(&operand, nullptr, lev_none, 0);
-  if (in_cplusplus_mode() && is_auto_type(type) && in_lambda_body())
-    type = deduce_return_type_of_lambda(&operand);
+  if (in_cplusplus_mode() && returns_deduced_type())
+    type = deduce_return_type(&operand);
   prep_initializer_operand(&operand, type, ec_bad_return_value_type);
   warn_about_local_address(&operand);
   an_expr_node* node = finish_full_expression(&operand);

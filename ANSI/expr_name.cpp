@@ -66,30 +66,6 @@ static void routine_operand(a_symbol* symbol, an_operand* result) {
 
 // ---- Members of classes ----
 
-// The object of the member function at hand, or of the class of the field
-// initialiser; null elsewhere.
-static a_variable* curr_this_variable() {
-  for (int64_t depth = depth_scope_stack; depth >= 0; depth = scope_stack[depth].parent_depth) {
-    const a_scope_stack_entry* entry = &scope_stack[depth];
-    if (entry->kind == sk_function)
-      return entry->il_scope ? entry->il_scope->this_variable : nullptr;
-    if (entry->kind == sk_class || entry->kind == sk_class_reactivation)
-      return entry->assoc_type ? class_supplement_of(entry->assoc_type)->scope->this_variable
-                               : nullptr;
-  }
-  return nullptr;
-}
-
-bool make_this_pointer_operand(an_operand* result) {
-  if (in_lambda_body())
-    return make_captured_this_operand(result);
-  a_variable* variable = curr_this_variable();
-  if (!variable)
-    return false;
-  make_expression_operand(var_rvalue_expr(variable), result);
-  return true;
-}
-
 void scan_this(an_operand* result) {
   if (!make_this_pointer_operand(result))
     error_and_make_error_operand(ec_this_used_incorrectly, &pos_curr_token, result);
@@ -100,6 +76,10 @@ void scan_this(an_operand* result) {
 // nothing is evaluated it needs no object.
 static void field_operand(a_symbol* symbol, an_operand* result) {
   a_field* field = symbol->variant.field;
+  const a_type* class_type = class_of_member(&field->source_corresp);
+  if (class_type && class_supplement_of(class_type)->is_lambda_closure &&
+      make_init_capture_operand(symbol, result))
+    return;
   if (make_this_pointer_operand(result)) {
     result->ref_entries = make_ref_entry(srk_reference, symbol, &pos_curr_token);
     select_field(result, field, true);

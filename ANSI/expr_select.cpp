@@ -307,7 +307,9 @@ static bool check_object_of_selection(an_operand* operand, bool is_arrow) {
     return false;
   }
   f_instantiate_template_class(type);
-  if (is_incomplete_type(type)) {
+  // The class being defined may be named before its end (C++11 5.2.5 p2).
+  if (is_incomplete_type(type) &&
+      !skip_typerefs(type)->variant.class_struct_union.is_being_defined) {
     error_in_operand(ec_incomplete_type_not_allowed, operand);
     return false;
   }

@@ -164,6 +164,7 @@ struct a_class_type_supplement {
   a_routine_list_entry* constructors;
   a_routine* destructor;
   a_routine_list_entry* conversions;
+  a_routine* assoc_operator_delete; // the member that frees an object; null: the global one
   uint16_t has_user_constructor : 1;
   uint16_t has_user_destructor : 1;
   uint16_t is_lambda_closure : 1;

@@ -247,6 +247,7 @@ void visit(a_class_type_supplement& supplement, FIELD_VISITOR& v) {
   v.list(supplement.constructors, iek_routine_list_entry);
   v.sideways(supplement.destructor, iek_routine);
   v.list(supplement.conversions, iek_routine_list_entry);
+  v.sideways(supplement.assoc_operator_delete, iek_routine);
   v.list(supplement.friends, iek_class_list_entry);
   v.list(supplement.friend_routines, iek_routine_list_entry);
   v.sideways(supplement.member_functions, iek_routine);

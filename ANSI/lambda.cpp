@@ -14,7 +14,9 @@
 #include "overload.h"
 #include "scope_stk.h"
 #include "symbol_tbl.h"
+#include "types.h"
 
+#include <cstring>
 #include <unordered_map>
 
 // ---- The lambdas around the current place ----
@@ -88,9 +90,34 @@ static a_lambda_capture* add_capture(a_lambda* lambda, const a_source_position* 
   return capture;
 }
 
-static a_lambda_capture* find_capture(const a_lambda* lambda, const a_variable* variable) {
+// What a body reaches through captures: a variable of a function, or the member
+// of a closure that an init-capture names.
+namespace {
+struct an_outer_object {
+  a_symbol* symbol;
+  int depth; // of the function whose variable, or of the body whose closure's member it is
+};
+} // namespace
+
+static a_type* type_of_object(const a_symbol* symbol) {
+  return symbol->kind == symk_field ? symbol->variant.field->type : symbol->variant.variable->type;
+}
+
+static bool is_capture_of(const a_lambda_capture* capture, const a_symbol* symbol) {
+  return symbol->kind == symk_field ? capture->init_capture_field == symbol->variant.field
+                                    : capture->variable == symbol->variant.variable;
+}
+
+static a_lambda_capture* find_capture(const a_lambda* lambda, const a_symbol* symbol) {
   for (a_lambda_capture* capture = lambda->captures; capture; capture = capture->next)
-    if (variable ? capture->variable == variable : capture->is_this)
+    if (is_capture_of(capture, symbol))
+      return capture;
+  return nullptr;
+}
+
+static a_lambda_capture* find_capture_of_this(const a_lambda* lambda) {
+  for (a_lambda_capture* capture = lambda->captures; capture; capture = capture->next)
+    if (capture->is_this)
       return capture;
   return nullptr;
 }
@@ -104,8 +131,19 @@ static int scope_depth_for_capture(const a_symbol* symbol) {
   return depth;
 }
 
-static a_type* type_of_capture_field(a_variable* variable, bool is_by_reference) {
-  a_type* type = variable->type;
+// The depth of the body whose closure has the member.
+static int depth_of_closure_body(const a_field* field) {
+  const a_type* closure_type = class_of_member(&field->source_corresp);
+  int depth = depth_innermost_function_scope;
+  for (; depth >= 0; depth = depth_of_function_around(depth)) {
+    const a_lambda* lambda = lambda_of_routine(routine_at_depth(depth));
+    if (lambda && lambda->closure_type == closure_type)
+      break;
+  }
+  return depth;
+}
+
+static a_type* type_of_capture_field(a_type* type, bool is_by_reference) {
   if (is_reference_type(type))
     type = type_pointed_to(type);
   return is_by_reference ? make_reference_type(type) : type;
@@ -118,16 +156,30 @@ static void set_capture_initializer(a_lambda_capture* capture, an_operand* value
   capture->initializer->variant.expr = make_node_from_operand(value);
 }
 
-static bool make_object_operand(a_symbol* symbol, int function_depth, int lambda_depth,
-                                an_operand* result);
+// The capture of the object with the value.
+static a_lambda_capture* capture_object(a_lambda* lambda, a_symbol* symbol, bool is_by_reference,
+                                        const a_source_position* position, an_operand* value) {
+  a_lambda_capture* capture = add_capture(lambda, position);
+  if (symbol->kind == symk_field)
+    capture->init_capture_field = symbol->variant.field;
+  else
+    capture->variable = symbol->variant.variable;
+  capture->is_by_reference = is_by_reference;
+  capture->field = add_closure_field(
+      lambda, type_of_capture_field(is_by_reference ? value->type : type_of_object(symbol),
+                                    is_by_reference));
+  set_capture_initializer(capture, value);
+  return capture;
+}
 
-// The capture of a variable by the lambda whose body is at the depth; made now
+static bool make_object_operand(const an_outer_object* object, int depth, an_operand* result);
+
+// The capture of an object by the lambda whose body is at the depth; made now
 // when the default allows it.
-static a_lambda_capture* lambda_capture_for_variable(a_symbol* symbol, int function_depth,
-                                                     int lambda_depth) {
+static a_lambda_capture* lambda_capture_for_object(const an_outer_object* object,
+                                                   int lambda_depth) {
   a_lambda* lambda = lambda_of_routine(routine_at_depth(lambda_depth));
-  a_variable* variable = symbol->variant.variable;
-  a_lambda_capture* capture = find_capture(lambda, variable);
+  a_lambda_capture* capture = find_capture(lambda, object->symbol);
   an_operand value;
   if (capture)
     return capture;
@@ -136,19 +188,14 @@ static a_lambda_capture* lambda_capture_for_variable(a_symbol* symbol, int funct
     if (expr_error_should_be_issued())
       pos_sy_error(is_enclosing ? ec_no_implicit_capture_on_enclosing_lambda
                                 : ec_not_captured_local_var_in_lambda,
-                   &pos_curr_token, symbol);
+                   &pos_curr_token, object->symbol);
     return nullptr;
   }
-  int around = depth_of_function_around(lambda_depth);
-  if (!make_object_operand(symbol, function_depth, around, &value))
+  if (!make_object_operand(object, depth_of_function_around(lambda_depth), &value))
     return nullptr;
-  capture = add_capture(lambda, &pos_curr_token);
-  capture->variable = variable;
+  capture = capture_object(lambda, object->symbol, lambda->capture_default == lcd_by_reference,
+                           &pos_curr_token, &value);
   capture->is_implicit = true;
-  capture->is_by_reference = lambda->capture_default == lcd_by_reference;
-  capture->field =
-      add_closure_field(lambda, type_of_capture_field(variable, capture->is_by_reference));
-  set_capture_initializer(capture, &value);
   return capture;
 }
 
@@ -159,11 +206,14 @@ static void select_closure_field(a_field* field, int lambda_depth, an_operand* r
   add_reference_indirection(result);
 }
 
-// The variable as the function at the depth sees it: its own, or a capture.
-static bool make_object_operand(a_symbol* symbol, int function_depth, int depth,
-                                an_operand* result) {
-  if (depth <= function_depth) {
-    make_lvalue_variable_operand(symbol->variant.variable, nullptr, result);
+// The object as the function at the depth sees it: its own, or a capture.
+static bool make_object_operand(const an_outer_object* object, int depth, an_operand* result) {
+  a_symbol* symbol = object->symbol;
+  if (depth <= object->depth) {
+    if (symbol->kind == symk_field)
+      select_closure_field(symbol->variant.field, object->depth, result);
+    else
+      make_lvalue_variable_operand(symbol->variant.variable, nullptr, result);
     return true;
   }
   if (!lambda_of_routine(routine_at_depth(depth))) {
@@ -171,11 +221,19 @@ static bool make_object_operand(a_symbol* symbol, int function_depth, int depth,
       pos_sy_error(ec_captured_local_var_not_in_innermost_function, &pos_curr_token, symbol);
     return false;
   }
-  a_lambda_capture* capture = lambda_capture_for_variable(symbol, function_depth, depth);
+  a_lambda_capture* capture = lambda_capture_for_object(object, depth);
   if (!capture)
     return false;
   select_closure_field(capture->field, depth, result);
   return true;
+}
+
+static void make_referenced_object_operand(const an_outer_object* object, an_operand* result) {
+  a_ref_entry* ref = make_ref_entry(srk_reference, object->symbol, &pos_curr_token);
+  if (make_object_operand(object, depth_innermost_function_scope, result))
+    result->ref_entries = ref;
+  else
+    make_error_operand(result);
 }
 
 // A constant is known without its object.
@@ -186,72 +244,99 @@ static bool is_constant_variable(a_variable* variable) {
 
 bool make_captured_variable_operand(a_symbol* symbol, an_operand* result) {
   a_variable* variable = symbol->variant.variable;
-  int depth = depth_innermost_function_scope;
   if (!in_lambda_body() || symbol->kind != symk_variable || variable->storage_kind < sc_auto ||
       expr_stack->flags.unevaluated_operand || is_constant_variable(variable))
     return false;
-  int function_depth = scope_depth_for_capture(symbol);
-  if (function_depth < 0 || function_depth >= depth)
+  an_outer_object object = {symbol, scope_depth_for_capture(symbol)};
+  if (object.depth < 0 || object.depth >= depth_innermost_function_scope)
     return false;
-  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
-  if (!make_object_operand(symbol, function_depth, depth, result))
-    make_error_operand(result);
-  else
-    result->ref_entries = ref;
+  make_referenced_object_operand(&object, result);
+  return true;
+}
+
+bool make_init_capture_operand(a_symbol* symbol, an_operand* result) {
+  an_outer_object object = {symbol, depth_of_closure_body(symbol->variant.field)};
+  if (object.depth < 0 || expr_stack->flags.unevaluated_operand)
+    return false;
+  make_referenced_object_operand(&object, result);
   return true;
 }
 
 // ---- `this` ----
 
-static bool make_this_at_depth(int depth, an_operand* result);
+static bool make_this_at_depth(int64_t depth, an_operand* result);
 
-static a_lambda_capture* lambda_capture_for_this(a_lambda* lambda, int lambda_depth,
-                                                 bool is_explicit) {
-  a_lambda_capture* capture = find_capture(lambda, nullptr);
-  an_operand value;
-  if (capture)
-    return capture;
-  if (!is_explicit && lambda->capture_default == lcd_none) {
-    expr_pos_error(ec_not_captured_this_in_lambda, &pos_curr_token);
-    return nullptr;
-  }
-  if (!make_this_at_depth(depth_of_function_around(lambda_depth), &value))
-    return nullptr;
-  capture = add_capture(lambda, &pos_curr_token);
+static a_lambda_capture* capture_this_value(a_lambda* lambda, const a_source_position* position,
+                                            an_operand* value) {
+  a_lambda_capture* capture = add_capture(lambda, position);
   capture->is_this = true;
-  capture->is_implicit = !is_explicit;
-  capture->field = add_closure_field(lambda, value.type);
+  capture->field = add_closure_field(lambda, value->type);
   capture->field->is_captured_this = true;
-  set_capture_initializer(capture, &value);
+  set_capture_initializer(capture, value);
   return capture;
 }
 
-static bool make_this_at_depth(int depth, an_operand* result) {
-  a_routine* routine = routine_at_depth(depth);
-  a_lambda* lambda = lambda_of_routine(routine);
-  const a_scope* scope = depth >= 0 ? scope_stack[depth].il_scope : nullptr;
-  if (!lambda) {
-    if (!scope || !scope->this_variable) {
-      expr_pos_error(ec_this_used_incorrectly, &pos_curr_token);
-      return false;
-    }
-    make_expression_operand(var_rvalue_expr(scope->this_variable), result);
-    return true;
+// The capture by the lambda whose body is at the depth; null after a message.
+static a_lambda_capture* lambda_capture_for_this(a_lambda* lambda, int64_t lambda_depth) {
+  a_lambda_capture* capture = find_capture_of_this(lambda);
+  an_operand value;
+  if (capture)
+    return capture;
+  if (lambda->capture_default == lcd_none) {
+    expr_pos_error(ec_not_captured_this_in_lambda, &pos_curr_token);
+    return nullptr;
   }
-  a_lambda_capture* capture = lambda_capture_for_this(lambda, depth, false);
-  if (!capture)
-    return false;
-  select_closure_field(capture->field, depth, result);
-  do_operand_transformations(result, ot_all);
-  return !is_error_operand(result);
+  if (!make_this_at_depth(scope_stack[lambda_depth].parent_depth, &value)) {
+    expr_pos_error(ec_this_used_incorrectly, &pos_curr_token);
+    return nullptr;
+  }
+  if (is_error_operand(&value))
+    return nullptr;
+  capture = capture_this_value(lambda, &pos_curr_token, &value);
+  capture->is_implicit = true;
+  return capture;
 }
 
-bool make_captured_this_operand(an_operand* result) {
-  if (!in_lambda_body())
-    return false;
-  if (!make_this_at_depth(depth_innermost_function_scope, result))
+static void make_captured_this_operand(a_lambda* lambda, int depth, an_operand* result) {
+  a_lambda_capture* capture = lambda_capture_for_this(lambda, depth);
+  if (!capture) {
     make_error_operand(result);
+    return;
+  }
+  select_closure_field(capture->field, depth, result);
+  do_operand_transformations(result, ot_all);
+}
+
+// `this` as the scope at the depth sees it: of a member function, or of the class
+// whose field initialiser or declarator is read. Where nothing is evaluated no
+// lambda has to capture it.
+static bool make_this_at_depth(int64_t depth, an_operand* result) {
+  a_variable* variable = nullptr;
+  for (; depth >= 0 && !variable; depth = scope_stack[depth].parent_depth) {
+    const a_scope_stack_entry* entry = &scope_stack[depth];
+    bool is_class = entry->kind == sk_class || entry->kind == sk_class_reactivation;
+    a_lambda* lambda = entry->kind == sk_function ? lambda_of_routine(entry->routine) : nullptr;
+    if (lambda && !expr_stack->flags.unevaluated_operand) {
+      make_captured_this_operand(lambda, static_cast<int>(depth), result);
+      return true;
+    }
+    if (lambda || (is_class && class_supplement_of(entry->assoc_type)->is_lambda_closure))
+      continue;
+    if (entry->kind == sk_function)
+      variable = entry->il_scope ? entry->il_scope->this_variable : nullptr;
+    else if (is_class)
+      variable = class_supplement_of(entry->assoc_type)->scope->this_variable;
+    if (entry->kind == sk_function || is_class)
+      break;
+  }
+  if (!variable)
+    return false;
+  make_expression_operand(var_rvalue_expr(variable), result);
   return true;
+}
+
+bool make_this_pointer_operand(an_operand* result) {
+  return make_this_at_depth(depth_scope_stack, result);
 }
 
 // ---- The capture list ----
@@ -267,64 +352,148 @@ static void capture_this(a_lambda* lambda) {
   a_source_position position = pos_curr_token;
   if (lambda->capture_default == lcd_by_copy)
     pos_diagnostic(es_discretionary_error, ec_capture_mode_matches_default, &position);
-  if (find_capture(lambda, nullptr)) {
+  if (find_capture_of_this(lambda))
     pos_st_error(ec_more_than_one_capture, &position, "this");
-  } else if (in_lambda_body() ? make_captured_this_operand(&value) && !is_error_operand(&value)
-                              : make_this_pointer_operand(&value)) {
-    a_lambda_capture* capture = add_capture(lambda, &position);
-    capture->is_this = true;
-    capture->field = add_closure_field(lambda, value.type);
-    capture->field->is_captured_this = true;
-    set_capture_initializer(capture, &value);
-  } else if (!in_lambda_body()) {
+  else if (!make_this_pointer_operand(&value))
     pos_error(ec_this_used_incorrectly, &position);
-  }
+  else if (!is_error_operand(&value))
+    capture_this_value(lambda, &position, &value);
   get_token();
+}
+
+static bool is_init_capture(const a_symbol* symbol) {
+  return symbol->kind == symk_field && depth_of_closure_body(symbol->variant.field) >= 0;
+}
+
+static const char* name_of_capture(const a_lambda_capture* capture) {
+  if (capture->variable)
+    return capture->variable->source_corresp.name;
+  return capture->init_capture_field ? capture->init_capture_field->source_corresp.name : nullptr;
+}
+
+static bool check_for_second_capture(const a_lambda* lambda, const char* name,
+                                     const a_source_position* position) {
+  for (const a_lambda_capture* capture = lambda->captures; capture; capture = capture->next) {
+    const char* other = name_of_capture(capture);
+    if (!other || strcmp(name, other) != 0)
+      continue;
+    pos_st_error(ec_more_than_one_capture, position, name);
+    return false;
+  }
+  return true;
 }
 
 static bool check_var_for_lambda_capture(const a_symbol* symbol, const a_lambda* lambda,
                                          const a_source_position* position) {
-  if (symbol->kind != symk_variable) {
+  if (symbol->kind != symk_variable && !is_init_capture(symbol)) {
     pos_sy_error(ec_not_a_variable, position, symbol);
     return false;
   }
-  const a_variable* variable = symbol->variant.variable;
-  if (variable->storage_kind < sc_auto) {
+  if (symbol->kind == symk_variable && symbol->variant.variable->storage_kind < sc_auto) {
     pos_sy_error(ec_capture_of_static_duration_variable, position, symbol);
     return false;
   }
-  if (is_variably_modified_type(variable->type)) {
+  if (is_variably_modified_type(type_of_object(symbol))) {
     pos_error(ec_lambda_capture_involves_variable_length_array, position);
     return false;
   }
-  if (find_capture(lambda, variable)) {
-    pos_st_error(ec_more_than_one_capture, position, symbol->header->identifier);
-    return false;
-  }
-  return true;
+  return check_for_second_capture(lambda, symbol->header->identifier, position);
 }
 
 // `name`, `&name`, in the scope around the lambda.
 static void capture_named_variable(a_lambda* lambda, bool is_by_reference) {
   a_source_position position = pos_curr_token;
   a_symbol_locator locator = locator_for_curr_id;
-  a_symbol* symbol = normal_id_lookup(&locator, ilo_none);
+  an_outer_object object = {normal_id_lookup(&locator, ilo_none), -1};
   an_operand value;
   check_capture_mode(lambda, is_by_reference, &position);
-  if (!symbol) {
+  if (!object.symbol) {
     pos_st_error(ec_undefined_identifier, &position, locator.header->identifier);
-  } else if (check_var_for_lambda_capture(symbol, lambda, &position) &&
-             make_object_operand(symbol, scope_depth_for_capture(symbol),
-                                 depth_innermost_function_scope, &value)) {
-    value.ref_entries = make_ref_entry(srk_reference, symbol, &position);
-    a_lambda_capture* capture = add_capture(lambda, &position);
-    capture->variable = symbol->variant.variable;
-    capture->is_by_reference = is_by_reference;
-    capture->field =
-        add_closure_field(lambda, type_of_capture_field(capture->variable, is_by_reference));
-    set_capture_initializer(capture, &value);
+  } else if (check_var_for_lambda_capture(object.symbol, lambda, &position)) {
+    object.depth = object.symbol->kind == symk_field
+                       ? depth_of_closure_body(object.symbol->variant.field)
+                       : scope_depth_for_capture(object.symbol);
+    if (make_object_operand(&object, depth_innermost_function_scope, &value)) {
+      value.ref_entries = make_ref_entry(srk_reference, object.symbol, &position);
+      capture_object(lambda, object.symbol, is_by_reference, &position, &value);
+    }
   }
   get_token();
+}
+
+// ---- Init-captures (C++14 5.1.2 p11) ----
+
+// Behind the name: the type that `auto`, or a reference to it, would get.
+static a_type* type_of_init_capture(bool is_by_reference, const a_source_position* position) {
+  a_decl_parse_state state;
+  clear_decl_parse_state(&state);
+  a_type* declared = make_auto_type(position, false);
+  return deduce_placeholder_type(is_by_reference ? make_reference_type(declared) : declared, true,
+                                 &state, position);
+}
+
+// The initialiser behind the name.
+static a_dynamic_init* scan_init_of_capture(a_type* type) {
+  bool is_parenthesized = curr_token == tok_lparen;
+  if (curr_token != tok_lbrace)
+    get_token();
+  if (is_parenthesized)
+    add_stop_token(tok_rparen);
+  an_init_component* list = scan_init_component();
+  a_dynamic_init* init = initialize_subobject(type, &list);
+  free_init_component_list(list);
+  if (is_parenthesized) {
+    remove_stop_token(tok_rparen);
+    required_token(tok_rparen, ec_exp_rparen);
+  }
+  return init;
+}
+
+// The symbol of the member, which the body finds by name.
+static void name_closure_field(a_lambda* lambda, a_field* field, a_symbol_locator* locator) {
+  a_symbol* symbol = make_symbol(symk_field, locator);
+  symbol->variant.field = field;
+  symbol->parent.class_type = lambda->closure_type;
+  symbol->is_class_member = true;
+  symbol->defined = true;
+  set_source_corresp(&field->source_corresp, symbol);
+  set_parent_scope(&field->source_corresp, iek_field,
+                   class_supplement_of(lambda->closure_type)->scope);
+  field->source_corresp.access = as_private;
+  field->source_corresp.is_unnamed = false;
+}
+
+// `name = value`, `name(value)`, `name{value}`.
+static void scan_init_capture(a_lambda* lambda, bool is_by_reference) {
+  a_source_position position = pos_curr_token;
+  a_symbol_locator locator = locator_for_curr_id;
+  get_token();
+  a_type* type = type_of_init_capture(is_by_reference, &position);
+  a_dynamic_init* init =
+      is_error_type(type) ? make_error_constant_dynamic_init() : scan_init_of_capture(type);
+  if (is_error_type(type))
+    flush_tokens();
+  if (!check_for_second_capture(lambda, locator.header->identifier, &position))
+    return;
+  a_lambda_capture* capture = add_capture(lambda, &position);
+  capture->is_by_reference = is_by_reference;
+  capture->field = capture->init_capture_field = add_closure_field(lambda, type);
+  capture->initializer = init;
+  name_closure_field(lambda, capture->field, &locator);
+}
+
+// In the open class: what the init-captures are called.
+static void enter_init_captures(const a_lambda* lambda) {
+  for (const a_lambda_capture* capture = lambda->captures; capture; capture = capture->next)
+    if (capture->init_capture_field == capture->field)
+      add_symbol_to_symbol_table(capture->field->source_corresp.symbol, depth_scope_stack, nullptr);
+}
+
+// ---- The list ----
+
+static bool at_init_capture() {
+  a_token_kind next = next_token();
+  return next == tok_assign || next == tok_lbrace || next == tok_lparen;
 }
 
 static void scan_capture(a_lambda* lambda) {
@@ -335,7 +504,9 @@ static void scan_capture(a_lambda* lambda) {
     capture_this(lambda);
   } else if (curr_token != tok_identifier) {
     syntax_error(ec_exp_identifier);
-  } else if (next_token() == tok_assign || next_token() == tok_lbrace) {
+  } else if (at_init_capture() && std_version >= 201402) {
+    scan_init_capture(lambda, is_by_reference);
+  } else if (at_init_capture()) {
     refuse_construct("init-capture", &pos_curr_token);
     flush_tokens();
   } else {
@@ -373,6 +544,22 @@ static void scan_capture_list(a_lambda* lambda) {
 }
 
 // ---- The declarator ----
+
+// Whether a parameter is declared with `auto`, at the `(` of the parameters.
+static bool prescan_lambda_parameter_clause() {
+  a_token_cache cache;
+  a_token_set_array stop_set = {};
+  bool is_generic = false;
+  stop_set.member[tok_rparen] = stop_set.member[tok_lbrace] = stop_set.member[tok_semicolon] = true;
+  clear_token_cache(&cache, false);
+  cache_curr_token(&cache);
+  get_token();
+  cache_token_stream_full(&cache, &stop_set, ctsf_stop_at_unbalanced);
+  for (const a_cached_token* token = cache.first; token; token = token->next)
+    is_generic |= token->kind == tok_auto;
+  rescan_cached_tokens(&cache);
+  return is_generic;
+}
 
 // The type of operator(); without parentheses it has no parameters.
 static a_type* scan_lambda_declarator(a_lambda* lambda, a_func_info_block* func_info) {
@@ -466,12 +653,22 @@ static void scan_lambda_body(a_routine* routine, a_func_info_block* func_info) {
     type->variant.routine.return_type = void_type();
 }
 
-a_type* deduce_return_type_of_lambda(an_operand* operand) {
-  a_routine* routine = routine_at_depth(depth_innermost_function_scope);
+bool returns_deduced_type() {
+  const a_routine* routine = routine_at_depth(depth_innermost_function_scope);
+  return routine && routine->has_deducible_return_type && !is_error_type(routine->type);
+}
+
+a_type* deduce_return_type(an_operand* operand) {
+  const a_routine* routine = routine_at_depth(depth_innermost_function_scope);
+  a_type** return_type = &skip_typerefs(routine->type)->variant.routine.return_type;
   do_operand_transformations(operand, ot_all);
   a_type* type = is_error_operand(operand) ? error_type() : make_unqualified_type(operand->type);
-  skip_typerefs(routine->type)->variant.routine.return_type = type;
-  return type;
+  if (is_auto_type(*return_type))
+    *return_type = type;
+  else if (!is_error_type(type) && !is_error_type(*return_type) &&
+           !identical_types(type, *return_type))
+    type2_error_in_operand(ec_deduced_return_type_conflict, operand, type, *return_type);
+  return *return_type;
 }
 
 // ---- The conversion to a pointer to function (p6) ----
@@ -484,7 +681,6 @@ static void define_lambda_conversion_function(a_lambda* lambda) {
   supplement->this_class = nullptr;
   supplement->this_qualifiers = tq_none;
   supplement->is_lambda_operator = false;
-  find_symbol_header("_FUN", 0, &locator);
   clear_locator(&locator, &lambda->position);
   find_symbol_header("_FUN", 0, &locator);
   a_symbol* symbol = enter_member_function(lambda->closure_type, &locator, type, sc_static);
@@ -601,9 +797,14 @@ static a_lambda* alloc_lambda_at_file_scope() {
   return lambda;
 }
 
-// Behind the capture list, in the open class.
+// Behind the capture list, in the open class; false after an error.
 static bool scan_call_operator(a_lambda* lambda) {
   a_func_info_block func_info;
+  if (curr_token == tok_lparen && prescan_lambda_parameter_clause()) {
+    refuse_construct("generic lambda", &pos_curr_token);
+    skip_lambda();
+    return false;
+  }
   a_type* type = scan_lambda_declarator(lambda, &func_info);
   lambda->header_range.end = pos_curr_token;
   a_routine* routine = declare_call_operator(lambda, type);
@@ -635,9 +836,10 @@ void scan_lambda(an_operand* result) {
   switch_back_to_original_region(saved_region);
   push_class_scope(lambda->closure_type);
   pop_scope();
+  bool was_prescanning = set_lambda_prescan(false);
   scan_capture_list(lambda);
   push_class_and_template_reactivation_scope(lambda->closure_type);
-  bool was_prescanning = set_lambda_prescan(false);
+  enter_init_captures(lambda);
   bool is_good = scan_call_operator(lambda);
   set_lambda_prescan(was_prescanning);
   complete_class_type(lambda->closure_type, &start);

@@ -19,13 +19,17 @@ bool in_lambda_body();
 // that a capture makes. False when the variable is one of the body's own, or its
 // value alone is wanted; true with an error operand after a message.
 bool make_captured_variable_operand(a_symbol* symbol, an_operand* result);
-// `this` of the function around the lambda; true as above.
-bool make_captured_this_operand(an_operand* result);
+// The same for the member of a closure that an init-capture names.
+bool make_init_capture_operand(a_symbol* symbol, an_operand* result);
 
 // The pointer to function that a closure without captures converts to, when it
 // has the wanted type; false with nothing reported otherwise.
 bool convert_closure_to_pointer(an_operand* operand, a_type* type);
-// The type of the first return statement is that of a lambda without one (p4).
-a_type* deduce_return_type_of_lambda(an_operand* operand);
+// Whether the function at hand has the type that its return statements say: a
+// lambda that states none (p4).
+bool returns_deduced_type();
+// The type that the operand of a return statement is converted to there. The first
+// one gives it; another one of another type is refused.
+a_type* deduce_return_type(an_operand* operand);
 
 #endif
