@@ -11,7 +11,7 @@ int object asm("other_object") = 1;
 // CHECK-DAG: symbol other_function class global
 int function(void) asm("other_function");
 int function(void) {
-  // CHECK-DAG: symbol other_static class static
+  // CHECK-DAG: symbol other_static$1 class static
   static int counter asm("other_static");
   asm volatile(" NOP");
   __asm__(" IDLE" : : : "memory", "cc");
