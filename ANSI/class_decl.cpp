@@ -86,10 +86,7 @@ static a_symbol* qualified_tag_symbol(a_symbol_locator* locator, bool is_definit
     report_unknown_qualified_tag(locator);
     return nullptr;
   }
-  check_access_to_symbol(locator->symbol, locator->is_class_qualified
-                                              ? skip_typerefs(locator->qualifier.class_type)
-                                              : nullptr,
-                         nullptr, &locator->position);
+  check_access_to_name(locator, &locator->position);
   bool is_out_of_place = is_definition && (depth_innermost_function_scope >= 0 ||
                                            !is_declared_within_current_scope(symbol) ||
                                            locator->symbol != symbol);
@@ -294,9 +291,14 @@ static void scan_class_definition(a_type* class_type, an_attribute* attributes,
   // A type is listed where it is defined.
   if (may_be_added_to_types_list(class_type))
     move_to_end_of_types_list(class_type, in_cplusplus_mode() ? -1 : decl_level_of_tags());
+  // What the bases are named by has the access of the class (C++11 11 p7).
+  int outer_depth = depth_scope_stack;
+  if (in_cplusplus_mode())
+    defer_access_checks(outer_depth);
   int pushed = push_scopes_of_member(symbol);
   if (curr_token == tok_colon)
     scan_base_clause(class_type);
+  curr_deferred_access_scope = -1;
   a_source_position position = pos_curr_token;
   scan_members(class_type);
   state->end_position = end_pos_curr_token;
@@ -305,6 +307,7 @@ static void scan_class_definition(a_type* class_type, an_attribute* attributes,
   append_attributes(&attributes, scan_gnu_attribute_groups(al_tag_end));
   attach_type_attributes(class_type, attributes);
   complete_class_type(class_type, &position);
+  perform_deferred_access_checks_at_depth(outer_depth, nullptr);
   determine_operator_lookup_namespaces(class_type);
   pop_scope();
   pop_scopes_of_member(pushed);

@@ -124,9 +124,7 @@ static a_type* scan_base_name(bool* is_qualified) {
     report_ambiguous_name(&locator);
     return nullptr;
   }
-  if (locator.is_class_qualified && locator.symbol)
-    check_access_to_symbol(locator.symbol, locator.qualifier.class_type, nullptr,
-                           &locator.position);
+  check_access_to_name(&locator, &locator.position);
   record_symbol_reference(srk_reference | srk_type, symbol, &locator.position, true);
   return symbol->variant.type;
 }

@@ -7,6 +7,7 @@
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "lookup.h"
 #include "mode_words.h"
 #include "pragma.h"
 #include "scope_stk.h"
@@ -92,6 +93,7 @@ static bool function_member(a_member_list* members, a_decl_parse_state* state,
   a_routine* routine = state->modifiers.friend_seen
                            ? decl_friend_function(class_type, state, locator, func_info, &virt)
                            : decl_member_function(class_type, state, locator, func_info, &virt);
+  check_access_of_declaration(state->symbol);
   run_end_of_parse_actions(state, true);
   scan_function_definition_word(routine, state);
   if (!at_function_body(locator))
@@ -167,29 +169,37 @@ static bool is_friend_type_declaration(const a_decl_parse_state* state) {
   return state->modifiers.friend_seen && curr_token == tok_semicolon;
 }
 
-// Specifiers and declarators; true when a `;` belongs behind them.
+// Behind the specifiers; true when a `;` belongs behind the declaration.
+static bool member_declarators(a_member_list* members, a_decl_parse_state* state) {
+  if (is_friend_type_declaration(state)) {
+    decl_friend_class(members->class_type, state);
+    return true;
+  }
+  if (curr_token == tok_semicolon) {
+    attach_lone_type_attributes(state);
+    if (in_cplusplus_mode() && !is_error_type(state->type_specifier_type))
+      check_words_of_nonfunction(state);
+    if (a_field* field = member_without_declarator(members->class_type, state))
+      append_field(members, field);
+    return true;
+  }
+  return member_declarator_list(members, state);
+}
+
 static bool member_declaration_with_specifiers(a_member_list* members) {
   a_decl_parse_state state;
   clear_decl_parse_state(&state);
   while (loop_token(tok_extension))
     state.parse_flags.has_extension_prefix = true;
   unsigned options = dso_type_specifiers | dso_member;
-  if (in_cplusplus_mode())
+  if (in_cplusplus_mode()) {
     options |= dso_storage_class | dso_class_words;
+    defer_access_checks(depth_scope_stack);
+  }
   decl_specifiers(options, &state);
-  if (is_friend_type_declaration(&state)) {
-    decl_friend_class(members->class_type, &state);
-    return true;
-  }
-  if (curr_token == tok_semicolon) {
-    attach_lone_type_attributes(&state);
-    if (in_cplusplus_mode() && !is_error_type(state.type_specifier_type))
-      check_words_of_nonfunction(&state);
-    if (a_field* field = member_without_declarator(members->class_type, &state))
-      append_field(members, field);
-    return true;
-  }
-  return member_declarator_list(members, &state);
+  bool needs_semicolon = member_declarators(members, &state);
+  check_access_of_declaration(nullptr);
+  return needs_semicolon;
 }
 
 // At an access specifier.

@@ -295,6 +295,7 @@ static bool scan_type_name_specifier(unsigned options, a_specifier_accumulator* 
   a_symbol* symbol = curr_type_symbol();
   if (!symbol)
     return false;
+  check_access_to_name(&locator_for_curr_id, &pos_curr_token);
   record_symbol_reference(srk_reference | srk_type, symbol, &pos_curr_token, true);
   a_type* type = symbol->variant.type;
   get_token();

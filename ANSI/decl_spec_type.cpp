@@ -255,7 +255,12 @@ a_type* scan_typeof(a_decl_parse_state* state) {
 static a_type* type_of_selected_member(const an_operand* operand) {
   if (operand->kind != ok_expression || operand->variant.expr->kind != expr_operation)
     return nullptr;
-  const auto& operation = operand->variant.expr->variant.operation;
+  const an_expr_node* node = operand->variant.expr;
+  const an_expr_node* inner = node->variant.operation.operands;
+  // The member may be a reference.
+  if (node->variant.operation.op == eok_ref_indirect && inner->kind == expr_operation)
+    node = inner;
+  const auto& operation = node->variant.operation;
   bool is_selection = operation.op == eok_dot_field || operation.op == eok_arrow_field;
   return is_selection ? operation.operands->next->type : nullptr;
 }

@@ -12,6 +12,7 @@
 #include "extasm.h"
 #include "il.h"
 #include "lexical.h"
+#include "lookup.h"
 #include "mode_words.h"
 #include "pragma.h"
 #include "scope_stk.h"
@@ -224,6 +225,7 @@ static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* 
   unsigned flags = flags_of_variable(state, has_initializer);
   check_completeness(state, locator, flags);
   decl_variable(locator, state, flags);
+  check_access_of_declaration(state->symbol);
   if (has_initializer)
     scan_initializer(state);
   else if ((flags & dvf_definition) &&
@@ -253,6 +255,7 @@ static void routine_declaration(a_symbol_locator* locator, a_decl_parse_state* s
   }
   check_storage_class_of_routine(state);
   decl_routine(locator, state, func_info, drf_declaration);
+  check_access_of_declaration(state->symbol);
   if (curr_token == tok_lparen) {
     pos_sy_error(ec_lparen_after_function, &pos_curr_token, state->symbol);
     flush_tokens();
@@ -431,9 +434,16 @@ static void apply_linkage_prefix(a_decl_parse_state* state) {
     pos_error(ec_mult_storage_classes, &state->storage_class_position);
 }
 
+void check_access_of_declaration(const a_symbol* symbol) {
+  if (curr_deferred_access_scope == depth_scope_stack)
+    perform_deferred_access_checks_at_depth(depth_scope_stack, symbol);
+}
+
 static void declaration_with_specifiers(a_decl_parse_state* state) {
   a_token_sequence_number first = curr_token_sequence_number;
   const size_t waiting_dimensions = num_waiting_vla_dimensions();
+  if (in_cplusplus_mode())
+    defer_access_checks(depth_scope_stack);
   decl_specifiers(options_of_specifiers(state), state);
   add_vla_size_statements(waiting_dimensions);
   report_missing_type(state);
@@ -442,6 +452,7 @@ static void declaration_with_specifiers(a_decl_parse_state* state) {
     check_declaration_without_declarator(state);
   else if (can_begin_declarator() || !state->decl_flags.specifier_error)
     init_declarator_list(state);
+  check_access_of_declaration(nullptr);
   // A token that begins no declaration must not hold the loop.
   if (curr_token_sequence_number == first && curr_token != tok_end_of_source)
     get_token();

@@ -180,6 +180,7 @@ void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
     state->asm_name = nullptr;
   }
   decl_routine(locator, state, func_info, drf_declaration | drf_definition);
+  check_access_of_declaration(state->symbol);
   run_end_of_parse_actions(state, false);
   a_routine* routine = state->symbol->variant.routine;
   apply_default_section_to_routine(routine);

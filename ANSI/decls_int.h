@@ -12,6 +12,10 @@ int depth_of_linked_entities();
 // Whether what is declared there is known to this unit alone (C++11 3.5 p4).
 bool is_in_unnamed_namespace();
 
+// The names that a declaration used before the symbol was known had to wait for
+// it; null: it declares nothing.
+void check_access_of_declaration(const a_symbol* symbol);
+
 // ---- Earlier declarations ----
 
 // The type check of a redeclaration; true when the new type may stand beside

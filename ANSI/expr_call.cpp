@@ -70,6 +70,16 @@ static a_type* check_call_function_pointer_operand(an_operand* function) {
   return skip_typerefs(type_pointed_to(function->type));
 }
 
+// The same for an operand with or without an object, which a pointer to member
+// needs.
+static a_type* type_of_called_function(an_operand* function, bool has_selector) {
+  if (!has_selector || !is_ptr_to_member_type(function->type))
+    return check_call_function_pointer_operand(function);
+  do_operand_transformations(function, ot_all);
+  change_ref_kinds(function->ref_entries, srk_value_read);
+  return skip_typerefs(pm_member_type(function->type));
+}
+
 static void declare_undefined_function(an_operand* function) {
   if (function->kind != ok_undefined_symbol ||
       (in_cplusplus_mode() && arg_dependent_lookup_enabled))
@@ -161,9 +171,8 @@ static void fold_gnu_call_if_possible(const a_routine* routine, an_expr_node* ar
 
 // The object as the function's `this` has it: of the class that declares the
 // function.
-static an_expr_node* object_of_member_call(an_operand* selector, const a_routine* routine) {
+static an_expr_node* object_of_member_call(an_operand* selector, const a_type* class_type) {
   an_expr_node* node = make_node_from_operand(selector);
-  const a_type* class_type = class_of_member(&routine->source_corresp);
   a_type* object_type =
       selector->flags.selector_is_pointer ? type_pointed_to(node->type) : node->type;
   a_base_class* base = class_type && skip_typerefs(object_type) != class_type
@@ -179,16 +188,21 @@ static an_expr_node* make_call_operands(an_operand* function, an_operand* select
   an_expr_node* callee = make_node_from_operand(function);
   callee->next = arguments;
   if (selector) {
-    an_expr_node* object = object_of_member_call(selector, routine);
+    const a_type* class_type =
+        routine ? class_of_member(&routine->source_corresp) : pm_class_type(callee->type);
+    an_expr_node* object = object_of_member_call(selector, skip_typerefs(class_type));
     object->next = arguments;
     callee->next = object;
   }
   return callee;
 }
 
-static an_expr_operator_kind operator_of_call(const an_operand* selector) {
+static an_expr_operator_kind operator_of_call(const an_operand* selector, const a_routine* routine) {
   if (!selector)
     return eok_call;
+  if (!routine)
+    return selector->flags.selector_is_pointer ? eok_arrow_ptr_to_member_call
+                                               : eok_dot_ptr_to_member_call;
   return selector->flags.selector_is_pointer ? eok_arrow_member_call : eok_dot_member_call;
 }
 
@@ -197,11 +211,11 @@ static void assemble_function_call(an_operand* function, an_operand* selector,
                                    const a_source_position* position, an_operand* result) {
   a_type* return_type = return_type_of(function_type);
   a_routine* routine = routine_of_call(function);
-  bool is_virtual = selector && routine->is_virtual && !function->flags.qualified_name;
+  bool is_virtual = selector && routine && routine->is_virtual && !function->flags.qualified_name;
   if (routine && expr_stack->flags.references_count)
     routine->called = true;
   an_expr_node* operands = make_call_operands(function, selector, routine, arguments);
-  make_function_call(operator_of_call(selector), operands, is_virtual,
+  make_function_call(operator_of_call(selector, routine), operands, is_virtual,
                      in_cplusplus_mode() && is_reference_type(return_type)
                          ? return_type
                          : prvalue_type(return_type),
@@ -243,6 +257,8 @@ static bool is_nonstatic_member(const a_routine* routine) {
 static bool check_selector_of_call(const an_operand* function, an_operand* selector,
                                    bool* has_selector) {
   const a_routine* routine = routine_of_call(function);
+  if (is_ptr_to_member_type(function->type))
+    return selector_match_with_type(selector, pm_member_type(function->type));
   if (!is_nonstatic_member(routine)) {
     *has_selector = false;
     return true;
@@ -323,7 +339,7 @@ static void scan_ordinary_call(an_operand* operand) {
   bool is_set =
       function.kind == ok_indefinite_function || function.kind == ok_undefined_symbol;
   bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
-  a_type* function_type = is_set ? nullptr : check_call_function_pointer_operand(&function);
+  a_type* function_type = is_set ? nullptr : type_of_called_function(&function, has_selector);
   // The call of a builtin function may have a value in a constant expression.
   bool may_fold = function_type && is_foldable_builtin(routine_of_call(&function));
   bool is_refused =

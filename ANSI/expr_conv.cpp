@@ -175,6 +175,16 @@ void conv_glvalue_to_prvalue(an_operand* operand) {
 
 // ---- References (C++11 8.3.2) ----
 
+// A named reference gives an lvalue, whatever its kind (C++11 5.1.1 p8, 5.2.5 p4).
+static bool is_named_reference(const an_operand* operand) {
+  if (operand->kind != ok_expression)
+    return true;
+  const an_expr_node* node = operand->variant.expr;
+  return node->kind == expr_variable ||
+         (node->kind == expr_operation && (node->variant.operation.op == eok_dot_field ||
+                                           node->variant.operation.op == eok_arrow_field));
+}
+
 // The operand is a reference, of which the object is wanted.
 void add_reference_indirection(an_operand* operand) {
   if (is_error_operand(operand) || !is_reference_type(operand->type))
@@ -186,8 +196,7 @@ void add_reference_indirection(an_operand* operand) {
   an_operand saved = *operand;
   bool is_rvalue = is_rvalue_reference_type(operand->type);
   an_expr_node* object = add_ref_indirection_to_node(make_node_from_operand(operand));
-  bool is_xvalue = is_rvalue && !is_function_type(object->type) && saved.kind == ok_expression &&
-                   saved.variant.expr->kind != expr_variable;
+  bool is_xvalue = is_rvalue && !is_function_type(object->type) && !is_named_reference(&saved);
   if (!is_error_node(object)) {
     object->is_xvalue = is_xvalue;
     object->is_lvalue = !is_xvalue;

@@ -254,7 +254,7 @@ void scan_identifier(an_operand* result);
 void scan_this(an_operand* result);
 // False outside a nonstatic member function.
 bool make_this_pointer_operand(an_operand* result);
-void expr_check_ambiguity_and_verify_access(a_symbol* symbol, a_symbol_locator* locator);
+void expr_check_ambiguity_and_verify_access(a_symbol_locator* locator);
 void scan_generic_selection(an_operand* result);
 void scan_address_of(an_operand* result);
 void scan_indirection(an_operand* result);

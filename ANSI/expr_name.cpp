@@ -124,14 +124,10 @@ void scan_simple_type_cast(an_operand* result) {
 
 // ---- The name ----
 
-void expr_check_ambiguity_and_verify_access(a_symbol* symbol, a_symbol_locator* locator) {
+void expr_check_ambiguity_and_verify_access(a_symbol_locator* locator) {
   if (locator->is_ambiguous && expr_error_should_be_issued())
     report_ambiguous_name(locator);
-  if (symbol->is_class_member && !locator->is_error_locator)
-    check_access_to_symbol(symbol,
-                           locator->is_class_qualified ? locator->qualifier.class_type
-                                                       : symbol->parent.class_type,
-                           nullptr, &locator->position);
+  check_access_to_name(locator, &locator->position);
 }
 
 // The operand of everything but a type.
@@ -229,7 +225,7 @@ void scan_identifier(an_operand* result) {
     return;
   }
   if (in_cplusplus_mode()) {
-    expr_check_ambiguity_and_verify_access(symbol, &locator);
+    expr_check_ambiguity_and_verify_access(&locator);
     symbol = fundamental_symbol_of(symbol);
   }
   if (symbol->kind == symk_type || is_tag_symbol_kind(symbol->kind)) {

@@ -120,7 +120,9 @@ static void scan_parenthesized_expression(an_operand* result, uint32_t flags,
       sef_float_literal_allowed | sef_address_of_overload_allowed | sef_controlling_expression;
   add_stop_token(tok_rparen);
   ++expr_stack->template_arg_paren_depth;
-  scan_expr(result, nullptr, lev_none, (flags & kept_flags) | sef_parenthesized);
+  // In C++ `(p->*f)(1)` calls a member function.
+  uint32_t member_flags = in_cplusplus_mode() ? sef_keep_bound_function : 0u;
+  scan_expr(result, nullptr, lev_none, (flags & kept_flags) | sef_parenthesized | member_flags);
   --expr_stack->template_arg_paren_depth;
   remove_stop_token(tok_rparen);
   a_source_position end = end_pos_curr_token;

@@ -190,6 +190,8 @@ static void select_direct_field(an_operand* operand, a_field* field, bool is_arr
   normalize_error_operand(operand);
   restore_operand_details_incl_ref(operand, &saved);
   operand->flags.parenthesized = false;
+  if (in_cplusplus_mode())
+    add_reference_indirection(operand);
 }
 
 static bool is_member_of_base(const a_field* field, const a_type* class_type) {
@@ -405,11 +407,18 @@ static bool check_ptr_to_member_operands(an_operand* object, an_operand* member,
   return false;
 }
 
+// The function that the pointer leads to, of which a call that follows takes the
+// object.
+static void bind_ptr_to_member_function(an_operand* object, an_operand* member, bool is_arrow,
+                                        an_operand* result) {
+  make_expression_operand(make_node_from_operand(member), result);
+  bind_member_function_operand_to_selector(result, object, is_arrow);
+}
+
 static void ptr_to_member_selection(an_operand* object, an_operand* member, bool is_arrow,
                                     an_operand* result) {
   if (is_function_type(pm_member_type(member->type))) {
-    refuse_construct("member function", &member->position);
-    make_error_result(object, member, result);
+    bind_ptr_to_member_function(object, member, is_arrow, result);
     return;
   }
   a_type* object_type = is_arrow ? type_pointed_to(object->type) : object->type;

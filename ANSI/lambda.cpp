@@ -203,7 +203,6 @@ static void select_closure_field(a_field* field, int lambda_depth, an_operand* r
   a_variable* closure = scope_stack[lambda_depth].il_scope->this_variable;
   make_expression_operand(var_rvalue_expr(closure), result);
   select_field(result, field, true);
-  add_reference_indirection(result);
 }
 
 // The object as the function at the depth sees it: its own, or a capture.

@@ -86,7 +86,10 @@ static void skip_qualifier() {
 static bool scan_qualifier(a_name_place* place) {
   a_symbol_locator locator = locator_for_curr_id;
   a_symbol* symbol = look_up_in_place(*place, &locator, ilo_followed_by_colons);
+  set_qualifier_of_locator(&locator, *place);
   bool is_known = symbol != nullptr && place_of_qualifier(symbol, place);
+  if (is_known)
+    check_access_to_name(&locator, &pos_curr_token);
   if (!is_known) {
     locator = locator_for_curr_id;
     report_bad_qualifier(*place, &locator);
@@ -233,7 +236,7 @@ a_symbol* coalesce_and_lookup_generalized_identifier(uint32_t options) {
   if (curr_token != tok_identifier || locator_for_curr_id.is_error_locator)
     return nullptr;
   if (locator_for_curr_id.is_generalized)
-    return locator_for_curr_id.symbol;
+    return locator_for_curr_id.symbol ? fundamental_symbol_of(locator_for_curr_id.symbol) : nullptr;
   return normal_id_lookup(&locator_for_curr_id, options);
 }
 

@@ -75,14 +75,18 @@ bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* objec
 // Reports a lack of access or, while checks are deferred, notes the use.
 void check_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class,
                             const a_source_position* position);
+// The same for what the lookup of a name found, in the class of the qualifier or
+// in the class whose member it is.
+void check_access_to_name(const a_symbol_locator* locator, const a_source_position* position);
 void record_access_error(a_symbol* symbol, a_type* naming_class, a_type* object_class,
                          const a_source_position* position);
 // The names in a declaration have the access of what it declares, which is
 // known only behind them: failures are kept in the scope entry until then.
 void defer_access_checks(int depth);
-// Judges the failures kept in the entry again, from the current place, and
-// reports those that remain; or forgets them.
-void perform_deferred_access_checks_at_depth(int depth);
+// Judges the failures kept in the entry again, from the current place and as
+// names in the declaration of the symbol, null for none, and reports those that
+// remain (C++11 11 p6); or forgets them.
+void perform_deferred_access_checks_at_depth(int depth, const a_symbol* declared);
 void discard_deferred_access_checks_at_depth(int depth);
 
 // ---- Using-directives and using-declarations (C++11 7.3.3, 7.3.4) ----

@@ -32,6 +32,9 @@ constexpr int as_none = as_private + 1;
 
 an_access_check* avail_access_checks;
 
+// What the declaration declares whose names are judged; else null.
+const a_symbol* declared_symbol;
+
 } // namespace
 
 // ---- Where the name stands ----
@@ -46,18 +49,31 @@ static void add_class_and_those_around(a_type* class_type, std::vector<a_type*>*
   }
 }
 
+static void add_routine(a_routine* routine, an_access_context* context) {
+  context->routines.push_back(routine);
+  add_class_and_those_around(class_of_member(&routine->source_corresp), &context->classes);
+}
+
+static void add_declared_entity(const a_symbol* symbol, an_access_context* context) {
+  const a_source_correspondence* corresp = source_corresp_entry_for_symbol(symbol);
+  if (symbol->kind == symk_routine || symbol->kind == symk_member_function)
+    add_routine(symbol->variant.routine, context);
+  else if (corresp != nullptr)
+    add_class_and_those_around(class_of_member(corresp), &context->classes);
+}
+
 // A member of a nested class has the access of the class around it (C++11
 // 11.7), a local class that of its function (11.8).
 static an_access_context current_access_context() {
   an_access_context context;
+  if (declared_symbol != nullptr)
+    add_declared_entity(declared_symbol, &context);
   for (int64_t depth = depth_scope_stack; depth >= 0; depth = scope_stack[depth].parent_depth) {
     const a_scope_stack_entry* entry = &scope_stack[depth];
     if (entry->kind == sk_class || entry->kind == sk_class_reactivation) {
       add_class_and_those_around(entry->assoc_type, &context.classes);
     } else if (entry->kind == sk_function && entry->routine != nullptr) {
-      context.routines.push_back(entry->routine);
-      add_class_and_those_around(class_of_member(&entry->routine->source_corresp),
-                                 &context.classes);
+      add_routine(entry->routine, &context);
     }
   }
   return context;
@@ -224,6 +240,15 @@ void check_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* obje
     record_access_error(symbol, naming_class, object_class, position);
 }
 
+void check_access_to_name(const a_symbol_locator* locator, const a_source_position* position) {
+  a_symbol* symbol = locator->symbol;
+  if (symbol == nullptr || !symbol->is_class_member || locator->is_error_locator)
+    return;
+  a_type* naming_class =
+      locator->is_class_qualified ? locator->qualifier.class_type : symbol->parent.class_type;
+  check_access_to_symbol(symbol, naming_class, nullptr, position);
+}
+
 void defer_access_checks(int depth) {
   curr_deferred_access_scope = depth;
 }
@@ -251,11 +276,13 @@ static void free_access_checks(an_access_check* checks) {
   }
 }
 
-void perform_deferred_access_checks_at_depth(int depth) {
+void perform_deferred_access_checks_at_depth(int depth, const a_symbol* declared) {
+  declared_symbol = declared;
   an_access_check* checks = end_deferring(depth);
   for (an_access_check* check = checks; check != nullptr; check = check->next)
     check_access_to_symbol(check->symbol, check->naming_class, check->object_class,
                            &check->position);
+  declared_symbol = nullptr;
   free_access_checks(checks);
 }
 
@@ -265,4 +292,5 @@ void discard_deferred_access_checks_at_depth(int depth) {
 
 void access_init() {
   avail_access_checks = nullptr;
+  declared_symbol = nullptr;
 }

@@ -394,22 +394,41 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
   return block.any_error ? nullptr : routine;
 }
 
-// C++11 13.3.1 p4, p5.
-bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine) {
+// Why the object can't be that of a function with the type; 0 if it can (C++11
+// 13.3.1 p4, p5).
+static an_error_code fault_of_selector(const an_operand* selector, const a_type* type) {
   const a_routine_type_supplement* info =
-      skip_typerefs(routine->type)->variant.routine.routine_supplement;
+      skip_typerefs(type)->variant.routine.routine_supplement;
   bool is_pointer = selector->flags.selector_is_pointer;
   a_type* object_type = is_pointer ? type_pointed_to(selector->type) : selector->type;
   bool is_lvalue = is_pointer || is_a_cplusplus_lvalue(selector);
-  an_error_code code = 0;
   if ((get_type_qualifiers(object_type) & tq_cv & ~info->this_qualifiers) != 0)
-    code = ec_unqual_named_function_with_qual_object;
-  else if (info->has_rvalue_ref_qualifier && is_lvalue)
-    code = ec_cannot_call_named_member_on_lvalue;
-  else if (info->has_lvalue_ref_qualifier && !is_lvalue && !(info->this_qualifiers & tq_const))
-    code = ec_cannot_call_named_member_on_rvalue;
-  if (code != 0 && expr_error_should_be_issued())
-    pos_sy_error(code, &selector->position, routine->source_corresp.symbol);
+    return ec_unqual_function_with_qual_object;
+  if (info->has_rvalue_ref_qualifier && is_lvalue)
+    return ec_cannot_call_member_on_lvalue;
+  if (info->has_lvalue_ref_qualifier && !is_lvalue && !(info->this_qualifiers & tq_const))
+    return ec_cannot_call_member_on_rvalue;
+  return 0;
+}
+
+bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine) {
+  an_error_code code = fault_of_selector(selector, routine->type);
+  if (code == 0)
+    return true;
+  an_error_code named_code = code == ec_unqual_function_with_qual_object
+                                 ? ec_unqual_named_function_with_qual_object
+                             : code == ec_cannot_call_member_on_lvalue
+                                 ? ec_cannot_call_named_member_on_lvalue
+                                 : ec_cannot_call_named_member_on_rvalue;
+  if (expr_error_should_be_issued())
+    pos_sy_error(named_code, &selector->position, routine->source_corresp.symbol);
+  return false;
+}
+
+bool selector_match_with_type(const an_operand* selector, const a_type* type) {
+  an_error_code code = fault_of_selector(selector, type);
+  if (code != 0)
+    expr_pos_error(code, &selector->position);
   return code == 0;
 }
 

@@ -142,6 +142,8 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
 
 // Whether a member function may be called for the object, else after a message.
 bool selector_match_with_this_param(const an_operand* selector, const a_routine* routine);
+// The same for a function of which only the type is known.
+bool selector_match_with_type(const an_operand* selector, const a_type* type);
 // Gives a designator or a set of member functions the object for which it is
 // called: the node behind the designator's, or the set's own.
 void bind_member_function_operand_to_selector(an_operand* function, an_operand* selector,

@@ -184,6 +184,7 @@ void enter_predeclared_typedef(const char* name, a_type* aliased) {
 a_symbol* make_predeclared_function_symbol(const char* name, a_type* type, int64_t code) {
   A_PREDECLARATION context;
   a_symbol* symbol = full_enter_symbol(name, strlen(name), symk_routine, &null_source_position, 0);
+  type->variant.routine.routine_supplement->name_linkage = nlk_c;
   a_routine* routine = make_routine(type, sc_extern, 0);
   routine->special_data.builtin_code = code;
   symbol->variant.routine = routine;

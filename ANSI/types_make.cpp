@@ -474,14 +474,25 @@ a_type* related_member_type(a_type* member_type, a_type* class_type) {
   return copy;
 }
 
+// The type with the class as that of its object. The qualifiers of the class are
+// those of `this`.
+static a_type* type_of_member_function(a_type* type, a_type* bare_class, a_type* class_type) {
+  a_type* bare = f_skip_typerefs(type);
+  const a_routine_type_supplement* supplement = bare->variant.routine.routine_supplement;
+  a_type_qualifier_set qualifiers = get_type_qualifiers(class_type) & tq_cv;
+  if (supplement->this_class == bare_class &&
+      (qualifiers & ~supplement->this_qualifiers) == tq_none)
+    return type;
+  a_type* copy = copy_routine_type_with_param_types(bare);
+  copy->variant.routine.routine_supplement->this_class = bare_class;
+  copy->variant.routine.routine_supplement->this_qualifiers |= qualifiers;
+  return copy;
+}
+
 a_type* ptr_to_member_type_full(a_type* member_type, a_type* class_type, unsigned) {
   a_type* bare_class = f_skip_typerefs(class_type);
-  // The qualifiers of the class are those of `this` of a member function.
-  a_type_qualifier_set qualifiers = get_type_qualifiers(class_type) & tq_cv;
-  if (qualifiers != tq_none && is_function_type(member_type)) {
-    member_type = copy_routine_type_with_param_types(f_skip_typerefs(member_type));
-    member_type->variant.routine.routine_supplement->this_qualifiers |= qualifiers;
-  }
+  if (is_function_type(member_type))
+    member_type = type_of_member_function(member_type, bare_class, class_type);
   a_type* result = find_based_type(member_type, btk_ptr_to_member, [bare_class](a_type* candidate) {
     return candidate->variant.ptr_to_member.class_type == bare_class;
   });

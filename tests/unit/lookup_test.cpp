@@ -579,7 +579,7 @@ TEST_F(Lookup, AccessChecksWaitForTheDeclaredName) {
     EXPECT_EQ(total_errors, 0u);
     if (of_owner)
       push_class_and_template_reactivation_scope(owner);
-    perform_deferred_access_checks_at_depth(depth);
+    perform_deferred_access_checks_at_depth(depth, nullptr);
     if (of_owner)
       pop_class_reactivation_scope();
     EXPECT_EQ(total_errors, of_owner ? 0u : 1u);
