@@ -189,7 +189,7 @@ static a_pragma* add_pragma_entry(a_pending_pragma* pragma, int depth,
 
 void add_pragma_to_il(a_pending_pragma* pragma, an_il_entry_kind kind, void* entity,
                       bool to_file_scope) {
-  if (innermost_entry()->no_il_generation)
+  if (depth_scope_stack < 0 || innermost_entry()->no_il_generation)
     return;
   int depth;
   a_source_correspondence* owner = nullptr;

@@ -321,13 +321,10 @@ TEST_F(ScopeStack, PragmasEndWithTheirScope) {
   a_pragma_kind_description of_construct = {};
   of_construct.binding = pragma_binds_to_construct;
   of_construct.misplaced_severity = es_warning;
-  a_pragma_kind_description of_scope = {};
-  of_scope.binding = pragma_runs_at_end_of_scope;
   open_function("f");
   push_block_scope(nullptr);
   a_scope_stack_entry* entry = &scope_stack[depth_scope_stack];
   entry->construct_pragmas = alloc_pending_pragma(&of_construct);
-  entry->pending_pragmas = alloc_pending_pragma(&of_scope);
   pop_scope();
   EXPECT_EQ(total_warnings, 1u);
   EXPECT_NE(messages().find("may not be used here"), std::string::npos);
