@@ -325,19 +325,38 @@ void initializer(a_decl_parse_state* state) {
 
 // ---- Compound literals ----
 
-a_constant* scan_compound_literal_initializer(a_type** type, bool is_static,
-                                              a_dynamic_init** init) {
+static a_constant* match_compound_literal(an_init_component* list, a_type** type, bool is_static,
+                                          a_dynamic_init** init) {
   an_init_state state = {};
   state.constant_required = is_static;
   state.is_static = is_static;
   state.is_list_init = in_cplusplus_mode();
-  an_init_component* list = get_braced_init_list();
   a_constant* value = init_element(&list, type, &state);
   report_excess_components(&list, &state);
   free_init_component_list(list);
   set_result(value, &state);
   *init = state.result_dynamic_init;
   return state.result_constant;
+}
+
+a_constant* scan_compound_literal_initializer(a_type** type, bool is_static,
+                                              a_dynamic_init** init) {
+  return match_compound_literal(get_braced_init_list(), type, is_static, init);
+}
+
+a_constant* union_value_of_operand(a_type* union_type, const a_field* field,
+                                   const an_operand* operand, bool is_static,
+                                   a_dynamic_init** init) {
+  an_init_component* list = alloc_init_component(ick_braced_list);
+  an_init_component* designator = alloc_init_component(ick_designator);
+  list->variant.braced.start_position = operand->position;
+  list->variant.braced.end_position = operand->end_position;
+  list->variant.braced.first = designator;
+  designator->variant.designator.position = operand->position;
+  designator->variant.designator.field_name = field->source_corresp.symbol->header;
+  designator->next = alloc_init_component(ick_expression);
+  designator->next->variant.operand = *operand;
+  return match_compound_literal(list, &union_type, is_static, init);
 }
 
 // ---- Objects that lists make in C++ ----

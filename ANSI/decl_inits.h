@@ -24,6 +24,12 @@ void check_for_missing_initializer_full(a_symbol* symbol, a_type* type);
 // a null result, *init is its dynamic initialisation.
 a_constant* scan_compound_literal_initializer(a_type** type, bool is_static, a_dynamic_init** init);
 
+// The value of a union whose member `field` has the value of the operand, as the
+// braces of a compound literal give it: { .field = operand }.
+a_constant* union_value_of_operand(a_type* union_type, const a_field* field,
+                                   const an_operand* operand, bool is_static,
+                                   a_dynamic_init** init);
+
 // The object that a list in braces makes for the expression around it (C++11
 // 5.2.3 p3); the list is freed.
 void make_list_operand(an_init_component* list, a_type* type, const a_source_position* start,

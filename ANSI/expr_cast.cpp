@@ -356,14 +356,117 @@ static void cast_operand_special(a_type* type, an_operand* operand,
     error_in_operand(ec_expr_not_constant, operand);
 }
 
+// Outside of functions the object of a compound literal lives for ever.
+static void make_static_literal_operand(a_type* type, a_constant* value,
+                                        const a_source_position* start, an_operand* result) {
+  a_variable* variable = alloc_variable(sc_static);
+  variable->type = type;
+  variable->is_compiler_generated = true;
+  variable->source_corresp.position = *start;
+  variable->init_kind = initk_constant;
+  variable->initializer.constant = value;
+  add_to_variables_list(variable, 0);
+  make_lvalue_variable_operand(variable, nullptr, result);
+}
+
+// In a function it is set each time that the expression is evaluated.
+static void make_temp_literal_operand(a_type* type, a_constant* value, a_dynamic_init* init,
+                                      const a_source_position* start, an_operand* result) {
+  if (value != nullptr) {
+    init = alloc_dynamic_init(dik_constant);
+    init->variant.constant = value;
+  }
+  an_expr_node* expr = alloc_expr_node(expr_temp_init);
+  expr->type = type;
+  expr->is_lvalue = true;
+  expr->position = *start;
+  expr->variant.dynamic_init = init;
+  make_glvalue_expression_operand(expr, result);
+}
+
+// The object of a compound literal: outside of functions one that lives for ever.
+static void make_literal_operand(a_type* type, a_constant* value, a_dynamic_init* init,
+                                 const a_source_position* start, an_operand* result) {
+  if (depth_innermost_function_scope < 0)
+    make_static_literal_operand(type, value, start, result);
+  else
+    make_temp_literal_operand(type, value, init, start, result);
+}
+
+// ---- Values of unions, a GNU extension ----
+
+// The member that a value of the operand's type is a value of; null for none.
+static const a_field* member_of_operand_type(const a_type* union_type, const an_operand* operand) {
+  a_field* field = f_skip_typerefs(union_type)->variant.class_struct_union.fields;
+  for (field = next_initializable_field(field); field != nullptr;
+       field = next_initializable_field(field->next))
+    if (field->source_corresp.symbol != nullptr &&
+        f_types_are_compatible(field->type, operand->type, tcf_ignore_top_qualifiers))
+      return field;
+  return nullptr;
+}
+
+// The pointer that a pointer, or a null pointer constant, converts to in silence.
+static const a_field* member_for_pointer(const a_type* union_type, const an_operand* operand) {
+  a_field* field = f_skip_typerefs(union_type)->variant.class_struct_union.fields;
+  for (field = next_initializable_field(field); field != nullptr;
+       field = next_initializable_field(field->next)) {
+    a_std_conv_descr descr;
+    if (field->source_corresp.symbol != nullptr && is_pointer_type(field->type) &&
+        impl_pointer_conversion(operand->type, constant_of_operand(operand), field->type, false,
+                                &descr))
+      return field;
+  }
+  return nullptr;
+}
+
+static void conv_to_union(a_type* type, const a_field* member, an_operand* operand,
+                          const a_source_position* position) {
+  a_dynamic_init* init = nullptr;
+  a_constant* value = union_value_of_operand(type, member, operand,
+                                             depth_innermost_function_scope < 0, &init);
+  if (value == nullptr && init == nullptr) {
+    conv_to_error_operand(operand);
+    return;
+  }
+  make_literal_operand(type, value, init, position, operand);
+  conv_glvalue_to_prvalue(operand);
+}
+
+// A value becomes a union through the first member of its type. False when the
+// target is no union, or has no such member.
+static bool cast_to_union(a_type* type, an_operand* operand, const a_source_position* position) {
+  if (!gcc_mode || !is_union_type(type) || is_incomplete_type(type))
+    return false;
+  const a_field* member = member_of_operand_type(type, operand);
+  if (member != nullptr)
+    conv_to_union(type, member, operand, position);
+  return member != nullptr;
+}
+
+bool conv_to_transparent_union(a_type* type, an_operand* operand) {
+  if (!is_transparent_union_type(type))
+    return false;
+  do_operand_transformations(operand, ot_all);
+  if (is_error_operand(operand) || is_class_struct_union_type(operand->type))
+    return false;
+  const a_field* member = member_of_operand_type(type, operand);
+  if (member == nullptr)
+    member = member_for_pointer(type, operand);
+  a_source_position position = operand->position;
+  if (member != nullptr)
+    conv_to_union(type, member, operand, &position);
+  return member != nullptr;
+}
+
 static void cast_to_value(a_type* type, an_operand* operand, const a_source_position* position) {
   a_std_conv_descr descr;
   conv_glvalue_to_prvalue(operand);
   if (is_error_operand(operand))
     return;
-  bool is_same_class = in_cplusplus_mode() && is_class_struct_union_type(type) &&
+  bool is_same_class = (in_cplusplus_mode() || gcc_mode) && is_class_struct_union_type(type) &&
                        cast_identical_types(type, operand->type);
-  if (is_same_class)
+  if (is_same_class || cast_to_union(type, operand, position))
     return;
   if (is_bad_cast_target(type) ||
       !expl_conversion_possible(operand->type, constant_of_operand(operand), type, &descr)) {
@@ -405,34 +508,6 @@ void process_explicit_cast(a_type* type, an_operand* operand, const a_source_pos
   operand->flags.names_variable = false;
 }
 
-// Outside of functions the object of a compound literal lives for ever.
-static void make_static_literal_operand(a_type* type, a_constant* value,
-                                        const a_source_position* start, an_operand* result) {
-  a_variable* variable = alloc_variable(sc_static);
-  variable->type = type;
-  variable->is_compiler_generated = true;
-  variable->source_corresp.position = *start;
-  variable->init_kind = initk_constant;
-  variable->initializer.constant = value;
-  add_to_variables_list(variable, 0);
-  make_lvalue_variable_operand(variable, nullptr, result);
-}
-
-// In a function it is set each time that the expression is evaluated.
-static void make_temp_literal_operand(a_type* type, a_constant* value, a_dynamic_init* init,
-                                      const a_source_position* start, an_operand* result) {
-  if (value != nullptr) {
-    init = alloc_dynamic_init(dik_constant);
-    init->variant.constant = value;
-  }
-  an_expr_node* expr = alloc_expr_node(expr_temp_init);
-  expr->type = type;
-  expr->is_lvalue = true;
-  expr->position = *start;
-  expr->variant.dynamic_init = init;
-  make_glvalue_expression_operand(expr, result);
-}
-
 // C99 6.5.2.5, at the `{`.
 void scan_compound_literal(a_type* type, const a_source_position* start, an_operand* result) {
   bool is_static = depth_innermost_function_scope < 0;
@@ -450,10 +525,7 @@ void scan_compound_literal(a_type* type, const a_source_position* start, an_oper
     make_error_operand(result);
     return;
   }
-  if (is_static)
-    make_static_literal_operand(type, value, start, result);
-  else
-    make_temp_literal_operand(type, value, init, start, result);
+  make_literal_operand(type, value, init, start, result);
   set_operand_range(result, start, &curr_construct_end_position);
 }
 

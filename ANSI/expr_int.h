@@ -245,6 +245,9 @@ void extract_constant_from_operand(an_operand* operand, a_constant* constant);
 void scan_cast_expression(an_operand* result, const a_source_position* start);
 // Behind the `)` of a compound literal's type, at the `{`.
 void scan_compound_literal(a_type* type, const a_source_position* start, an_operand* result);
+// An argument for a parameter of a transparent union, a GNU extension: it may be
+// what any member of the union takes. False when it isn't, or for another type.
+bool conv_to_transparent_union(a_type* type, an_operand* operand);
 
 // ---- Operators ----
 

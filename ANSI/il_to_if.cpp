@@ -18,6 +18,7 @@
 
 I_FILE* gen_file;
 const PSN* gen_position;
+a_source_position typed_entity_position;
 a_scope* gen_function_scope;
 a_scope* gen_scope;
 int gen_level;
@@ -171,8 +172,10 @@ bool type_is_written(const a_type* type) {
 
 void make_types() {
   for (a_type* type = gen_scope->types; type != nullptr; type = type->next)
-    if (type_is_written(type))
+    if (type_is_written(type)) {
+      typed_entity_position = type->source_corresp.position;
       tp_type(type, tpm_lowered);
+    }
 }
 
 void close_file() {

@@ -157,6 +157,12 @@ void gen_real_call(a_routine* routine, const an_expr_node* call) {
   gen_builtin_arguments(routine, callee->next);
 }
 
+// Whether an ordinary call of the builtin calls a function of the library, which
+// its row names.
+bool is_builtin_of_library(const a_routine* routine) {
+  return routine->gnu_supplement != nullptr && routine->gnu_supplement->asm_name != nullptr;
+}
+
 // True when the call was written.
 bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
   int64_t code = builtin_code_of(routine);
@@ -175,8 +181,6 @@ bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
     return true;
   }
   switch (code) {
-  case bc_library_function:
-    return false;
   case code_expect:
     gen_expr(arguments);
     break;
@@ -185,6 +189,8 @@ bool gen_builtin_call(a_routine* routine, an_expr_node* call) {
     gen_zero_behind(arguments);
     break;
   default:
+    if (is_builtin_of_library(routine))
+      return false;
     pos_st_error(ec_gcc_builtin_not_supported, &call->position, routine->source_corresp.name);
     break;
   }

@@ -197,6 +197,7 @@ static unsigned following_pack_elements(const a_variable* parameter) {
 
 static SYMTAB* gen_incoming_parameter(a_variable* parameter, a_type* type, bool is_last_named) {
   update_gen_position(parameter->source_corresp.position);
+  typed_entity_position = parameter->source_corresp.position;
   SYMTAB* symbol = new_symbol();
   symbol->type = tp_type(type, tpm_lowered);
   if (gen_position != nullptr)

@@ -31,6 +31,9 @@ extern IL_HOOKS_CONTAINER* hooks;
 
 // Makes the position that of the source; one that isn't known changes nothing.
 void update_gen_position(const a_source_position& position);
+// Where the entity is declared whose type is wanted: what is wrong with a type is
+// reported there.
+extern a_source_position typed_entity_position;
 // The file, line and column of a source position.
 PSN psn_of(const a_source_position& position);
 

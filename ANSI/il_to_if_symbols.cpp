@@ -315,6 +315,7 @@ static void add_visibility(SYMTAB* symbol, uint32_t modifiers, a_storage_kind st
 }
 
 static void set_symbol_position(SYMTAB* symbol, const a_source_correspondence& entity) {
+  typed_entity_position = entity.position;
   if (entity.position.seq != 0)
     symbol->set_psn(psn_of(entity.position));
 }
@@ -453,10 +454,10 @@ SYMTAB* routine_symbol(a_routine* routine) {
   if (routine->file_symbol != nullptr)
     return routine->file_symbol;
   SYMTAB* symbol = routine->file_symbol = new_symbol();
+  set_symbol_position(symbol, routine->source_corresp);
   symbol->type = tp_type(routine->type, tpm_lowered);
   TYPE* return_type = tp_type(return_type_of(f_skip_typerefs(routine->type)), tpm_lowered);
   symbol->cpp_type = routine->type->source_file_type;
-  set_symbol_position(symbol, routine->source_corresp);
   symbol->storage_class = class_of_routine(routine->storage_kind);
   symbol->cqual = routine_qualifiers(routine);
   std::unique_ptr<OPTION_STATE> options_before =

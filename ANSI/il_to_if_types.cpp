@@ -211,6 +211,7 @@ std::deque<FIELD_REF> field_refs;
 void add_field(TYPE* csu, a_field* field, int mode) {
   int64_t offset = static_cast<int64_t>(bits(field->offset)) + field->bit_offset;
   PSN psn = psn_of(field->source_corresp.position);
+  typed_entity_position = field->source_corresp.position;
   fkMDATA* member = csu->add_mdata(
       new fkMDATA(sym_name(&field->source_corresp, 0), tp_type(field->type, mode),
                   access_type(field->source_corresp.access), offset,
@@ -309,9 +310,10 @@ TYPE* csu_file_type(a_type* type, int mode) {
   return result;
 }
 
-// The file isn't kept, so any type will do.
+// The file isn't kept, so any type will do. A type has no place of its own: the
+// message stands where the entity is declared that has it.
 TYPE* refused_file_type(const char* what) {
-  refuse_float_values(&null_source_position, what);
+  refuse_float_values(&typed_entity_position, what);
   return type_pkg->floats[fk_double];
 }
 

@@ -24,7 +24,8 @@ void prep_argument_operand(an_operand* operand, const a_param_type* param, an_er
     make_address_operand(operand, &position);
     return;
   }
-  prep_conversion_operand(operand, param->type, code, &position);
+  if (!conv_to_transparent_union(param->type, operand))
+    prep_conversion_operand(operand, param->type, code, &position);
 }
 
 // ---- The block ----

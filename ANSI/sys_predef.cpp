@@ -36,7 +36,10 @@ struct a_builtin_function {
 
 const a_builtin_function builtin_user_table[] = {
 #define BUILTIN_FUNCTION(name, condition, type, code) {name, condition, type, code, nullptr, true},
+#define BUILTIN_OF_LIBRARY(name, condition, type, code, library)                                   \
+  {name, condition, type, code, library, true},
 #include "builtin_functions.def"
+#undef BUILTIN_OF_LIBRARY
 #undef BUILTIN_FUNCTION
 #define BUILTIN_FORM(name, code) {name, nullptr, "int (...)", code, nullptr, true},
 #define LIBRARY_BUILTIN(name, library, type)                                                       \

@@ -26,11 +26,11 @@ void good(void) {
 }
 void bad(void) {
   s2 = (struct s)s1;
-// CHECK: line [[@LINE-1]]: error #120:
+// STRICT: line [[@LINE-1]]: error #120:
   u1 = (union u)i;
-// CHECK-NEXT: line [[@LINE-1]]: error #120:
+// STRICT-NEXT: line [[@LINE-1]]: error #120:
   s2 = (struct s)1;
-// CHECK-NEXT: line [[@LINE-1]]: error #120:
+// CHECK: line [[@LINE-1]]: error #120:
   ip = (int[3])array;
 // CHECK-NEXT: line [[@LINE-1]]: error #120:
   fp = (void())fp;
