@@ -178,17 +178,28 @@ a_ref_entry* make_ref_entry(uint32_t kind, a_symbol* symbol, const a_source_posi
   return entry;
 }
 
+// What happens to the value of a variable is followed in the order of the
+// source, while references are recorded at sequence points.
+static void follow_value(const a_ref_entry* entry) {
+  if (entry->symbol->kind == symk_variable && expr_stack->flags.references_count &&
+      !expr_stack->flags.suppress_errors)
+    note_use_of_value(entry->kind, entry->symbol, &entry->position);
+}
+
 void change_ref_kinds(a_ref_entry* entries, uint32_t kind) {
   for (; entries; entries = entries->next_for_operand) {
     entries->kind = (entries->kind & ~replaced_ref_kinds) | kind;
     entries->recorded = false;
+    follow_value(entries);
   }
 }
 
 void change_unmarked_ref_kinds(a_ref_entry* entries, uint32_t kind) {
   for (; entries; entries = entries->next_for_operand)
-    if (!(entries->kind & replaced_ref_kinds))
+    if (!(entries->kind & replaced_ref_kinds)) {
       entries->kind |= kind;
+      follow_value(entries);
+    }
 }
 
 // C99 6.5.3.2 p1; without strict checking the variable loses its register.

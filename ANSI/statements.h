@@ -46,6 +46,12 @@ a_statement* add_statement_at_stmt_pos(a_statement_kind kind, const a_source_pos
 // Reports once that the current place can't be reached.
 void warn_if_code_is_unreachable(an_error_code code, const a_source_position* position);
 
+// Whether the current place surely runs before all that stands further down in
+// the function, as far as the values of the variable go. In a loop that began
+// behind its declaration this can be said of steps only (`is_step`), as of a
+// counter, that run in the first turn.
+bool precedes_all_values(const a_symbol* variable, bool is_step);
+
 // Hooks of declarations inside functions: jumps past them are judged later.
 void update_init_statement_control_flow(a_statement* statement);
 void record_trivial_init_control_flow(a_variable* variable);

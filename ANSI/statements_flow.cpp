@@ -110,6 +110,13 @@ a_control_flow_descr* flow_open_switch(const a_source_position* position) {
   return control_flow.block;
 }
 
+bool any_goto_in_open_blocks() {
+  const a_control_flow_descr* block = control_flow.block;
+  while (block && !block->contains_goto)
+    block = block->enclosing_block;
+  return block != nullptr;
+}
+
 // A block that nothing jumps out of or into leaves no record.
 void flow_close_block() {
   a_control_flow_descr* block = control_flow.block;

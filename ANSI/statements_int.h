@@ -97,6 +97,8 @@ void jump_to_label(a_label* label, const a_source_position* position);
 
 extern a_control_flow_state control_flow;
 
+// Whether a goto leaves the block that is open or one around it.
+bool any_goto_in_open_blocks();
 // The flags tell what may not be jumped into.
 void flow_open_block(unsigned block_flags, const a_source_position* position);
 void flow_close_block();

@@ -249,11 +249,15 @@ static bool for_initialisation(a_statement* construct) {
   return has_scope;
 }
 
-// It is evaluated behind the body, whatever is reached here.
+// It is evaluated behind the body, whatever is reached here, and has the values
+// that are set there.
 static void for_increment(a_statement* construct) {
   a_reachability saved = reachability;
+  a_boolean saved_suppress = suppress_used_before_set_warnings;
   mark_reachable();
+  suppress_used_before_set_warnings = true;
   construct->variant.loop.extra.for_supplement->increment_expr = scan_void_expression();
+  suppress_used_before_set_warnings = saved_suppress;
   reachability = saved;
 }
 

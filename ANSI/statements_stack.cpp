@@ -359,6 +359,37 @@ bool inside_statement_expression() {
   return false;
 }
 
+// ---- The order of execution ----
+
+// Whether the entry holds the declaration of what is declared at the depth, or
+// is around it.
+static bool holds_scope(const a_struct_stmt_stack_entry* entry, int depth) {
+  return entry->scope_depth >= 0 && entry->scope_depth <= depth;
+}
+
+static bool any_label_in_open_statements() {
+  for (int depth = depth_stmt_stack; depth >= 0; --depth)
+    if (struct_stmt_stack[depth].label_seen)
+      return true;
+  return false;
+}
+
+bool precedes_all_values(const a_symbol* variable, bool is_step) {
+  int scope_depth = scope_depth_of_symbol(variable, nullptr);
+  if (depth_stmt_stack < 0 || scope_depth < depth_innermost_function_scope ||
+      !reachability.code_can_fall_through || any_label_in_open_statements())
+    return false;
+  bool in_loop = false, is_conditional = false;
+  for (int depth = depth_stmt_stack; depth >= 0; --depth) {
+    const a_struct_stmt_stack_entry* entry = &struct_stmt_stack[depth];
+    if (holds_scope(entry, scope_depth))
+      break;
+    in_loop |= is_loop(entry->kind);
+    is_conditional |= (entry->kind != ssk_block && !is_loop(entry->kind)) || entry->continue_label;
+  }
+  return !in_loop || (is_step && !is_conditional && !any_goto_in_open_blocks());
+}
+
 // ---- Generated labels ----
 
 a_label* make_generated_label(bool ends_switch) {

@@ -5,7 +5,10 @@
 #include "il.h"
 #include "il_to_str.h"
 #include "mem_manage.h"
+#include "mode_words.h"
 #include "source_file.h"
+#include "statements.h"
+#include "types.h"
 
 #include <cstdio>
 
@@ -147,6 +150,32 @@ void mark_variable_value_set(a_symbol* symbol) {
 
 void mark_variable_value_used(a_symbol* symbol) {
   symbol->value_used = true;
+}
+
+// ---- Use before a value is set ----
+
+// Whether the value is the program's alone to give, as one.
+static bool needs_value_of_program(const a_variable* variable) {
+  bool is_automatic = variable->storage_kind == sc_auto || variable->storage_kind == sc_register;
+  return is_automatic && !variable->is_parameter && !variable->is_compiler_generated &&
+         !variable->is_handler_parameter &&
+         !(variable->holds_asm_name && variable->asm_name.text != nullptr) &&
+         variable->init_kind == initk_none && is_scalar_type(variable->type) &&
+         !is_volatile_qualified_type(variable->type);
+}
+
+void note_use_of_value(uint32_t kind, a_symbol* symbol, const a_source_position* position) {
+  if (symbol->may_have_value)
+    return;
+  bool is_modified = kind & srk_modified;
+  if ((kind & srk_value_read) && !symbol->value_set && !suppress_used_before_set_warnings &&
+      needs_value_of_program(symbol->variant.variable) &&
+      precedes_all_values(symbol, is_modified)) {
+    pos_sy_warning(ec_used_before_set, position, symbol);
+    symbol->may_have_value = true; // reported
+  }
+  if (kind & (srk_modified | srk_address_taken))
+    symbol->may_have_value = true;
 }
 
 void symbol_ref_one_time_init() {

@@ -39,6 +39,9 @@ void check_use_of_deleted_function(a_symbol* symbol, const a_source_position* po
 // A variable was given a value, or its value was read.
 void mark_variable_value_set(a_symbol* symbol);
 void mark_variable_value_used(a_symbol* symbol);
+// What a reference does with the value of a variable, in the order of the
+// source: reports the use of one that can't have a value yet, once.
+void note_use_of_value(uint32_t kind, a_symbol* variable, const a_source_position* position);
 
 void symbol_ref_one_time_init();
 

@@ -152,7 +152,9 @@ struct a_symbol {
   uint32_t value_used : 1;  // the variable's value was read
   uint32_t is_inactive : 1; // on the header's inactive chain
   uint32_t unused_reported : 1;
-  uint32_t unused_flags : 12;
+  // The variable may have a value by now: it was set, or its address is known.
+  uint32_t may_have_value : 1;
+  uint32_t unused_flags : 11;
   union {
     void* entry;         // whichever it is
     uint32_t token_kind; // symk_keyword: an a_token_kind
