@@ -34,15 +34,15 @@ static void note_local_class(a_type* type, int depth) {
 static int depth_of_new_tag(bool is_declaration_of_tag) {
   int depth = decl_level_of_tags();
   if (in_cplusplus_mode() && !is_declaration_of_tag)
-    while (depth > 0 &&
-           (scope_stack[depth].kind == sk_class || scope_stack[depth].kind == sk_class_reactivation ||
-            scope_stack[depth].kind == sk_function_prototype))
+    while (depth > 0 && (scope_stack[depth].kind == sk_class ||
+                         scope_stack[depth].kind == sk_class_reactivation ||
+                         scope_stack[depth].kind == sk_function_prototype))
       --depth;
   return depth;
 }
 
-a_type* make_class_type(a_type_kind kind, a_symbol_kind symbol_kind,
-                               a_symbol_locator* locator, int depth) {
+a_type* make_class_type(a_type_kind kind, a_symbol_kind symbol_kind, a_symbol_locator* locator,
+                        int depth) {
   a_type* type = alloc_type(kind);
   clear_class_type_definition_fields(type);
   type->is_incomplete = true;
@@ -87,9 +87,9 @@ static a_symbol* qualified_tag_symbol(a_symbol_locator* locator, bool is_definit
     return nullptr;
   }
   check_access_to_name(locator, &locator->position);
-  bool is_out_of_place = is_definition && (depth_innermost_function_scope >= 0 ||
-                                           !is_declared_within_current_scope(symbol) ||
-                                           locator->symbol != symbol);
+  bool is_out_of_place =
+      is_definition && (depth_innermost_function_scope >= 0 ||
+                        !is_declared_within_current_scope(symbol) || locator->symbol != symbol);
   if (is_out_of_place) {
     pos_sy_error(ec_bad_qualifier_for_delayed_class_definition, &locator->position, symbol);
     return nullptr;
@@ -109,9 +109,8 @@ static a_type* class_type_of_tag(a_type_kind kind, a_symbol_kind symbol_kind,
                                  a_symbol_locator* locator, bool is_definition,
                                  bool is_lone_declaration) {
   bool is_qualified = locator->is_qualified;
-  a_symbol* symbol = is_qualified
-                         ? qualified_tag_symbol(locator, is_definition)
-                         : curr_tag_symbol(locator, is_definition || is_lone_declaration);
+  a_symbol* symbol = is_qualified ? qualified_tag_symbol(locator, is_definition)
+                                  : curr_tag_symbol(locator, is_definition || is_lone_declaration);
   if (!symbol && is_qualified)
     return error_type();
   if (!symbol) {

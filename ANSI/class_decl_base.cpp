@@ -289,8 +289,8 @@ static void take_flags_of_base(a_type* class_type, const a_base_class* base) {
   info.any_volatile_fields |= base_info.any_volatile_fields;
   info.is_base_check |= base_info.is_base_check;
   supplement->has_virtual_bases |= base->is_virtual || of_base->has_virtual_bases;
-  supplement->needs_constructor |= of_base->needs_constructor || base->is_virtual ||
-                                   base_info.has_virtual_functions;
+  supplement->needs_constructor |=
+      of_base->needs_constructor || base->is_virtual || base_info.has_virtual_functions;
   supplement->needs_destructor |= of_base->needs_destructor;
 }
 

@@ -49,8 +49,7 @@ static a_base_class* base_named(const a_type* class_type, const a_type* named) {
   return nullptr;
 }
 
-static void set_target_type(const a_ctor_init_list* list, a_type* type,
-                            a_mem_init_target* target) {
+static void set_target_type(const a_ctor_init_list* list, a_type* type, a_mem_init_target* target) {
   a_type* named = skip_typerefs(type);
   if (named == list->class_type) {
     target->is_delegation = true;
@@ -162,7 +161,8 @@ static a_dynamic_init* repeat_for_elements(a_type* type, a_dynamic_init* init) {
   a_constant* repeat = alloc_constant(con_repeat);
   repeat->type = element->type;
   repeat->value.repeat.element = element;
-  repeat->value.repeat.count = size_of_type(type) / std::max<uint64_t>(1, size_of_type(element->type));
+  repeat->value.repeat.count =
+      size_of_type(type) / std::max<uint64_t>(1, size_of_type(element->type));
   a_constant* array = alloc_constant(con_aggregate);
   array->type = type;
   array->value.aggregate.first = array->value.aggregate.last = repeat;

@@ -274,8 +274,7 @@ static void def_arg_and_eh_spec_fixup_for_class(a_class_fixup_queue* queue, a_ty
 // ---- Exception specifications of overriders (C++11 15.4 p5) ----
 
 static const an_exception_specification* exception_spec_of(const a_routine* routine) {
-  return skip_typerefs(routine->type)
-      ->variant.routine.routine_supplement->exception_specification;
+  return skip_typerefs(routine->type)->variant.routine.routine_supplement->exception_specification;
 }
 
 static void run_exception_spec_check(const an_exception_spec_check* check) {

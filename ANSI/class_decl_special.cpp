@@ -132,9 +132,9 @@ static std::vector<a_routine*> routines_of_kind(const a_type* class_type,
   const a_class_symbol_supplement* info = class_symbol_supplement_of(class_type);
   if (!info)
     return routines;
-  add_routines_of_symbol(is_constructor_kind(kind)    ? info->constructor
-                         : kind == smk_destructor ? info->destructor
-                                                  : info->assignment_operator,
+  add_routines_of_symbol(is_constructor_kind(kind) ? info->constructor
+                         : kind == smk_destructor  ? info->destructor
+                                                   : info->assignment_operator,
                          &routines);
   return routines;
 }
@@ -508,8 +508,9 @@ static void check_const_param(a_routine* routine, const an_implicit_member* memb
   if (!is_copy_kind(member->kind) || member->takes_const ||
       !is_special_member(routine, member->kind, &qualifiers) || (qualifiers & tq_const) == 0)
     return;
-  pos_error(member->kind == smk_copy_constructor ? ec_defaulted_copy_ctor_cannot_have_const_parameter
-                                                 : ec_defaulted_assignment_cannot_have_const_parameter,
+  pos_error(member->kind == smk_copy_constructor
+                ? ec_defaulted_copy_ctor_cannot_have_const_parameter
+                : ec_defaulted_assignment_cannot_have_const_parameter,
             &routine->source_corresp.position);
 }
 
@@ -530,8 +531,7 @@ static void settle_declared_member(a_routine* routine) {
 }
 
 static void settle_declared_members(const a_type* class_type) {
-  for (a_special_member_kind kind :
-       {smk_default_constructor, smk_copy_assignment, smk_destructor})
+  for (a_special_member_kind kind : {smk_default_constructor, smk_copy_assignment, smk_destructor})
     for (a_routine* routine : routines_of_kind(class_type, kind))
       settle_declared_member(routine);
 }
@@ -750,8 +750,7 @@ void set_literal_type_flag(a_type* class_type) {
 
 void declare_special_members(a_type* class_type) {
   a_class_type_supplement* supplement = class_supplement_of(class_type);
-  supplement->has_user_constructor =
-      !routines_of_kind(class_type, smk_default_constructor).empty();
+  supplement->has_user_constructor = !routines_of_kind(class_type, smk_default_constructor).empty();
   supplement->has_user_destructor = declares_special_member(class_type, smk_destructor);
   settle_declared_members(class_type);
   declare_implicit_members(class_type);

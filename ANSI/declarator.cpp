@@ -365,9 +365,8 @@ static void finish_declared_type(unsigned options, a_decl_parse_state* state,
     check_function_qualifiers(options, state, locator);
     check_exception_specification(state, func_info);
     if (state->decl_flags.has_auto_type)
-      state->declared_type =
-          deduce_placeholder_type(state->declared_type, placeholder_is_allowed(options, state),
-                                  state, &locator->position);
+      state->declared_type = deduce_placeholder_type(
+          state->declared_type, placeholder_is_allowed(options, state), state, &locator->position);
     // C++11 7.1.5 p9.
     if (state->modifiers.constexpr_seen && !is_function_type(state->declared_type))
       state->declared_type = make_qualified_type(state->declared_type, tq_const);

@@ -40,7 +40,7 @@ static bool prescan_initializer_for_auto_type_deduction(an_unevaluated_operand* 
   const a_token_kind open = curr_token;
   const a_source_position position = pos_curr_token;
   stop_set.member[tok_comma] = stop_set.member[tok_semicolon] = true;
-  stop_set.member[tok_rparen] = true; // of a condition
+  stop_set.member[tok_rparen] = true;   // of a condition
   stop_set.member[tok_rbracket] = true; // the end of a capture list
   clear_token_cache(&cache, false);
   cache_token_stream(&cache, &stop_set);

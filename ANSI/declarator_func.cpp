@@ -381,8 +381,8 @@ static void scan_function_suffix(unsigned options, a_derivation* function) {
   a_type* class_type = class_of_object(options);
   a_variable* saved = nullptr;
   if (class_type)
-    saved = set_this_of_class(class_type,
-                              make_this_of_class(class_type, supplement->this_qualifiers));
+    saved =
+        set_this_of_class(class_type, make_this_of_class(class_type, supplement->this_qualifiers));
   scan_suffix_that_names_object(options, function);
   if (class_type)
     set_this_of_class(class_type, saved);

@@ -31,9 +31,9 @@ struct a_derivation {
   uint64_t bound;
   an_expr_node* bound_expr;    // of an array of variable length in a function, or null
   a_token_cache* bound_tokens; // of a parameter's, or null
-  a_type* class_type;      // of a pointer to member
-  a_type* routine_type;    // complete but for its return type
-  a_type* trailing_return; // of a function; null: none
+  a_type* class_type;          // of a pointer to member
+  a_type* routine_type;        // complete but for its return type
+  a_type* trailing_return;     // of a function; null: none
 };
 
 // The derivations of all declarators being read, as a stack.

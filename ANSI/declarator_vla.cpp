@@ -88,10 +88,10 @@ void check_storage_of_vla(a_decl_parse_state* state, const a_source_position* po
                  scope_stack[depth_innermost_function_scope].routine->has_vla;
   if (!has_vla || (state->storage_class != sc_static && state->storage_class != sc_extern))
     return;
-  an_error_code code = is_vla_type(state->declared_type)      ? ec_vla_is_not_auto
-                       : state->storage_class == sc_static    ? 0
+  an_error_code code = is_vla_type(state->declared_type)                 ? ec_vla_is_not_auto
+                       : state->storage_class == sc_static               ? 0
                        : is_variably_modified_type(state->declared_type) ? ec_vla_not_allowed
-                                                              : 0;
+                                                                         : 0;
   if (code == 0)
     return;
   pos_error(code, position);
@@ -116,8 +116,8 @@ a_vla_fixup* take_vla_fixups() {
 
 // The tokens of the bound are read again; a fault was reported at the first time.
 static void fix_bound(const a_vla_fixup* fixup) {
-  append_cached_token(fixup->bound, build_cached_token(tok_rbracket, curr_token_sequence_number,
-                                                       &fixup->position));
+  append_cached_token(
+      fixup->bound, build_cached_token(tok_rbracket, curr_token_sequence_number, &fixup->position));
   push_stop_token_stack();
   add_stop_token(tok_rbracket);
   rescan_cached_tokens(fixup->bound);

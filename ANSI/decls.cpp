@@ -272,8 +272,7 @@ static void typedef_declaration(a_symbol_locator* locator, a_decl_parse_state* s
 }
 
 // Whether a body follows the declarator of a function.
-static bool is_start_of_definition(const a_decl_parse_state* state,
-                                   const a_symbol_locator* locator,
+static bool is_start_of_definition(const a_decl_parse_state* state, const a_symbol_locator* locator,
                                    const a_func_info_block* func_info) {
   if (!state->parse_flags.is_top_level || state->storage_class == sc_typedef ||
       !is_function_type(state->declared_type))
@@ -344,9 +343,8 @@ static void init_declarator_list(a_decl_parse_state* state) {
 // What follows the name of an int in `a;` and `a = 1, b;`, which old C and GNU C
 // take at file scope.
 static bool follows_name_of_int(a_token_kind token) {
-  return (gcc_mode || C_dialect == cd_k_and_r) &&
-         (token == tok_semicolon || token == tok_comma || token == tok_assign ||
-          token == tok_lbracket);
+  return (gcc_mode || C_dialect == cd_k_and_r) && (token == tok_semicolon || token == tok_comma ||
+                                                   token == tok_assign || token == tok_lbracket);
 }
 
 // `f() {...}` is a function that returns int, in C++ for `main` alone.

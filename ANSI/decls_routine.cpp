@@ -284,7 +284,8 @@ static void check_words_of_outside_definition(const a_routine_declaration* decl)
   a_decl_parse_state* state = decl->state;
   if (state->storage_class == sc_none)
     return;
-  pos_error(state->storage_class == sc_static ? ec_static_not_allowed : ec_storage_class_not_allowed,
+  pos_error(state->storage_class == sc_static ? ec_static_not_allowed
+                                              : ec_storage_class_not_allowed,
             &state->storage_class_position);
   state->storage_class = sc_none;
 }

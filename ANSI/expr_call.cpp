@@ -197,7 +197,8 @@ static an_expr_node* make_call_operands(an_operand* function, an_operand* select
   return callee;
 }
 
-static an_expr_operator_kind operator_of_call(const an_operand* selector, const a_routine* routine) {
+static an_expr_operator_kind operator_of_call(const an_operand* selector,
+                                              const a_routine* routine) {
   if (!selector)
     return eok_call;
   if (!routine)
@@ -232,8 +233,8 @@ static void assemble_function_call(an_operand* function, an_operand* selector,
 
 // A member function named alone is called for `this` (C++11 9.3.1 p3).
 static void bind_to_this(an_operand* function) {
-  bool is_member = function->kind == ok_sym_for_member &&
-                   function->symbol->kind == symk_member_function;
+  bool is_member =
+      function->kind == ok_sym_for_member && function->symbol->kind == symk_member_function;
   bool is_set = function->kind == ok_indefinite_function && function->symbol->is_class_member;
   an_operand saved = *function, object;
   if (function->flags.bound_function || !(is_member || is_set) ||
@@ -296,8 +297,7 @@ static bool look_up_by_arguments(an_operand* function, const an_init_component* 
 static a_type* resolve_overloaded_call(an_operand* function, an_operand* selector,
                                        an_init_component* arg_list, an_arg_check_block* block,
                                        an_expr_node** arguments) {
-  bool by_arguments =
-      arg_dependent_lookup_enabled && !function->flags.qualified_name && !selector;
+  bool by_arguments = arg_dependent_lookup_enabled && !function->flags.qualified_name && !selector;
   if (by_arguments && !look_up_by_arguments(function, arg_list)) {
     block->any_error = true;
     return nullptr;
@@ -336,14 +336,12 @@ static void scan_ordinary_call(an_operand* operand) {
   if (in_cplusplus_mode())
     bind_to_this(&function);
   bool has_selector = take_selector_of_function(&function, &selector);
-  bool is_set =
-      function.kind == ok_indefinite_function || function.kind == ok_undefined_symbol;
+  bool is_set = function.kind == ok_indefinite_function || function.kind == ok_undefined_symbol;
   bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
   a_type* function_type = is_set ? nullptr : type_of_called_function(&function, has_selector);
   // The call of a builtin function may have a value in a constant expression.
   bool may_fold = function_type && is_foldable_builtin(routine_of_call(&function));
-  bool is_refused =
-      (is_set || function_type) && !may_fold && is_refused_call(&function, &position);
+  bool is_refused = (is_set || function_type) && !may_fold && is_refused_call(&function, &position);
   get_token();
   start_call_argument_processing(function_type, routine_of_call(&function), &block);
   an_init_component* arg_list = scan_call_argument_list(&block.position, &end);

@@ -423,8 +423,8 @@ static const a_field* member_for_pointer(const a_type* union_type, const an_oper
 static void conv_to_union(a_type* type, const a_field* member, an_operand* operand,
                           const a_source_position* position) {
   a_dynamic_init* init = nullptr;
-  a_constant* value = union_value_of_operand(type, member, operand,
-                                             depth_innermost_function_scope < 0, &init);
+  a_constant* value =
+      union_value_of_operand(type, member, operand, depth_innermost_function_scope < 0, &init);
   if (value == nullptr && init == nullptr) {
     conv_to_error_operand(operand);
     return;

@@ -202,7 +202,8 @@ static bool is_member_of_base(const a_field* field, const a_type* class_type) {
 static void cast_to_base_of_field(an_operand* operand, const a_field* field, bool is_arrow) {
   an_operand saved = *operand;
   a_type* class_type = skip_typerefs(is_arrow ? type_pointed_to(operand->type) : operand->type);
-  a_base_class* base = find_base_class_of(class_type, field->source_corresp.parent_scope->assoc.type);
+  a_base_class* base =
+      find_base_class_of(class_type, field->source_corresp.parent_scope->assoc.type);
   if (!base)
     return;
   an_expr_node* node = add_base_class_casts(make_node_from_operand(operand), base);

@@ -1,8 +1,8 @@
 // The context stack of expression analysis, the references that an expression
 // makes, and its diagnostics.
 
-#include "expr_int.h"
 #include "declarator.h"
+#include "expr_int.h"
 #include "folding_math.h"
 #include "il.h"
 #include "il_statements.h"

@@ -115,7 +115,7 @@ struct an_il_header {
   uint64_t num_seq_lookup_entries;
   int32_t target_configuration_index;
   uint8_t file_scope_is_lowered; // by the lowering of C++
-  uint64_t reserved; // keeps the size that stored headers have
+  uint64_t reserved;             // keeps the size that stored headers have
 };
 static_assert(sizeof(an_il_header) == 168);
 

@@ -138,7 +138,7 @@ struct a_routine_type_supplement {
   uint32_t name_linkage : 2; // a_name_linkage_kind
   uint32_t is_lambda_operator : 1;
   uint32_t this_qualifiers : 8; // cv-qualifiers of a member function
-  uint32_t is_printf_like : 1; // as #pragma __printf_args says
+  uint32_t is_printf_like : 1;  // as #pragma __printf_args says
   uint32_t is_scanf_like : 1;
   uint32_t unused_flags : 7;
   uint16_t calling_convention_flags;

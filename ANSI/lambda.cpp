@@ -1,9 +1,9 @@
 #include "lambda.h"
 
 #include "class_decl_int.h"
+#include "decl_inits.h"
 #include "declarator_int.h"
 #include "decls.h"
-#include "decl_inits.h"
 #include "expr_int.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -727,8 +727,8 @@ static a_dynamic_init* init_of_closure(const a_lambda* lambda) {
     object->value.aggregate.last = member;
     object->value.aggregate.has_dynamic_init = true;
   }
-  a_dynamic_init* init = alloc_dynamic_init(lambda->captures ? dik_nonconstant_aggregate
-                                                             : dik_constant);
+  a_dynamic_init* init =
+      alloc_dynamic_init(lambda->captures ? dik_nonconstant_aggregate : dik_constant);
   init->variant.constant = object;
   init->contains_nonconstant = lambda->captures != nullptr;
   return init;

@@ -183,8 +183,8 @@ void lower_vla_decl(a_statement* statement) {
   variable->type = make_pointer_type(array_element_type(variable->type));
   an_expr_node* arguments = address_of_pointer(variable);
   arguments->next = size;
-  statement->expr = f_make_prototyped_runtime_call("__vla_alloc", &vla_alloc_routine, void_type(),
-                                                   arguments);
+  statement->expr =
+      f_make_prototyped_runtime_call("__vla_alloc", &vla_alloc_routine, void_type(), arguments);
   live_arrays.push_back(variable);
 }
 

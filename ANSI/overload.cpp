@@ -260,8 +260,7 @@ static bool operator_without_function(const an_operator_search* search, an_opera
                     (second && is_class_struct_union_type(second->type));
   if (!with_class || (is_builtin_for_classes(search, !second) && search->kind != opn_assign))
     return false;
-  if (has_conversion_functions(first->type) ||
-      (second && has_conversion_functions(second->type))) {
+  if (has_conversion_functions(first->type) || (second && has_conversion_functions(second->type))) {
     refuse_construct("conversion function", &search->position);
     return drop_operands(first, second, result);
   }
@@ -364,9 +363,9 @@ static a_routine* select_function_of_operand(const an_operand* function, const a
     return nullptr;
   }
   const an_expr_node* object = selector ? selector->variant.expr : nullptr;
-  a_routine* routine = select_routine(routines, arg_list, object,
-                                      selector && selector->flags.selector_is_pointer, true,
-                                      &is_ambiguous);
+  a_routine* routine =
+      select_routine(routines, arg_list, object, selector && selector->flags.selector_is_pointer,
+                     true, &is_ambiguous);
   if (!routine)
     report_no_function_of_set(function, is_ambiguous);
   return routine;
@@ -397,8 +396,7 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
 // Why the object can't be that of a function with the type; 0 if it can (C++11
 // 13.3.1 p4, p5).
 static an_error_code fault_of_selector(const an_operand* selector, const a_type* type) {
-  const a_routine_type_supplement* info =
-      skip_typerefs(type)->variant.routine.routine_supplement;
+  const a_routine_type_supplement* info = skip_typerefs(type)->variant.routine.routine_supplement;
   bool is_pointer = selector->flags.selector_is_pointer;
   a_type* object_type = is_pointer ? type_pointed_to(selector->type) : selector->type;
   bool is_lvalue = is_pointer || is_a_cplusplus_lvalue(selector);
@@ -415,11 +413,10 @@ bool selector_match_with_this_param(const an_operand* selector, const a_routine*
   an_error_code code = fault_of_selector(selector, routine->type);
   if (code == 0)
     return true;
-  an_error_code named_code = code == ec_unqual_function_with_qual_object
-                                 ? ec_unqual_named_function_with_qual_object
-                             : code == ec_cannot_call_member_on_lvalue
-                                 ? ec_cannot_call_named_member_on_lvalue
-                                 : ec_cannot_call_named_member_on_rvalue;
+  an_error_code named_code =
+      code == ec_unqual_function_with_qual_object ? ec_unqual_named_function_with_qual_object
+      : code == ec_cannot_call_member_on_lvalue   ? ec_cannot_call_named_member_on_lvalue
+                                                  : ec_cannot_call_named_member_on_rvalue;
   if (expr_error_should_be_issued())
     pos_sy_error(named_code, &selector->position, routine->source_corresp.symbol);
   return false;
@@ -448,8 +445,8 @@ void bind_member_function_operand_to_selector(an_operand* function, an_operand* 
 bool take_selector_of_function(an_operand* function, an_operand* selector) {
   if (!function->flags.bound_function || is_error_operand(function))
     return false;
-  an_expr_node** place = function->kind == ok_expression ? &function->variant.expr->next
-                                                         : &function->variant.expr;
+  an_expr_node** place =
+      function->kind == ok_expression ? &function->variant.expr->next : &function->variant.expr;
   an_expr_node* object = *place;
   bool is_pointer = function->flags.selector_is_pointer;
   *place = nullptr;

@@ -93,30 +93,31 @@ static const char* scan_rule_list() {
   return list != nullptr && required_token(tok_rparen, ec_bad_pragma_format) ? list : nullptr;
 }
 
-void pragma_misra_action(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  if (!check_misra_c_2004)
-    return;
+// Reads the list and selects its rules; a bad one is reported.
+static void select_rules(a_pending_pragma* pragma,
+                         void (*select)(const char* list, a_source_position* position,
+                                        a_boolean* is_bad, bool is_reset),
+                         int reset_kind) {
   begin_rescan_of_pragma_tokens(pragma);
   const char* list = scan_rule_list();
   wrapup_rescan_of_pragma_tokens(list == nullptr);
   a_boolean is_bad = 0;
   if (list != nullptr)
-    process_check_misra(list, &pragma->directive_position, &is_bad, false,
-                        pragma->description->kind == pk_reset_misra);
+    select(list, &pragma->directive_position, &is_bad, pragma->description->kind == reset_kind);
   if (is_bad)
     pos_error(ec_bad_pragma_format, &pragma->directive_position);
 }
 
+void pragma_misra_action(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  auto select = [](const char* list, a_source_position* position, a_boolean* is_bad,
+                   bool is_reset) { process_check_misra(list, position, is_bad, false, is_reset); };
+  if (check_misra_c_2004)
+    select_rules(pragma, select, pk_reset_misra);
+}
+
 void pragma_nrg_action(a_pending_pragma* pragma, a_symbol*, a_statement*) {
-  if (!check_nrg)
-    return;
-  begin_rescan_of_pragma_tokens(pragma);
-  const char* list = scan_rule_list();
-  wrapup_rescan_of_pragma_tokens(list == nullptr);
-  a_boolean is_bad = 0;
-  if (list != nullptr)
-    process_check_nrg(list, &is_bad, &pragma->directive_position, false,
-                      pragma->description->kind == pk_reset_nrg);
-  if (is_bad)
-    pos_error(ec_bad_pragma_format, &pragma->directive_position);
+  auto select = [](const char* list, a_source_position* position, a_boolean* is_bad,
+                   bool is_reset) { process_check_nrg(list, is_bad, position, false, is_reset); };
+  if (check_nrg)
+    select_rules(pragma, select, pk_reset_nrg);
 }

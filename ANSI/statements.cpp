@@ -117,7 +117,8 @@ static void bad_statement() {
 
 // The end of the block where a statement must stand, as behind a label.
 static void missing_statement() {
-  pos_diagnostic(gcc_mode ? es_warning : strict_ansi_error_severity, ec_exp_statement, &pos_curr_token);
+  pos_diagnostic(gcc_mode ? es_warning : strict_ansi_error_severity, ec_exp_statement,
+                 &pos_curr_token);
   add_statement_at_stmt_pos(stmk_null, &pos_curr_token);
 }
 

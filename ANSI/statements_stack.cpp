@@ -48,8 +48,9 @@ void merge_reachability(a_reachability* into, const a_reachability* from) {
 void warn_if_code_is_unreachable(an_error_code code, const a_source_position* position) {
   if (reachability.code_is_reachable || reachability.unreachable_warned)
     return;
-  bool is_misra_rule = code == ec_code_is_unreachable && check_misra_c_2004 &&
-                       misra_c_2004_generate_diagnostic(ec_misra_c_2004_14_1, misra_required_severity);
+  bool is_misra_rule =
+      code == ec_code_is_unreachable && check_misra_c_2004 &&
+      misra_c_2004_generate_diagnostic(ec_misra_c_2004_14_1, misra_required_severity);
   if (is_misra_rule)
     pos_diagnostic(misra_required_severity, ec_misra_c_2004_14_1, position);
   else
@@ -295,7 +296,8 @@ a_statement* open_block(unsigned flags, const a_source_position* position) {
   }
   if (!(flags & bf_scope_is_open)) {
     // Those of the statement that a generated block stands round.
-    a_pending_pragma* pragmas = has_construct_pragmas() ? extract_curr_construct_pragmas() : nullptr;
+    a_pending_pragma* pragmas =
+        has_construct_pragmas() ? extract_curr_construct_pragmas() : nullptr;
     push_block_scope(nullptr);
     reactivate_curr_construct_pragmas(pragmas);
   }

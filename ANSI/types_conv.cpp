@@ -49,9 +49,9 @@ bool step_through_pointers(a_type** a, a_type** b) {
 // In C++ a pointer may lead to a function of C where it says one of C++, if the
 // mode lets it.
 bool same_types_below_qualifiers(a_type* a, a_type* b) {
-  return in_C_mode() ? f_types_are_compatible(a, b, tcf_ignore_top_qualifiers)
-                     : f_identical_types(a, b,
-                                         tcf_ignore_top_qualifiers | tcf_allow_c_cpp_conversion);
+  return in_C_mode()
+             ? f_types_are_compatible(a, b, tcf_ignore_top_qualifiers)
+             : f_identical_types(a, b, tcf_ignore_top_qualifiers | tcf_allow_c_cpp_conversion);
 }
 
 // Qualifiers that a conversion may add. An atomic type is a type of its own,

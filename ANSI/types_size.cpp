@@ -145,7 +145,8 @@ void set_array_type_size(a_type* type, bool quiet) {
   // The size of an array of variable length is computed when the program runs.
   uint64_t bound = has_number ? array.bound.number_of_elements : array.is_vla ? 0 : 1;
   uint32_t element_alignment = f_alignment_of_type(array.element_type);
-  type->is_incomplete = element->is_incomplete || (bound == 0 && !array.flexible_not_allowed && !array.is_vla);
+  type->is_incomplete =
+      element->is_incomplete || (bound == 0 && !array.flexible_not_allowed && !array.is_vla);
   if (element->size != 0 && element->size < element_alignment && !quiet)
     pos_error(ec_array_element_align_greater_than_size, &error_position);
   if (element->size != 0 && bound > targ_size_t_max / element->size) {

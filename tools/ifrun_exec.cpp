@@ -183,8 +183,9 @@ uint64_t a_machine::run() {
 
 const an_if_statement* a_function::statement_at(const an_instruction* instruction) const {
   auto index = static_cast<uint32_t>(instruction - code.data());
-  auto next = std::upper_bound(statement_starts.begin(), statement_starts.end(), index,
-                               [](uint32_t wanted, const auto& start) { return wanted < start.first; });
+  auto next =
+      std::upper_bound(statement_starts.begin(), statement_starts.end(), index,
+                       [](uint32_t wanted, const auto& start) { return wanted < start.first; });
   return next != statement_starts.begin() ? std::prev(next)->second : nullptr;
 }
 
