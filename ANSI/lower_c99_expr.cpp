@@ -142,8 +142,7 @@ an_expr_node* name_object_once(an_expr_node* object) {
 
 // ---- The walk ----
 
-// Operations that change an object of type _Bool.
-static void lower_bool_operation(an_expr_node* node, void (*lower)(an_expr_node*)) {
+void lower_change_of_object(an_expr_node* node, void (*lower)(an_expr_node*)) {
   an_expr_node* object = node->variant.operation.operands;
   an_expr_node* naming = node_has_side_effects(object) ? name_object_once(object) : nullptr;
   lower(node);
@@ -156,9 +155,9 @@ static void lower_operator_of_bool(an_expr_node* node) {
   if (op == eok_cast || op == eok_to_bool)
     lower_bool_cast(node);
   else if (is_compound_assignment_operator(op))
-    lower_bool_operation(node, lower_bool_compound_assignment);
+    lower_change_of_object(node, lower_bool_compound_assignment);
   else if (is_increment_operator(op))
-    lower_bool_operation(node, lower_bool_incr_decr);
+    lower_change_of_object(node, lower_bool_incr_decr);
 }
 
 static void lower_c99_operator(an_expr_node* node) {

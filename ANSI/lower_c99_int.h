@@ -17,6 +17,8 @@ an_expr_operator_kind operator_of_compound_assignment(an_expr_operator_kind op);
 // What an operation names twice must be evaluated once: the pointer that leads
 // to the object goes into a temporary. The assignment to it is returned.
 an_expr_node* name_object_once(an_expr_node* object);
+// Lowers an operation that reads and writes its object, which is named once.
+void lower_change_of_object(an_expr_node* node, void (*lower)(an_expr_node*));
 // A condition as a test against zero, unless it is a truth value already; null for
 // null.
 an_expr_node* boolean_controlling_expr(an_expr_node* expr);

@@ -300,18 +300,6 @@ static void lower_c99_xincr_decr(an_expr_node* node) {
   overwrite_node(node, step);
 }
 
-// An operation that reads and writes its object.
-static void lower_change_of_object(an_expr_node* node) {
-  an_expr_node* object = node->variant.operation.operands;
-  an_expr_node* naming = node_has_side_effects(object) ? name_object_once(object) : nullptr;
-  if (is_increment_operator(node->variant.operation.op))
-    lower_c99_xincr_decr(node);
-  else
-    lower_complex_compound_assignment(node);
-  if (naming != nullptr)
-    overwrite_node(node, make_comma_node(naming, copy_node(node)));
-}
-
 // Products and quotients with two imaginary factors, or an imaginary divisor:
 // i * i = -1, 1 / i = -i.
 static void lower_imaginary_product(an_expr_node* node) {
@@ -382,9 +370,10 @@ static void lower_complex_operation(an_expr_node* node) {
                ? lower_imaginary_product(node)
                : void();
   default:
-    if (is_compound_assignment_operator(node->variant.operation.op) ||
-        (is_increment_operator(node->variant.operation.op)))
-      lower_change_of_object(node);
+    if (is_increment_operator(node->variant.operation.op))
+      lower_change_of_object(node, lower_c99_xincr_decr);
+    else if (is_compound_assignment_operator(node->variant.operation.op))
+      lower_change_of_object(node, lower_complex_compound_assignment);
   }
 }
 

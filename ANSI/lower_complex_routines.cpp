@@ -19,7 +19,6 @@ namespace {
 struct C99_COMPLEX_GEN {
   a_routine* routine;
   a_complex_operation operation;
-  a_type* param_type; // of the first parameter
   a_type* return_type;
   a_variable* a; // the parameters
   a_variable* b; // null: there is one only
@@ -206,7 +205,6 @@ a_variable* make_lowered_param_variable(a_param_type* param, const char* name) {
 void C99_COMPLEX_GEN::make_parameters(a_scope* scope) {
   a_param_type* params =
       f_skip_typerefs(routine->type)->variant.routine.routine_supplement->param_types;
-  param_type = params->type;
   scope->parameters = a = make_lowered_param_variable(params, "a");
   if (params->next != nullptr)
     a->next = b = make_lowered_param_variable(params->next, "b");

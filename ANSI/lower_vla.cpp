@@ -349,14 +349,10 @@ static an_expr_node* changed_pointer(an_expr_node* node, an_expr_node* object,
 static void lower_change_of_vla_pointer(an_expr_node* node) {
   an_expr_operator_kind op = node->variant.operation.op;
   an_expr_node* object = node->variant.operation.operands;
-  if (!points_to_vla(object->type))
-    return;
-  bool is_increment = is_increment_operator(op);
-  an_expr_node* integer = is_increment ? node_for_integer_constant(1, ik_int) : object->next;
+  an_expr_node* integer =
+      is_increment_operator(op) ? node_for_integer_constant(1, ik_int) : object->next;
   bool is_add = op == eok_pointer_add_assign || op == eok_post_incr || op == eok_pre_incr;
-  an_expr_node* naming = node_has_side_effects(object) ? name_object_once(object) : nullptr;
-  an_expr_node* change = changed_pointer(node, object, integer, is_add);
-  overwrite_node(node, make_comma_node_if_necessary(naming, change));
+  overwrite_node(node, changed_pointer(node, object, integer, is_add));
 }
 
 static void lower_vla_operator(an_expr_node* node) {
@@ -382,7 +378,8 @@ static void lower_vla_operator(an_expr_node* node) {
   case eok_pre_decr:
   case eok_pointer_add_assign:
   case eok_pointer_subtract_assign:
-    lower_change_of_vla_pointer(node);
+    if (points_to_vla(node->variant.operation.operands->type))
+      lower_change_of_object(node, lower_change_of_vla_pointer);
     break;
   default:
     break;
