@@ -42,6 +42,9 @@ static const std::vector<const char*> option_sets[] = {
     {"--no_code_gen", "--g++", "--gnu_version=60000"},
     {"--gcc", "--c99", "--i_output_file="},
     {"--c89", "--no_gcc", "--relaxed", "--i_output_file="},
+    {"--no_code_gen", "--c++", "--cfront_3.0"},
+    {"--no_code_gen", "--c++", "--embedded_c++", "--check_misra=all"},
+    {"--c99", "--strict", "--check_misra=all", "--advice:power=all", "--i_output_file="},
 };
 static constexpr size_t preprocessing_sets = 7;
 static constexpr size_t all_sets = sizeof option_sets / sizeof *option_sets;

@@ -7,7 +7,7 @@ sets."""
 import pathlib
 import sys
 
-OPTION_SETS = 15
+OPTION_SETS = 18
 LONGEST = 20_000
 
 tests = pathlib.Path(__file__).parent.parent / "tests"
