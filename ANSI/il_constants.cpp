@@ -460,7 +460,9 @@ void add_constant_to_aggregate(a_constant* element, a_constant* aggregate) {
   value.last = element;
   if (holds_dynamic_init(element))
     value.has_dynamic_init = true;
-  if (element->kind == con_designator || element->has_designator)
+  const bool repeats = element->kind == con_repeat;
+  const a_constant* single = repeats ? element->value.repeat.element : element;
+  if (element->kind == con_designator || single->has_designator)
     aggregate->has_designator = true;
   if (element->contains_nonconstant)
     aggregate->contains_nonconstant = true;

@@ -40,6 +40,10 @@ int sparse[] = {[1000000] = 3, [2] = 7};
 int *literal = (int[]){[3] = 4, [0 ... 1] = 8};
 char letters[2][4] = {"abc", [0][1] = 'x', [1] = {[2] = 'z'}};
 
+struct block { int a[3]; struct point p[2]; int *self; };
+struct block blocks[2][2] = {[0 ... 1] = {[1] = {.p = {[1].y = 3}, .a[2] = 4, .self = sparse}}};
+union mixed sides[3] = {[0 ... 2] = {.p = {.y = 67}}};
+
 static int calls;
 static int next(void) { return ++calls; }
 
@@ -67,6 +71,19 @@ static void nested(void) {
   printf("%d %d %d %d %d\n", sparse[2], sparse[1000000], literal[0], literal[2], literal[3]);
 }
 
+// Designators within the value of a range hold for each of its elements.
+static void repeated(void) {
+  static struct block kept[2] = {[0 ... 1] = {.p[1] = {1, 2}, .a = {[2] = 9, [0] = 4}}};
+  struct block local[2] = {[0 ... 1] = {.p[1] = {1, 2}, .a = {[2] = 9, [0] = 4}}};
+  int i;
+  for (i = 0; i < 4; i++)
+    printf("%d %d %d ", blocks[i / 2][i % 2].p[1].y, blocks[i / 2][i % 2].a[2],
+           blocks[i / 2][i % 2].self == sparse);
+  for (i = 0; i < 2; i++)
+    printf("%d %d %d %d ", kept[i].a[0], kept[i].a[2], local[i].p[1].x, local[i].a[2]);
+  printf("%d %d\n", sides[0].p.y, sides[2].p.y);
+}
+
 static void automatic(int n) {
   int shorts[4] = {[0 ... 2] = -4, -7, [1] = n}, i;
   struct nest nest = {.c = n, .a = n + 1}, changed = {1, {2, {3}}, .d = n};
@@ -90,6 +107,7 @@ int main(void) {
   printf("%d %d\n", kept[0][0].x, kept[0][0].y);
   automatic(6);
   nested();
+  repeated();
   set_twice((struct point){7, 8});
   return 0;
 }
