@@ -150,7 +150,7 @@ static bool is_imaginary_operation(const an_operand* left, const an_operand* rig
     return is_imaginary_type(operand->type) ||
            (!is_complex_type(operand->type) && is_arithmetic_or_enum_type(operand->type));
   };
-  return c99_complex_enabled && is_simple(left) && is_simple(right) &&
+  return is_simple(left) && is_simple(right) &&
          (is_imaginary_type(left->type) || is_imaginary_type(right->type));
 }
 

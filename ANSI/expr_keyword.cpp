@@ -123,6 +123,8 @@ static void scan_part_of_complex(an_operand* result) {
   scan_expr(result, nullptr, lev_unary, 0);
   a_source_position end = result->end_position;
   do_operand_transformations(result, ot_keep_glvalue);
+  if (is_imaginary_type(result->type))
+    cast_operand(complex_type(skip_typerefs(result->type)->variant.float_kind), result, true);
   if (is_complex_type(result->type))
     part_of_complex_value(is_real, result);
   else if (gnu_mode && is_arithmetic_or_enum_type(result->type))

@@ -247,8 +247,11 @@ static void rule_out_floating_constant(an_operand* operand) {
 static void builtin_unary_operation(an_expr_operator_kind op, an_operand* operand,
                                     const a_source_position* position) {
   do_operand_transformations(operand, ot_all);
+  // The conjugate of GNU C; that of an imaginary value is its negative.
   if (op == eok_complement && gnu_mode && is_complex_type(operand->type))
     op = eok_conjugate;
+  else if (op == eok_complement && gnu_mode && is_imaginary_type(operand->type))
+    op = eok_negate;
   if (!check_unary_operand(op, operand))
     return;
   if (op != eok_not)

@@ -2,13 +2,13 @@
 // CBRANCH goes to its label when the condition is false.
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
 #include "il_to_if_int.h"
+#include "lower_runtime.h"
 #include "mode_words.h"
 #include "stack_limit.h"
 #include "sys_predef.h"
@@ -460,35 +460,13 @@ void set_statement_position(const a_statement* statement) {
     update_gen_position(gen_block->variant.block.block_supplement->end_position);
 }
 
-// ---- Zero fill ----
-
-a_routine* find_memset() {
-  for (a_routine* routine = il_header.primary_scope->routines; routine != nullptr;
-       routine = routine->next)
-    if (routine->source_corresp.needed && routine->source_corresp.name != nullptr &&
-        strcmp(routine->source_corresp.name, "memset") == 0)
-      return routine;
-  return nullptr;
-}
-
-a_routine* make_memset() {
-  a_routine* routine = alloc_routine();
-  routine->source_corresp.name = "memset";
-  routine->source_corresp.linkage = idl_external;
-  routine->source_corresp.needed = true;
-  routine->storage_kind = sc_extern;
-  routine->is_compiler_generated = true;
-  routine->type = make_routine_type(void_star_type());
-  add_to_routines_list(routine, 0);
-  return routine;
-}
-
 } // namespace
 
+// ---- Zero fill ----
+
 void gen_zero_fill(a_variable* variable) {
-  a_routine* routine = find_memset();
-  if (routine == nullptr)
-    routine = make_memset();
+  a_routine* routine = make_rout_entry("memset", make_routine_type(void_star_type()));
+  routine->source_corresp.needed = true;
   referenced_routine_symbol(routine);
   an_expr_node* callee = function_rvalue_expr(routine);
   callee->next = add_cast(var_addr_expr(variable), void_star_type());

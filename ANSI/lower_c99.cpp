@@ -253,6 +253,7 @@ void lower_c99_il_memory_region(int32_t region) {
   a_lowering_pass pass;
   begin_lowering_pass(&pass, region, il_header.primary_scope);
   nonreal_types_used = any_complex_or_imaginary_types_used_in_primary_IL();
+  begin_complex_lowering_of_region();
   for (a_scope* scope = il_header.region_scope_table[region]; scope != nullptr; scope = scope->next)
     if (!scope->is_lowered)
       lower_c99_scope(scope);

@@ -20,6 +20,7 @@ bool nonreal_types_used;
 static an_expr_node* comparison_with_zero(an_expr_node* value) {
   a_constant zero;
   make_zero_of_proper_type(make_unqualified_type(value->type), &zero);
+  lower_c99_complex_constant(&zero);
   an_expr_node* operand = value;
   operand->next = alloc_node_for_constant(&zero);
   an_expr_node* result = make_operator_node(eok_ne, integer_type(ik_int), operand);

@@ -1,5 +1,7 @@
 #include "lower_complex.h"
 
+#include <unordered_map>
+
 #include "il.h"
 #include "il_alloc.h"
 #include "il_constants.h"
@@ -235,6 +237,35 @@ static void lower_c99_complex_cast(an_expr_node* node) {
     overwrite_node(node, result == operand ? copy_node(operand) : result);
 }
 
+// ---- Constants in expressions ----
+
+struct a_complex_static {
+  const a_constant* constant;
+  a_variable* variable;
+};
+
+// The statics of the region being lowered, by the hash of the constant.
+static std::unordered_multimap<uint64_t, a_complex_static> complex_statics;
+
+void begin_complex_lowering_of_region() {
+  complex_statics.clear();
+}
+
+// All uses of one value in a function share a static. The constant itself stays
+// as it is: other functions may have it too.
+static a_variable* static_of_complex_constant(const a_constant* constant) {
+  uint64_t hash = hash_constant(constant);
+  auto [first, last] = complex_statics.equal_range(hash);
+  for (; first != last; ++first)
+    if (eq_constants(first->second.constant, constant))
+      return first->second.variable;
+  a_constant* value = alloc_unshared_constant(constant);
+  lower_c99_complex_constant(value);
+  a_variable* variable = static_copy_of(value)->variant.variable.ptr;
+  complex_statics.insert({hash, {constant, variable}});
+  return variable;
+}
+
 // ---- Operators ----
 
 static void lower_complex_not(an_expr_node* node) {
@@ -396,10 +427,10 @@ void lower_c99_complex_node(an_expr_node* node) {
     a_type_kind& kind = node->variant.operation.operation_kind;
     kind = lowered_nonreal_kind(kind);
     lower_complex_operation(node);
+  } else if (is_complex_type(node->type) && node->kind == expr_constant) {
+    overwrite_node(node, var_rvalue_expr(static_of_complex_constant(node->variant.constant.ptr)));
   } else if (node->kind == expr_constant) {
     lower_c99_complex_constant(node->variant.constant.ptr);
-    if (is_complex_type(node->type))
-      overwrite_node(node, static_copy_of(node->variant.constant.ptr));
   }
 }
 

@@ -18,6 +18,8 @@ an_expr_node* element_lvalue_expr(an_expr_node* array, int64_t index);
 
 // Whether the node or one of its operands has such a value.
 bool takes_part_in_complex_arithmetic(const an_expr_node* node);
+// Forgets the constants of the region that was lowered before.
+void begin_complex_lowering_of_region();
 // Lowers one node whose operands are lowered, if complex or imaginary values
 // take part.
 void lower_c99_complex_node(an_expr_node* node);

@@ -255,6 +255,7 @@ a_scope* make_scope_of_body(a_routine* routine) {
 
 void set_routine_internal(a_routine* routine) {
   set_inline_flag(routine, true);
+  routine->inline_candidate = true;
   routine->is_internal_runtime = true;
   routine->storage_kind = sc_static;
   routine->source_corresp.linkage = idl_internal;

@@ -7,17 +7,18 @@
 #include "il_expr.h"
 #include "types.h"
 
-static a_routine* find_routine_of_file_scope(const char* name) {
+// With a type, only a routine that has it.
+static a_routine* find_routine_of_file_scope(const char* name, a_type* routine_type) {
   for (a_routine* routine = il_header.primary_scope->routines; routine != nullptr;
        routine = routine->next)
-    if (routine->source_corresp.name != nullptr && strcmp(routine->source_corresp.name, name) == 0)
+    if (routine->source_corresp.name != nullptr &&
+        strcmp(routine->source_corresp.name, name) == 0 &&
+        (routine_type == nullptr || identical_types(routine->type, routine_type)))
       return routine;
   return nullptr;
 }
 
-a_routine* make_rout_entry(const char* name, a_type* routine_type) {
-  if (a_routine* routine = find_routine_of_file_scope(name))
-    return routine;
+static a_routine* make_external_routine(const char* name, a_type* routine_type) {
   a_routine* routine = alloc_routine();
   routine->source_corresp.name = name;
   routine->source_corresp.linkage = idl_external;
@@ -28,10 +29,20 @@ a_routine* make_rout_entry(const char* name, a_type* routine_type) {
   return routine;
 }
 
+a_routine* make_rout_entry(const char* name, a_type* routine_type) {
+  a_routine* routine = find_routine_of_file_scope(name, nullptr);
+  return routine != nullptr ? routine : make_external_routine(name, routine_type);
+}
+
+// The program may have declared the name as something else.
 a_routine* make_prototyped_runtime_routine(const char* name, a_routine** slot, a_type* return_type,
                                            a_type* param1, a_type* param2) {
+  if (*slot != nullptr)
+    return *slot;
+  a_type* type = make_routine_type_full(return_type, param1, param2);
+  *slot = find_routine_of_file_scope(name, type);
   if (*slot == nullptr)
-    *slot = make_rout_entry(name, make_routine_type_full(return_type, param1, param2));
+    *slot = make_external_routine(name, type);
   return *slot;
 }
 
