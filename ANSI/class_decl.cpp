@@ -12,6 +12,7 @@
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "stack_limit.h"
 #include "symbol_ref.h"
@@ -280,11 +281,18 @@ static void scan_members(a_type* class_type) {
   member_declaration_list(class_type);
 }
 
+// #pragma define_type_info asks for what a class has without it.
+static void take_type_info_pragmas() {
+  if (has_construct_pragmas())
+    free_pending_pragma_list(extract_construct_pragmas_of_kind(pk_define_type_info));
+}
+
 // At the `{` or, in C++, at the `:` of the base clause; the `}` is read.
 static void scan_class_definition(a_type* class_type, an_attribute* attributes,
                                   a_decl_parse_state* state) {
   auto& info = class_type->variant.class_struct_union;
   a_symbol* symbol = class_type->source_corresp.symbol;
+  take_type_info_pragmas();
   info.is_being_defined = true;
   info.is_packed |= pack_all_structs != 0;
   // A type is listed where it is defined.

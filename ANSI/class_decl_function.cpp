@@ -486,6 +486,7 @@ void function_body_in_class(a_routine* routine, a_type* class_type, a_decl_parse
   set_inline_flag(routine, true); // C++11 9.3 p2
   routine->is_user_provided = true;
   state->symbol->defined = true;
+  apply_default_section_to_routine(routine);
   add_routine_fixup(routine, func_info, class_type, flags);
 }
 

@@ -43,13 +43,19 @@ void set_default_section(bool of_routines, const char* name, const a_source_posi
                                                                                 *position};
 }
 
+// One that the entity was given alone stays, without a word.
+static bool takes_default_section(const a_section_info* present) {
+  return present == nullptr || present->origin == so_default;
+}
+
 void apply_default_section_to_routine(a_routine* routine) {
-  if (default_section_of_routines.text != nullptr && routine->section_info == nullptr)
+  if (default_section_of_routines.text != nullptr && takes_default_section(routine->section_info))
     set_section(&routine->section_info, &routine->source_corresp, &default_section_of_routines);
 }
 
 void apply_default_section_to_variable(a_variable* variable) {
-  if (default_section_of_variables.text != nullptr && variable->section_info == nullptr &&
+  if (default_section_of_variables.text != nullptr &&
+      takes_default_section(variable->section_info) &&
       variable->storage_kind < sc_auto)
     set_section(&variable->section_info, &variable->source_corresp, &default_section_of_variables);
 }

@@ -590,6 +590,7 @@ static a_routine* declare_call_operator(a_lambda* lambda, a_type* type) {
   routine->has_deducible_return_type = !lambda->has_trailing_return_type;
   set_inline_flag(routine, true);
   symbol->defined = true;
+  apply_default_section_to_routine(routine);
   lambda->body_routine = routine;
   return routine;
 }

@@ -1,5 +1,7 @@
 // #pragma FUNCTION_OPTIONS: options of the later passes for one function.
 
+#include <deque>
+#include <iterator>
 #include <sstream>
 #include <string>
 
@@ -15,13 +17,17 @@
 // Takes the words of the text; false after a message for one that is no option.
 static bool take_option_words(option_obj* options, const std::string& text,
                               const a_source_position* position) {
-  std::istringstream words(text);
+  std::istringstream stream(text);
+  std::deque<std::string> words(std::istream_iterator<std::string>(stream), {});
   bool is_good = true;
-  for (std::string word; words >> word;)
-    if (word[0] != '-' || !options->process_option(word.substr(1))) {
+  while (!words.empty()) {
+    std::string word = words.front();
+    words.pop_front();
+    if (word[0] != '-' || !options->process_option(word.substr(1), &words)) {
       pos_st_error(ec_invalid_compiler_override_option, position, word.c_str());
       is_good = false;
     }
+  }
   return is_good;
 }
 

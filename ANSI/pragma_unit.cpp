@@ -56,7 +56,8 @@ static bool scan_section_operand(std::string* name) {
   get_token();
   if (!required_token(tok_lparen, ec_exp_lparen))
     return false;
-  if (curr_token == tok_string && len_of_curr_token >= 2) {
+  bool is_plain = curr_token == tok_string && len_of_curr_token >= 2 && *start_of_curr_token == '"';
+  if (is_plain) {
     *name = std::string(start_of_curr_token + 1, len_of_curr_token - 2);
     get_token();
   }

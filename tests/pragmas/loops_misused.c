@@ -38,6 +38,9 @@ void f(int a) {
 // CHECK-DAG: line [[#@LINE+1]]: error #858: PROB_ITERATE pragma must have 1 or 2 parameters
 #pragma PROB_ITERATE(1, 2, 3)
   while (n) --n;
+// CHECK-DAG: line [[#@LINE+1]]: error #29: expected an expression
+#pragma MUST_ITERATE(1, 2, , )
+  while (n) --n;
 // CHECK-DAG: line [[#@LINE+1]]: error #857: NO_ALIAS_CLONE pragma must have one parameter
 #pragma NO_ALIAS_CLONE
   while (n) --n;
@@ -51,7 +54,19 @@ void f(int a) {
 #pragma NOINLINE recursive
   g();
 
+// CHECK-DAG: line [[#@LINE+1]]: warning #830-D: error processing pragma FORCEINLINE, verify format
+#pragma FORCEINLINE("recursive")
+  g();
+// CHECK-DAG: line [[#@LINE+1]]: warning #830-D: error processing pragma FORCEINLINE_RECURSIVE, verify format
+#pragma FORCEINLINE_RECURSIVE(recursive)
+  g();
+
   // What is no loop.
+// CHECK-DAG: line [[#@LINE+2]]: error #855: COALESCE_LOOP pragma must immediately precede for/while/do-while
+// CHECK-DAG: line [[#@LINE+2]]: error #855: NO_COALESCE_LOOP pragma must immediately precede for/while/do-while
+#pragma COALESCE_LOOP
+#pragma NO_COALESCE_LOOP
+  g();
 // CHECK-DAG: line [[#@LINE+1]]: error #855: pragma UNROLL must immediately precede for/while/do-while
 #pragma UNROLL(2)
   { n = 1; }

@@ -132,3 +132,18 @@ void scope(void)
 // CHECK-SAME: state 1
 static const int kept_constant = 1;
 #pragma RETAIN(kept_constant)
+
+// The section comes before the other marks, which stand from the last to the first.
+// CHECK-LABEL: {{^}}symbol ordered
+// CHECK-NEXT: SRC_LANGUAGE
+// CHECK-NEXT: FUNC_IS_PURE
+// CHECK-NEXT: FUNC_IS_SYSTEM
+// CHECK-NEXT: FUNC_NO_IND_ASG
+// CHECK-NEXT: CODE_SECTION ".s"
+// CHECK-NOT: pragma
+#pragma FUNC_NO_IND_ASG(ordered)
+#pragma FUNC_IS_SYSTEM(ordered)
+#pragma CODE_SECTION(ordered, ".s")
+#pragma FUNC_IS_PURE(ordered)
+void ordered(void);
+void (*address_of_ordered)(void) = ordered;

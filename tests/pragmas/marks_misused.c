@@ -37,6 +37,20 @@ typedef int type;
 #pragma FUNC_CANNOT_INLINE(object)
 // CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma HOOK_FUNCTION can only be applied to a function, not "type"
 #pragma HOOK_FUNCTION(type)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma FUNC_NEVER_RETURNS can only be applied to a function, not "object"
+#pragma FUNC_NEVER_RETURNS(object)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma FUNC_ALWAYS_INLINE can only be applied to a function, not "object"
+#pragma FUNC_ALWAYS_INLINE(object)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma FUNC_NO_GLOBAL_ASG can only be applied to a function, not "object"
+#pragma FUNC_NO_GLOBAL_ASG(object)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma FUNC_NO_IND_ASG can only be applied to a function, not "object"
+#pragma FUNC_NO_IND_ASG(object)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma FUNC_IS_PURE can only be applied to a function, not "object"
+#pragma FUNC_IS_PURE(object)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1112-D: pragma FUNC_IS_SYSTEM can only be applied to a function, not "object"
+#pragma FUNC_IS_SYSTEM(object)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1111-D: pragma FUNC_EXCEPTIONS_NOUNWIND can only be applied to a function definition, not "declared"
+#pragma FUNC_EXCEPTIONS_NOUNWIND(declared)
 // CHECK-DAG: line [[#@LINE+1]]: warning #1111-D: pragma NO_HOOKS can only be applied to a function definition, not "declared"
 #pragma NO_HOOKS(declared)
 // CHECK-DAG: line [[#@LINE+1]]: warning #1111-D: pragma FUNC_EXT_CALLED can only be applied to a function definition
@@ -61,6 +75,14 @@ typedef int type;
 #pragma NOINIT(function)
 // CHECK-DAG: line [[#@LINE+1]]: warning #1523-D: PERSISTENT can only be applied to a file level symbol definition, not "elsewhere"
 #pragma PERSISTENT(elsewhere)
+
+// The severity is that of the line of the pragma, not that of the end of the file.
+#pragma diag_error 1112
+// CHECK-DAG: line [[#@LINE+1]]: error #1112-D: pragma HOOK_FUNCTION can only
+#pragma HOOK_FUNCTION(object)
+#pragma diag_suppress pragma_requires_func
+#pragma HOOK_FUNCTION(object)
+#pragma diag_default 1112
 
 // Sections and alignment.
 // CHECK-DAG: line [[#@LINE+1]]: error #255: expected a ","
@@ -94,6 +116,12 @@ typedef int type;
 #pragma LOCATION(declared, 1)
 // CHECK-DAG: line [[#@LINE+1]]: warning #1515-D: location pragma address is too large
 #pragma LOCATION(object, 0x100000000)
+// CHECK-DAG: line [[#@LINE+1]]: warning #1515-D: location pragma address is too large
+#pragma LOCATION(object, -1)
+// CHECK-DAG: line [[#@LINE+1]]: error #18: expected a ")"
+#pragma LOCATION(object, 16, 3)
+// CHECK-DAG: line [[#@LINE+1]]: error #901: expression must have integral or enum type
+#pragma LOCATION(function, 1.0)
 // CHECK-DAG: line [[#@LINE+1]]: warning #823-D: pragma TRAMPOLINE can only be applied to a file level symbol, not "object"
 #pragma TRAMPOLINE(object, function)
 // CHECK-DAG: line [[#@LINE+1]]: error #815: pragma TRAMPOLINE not applicable to function "function"

@@ -9,6 +9,11 @@
 // CHECK-LABEL: {{^}}symbol defined_here
 // CHECK: pragma CODE_SECTION ".text1"
 void defined_here(void) {}
+// Functions come first in the file.
+// CHECK-LABEL: {{^}}symbol inlined
+// CHECK: pragma FUNC_ALWAYS_INLINE
+// CHECK-LABEL: {{^}}symbol not_inlined
+// CHECK-NOT: ALWAYS_INLINE
 // CHECK-LABEL: {{^}}symbol by_pragma
 // CHECK: pragma DATA_SECTION ".mine"
 #pragma DATA_SECTION(by_pragma, ".mine")
@@ -19,6 +24,13 @@ int by_attribute __attribute__((section(".own")));
 // CHECK-LABEL: {{^}}symbol by_default
 // CHECK: pragma DATA_SECTION ".data1"
 int by_default = 1;
+// A later definition takes the default that holds there.
+// CHECK-LABEL: {{^}}symbol defined_twice
+// CHECK: pragma DATA_SECTION ".data2"
+int defined_twice;
+#pragma SET_DATA_SECTION(".data2")
+int defined_twice = 1;
+int by_pragma;
 #pragma SET_DATA_SECTION()
 _Pragma("SET_CODE_SECTION(\"\")")
 // CHECK-LABEL: {{^}}symbol behind
@@ -54,3 +66,8 @@ int (*function_user)(void) = old_function;
 #pragma CHECK_NRG 5
 #pragma NRG_PORT_CONFIG(1)
 #pragma NRG_PORT_CONFIG(a, OUT = {0xff, 8}, DIR = {1, 8}, SEL1 = {0, 8}, SEL2 = {0, 16})
+
+// Functions that are declared inline are always inlined.
+#pragma ALWAYS_INLINE
+static inline int inlined(void) { return 1; }
+int not_inlined(void) { return inlined(); }

@@ -10,6 +10,10 @@
 #pragma SET_CODE_SECTION(1)
 // CHECK-DAG: line [[#@LINE+1]]: error #18: expected a ")"
 #pragma SET_CODE_SECTION(".a", 1)
+// CHECK-DAG: line [[#@LINE+1]]: error #18: expected a ")"
+#pragma SET_DATA_SECTION(L".a")
+// CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text
+#pragma SET_CODE_SECTION() now
 // CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text
 #pragma ALWAYS_INLINE now
 // CHECK-DAG: line [[#@LINE+1]]: error #41: expected an identifier
