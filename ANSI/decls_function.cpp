@@ -159,7 +159,7 @@ bool is_definition_by_word() {
 
 // The comment ARGSUSED in front of the declaration.
 static bool take_args_used_pragma() {
-  a_pending_pragma* pragmas = extract_construct_pragmas_of_kind(pk_argsused);
+  a_pending_pragma* pragmas = extract_specific_pragmas(pk_argsused);
   free_pending_pragma_list(pragmas);
   return pragmas != nullptr;
 }

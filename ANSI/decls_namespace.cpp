@@ -9,6 +9,7 @@
 #include "lexical.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "pragma.h"
 #include "scope_stk.h"
 #include "statements.h"
 #include "symbol_ref.h"
@@ -398,6 +399,7 @@ bool is_cplusplus_declaration(a_decl_parse_state* state) {
   } else if (curr_token == tok_template) {
     refuse_template(state);
   } else if (curr_token == tok_lbrace && state->parse_flags.has_linkage_specification) {
+    process_curr_construct_pragmas(nullptr, nullptr); // its declarations have their own
     scan_declaration_block();
     end_declaration_block(state);
   } else {

@@ -196,7 +196,9 @@ void free_tokens_from_reusable_cache(a_reusable_cache_stack_entry* entry);
 void rescan_cached_tokens(a_token_cache* cache);
 void f_rescan_cached_tokens(a_token_cache* cache, bool keep_curr_token);
 void rescan_reusable_cache(a_token_cache* cache);
-void rescan_copy_of_cache(const a_token_cache* cache);
+// The cache keeps its tokens, but the pragmas among them go with the copy: they
+// act once.
+void rescan_copy_of_cache(a_token_cache* cache);
 // The open reusable cache goes on behind `token`.
 void update_reusable_cache_rescan_location(a_cached_token* token);
 void increment_variadic_rescans_for_reusable_cache();

@@ -472,11 +472,21 @@ void rescan_cached_tokens(a_token_cache* cache) {
   f_rescan_cached_tokens(cache, true);
 }
 
-void rescan_copy_of_cache(const a_token_cache* cache) {
+void rescan_copy_of_cache(a_token_cache* cache) {
   a_token_cache copy;
+  a_token_cache rest = {};
   clear_token_cache(&copy, false);
-  for (const a_cached_token* token = cache->first; token != nullptr; token = token->next)
-    append_cached_token(&copy, copy_cached_token(token));
+  a_cached_token* next;
+  for (a_cached_token* token = cache->first; token != nullptr; token = next) {
+    next = token->next;
+    token->next = nullptr;
+    bool is_pragma = token->extra_kind == ctk_pragma;
+    append_cached_token(&copy, is_pragma ? token : copy_cached_token(token));
+    if (!is_pragma)
+      append_cached_token(&rest, token);
+  }
+  cache->first = rest.first;
+  cache->last = rest.last;
   rescan_cached_tokens(&copy);
 }
 

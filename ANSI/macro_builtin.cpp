@@ -10,11 +10,13 @@
 #include "attribute.h"
 #include "error.h"
 #include "host_envir.h"
+#include "lexical.h"
 #include "macro_int.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "pragma.h"
 #include "preproc.h"
+#include "preproc_int.h"
 #include "source_file.h"
 #include "symbol_ref.h"
 #include "sys_predef.h"
@@ -227,13 +229,37 @@ static std::string destringized_text() {
   return text;
 }
 
+static void append_marker(std::string* text, a_macro_text_marker marker) {
+  *text += '\0';
+  *text += static_cast<char>(marker);
+}
+
+// Acts on the pragma that a pragma operator holds, up to the end of its text.
+static a_pragma_kind_description* record_pragma_of_operator(a_builtin_macro_kind kind,
+                                                            const a_source_position& position) {
+  const bool is_standard = kind == bmk_pragma_operator;
+  a_boolean saved_some_error = some_error_in_curr_directive;
+  a_source_position name_position;
+  a_pragma_kind_description* description = look_up_pragma_id(&name_position);
+  some_error_in_curr_directive = 0;
+  if (description != nullptr && !do_preprocessing_only &&
+      !pragma_allowed_in_operators(description)) {
+    pos_error(is_standard ? ec_invalid_pragma_operator : ec_invalid_microsoft_pragma_operator,
+              &position);
+    some_error_in_curr_directive = 1;
+  } else {
+    record_pragma(description, &position, &name_position, !is_standard);
+  }
+  end_directive_line();
+  some_error_in_curr_directive = saved_some_error;
+  return description;
+}
+
 // Acts on the text as a #pragma line.
 static a_pragma_kind_description* run_pragma_text(std::string text, a_builtin_macro_kind kind,
                                                   const a_source_position& position) {
-  text += '\0';
-  text += static_cast<char>(mtm_newline);
-  text += '\0';
-  text += static_cast<char>(mtm_end_of_text);
+  append_marker(&text, mtm_newline);
+  append_marker(&text, mtm_end_of_text);
   a_boolean saved_in_directive = in_preprocessing_directive;
   uint32_t mark = sequence_id_for_source_line_modifs;
   in_preprocessing_directive = 1;
@@ -241,15 +267,7 @@ static a_pragma_kind_description* run_pragma_text(std::string text, a_builtin_ma
   a_pragma_kind_description* description;
   {
     a_text_scan scan(text.data(), text.data() + text.size() - 2, position);
-    a_source_position name_position;
-    description = look_up_pragma_id(&name_position);
-    if (description != nullptr && !do_preprocessing_only &&
-        !pragma_allowed_in_operators(description))
-      pos_error(kind == bmk_pragma_operator ? ec_invalid_pragma_operator
-                                            : ec_invalid_microsoft_pragma_operator,
-                &position);
-    else
-      record_pragma(description, &position, &name_position, false);
+    description = record_pragma_of_operator(kind, position);
     discard_text_modifs_since(mark);
   }
   in_preprocessing_directive = saved_in_directive;
@@ -290,6 +308,38 @@ static bool read_pragma_operand(a_builtin_macro_kind kind, std::string* text) {
   return required_closing_paren();
 }
 
+// The text with a mark before each name, so that none is expanded as a macro.
+static std::string with_inert_names(const std::string& text) {
+  std::string out;
+  char quote = 0;
+  char before = ' ';
+  for (size_t i = 0; i < text.size(); before = text[i++]) {
+    char c = text[i];
+    bool begins_name = is_id_char[static_cast<unsigned char>(c)] && (c < '0' || c > '9') &&
+                       !is_id_char[static_cast<unsigned char>(before)];
+    if (quote != 0 && c == '\\' && i + 1 < text.size())
+      out += text[i++];
+    else if (quote != 0 ? c == quote : c == '"' || c == '\'')
+      quote = quote != 0 ? 0 : c;
+    else if (quote == 0 && begins_name)
+      append_marker(&out, mtm_inert);
+    out += text[i];
+  }
+  return out;
+}
+
+// The line of preprocessed output that stands for a pragma operator. Only the
+// operands that the pragma reads expanded are.
+static std::string line_of_pragma(const std::string& text,
+                                  const a_pragma_kind_description* description) {
+  const bool expands = description != nullptr && (description->flags & pragma_expand_macros) != 0;
+  std::string line;
+  append_marker(&line, mtm_newline);
+  line += "#pragma " + (expands ? text : with_inert_names(text));
+  append_marker(&line, mtm_newline);
+  return line;
+}
+
 // A pragma operator in the arguments of a macro stays for the rescanning. In
 // preprocessed output it becomes a directive on a line of its own.
 static bool expand_pragma_operator(a_symbol* symbol, a_builtin_macro_kind kind,
@@ -311,10 +361,8 @@ static bool expand_pragma_operator(a_symbol* symbol, a_builtin_macro_kind kind,
     delete_source_from_loc = nullptr;
     const a_pragma_kind_description* description = run_pragma_text(text, kind, position);
     delete_source_from_loc = start.loc;
-    if (do_preprocessing_only && generate_pp_output && !is_macro_stack_pragma(description)) {
-      static const char newline_marker[2] = {0, mtm_newline};
-      line.append(newline_marker, 2).append("#pragma " + text).append(newline_marker, 2);
-    }
+    if (do_preprocessing_only && generate_pp_output && !is_macro_stack_pragma(description))
+      line = line_of_pragma(text, description);
   }
   replace_invocation_by_string(symbol, line.data(), line.size(), position);
   return true;

@@ -132,25 +132,21 @@ a_pending_pragma* make_copy_of_pragma_list(const a_pending_pragma* pragmas) {
 
 // -- Reading a pragma's operands --------------------------------------------------------------
 
-static bool at_end_of_operands(int* depth, bool from_operator) {
-  if (curr_token == tok_newline || curr_token == tok_end_of_source)
-    return true;
-  if (from_operator) {
-    if (curr_token == tok_lparen)
-      ++*depth;
-    else if (curr_token == tok_rparen && (*depth)-- == 0)
-      return true;
-  }
-  return false;
+static bool at_end_of_operands() {
+  return curr_token == tok_newline || curr_token == tok_end_of_source;
 }
 
-void skip_operands(bool from_operator) {
-  if (from_operator) {
-    flush_to_closing_paren();
-    return;
-  }
-  while (curr_token != tok_newline && curr_token != tok_end_of_source)
+void skip_operands() {
+  while (!at_end_of_operands())
     get_token();
+}
+
+// The text of a run without a parser is compiled later, without the macros.
+static void pass_to_text_output(const a_pragma_kind_description* description) {
+  a_boolean saved_expand_macros = expand_macros;
+  expand_macros = description != nullptr && (description->flags & pragma_expand_macros) != 0;
+  skip_operands();
+  expand_macros = saved_expand_macros;
 }
 
 const char* lasting_text(const std::string& text) {
@@ -158,12 +154,11 @@ const char* lasting_text(const std::string& text) {
 }
 
 // Behind the name: the rest of the directive as text.
-static void collect_raw_operands(a_pending_pragma* pragma, bool from_operator) {
+static void collect_raw_operands(a_pending_pragma* pragma) {
   a_boolean saved_expand_macros = expand_macros;
   expand_macros = (pragma->description->flags & pragma_expand_macros) != 0;
   std::string text;
-  int depth = 0;
-  for (get_token(); !at_end_of_operands(&depth, from_operator); get_token()) {
+  for (get_token(); !at_end_of_operands(); get_token()) {
     if (kind_of_white_space_skipped != ws_none && !text.empty())
       text += ' ';
     text.append(start_of_curr_token, len_of_curr_token);
@@ -173,7 +168,7 @@ static void collect_raw_operands(a_pending_pragma* pragma, bool from_operator) {
 }
 
 // Behind the name: the rest of the directive as tokens.
-static void collect_operand_tokens(a_pending_pragma* pragma, bool from_operator) {
+static void collect_operand_tokens(a_pending_pragma* pragma) {
   uint16_t flags = pragma->description->flags;
   a_boolean saved_fetch_pp_tokens = fetch_pp_tokens;
   a_boolean saved_expand_macros = expand_macros;
@@ -188,8 +183,7 @@ static void collect_operand_tokens(a_pending_pragma* pragma, bool from_operator)
   scanning_pragma_tokens = 1;
   exp_header_name = (flags & pragma_header_name_operand) != 0;
   std::string text;
-  int depth = 0;
-  for (get_token(); !at_end_of_operands(&depth, from_operator); get_token()) {
+  for (get_token(); !at_end_of_operands(); get_token()) {
     if (kind_of_white_space_skipped != ws_none && !text.empty())
       text += ' ';
     if (start_of_curr_token != nullptr)
@@ -237,10 +231,13 @@ void record_pragma(a_pragma_kind_description* description,
                    const a_source_position* name_position, bool from_operator) {
   bool is_scanned_kind =
       description != nullptr && description->binding == pragma_runs_while_scanned;
-  if (description == nullptr && !do_preprocessing_only)
+  if (do_preprocessing_only && !is_scanned_kind) {
+    pass_to_text_output(description);
+    return;
+  }
+  if (description == nullptr) {
     pos_warning(ec_unrecognized_pragma, name_position);
-  if (description == nullptr || (do_preprocessing_only && !is_scanned_kind)) {
-    skip_operands(from_operator);
+    skip_operands();
     return;
   }
   a_pending_pragma* pragma = alloc_pending_pragma(description);
@@ -249,16 +246,16 @@ void record_pragma(a_pragma_kind_description* description,
   pragma->from_operator = from_operator;
   bool makes_text = (description->flags & pragma_raw_tokens) != 0;
   if (!makes_text)
-    collect_operand_tokens(pragma, from_operator);
+    collect_operand_tokens(pragma);
   else if (!is_scanned_kind)
-    collect_raw_operands(pragma, from_operator);
+    collect_raw_operands(pragma);
   if (!is_scanned_kind) {
     append_to_curr_token_pragmas(pragma);
     return;
   }
   run_pragma_action(pragma, nullptr, nullptr);
-  if (!do_preprocessing_only)
-    add_pragma_to_il_if_due(pragma, iek_none, nullptr);
+  if (!do_preprocessing_only && (description->flags & pragma_add_to_il))
+    add_pragma_to_il(pragma, iek_none, nullptr, true);
   free_pending_pragma(pragma);
 }
 
@@ -356,7 +353,7 @@ void begin_rescan_of_pragma_tokens(a_pending_pragma* pragma) {
 
 void wrapup_rescan_of_pragma_tokens(bool had_error) {
   if (!had_error && curr_token != tok_end_of_source)
-    pos_diagnostic(es_discretionary_error, ec_extra_text_in_pp_directive, &pos_curr_token);
+    pos_error(ec_extra_text_in_pp_directive, &pos_curr_token);
   while (curr_token != tok_end_of_source)
     get_token();
   get_token();

@@ -151,7 +151,7 @@ struct a_pending_pragma {
 // is no pragma.
 a_pragma_kind_description* look_up_pragma_id(a_source_position* position);
 // Takes up the pragma whose operands follow, or reports it as unrecognized.
-// `from_operator` says that they end with a closing parenthesis.
+// `from_operator` says that the operator __pragma holds it.
 void record_pragma(a_pragma_kind_description* description,
                    const a_source_position* directive_position,
                    const a_source_position* name_position, bool from_operator);
@@ -216,7 +216,7 @@ void discard_curr_construct_pragmas();
 a_pending_pragma* extract_curr_construct_pragmas();
 void reactivate_curr_construct_pragmas(a_pending_pragma* pragmas);
 // Takes the selected pragmas of one kind.
-a_pending_pragma* extract_construct_pragmas_of_kind(a_pragma_kind_tag kind);
+a_pending_pragma* extract_specific_pragmas(a_pragma_kind_tag kind);
 
 // At the end of a scope: a pragma that waited for it, and those that the last
 // construct of the scope left behind, which are reported.

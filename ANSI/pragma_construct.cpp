@@ -117,7 +117,7 @@ void end_of_scope_pragma_processing(a_pending_pragma* pragmas) {
   free_pending_pragma_list(pragmas);
 }
 
-a_pending_pragma* extract_construct_pragmas_of_kind(a_pragma_kind_tag kind) {
+a_pending_pragma* extract_specific_pragmas(a_pragma_kind_tag kind) {
   a_pending_pragma* found = nullptr;
   for (a_pending_pragma** link = &innermost_entry()->construct_pragmas; *link != nullptr;) {
     a_pending_pragma* pragma = *link;

@@ -13,8 +13,8 @@
 // ---- The framework ----
 
 void run_pragma_action(a_pending_pragma* pragma, a_symbol* symbol, a_statement* statement);
-// To the end of the directive or, in an operator, to its parenthesis.
-void skip_operands(bool from_operator);
+// To the end of the directive.
+void skip_operands();
 // A copy of the text for as long as the unit lives.
 const char* lasting_text(const std::string& text);
 

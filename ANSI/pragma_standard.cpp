@@ -11,6 +11,7 @@
 #include "macro.h"
 #include "mem_manage.h"
 #include "mode_words.h"
+#include "pch.h"
 #include "pragma_int.h"
 #include "source_file.h"
 #include "symbol_tbl.h"
@@ -21,11 +22,12 @@ void once_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
   get_token();
 }
 
-// No precompiled header is made, so there's nothing to stop or to forbid.
-void hdrstop_or_no_pch_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
-  do
-    get_token();
-  while (curr_token != tok_newline && curr_token != tok_end_of_source);
+// No precompiled header is made, so there's nothing to stop.
+void hdrstop_or_no_pch_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+  if (pragma->description->kind == pk_no_pch)
+    cannot_create_pch_file = 1;
+  get_token();
+  skip_operands();
 }
 
 // -- #pragma STDC ----------------------------------------------------------------------------
@@ -110,7 +112,7 @@ void check_for_stdc_pragmas() {
 bool take_not_reached_pragma() {
   a_pending_pragma* pragma = take_curr_token_pragma(pk_notreached);
   if (pragma == nullptr)
-    pragma = extract_construct_pragmas_of_kind(pk_notreached);
+    pragma = extract_specific_pragmas(pk_notreached);
   if (pragma == nullptr)
     return false;
   free_pending_pragma_list(pragma);
@@ -145,20 +147,20 @@ static std::string scan_macro_name_operand() {
   return name;
 }
 
-void push_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+void push_macro_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
   std::string name = scan_macro_name_operand();
   if (!name.empty())
     push_macro_definition(name.data(), name.size());
   else
-    skip_operands(pragma->from_operator);
+    skip_operands();
 }
 
-void pop_macro_pragma(a_pending_pragma* pragma, a_symbol*, a_statement*) {
+void pop_macro_pragma(a_pending_pragma*, a_symbol*, a_statement*) {
   std::string name = scan_macro_name_operand();
   if (!name.empty())
     pop_macro_definition(name.data(), name.size());
   else
-    skip_operands(pragma->from_operator);
+    skip_operands();
 }
 
 // -- #pragma redefine_extname ------------------------------------------------------------------

@@ -70,7 +70,7 @@ void process_set_section_pragma(a_pending_pragma* pragma, a_symbol*, a_statement
   bool is_good = scan_section_operand(&name);
   remove_stop_token(tok_rparen);
   if (!is_good) {
-    skip_operands(pragma->from_operator);
+    skip_operands();
     return;
   }
   set_default_section(pragma->description->kind == pk_set_code_section,

@@ -44,6 +44,12 @@ struct a_class;
 asm(" nop");
 // CHECK-DAG: line [[#@LINE+1]]: error #609: this pragma must immediately precede a declaration
 #pragma RETAIN
+extern "C" {
+#pragma RETAIN
+static int in_c_block;
+}
+// CHECK-DAG: line [[#@LINE+1]]: error #609: this pragma must immediately precede a declaration
+#pragma RETAIN
 namespace space {
 #pragma RETAIN
 static int in_space;

@@ -44,7 +44,7 @@ void f(int a) {
 // CHECK-DAG: line [[#@LINE+1]]: error #857: NO_ALIAS_CLONE pragma must have one parameter
 #pragma NO_ALIAS_CLONE
   while (n) --n;
-// CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text after expected end of preprocessing directive
+// CHECK-DAG: line [[#@LINE+1]]: error #14: extra text after expected end of preprocessing directive
 #pragma LOOP_NO_ALIAS 1
   while (n) --n;
 // CHECK-DAG: line [[#@LINE+1]]: warning #830-D: error processing pragma forceinline, verify format

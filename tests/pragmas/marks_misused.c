@@ -23,7 +23,7 @@ typedef int type;
 #pragma FUNC_IS_PURE(function
 // CHECK-DAG: line [[#@LINE+1]]: error #18: expected a ")"
 #pragma FUNC_IS_PURE(function, object)
-// CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text after expected end of preprocessing directive
+// CHECK-DAG: line [[#@LINE+1]]: error #14: extra text after expected end of preprocessing directive
 #pragma FUNC_IS_PURE(function) function
 // CHECK-DAG: line [[#@LINE+1]]: warning #827-D: specified symbol 'unknown' undefined
 #pragma CODE_SECTION(unknown, ".t")

@@ -42,6 +42,11 @@
 _Pragma("hdrstop") int x;
 // CHECK-DAG: line [[#@LINE+1]]: error #1327: this pragma cannot be used in a __pragma operator
 __pragma(no_pch) int y;
+// An operator is a line, and has an end too.
+// CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text
+_Pragma("push_macro(\"M\") extra") int z;
+// CHECK-DAG: line [[#@LINE+1]]: error #14: extra text
+__pragma(redefine_extname old new newer) int w;
 #ifdef CHECKS
 // RULES: line [[#@LINE+1]]: error #821: badly formed pragma
 #pragma CHECK_MISRA("1.1"

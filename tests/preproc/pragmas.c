@@ -26,3 +26,17 @@ _Pragma("pop_macro(\"MACRO\")")
 outer MACRO
 // CHECK-NOT: _macro
 // CHECK: outer replaced
+// Text that is compiled later has no macros: what a pragma reads expanded goes
+// out expanded, as directive and as operator.
+#define COUNT 4
+#define ON 1
+#pragma UNROLL(COUNT)
+_Pragma("pack(COUNT)")
+#pragma STDC FP_CONTRACT ON
+_Pragma("STDC FP_CONTRACT ON")
+_Pragma("unknown COUNT \"COUNT\" 4COUNT")
+// CHECK: #pragma UNROLL(4)
+// CHECK: #pragma pack(4)
+// CHECK: #pragma STDC FP_CONTRACT ON
+// CHECK: #pragma STDC FP_CONTRACT ON
+// CHECK: #pragma unknown COUNT "COUNT" 4COUNT
