@@ -284,7 +284,7 @@ static void scan_members(a_type* class_type) {
 // #pragma define_type_info asks for what a class has without it.
 static void take_type_info_pragmas() {
   if (has_construct_pragmas())
-    free_pending_pragma_list(extract_construct_pragmas_of_kind(pk_define_type_info));
+    free_pending_pragma_list(extract_specific_pragmas(pk_define_type_info));
 }
 
 // At the `{` or, in C++, at the `:` of the base clause; the `}` is read.
