@@ -74,12 +74,14 @@ static void scan_named_value(an_operand* result) {
 
 // ---- __real and __imag ----
 
-// Of a real value, the value and zero.
+// Of a real value, the value, which may be an object, and zero.
 static void part_of_real_value(bool is_real, an_operand* operand,
                                const a_source_position* position) {
   expr_pos_warning(ec_real_and_imag_applied_to_real_value, position);
+  if (is_real)
+    return;
   do_operand_transformations(operand, ot_all);
-  if (is_real || is_error_operand(operand))
+  if (is_error_operand(operand))
     return;
   a_constant zero;
   an_operand saved = *operand;

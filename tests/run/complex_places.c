@@ -101,6 +101,10 @@ int main(void) {
   SHOW((cf)1.1);
   double r = ({ __imag__ w; });
   printf("%g %g\n", r, __builtin_cabs(3 + 4.0i));
+  __real__ i = 4;
+  __real__ r += 1.5;
+  *&__real__ r *= 2;
+  printf("%d %g %g\n", i, r, __imag__ r);
   *&z = w;
   cd* p = arr;
   *p++ = 7;
