@@ -295,9 +295,10 @@ a_statement* open_block(unsigned flags, const a_source_position* position) {
     process_curr_construct_pragmas(nullptr, block);
   }
   if (!(flags & bf_scope_is_open)) {
-    // Those of the statement that a generated block stands round.
-    a_pending_pragma* pragmas =
-        has_construct_pragmas() ? extract_curr_construct_pragmas() : nullptr;
+    // Those of the statement that a generated block stands round. A statement
+    // expression leaves them to the statement that it is in.
+    bool takes_pragmas = (flags & bf_generated) && has_construct_pragmas();
+    a_pending_pragma* pragmas = takes_pragmas ? extract_curr_construct_pragmas() : nullptr;
     push_block_scope(nullptr);
     reactivate_curr_construct_pragmas(pragmas);
   }

@@ -93,3 +93,12 @@ again:
   for (n = ({ int m = a; m; }); n < 3; n++)
     g();
 }
+// The pragma goes to the whole statement, not into the expression.
+int returns(void) {
+// CHECK: pragma FORCEINLINE
+#pragma FORCEINLINE
+  return ({
+    int m = 2;
+    m;
+  });
+}

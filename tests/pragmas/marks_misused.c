@@ -150,6 +150,12 @@ typedef int type;
 // CHECK-DAG: line [[#@LINE+1]]: warning #163-D: unrecognized #pragma
 #pragma LPM_INFO("x")
 // CHECK-DAG: line [[#@LINE+1]]: warning #163-D: unrecognized #pragma
+#pragma PORTS_INIT_INFO("x")
+// CHECK-DAG: line [[#@LINE+1]]: warning #163-D: unrecognized #pragma
+#pragma HW_MPY32("x")
+// CHECK-DAG: line [[#@LINE+1]]: warning #163-D: unrecognized #pragma
+#pragma FOX_STATUS("x")
+// CHECK-DAG: line [[#@LINE+1]]: warning #163-D: unrecognized #pragma
 #pragma ARGSUSED
 // CHECK-DAG: line [[#@LINE+1]]: warning #163-D: unrecognized #pragma
 #pragma data_section(object, ".x")
