@@ -200,11 +200,16 @@ static a_constant* make_enumerator(an_enum_state* state, a_symbol_locator* locat
 }
 
 static void enumerator_definition(an_enum_state* state) {
+  // Those in front of the declaration wait for its first declarator.
+  a_pending_pragma* outer_pragmas =
+      has_construct_pragmas() ? extract_curr_construct_pragmas() : nullptr;
+  select_curr_construct_pragmas(true);
   a_symbol_locator locator = locator_for_curr_id;
   get_token();
   an_attribute* attributes = scan_attributes(al_enumerator);
   a_constant* enumerator = make_enumerator(state, &locator);
   attach_attributes(attributes, enumerator, iek_constant);
+  reactivate_curr_construct_pragmas(outer_pragmas);
   if (state->type->variant.integer.is_scoped_enum)
     add_to_constants_list(enumerator, depth_scope_stack);
   else if (state->last)

@@ -35,6 +35,17 @@ void declared();
 #pragma WEAK(declared)
 void declared();
 
+// Enumerators have those in front of themselves, a declarator those of its declaration.
+#pragma RETAIN
+static enum {
+// CHECK-DAG: line [[#@LINE+1]]: warning #1524-D: NOINIT can only be applied to definitions {{.*}} not "an_enumerator"
+#pragma NOINIT
+  an_enumerator,
+  another
+// CHECK-DAG: line [[#@LINE+1]]: error #609: this pragma must immediately precede a declaration
+#pragma NOINIT
+} of_enumeration;
+
 // Nothing to take it.
 // CHECK-DAG: line [[#@LINE+1]]: error #609: this pragma must immediately precede a declaration
 #pragma RETAIN
