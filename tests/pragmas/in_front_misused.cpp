@@ -13,7 +13,7 @@ extern int object;
 // CHECK-DAG: line [[#@LINE+1]]: error #18: expected a ")"
 #pragma DATA_ALIGN(4, 5)
 extern int object;
-// CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text after expected end of preprocessing directive
+// CHECK-DAG: line [[#@LINE+1]]: error #14: extra text after expected end of preprocessing directive
 #pragma DATA_ALIGN(8) int object;
 extern int object;
 // CHECK-DAG: line [[#@LINE+1]]: error #821: badly formed pragma
@@ -22,7 +22,7 @@ void function();
 // CHECK-DAG: line [[#@LINE+1]]: error #821: badly formed pragma
 #pragma CODE_SECTION(L"x")
 void function();
-// CHECK-DAG: line [[#@LINE+1]]: error #14-D: extra text after expected end of preprocessing directive
+// CHECK-DAG: line [[#@LINE+1]]: error #14: extra text after expected end of preprocessing directive
 #pragma FUNC_IS_PURE function
 void function();
 // CHECK-DAG: line [[#@LINE+1]]: error #29: expected an expression
