@@ -100,6 +100,7 @@ void add_routine_fixup(a_routine* routine, const a_func_info_block* func_info, a
   a_routine_fixup* fixup = alloc_fixup<a_routine_fixup>();
   fixup->routine = routine;
   fixup->func_info = *func_info;
+  record_lint_argsused_and_varargs_state(&fixup->func_info);
   fixup->class_type = class_type;
   fixup->flags = flags;
   if (curr_token != tok_lbrace)

@@ -42,6 +42,8 @@ a_symbol* decl_default_function(a_symbol_locator* locator);
 
 void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
                          a_func_info_block* func_info);
+// Takes the comment ARGSUSED in front of a definition; VARARGS tells nothing.
+void record_lint_argsused_and_varargs_state(a_func_info_block* func_info);
 void scan_function_body(a_routine* routine, a_func_info_block* func_info);
 
 a_routine* make_routine(a_type* type, a_storage_kind storage, int depth);

@@ -157,16 +157,17 @@ bool is_definition_by_word() {
   return next == tok_delete || next == tok_default;
 }
 
-// The comment ARGSUSED in front of the declaration.
-static bool take_args_used_pragma() {
+void record_lint_argsused_and_varargs_state(a_func_info_block* func_info) {
+  if (!has_construct_pragmas())
+    return;
   a_pending_pragma* pragmas = extract_specific_pragmas(pk_argsused);
+  func_info->has_unused_parameters = pragmas != nullptr;
   free_pending_pragma_list(pragmas);
-  return pragmas != nullptr;
 }
 
 void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
                          a_func_info_block* func_info) {
-  func_info->has_unused_parameters = has_construct_pragmas() && take_args_used_pragma();
+  record_lint_argsused_and_varargs_state(func_info);
   check_misra_rules(state, &locator->position);
   if (func_info->is_from_typedef) {
     pos_error(ec_function_type_must_come_from_declarator, &locator->position);

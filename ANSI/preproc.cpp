@@ -171,6 +171,7 @@ static void proc_pragma(const a_source_position& directive_position) {
   // The line of a macro's arguments keeps nothing of its directives, so that a
   // pragma that passes goes out before it.
   if (is_inside_argument_list() && do_preprocessing_only && !acts_while_scanned(description)) {
+    expand_macros = description != nullptr && (description->flags & pragma_expand_macros) != 0;
     gen_pp_output_for_pragma_in_arguments(rest_of_pragma());
     return;
   }

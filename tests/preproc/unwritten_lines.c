@@ -36,11 +36,13 @@ f(
      //CHECK:2 2 2
 Y Y Y
 // Pragmas among arguments come before the line, or act and leave it whole.
-     //CHECK:#pragma passes (a) b
+     //CHECK:#pragma passes (a) b Y
+     //CHECK:#pragma UNROLL(2)
      //CHECK-NEXT:# [[@LINE+2]] "{{.*}}"
      //CHECK-NEXT:[1 2]
 f(1
-#pragma passes /* but for this */ (a)  b
+#pragma passes /* but for this */ (a)  b Y
+#pragma UNROLL(Y)
 #pragma push_macro("Y")
 2
 #pragma pop_macro("Y")
