@@ -59,8 +59,9 @@ static const OPTION_SET& present_option_set(const OPT_OVERRIDE* entry) {
 static void set_function_options(const a_pending_pragma* pragma, const a_routine* routine,
                                  const char* text) {
   const char* key = routine->source_corresp.name;
+  const a_source_position* place = &routine->source_corresp.position;
   const a_source_position* position = &pragma->directive_position;
-  const OPT_OVERRIDE* entry = get_opt_override(key, &routine->source_corresp.position);
+  const OPT_OVERRIDE* entry = get_opt_override(key, place);
   if (icode_optlist.empty())
     return;
   option_obj options;
@@ -71,7 +72,9 @@ static void set_function_options(const a_pending_pragma* pragma, const a_routine
   if (!is_good)
     return;
   set.id = icode_optlist.back().id + 1;
-  lookup_opt_override(key, true)->set_id = set.id;
+  // The command line may have named the function together with its file.
+  lookup_opt_override(key, true);
+  get_opt_override(key, place)->set_id = set.id;
   icode_optlist.push_back(std::move(set));
 }
 
