@@ -224,7 +224,8 @@ static void enumerator_list(an_enum_state* state, a_decl_parse_state* decl_state
   add_stop_token(tok_rbrace);
   add_stop_token(tok_comma);
   get_token();
-  for (;;) {
+  // C++11 7.2 p1: the list may be empty.
+  while (in_C_mode() || curr_token != tok_rbrace) {
     if (curr_token == tok_identifier)
       enumerator_definition(state);
     else if (!required_token_no_advance(tok_identifier, ec_exp_identifier) &&

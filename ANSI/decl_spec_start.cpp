@@ -295,8 +295,42 @@ static bool ends_declarator(unsigned options, const a_declarator_prescan* found)
   if (token == tok_assign || token == tok_semicolon || (token == tok_lbrace && list_init_enabled))
     return true;
   if (options & dst_condition)
-    return token == tok_rparen;
+    return false; // C++11 6.4 p1: it has an initializer
   return token == tok_colon || token == tok_asm || token == tok_attribute;
+}
+
+static bool prescan_finds_declaration(unsigned options);
+
+// Whether the parameter at hand, the first of a list, is one and no operand.
+static bool is_first_parameter() {
+  if (curr_token == tok_rparen || curr_token == tok_ellipsis)
+    return true;
+  return is_decl_start(0) && prescan_finds_declaration(dst_parameter);
+}
+
+// Behind the parameters of a type name: what goes on in an expression only
+// makes the whole of it one.
+static bool ends_function_type_name() {
+  return curr_token == tok_rparen || curr_token == tok_noexcept || curr_token == tok_throw ||
+         is_qualifier_token(curr_token);
+}
+
+// At the parenthesis behind a type, where a type name may stand: `int ()`,
+// `int (*)()`, `int (T)`, unlike `int (1)`, `T(), 1` and `T() = x`.
+static bool is_rest_of_type_name(a_prescan* prescan) {
+  prescan->advance();
+  if (is_pointer_operator(curr_token) || at_ptr_to_member()) {
+    a_declarator_prescan found = {};
+    return walk_declarator(prescan, &found, 0) && curr_token == tok_rparen && !found.name_seen;
+  }
+  if (!is_first_parameter())
+    return false;
+  for (int depth = 1; depth > 0; prescan->advance()) {
+    if (curr_token == tok_end_of_source)
+      return false;
+    depth += (curr_token == tok_lparen) - (curr_token == tok_rparen);
+  }
+  return ends_function_type_name();
 }
 
 // At a type that is followed by a parenthesis: a declarator in parentheses, or
@@ -309,16 +343,9 @@ static bool prescan_finds_declaration(unsigned options) {
     return !list_init_enabled;
   if (curr_token != tok_lparen)
     return true;
+  if (is_type_name_context(options))
+    return is_rest_of_type_name(&prescan);
   a_declarator_prescan found = {};
-  if (is_type_name_context(options)) {
-    // `int ()`, `int (*)()`, `int (T)`, unlike `int (1)`.
-    prescan.advance();
-    if (curr_token == tok_rparen || curr_token == tok_ellipsis || is_decl_start(0))
-      return true;
-    found.is_declarator = is_pointer_operator(curr_token) && walk_declarator(&prescan, &found, 0) &&
-                          curr_token == tok_rparen;
-    return found.is_declarator && !found.name_seen;
-  }
   walk_whole_declarator(&prescan, &found);
   // Every part of a list has to be a declarator.
   while ((options & dst_statement) && found.is_declarator && found.name_seen &&

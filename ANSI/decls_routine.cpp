@@ -88,7 +88,7 @@ static void report_incompatible_types(a_routine_declaration* decl, a_routine* ro
 }
 
 // C++11 7.5 p5: a later declaration without a linkage specification keeps the
-// linkage of the first.
+// linkage of the first. So does one that is in conflict with it.
 static void reconcile_name_linkage(a_routine_declaration* decl, a_routine* routine) {
   a_type* new_type = decl->state->declared_type;
   if (in_C_mode() || is_error_type(new_type) || is_error_type(routine->type) ||
@@ -97,7 +97,7 @@ static void reconcile_name_linkage(a_routine_declaration* decl, a_routine* routi
   if (decl->state->parse_flags.has_linkage_specification ||
       name_linkage_of(new_type) != nlk_cplusplus)
     pos_sy_error(ec_decl_incompatible_with_previous_use, &decl->locator->position, decl->match);
-  else
+  if (is_function_type(new_type))
     skip_typerefs(new_type)->variant.routine.routine_supplement->name_linkage =
         name_linkage_of(routine->type);
 }

@@ -249,6 +249,17 @@ static void missing_expression(an_operand* result) {
     expr_syntax_error(ec_exp_primary_expr);
 }
 
+// At a `::` (C++11 5.3.4 p9, 5.3.5 p9).
+static void scan_global_form(an_operand* result) {
+  const a_token_kind next = next_token();
+  if (next == tok_new)
+    scan_new(result);
+  else if (next == tok_delete)
+    scan_delete(result);
+  else
+    scan_identifier(result);
+}
+
 void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   if (flags & sef_opening_paren_taken) {
     a_source_position start = pos_curr_token;
@@ -257,8 +268,10 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   }
   switch (curr_token) {
   case tok_identifier:
-  case tok_colon_colon:
     scan_identifier(result);
+    break;
+  case tok_colon_colon:
+    scan_global_form(result);
     break;
   case tok_integer:
   case tok_char_constant:

@@ -243,7 +243,7 @@ a_symbol* make_symbol(a_symbol_kind kind, a_symbol_locator* locator) {
     if (locator->is_class_qualified) {
       symbol->parent.class_type = class_of_qualifier(locator->qualifier.class_type);
       symbol->is_class_member = true;
-    } else {
+    } else if (!locator->is_enum_qualified) {
       symbol->parent.namespace_entry = locator->qualifier.namespace_entry;
       symbol->is_namespace_member = true;
     }
@@ -963,7 +963,9 @@ void set_source_corresp_with_scope_depth(a_source_correspondence* corresp, a_sym
     return;
   }
   a_namespace* owner = scope_stack[depth].namespace_entry;
-  if (owner != nullptr && symbol->scope_number == scope_stack[depth].number) {
+  // What an unknown member's qualifier named stays the parent of its symbol.
+  if (owner != nullptr && symbol->scope_number == scope_stack[depth].number &&
+      !symbol->is_class_member) {
     symbol->parent.namespace_entry = owner;
     symbol->is_namespace_member = true;
   }
