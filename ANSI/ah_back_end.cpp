@@ -212,7 +212,8 @@ std::string assembler_form(const std::string& value) {
   std::string result;
   for (size_t i = 0; i < value.size(); i++) {
     if (value.compare(i, 2, "##") == 0) {
-      i++;
+      result.erase(result.find_last_not_of(' ') + 1);
+      i = std::min(value.find_first_not_of(' ', i + 2), value.size()) - 1;
       continue;
     }
     result.append(value[i] == '"' ? 2 : 1, value[i]);

@@ -332,6 +332,16 @@ static void set_declspec_align(void* entity, an_il_entry_kind kind, uint32_t ali
   }
 }
 
+// C11 6.7.5 p4, C++11 7.6.2 p5: all specifiers together mustn't lower the alignment of
+// the type. Fields are checked with the layout.
+static void check_alignment_is_kept(const an_attribute* attribute, const a_variable* variable) {
+  const an_attribute* later = attribute->next;
+  while (later != nullptr && later->form != af_alignas)
+    later = later->next;
+  if (later == nullptr && variable->alignment < f_alignment_of_type(variable->type))
+    pos_error(ec_invalid_alignment_reducing_attr, &attribute->position);
+}
+
 // What is laid out already is neither aligned nor packed.
 static bool is_laid_out_class(const a_type* type) {
   return is_class_struct_union_kind(type->kind) &&
@@ -356,6 +366,8 @@ void* align_action(an_attribute* attribute, void* entity, an_il_entry_kind kind)
   uint32_t alignment = alignment_of_argument(attribute);
   if (alignment != 0)
     set_declspec_align(entity, kind, alignment);
+  if (alignment != 0 && attribute->form == af_alignas && kind == iek_variable)
+    check_alignment_is_kept(attribute, static_cast<const a_variable*>(entity));
   return entity;
 }
 

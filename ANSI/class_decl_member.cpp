@@ -218,11 +218,13 @@ static void extra_semicolon() {
   get_token();
 }
 
-// What C++ has in a class beside specifiers and declarators; false for none of
-// it.
+// What a class has beside specifiers and declarators, in C assertions alone (C11
+// 6.7.2.1 p1); false for none of it.
 static bool is_special_member_declaration(a_member_list* members, bool* needs_semicolon) {
   if (curr_token == tok_static_assert) {
     static_assert_declaration();
+  } else if (in_C_mode()) {
+    return false;
   } else if (curr_token == tok_asm || curr_token == tok_ms_asm) {
     asm_declaration(false);
   } else if (curr_token == tok_using) {
@@ -255,7 +257,7 @@ static void member_declaration(a_member_list* members) {
   bool needs_semicolon = true;
   a_token_sequence_number start = curr_token_sequence_number;
   uint64_t errors_before = total_errors;
-  if (in_C_mode() || !is_special_member_declaration(members, &needs_semicolon))
+  if (!is_special_member_declaration(members, &needs_semicolon))
     needs_semicolon = member_declaration_with_specifiers(members);
   process_curr_construct_pragmas(nullptr, nullptr);
   if (total_errors != errors_before)

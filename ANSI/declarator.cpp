@@ -37,7 +37,8 @@ static void scan_pointer(a_decl_parse_state* state, a_derivation* pointer) {
   }
   a_source_position position = pos_curr_token;
   pointer->qualifiers = collect_type_qualifiers(nullptr);
-  while (is_attribute_start(al_specifiers)) {
+  // _Alignas stands among the specifiers alone (C11 6.7.6 p1).
+  while (is_attribute_start(al_specifiers) && !(in_C_mode() && curr_token == tok_alignas)) {
     append_attributes(&state->attributes_after, scan_attributes(al_specifiers));
     pointer->qualifiers |= collect_type_qualifiers(nullptr);
   }

@@ -379,9 +379,10 @@ static void lone_semicolon(const a_decl_parse_state* state) {
 }
 
 // A body behind the `;` of `int f(void);`, which is passed over as a whole, or a
-// brace too many: the declaration after it is read.
-static bool is_stray_brace(a_decl_parse_state* state) {
-  if (!state->parse_flags.is_top_level || (curr_token != tok_lbrace && curr_token != tok_rbrace))
+// closing bracket too many: the declaration after it is read.
+static bool is_stray_bracket(a_decl_parse_state* state) {
+  if (!state->parse_flags.is_top_level || (curr_token != tok_lbrace && curr_token != tok_rbrace &&
+                                           curr_token != tok_rparen && curr_token != tok_rbracket))
     return false;
   pos_error(ec_exp_declaration, &pos_curr_token);
   if (curr_token == tok_lbrace)
@@ -400,7 +401,7 @@ static bool is_special_declaration(a_decl_parse_state* state) {
     static_assert_declaration();
   else if (curr_token == tok_asm || curr_token == tok_ms_asm)
     asm_declaration(false);
-  else if (!is_cplusplus_declaration(state) && !is_stray_brace(state))
+  else if (!is_cplusplus_declaration(state) && !is_stray_bracket(state))
     return false;
   state->declared_type = error_type();
   return true;

@@ -335,6 +335,8 @@ static void find_match(a_routine_declaration* decl) {
     }
   } else {
     decl->is_hidden_by_local = is_hidden_by_local(decl->locator);
+    if (!decl->is_definition) // the builtin stays what its declaration says again
+      load_builtin_function(decl->locator->header);
     decl->match = find_linked_declaration(decl->locator, true);
     if (decl->match && in_cplusplus_mode())
       choose_overload(decl);

@@ -25,6 +25,7 @@ struct a_struct_stmt_stack_entry {
   uint16_t in_else_part : 1;
   uint16_t in_for_init : 1;
   uint16_t has_dependent_case : 1; // a value that isn't known: nothing is sorted
+  uint16_t has_overlapping_ranges : 1; // of cases: a neighbour doesn't tell all
   uint16_t label_seen : 1;
   uint16_t case_seen : 1;
   uint16_t declaration_seen : 1;

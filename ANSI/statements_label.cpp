@@ -39,12 +39,22 @@ static a_symbol* find_label(const a_symbol_header* header) {
   return is_of_this_function ? symbol : nullptr;
 }
 
+// By `__label__` in the block that is open.
+static bool is_declared_in_block(const a_symbol* label) {
+  return label->variant.label->is_block_local &&
+         scope_depth_of_symbol(label, nullptr) == depth_scope_stack;
+}
+
 // At the label's name, which is read. A block-local one is declared.
 a_label* scan_label(bool is_definition, bool is_block_local) {
   a_symbol_locator locator = locator_for_curr_id;
   locator.symbol = nullptr;
   a_source_position position = pos_curr_token;
-  a_symbol* symbol = is_block_local ? nullptr : find_label(locator.header);
+  a_symbol* symbol = find_label(locator.header);
+  if (is_block_local && symbol && is_declared_in_block(symbol))
+    pos_st_error(ec_id_already_declared, &position, locator.header->identifier);
+  else if (is_block_local)
+    symbol = nullptr;
   get_token();
   if (!symbol)
     symbol = enter_label(&locator, is_block_local);
@@ -199,6 +209,27 @@ static const a_constant* greatest_value(const a_switch_case_entry* entry) {
   return entry->case_range_end ? entry->case_range_end : entry->case_value;
 }
 
+static bool overlap(const a_switch_case_entry* low, const a_switch_case_entry* high) {
+  return cmp_integer_constants(greatest_value(low), high->case_value) >= 0 &&
+         cmp_integer_constants(greatest_value(high), low->case_value) >= 0;
+}
+
+// Of the entries between which a new one goes, while those of the list are apart.
+static const a_switch_case_entry* overlapped_neighbour(const a_switch_case_entry* before,
+                                                       const a_switch_case_entry* behind,
+                                                       const a_switch_case_entry* entry) {
+  if (before && overlap(before, entry))
+    return before;
+  return behind && overlap(entry, behind) ? behind : nullptr;
+}
+
+static const a_switch_case_entry* find_overlapped(const a_switch_case_entry* sorted_cases,
+                                                  const a_switch_case_entry* entry) {
+  while (sorted_cases && !overlap(sorted_cases, entry))
+    sorted_cases = sorted_cases->next_sorted;
+  return sorted_cases;
+}
+
 // Into the list by value. Most sources give the cases in ascending order, so
 // the greatest entry so far is remembered.
 static void insert_sorted(a_struct_stmt_stack_entry* stack_entry,
@@ -214,10 +245,14 @@ static void insert_sorted(a_struct_stmt_stack_entry* stack_entry,
     before = *link;
     link = &before->next_sorted;
   }
-  if (before && cmp_integer_constants(greatest_value(before), entry->case_value) >= 0)
-    report_equal_cases(entry, before);
-  else if (*link && cmp_integer_constants(greatest_value(entry), (*link)->case_value) >= 0)
-    report_equal_cases(entry, *link);
+  const a_switch_case_entry* overlapped =
+      stack_entry->has_overlapping_ranges
+          ? find_overlapped(supplement->sorted_cases, entry)
+          : overlapped_neighbour(before, *link, entry);
+  if (overlapped) {
+    report_equal_cases(entry, overlapped);
+    stack_entry->has_overlapping_ranges |= entry->case_range_end || overlapped->case_range_end;
+  }
   entry->next_sorted = *link;
   *link = entry;
   if (!entry->next_sorted)

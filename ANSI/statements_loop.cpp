@@ -73,8 +73,11 @@ static an_expr_node* scan_condition(bool is_switch) {
   return is_switch ? scan_integer_expression() : scan_boolean_controlling_expression();
 }
 
+// Where nothing but the closing parenthesis stands, the message on the opening one
+// says enough.
 static an_expr_node* parenthesized_condition(bool is_switch) {
-  required_token(tok_lparen, ec_exp_lparen);
+  if (!required_token(tok_lparen, ec_exp_lparen) && loop_token(tok_rparen))
+    return error_node();
   add_stop_token(tok_rparen);
   an_expr_node* condition = scan_condition(is_switch);
   remove_stop_token(tok_rparen);

@@ -171,10 +171,13 @@ bool TRG_is_greg_name(const a_variable*, const a_symbol* symbol) {
   return is_global_register_name(symbol->header->identifier);
 }
 
+a_type* type_of_global_register(const char* name, a_type* type) {
+  const a_global_register* reg = find_global_register(name);
+  return reg != nullptr && reg->is_volatile ? make_qualified_type(type, tq_volatile) : type;
+}
+
 bool TRG_is_greg_type(a_variable* variable, const a_symbol* symbol) {
-  const a_global_register* reg = find_global_register(symbol->header->identifier);
-  if (reg != nullptr && reg->is_volatile)
-    variable->type = make_qualified_type(variable->type, tq_volatile);
+  variable->type = type_of_global_register(symbol->header->identifier, variable->type);
   return (is_integral_type(variable->type) || is_pointer_type(variable->type)) &&
          variable->storage_kind != sc_static && variable->storage_kind != sc_auto;
 }

@@ -82,6 +82,8 @@ void validate_target_argument(const a_source_position* position);
 // them, and whether the variable's type and storage class are such as a register
 // can have. Those that change by themselves make the variable's type volatile.
 bool is_global_register_name(const char* name);
+// The type that such a variable has when `type` is written.
+a_type* type_of_global_register(const char* name, a_type* type);
 bool TRG_is_greg_name(const a_variable* variable, const a_symbol* symbol);
 bool TRG_is_greg_type(a_variable* variable, const a_symbol* symbol);
 // Banks of memory: any is legal.

@@ -13,6 +13,7 @@
 #define TEXT "a"
 #define ESCAPED "a\"b"
 #define PASTE a##b
+#define PASTE_WIDE a ## b
 #define CALL(x, y) x
 #define TWO_TEXTS "x" "y"
 #define MIXED "x" y

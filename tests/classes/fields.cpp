@@ -65,7 +65,7 @@ void local() {
   struct Local {
     // CHECK: line [[#@LINE+1]]: error #871: a static data member is not allowed here
     static int s;
-    // CHECK: line [[#@LINE+1]]: error #331: member function function "Local::missing" of a local class
+    // CHECK: line [[#@LINE+1]]: error #331: member function "Local::missing" of a local class
     void missing();
     int defined() { return 1; }
   };

@@ -49,7 +49,7 @@ struct Words {
 // CHECK: line [[#@LINE+1]]: error #2288: a pure virtual function may not be defined in its class
 struct PureBody { virtual void f() = 0 { } };
 struct Deleted : Base {
-  // CHECK: line [[#@LINE+1]]: error #2057: deleted function function "Deleted::f" overrides the function function "Base::f"
+  // CHECK: line [[#@LINE+1]]: error #2057: deleted function "Deleted::f" overrides the function "Base::f"
   int f(int) = delete;
 };
 

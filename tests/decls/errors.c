@@ -105,6 +105,15 @@ enum values {
   FIRST
 };
 
+// A closing bracket too many: the declaration behind it is read.
+// CHECK: line [[#@LINE+1]]: error #171: expected a declaration
+)
+int behind_parenthesis;
+// CHECK: line [[#@LINE+1]]: error #171: expected a declaration
+]
+int *behind_bracket = &behind_parenthesis;
+int **use_behind_bracket = &behind_bracket;
+
 void block(void) {
   int a;
   // CHECK: line [[#@LINE+1]]: error #102: "a" has already been declared in the current scope

@@ -7,6 +7,7 @@ struct s { int a; } s1, *sp;
 int function(void);
 double infinity = __builtin_inf();
 unsigned length = __builtin_strlen("text");
+int __builtin_abs(int); // declared again, it stays the builtin
 int absolute = __builtin_abs(-3);
 char known[__builtin_constant_p(3) && __builtin_constant_p("text") && __builtin_constant_p(1.5) &&
                    !__builtin_constant_p("text" + 1) && !__builtin_constant_p(global) && !__builtin_constant_p(&global) &&

@@ -27,6 +27,42 @@ int cases(int n) {
   return 2;
 }
 
+// A range reaches over entries between it and another.
+void ranges(int n) {
+  switch (n) {
+  case 1 ... 100:
+  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 33
+  case 5:
+  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 33
+  case 7:
+  case 101:
+  // CHECK: line [[#@LINE+1]]: error #1851: case label value has already appeared in this switch at line 33
+  case -5 ... 1:
+  case 200:;
+  }
+}
+
+void condition_without_parenthesis(int n) {
+  // CHECK: line [[#@LINE+1]]: error #126: expected a "("
+  while ) n = 1;
+  // CHECK-NOT: line [[#@LINE-1]]
+  if (n) n = 2; else n = 3;
+}
+
+void local_labels(void) {
+  // CHECK: line [[#@LINE+1]]: error #102: "a" has already been declared in the current scope
+  __label__ a, b, a;
+  // CHECK: line [[#@LINE+1]]: error #102: "b" has already been declared in the current scope
+  __label__ b;
+a:
+b:
+  {
+    __label__ a;
+    goto a;
+  a:;
+  }
+}
+
 void outside(void) {
   // CHECK: line [[#@LINE+1]]: error #117: a break statement may only be used within a loop or switch
   break;

@@ -9,6 +9,7 @@
 #ifndef FAULTS
 register volatile unsigned int __R30;
 register unsigned __R31;
+register unsigned __R31;
 register int *__SP;
 int f(void) {
   __R30 |= 4;
