@@ -136,7 +136,10 @@ static void check_nonfunction_declaration_errors(a_decl_parse_state* state,
     pos_error(ec_inline_not_allowed, &state->modifiers.inline_position);
   if (state->storage_class == sc_typedef || locator->is_error_locator)
     return;
-  if (is_void_type(state->declared_type)) {
+  // GNU C has `extern void end;` for an address that the linker makes.
+  bool is_address = gnu_mode && in_C_mode() && state->storage_class == sc_extern &&
+                    !is_initializer_start(state->declared_type);
+  if (is_void_type(state->declared_type) && !is_address) {
     pos_error(ec_incomplete_type_not_allowed, &locator->position);
     state->declared_type = error_type();
   } else if (is_abstract_class_type(state->declared_type)) { // C++11 10.4 p2
@@ -215,8 +218,21 @@ static void apply_constexpr(a_decl_parse_state* state, bool has_initializer) {
     pos_error(ec_constexpr_variable_decl_must_be_definition, &state->modifiers.constexpr_position);
 }
 
+// The body of what would be a function, if its type were known.
+static bool is_body_of_unknown_type(const a_decl_parse_state* state) {
+  return state->parse_flags.is_top_level && curr_token == tok_lbrace &&
+         is_error_type(state->declared_type);
+}
+
+// Nothing is said about what the body holds.
+static void pass_over_body(a_decl_parse_state* state) {
+  flush_until_matching_token_full(false);
+  state->parse_flags.is_function_definition = curr_token != tok_semicolon;
+}
+
 static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
-  bool has_initializer = is_initializer_start(state->declared_type);
+  const bool has_body = is_body_of_unknown_type(state);
+  bool has_initializer = !has_body && is_initializer_start(state->declared_type);
   check_nonfunction_declaration_errors(state, locator);
   check_storage_of_vla(state, &locator->position);
   apply_constexpr(state, has_initializer);
@@ -226,7 +242,9 @@ static void variable_declaration(a_symbol_locator* locator, a_decl_parse_state* 
   check_completeness(state, locator, flags);
   decl_variable(locator, state, flags);
   check_access_of_declaration(state->symbol);
-  if (has_initializer)
+  if (has_body)
+    pass_over_body(state);
+  else if (has_initializer)
     scan_initializer(state);
   else if ((flags & dvf_definition) &&
            state->symbol->variant.variable->init_kind == initk_none) // none in its class

@@ -460,7 +460,7 @@ static void comma_result(an_operand* left, an_operand* right, const a_source_pos
     error_and_make_error_operand(ec_bad_constant_operator, position, result);
   } else if (is_error_operand(left) || is_error_operand(right)) {
     make_error_result(left, right, result);
-  } else if ((constexpr_enabled || gnu_mode) && in_constant_expr_kind() && is_constant_operand(right) &&
+  } else if (constexpr_enabled && in_constant_expr_kind() && is_constant_operand(right) &&
              !has_side_effects(left)) {
     *result = *right;
   } else {

@@ -74,6 +74,17 @@ static void scan_named_value(an_operand* result) {
 
 // ---- __real and __imag ----
 
+// The constant; what the operand does is done first.
+static void constant_behind_operand(const a_constant* value, an_operand* operand) {
+  if (operand->kind != ok_expression || !node_has_side_effects(operand->variant.expr)) {
+    make_constant_operand(value, operand);
+    return;
+  }
+  an_expr_node* evaluated = make_node_from_operand(operand);
+  evaluated->next = alloc_node_for_constant(value);
+  make_expression_operand(make_operator_node(eok_comma, value->type, evaluated), operand);
+}
+
 // Of a real value, the value, which may be an object, and zero.
 static void part_of_real_value(bool is_real, an_operand* operand,
                                const a_source_position* position) {
@@ -87,7 +98,7 @@ static void part_of_real_value(bool is_real, an_operand* operand,
   an_operand saved = *operand;
   clear_constant(&zero, con_integer);
   make_zero_of_proper_type(prvalue_type(operand->type), &zero);
-  make_constant_operand(&zero, operand);
+  constant_behind_operand(&zero, operand);
   restore_operand_details(operand, &saved);
 }
 

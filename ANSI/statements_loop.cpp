@@ -76,8 +76,12 @@ static an_expr_node* scan_condition(bool is_switch) {
 // Where nothing but the closing parenthesis stands, the message on the opening one
 // says enough.
 static an_expr_node* parenthesized_condition(bool is_switch) {
-  if (!required_token(tok_lparen, ec_exp_lparen) && loop_token(tok_rparen))
+  if (curr_token == tok_rparen) {
+    pos_error(ec_exp_lparen, &pos_curr_token);
+    get_token();
     return error_node();
+  }
+  required_token(tok_lparen, ec_exp_lparen);
   add_stop_token(tok_rparen);
   an_expr_node* condition = scan_condition(is_switch);
   remove_stop_token(tok_rparen);

@@ -5,8 +5,10 @@ _Alignas(16) char raised;
 _Alignas(int) int kept;
 _Alignas(char) _Alignas(int) int strictest_counts;
 _Alignas(0) int zero;
+struct wide { _Alignas(8) char c; };
 // CHECK: line [[#@LINE+1]]: error #2150: alignment cannot be set to less than the default alignment
-_Alignas(char) int reduced;
+_Alignas(4) struct wide reduced;
+_Alignas(4) _Alignas(8) struct wide not_reduced;
 // CHECK: line [[#@LINE+1]]: error #41: expected an identifier
 int *_Alignas(8) pointer;
 

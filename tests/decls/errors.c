@@ -105,6 +105,14 @@ enum values {
   FIRST
 };
 
+// The body of a function of unknown type is passed over.
+// CHECK: line [[#@LINE+1]]: error #20: identifier "Bar" is undefined
+Bar unknown_function(int a) {
+  return no_more_messages;
+}
+// CHECK-NOT: line [[#@LINE-1]]
+int behind_body, *use_behind_body = &behind_body;
+
 // A closing bracket too many: the declaration behind it is read.
 // CHECK: line [[#@LINE+1]]: error #171: expected a declaration
 )

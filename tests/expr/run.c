@@ -85,6 +85,9 @@ void control(void) {
   // CHECK-NEXT: 4 6
   printf("%d %d %d %s\n", fact(6), twice(inc, 3), (i > 3 ? inc : fact)(4), __func__);
   // CHECK-NEXT: 720 5 5 control
+  int imaginary = __imag__ ++i; // zero, behind the effect
+  printf("%d %d\n", i, imaginary);
+  // CHECK-NEXT: 7 0
 }
 int main(void) {
   pointers();
