@@ -6,6 +6,7 @@
 #include "error.h"
 #include "il.h"
 #include "il_to_if_int.h"
+#include "lower_complex.h"
 #include "mode_words.h"
 #include "stack_limit.h"
 #include "symbol_tbl.h"
@@ -329,9 +330,12 @@ TYPE* new_file_type(a_type* type, int mode) {
       return refused_file_type("extended floating point");
     return type_pkg->floats[type->variant.float_kind];
   case tk_imaginary:
-  case tk_complex:
     if (mode == tpm_source)
       return tp_type(float_type(type->variant.float_kind), mode);
+    return refused_file_type("complex arithmetic");
+  case tk_complex:
+    if (mode == tpm_source)
+      return tp_type(lowered_complex_type(type->variant.float_kind), mode);
     return refused_file_type("complex arithmetic");
   case tk_pointer:
     return pointer_file_type(type, mode);
