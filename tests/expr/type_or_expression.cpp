@@ -1,5 +1,5 @@
 // RUN: %krtparse --no_code_gen --g++ --gnu_version=60000 --exceptions --display_error_number --no_warnings %s > %t.out 2>&1
-// RUN: not grep "error #" %t.out
+// RUN: ! grep "error #" %t.out
 // In parentheses, types and expressions that begin alike (C++11 8.2), pointers
 // to members in type names, `::new`, and an empty enumeration.
 
