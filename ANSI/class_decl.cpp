@@ -227,6 +227,7 @@ void complete_class_type(a_type* class_type, const a_source_position* position) 
   if (in_cplusplus_mode()) {
     complete_virtual_functions(class_type);
     check_complete_class(class_type);
+    check_hidden_virtual_functions(class_type);
   }
   process_dependent_type_fixups(class_type);
 }

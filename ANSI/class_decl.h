@@ -13,6 +13,13 @@ a_type* class_specifier(a_decl_parse_state* state);
 // lookup found in the class lies; null when it is a member of the class itself.
 a_field* anonymous_field_around(const a_field* field, const a_type* class_type);
 
+// An anonymous union outside of a class, behind its specifiers: declares the object
+// without a name, and its members as names of the current scope (C++11 9.5 p5).
+void declare_anonymous_union_object(a_decl_parse_state* state);
+// The object of the anonymous union in which the field lies; null for a field that
+// lies in none.
+a_variable* anonymous_union_object_around(const a_field* field);
+
 // Scans what waited for the outermost class: default arguments, exception
 // specifications, field initialisers, bodies; nothing while a class is open.
 void process_deferred_class_fixups_and_instantiations();
@@ -23,6 +30,9 @@ bool is_abstract_class_type(const a_type* type);
 // of the abstract class.
 void abstract_class_diagnostic(an_error_code code, a_type* class_type,
                                const a_source_position* position);
+
+// No parameter and no result of a function is an object of an abstract class.
+void check_abstract_types_of_function(a_type* type, const a_source_position* position);
 
 // Gives classes of the old C++ modes the linkage that their use asks for.
 void check_class_linkage();

@@ -3,6 +3,8 @@
 
 #include "class_decl_int.h"
 
+#include "decl_inits.h"
+#include "decls.h"
 #include "error.h"
 #include "il.h"
 #include "lookup.h"
@@ -35,28 +37,51 @@ a_field* anonymous_field_around(const a_field* field, const a_type* class_type) 
   }
 }
 
-// A name of the anonymous member becomes one of the class.
-static void enter_anonymous_field(a_field* field, a_type* class_type) {
+a_variable* anonymous_union_object_around(const a_field* field) {
+  for (;;) {
+    a_type* type = class_of_field(field);
+    const a_class_type_supplement* supplement = type ? class_supplement_of(type) : nullptr;
+    if (!supplement || supplement->anonymous_union_kind == auk_none)
+      return nullptr;
+    if (supplement->anonymous_union_kind == auk_variable)
+      return supplement->assoc_entity.variable;
+    field = supplement->assoc_entity.field;
+  }
+}
+
+static void set_scope_of_anonymous_field(a_symbol* symbol, int depth) {
+  if (!scope_stack[depth].namespace_entry)
+    return;
+  symbol->parent.namespace_entry = scope_stack[depth].namespace_entry;
+  symbol->is_namespace_member = true;
+}
+
+// A name of the anonymous member becomes one of the class or, when that is null,
+// of the scope at the depth.
+static void enter_anonymous_field(a_field* field, a_type* class_type, int depth) {
   a_symbol_locator locator;
   clear_locator(&locator, &field->source_corresp.position);
   locator.header = field->source_corresp.symbol->header;
   a_symbol* symbol = make_symbol(symk_field, &locator);
   symbol->variant.field = field;
   symbol->is_anonymous_union_member = true;
-  set_class_membership(symbol, nullptr, class_type);
+  if (class_type)
+    set_class_membership(symbol, nullptr, class_type);
+  else
+    set_scope_of_anonymous_field(symbol, depth);
   bool check_hiding = true;
-  add_symbol_to_symbol_table(symbol, depth_scope_stack, &check_hiding);
+  add_symbol_to_symbol_table(symbol, depth, &check_hiding);
   field->is_anonymous_union_member = true;
 }
 
-static void enter_anonymous_fields(a_type* anonymous_type, a_type* class_type) {
+static void enter_anonymous_fields(a_type* anonymous_type, a_type* class_type, int depth) {
   check_stack_limit();
   a_field* field = skip_typerefs(anonymous_type)->variant.class_struct_union.fields;
   for (; field; field = field->next) {
     if (is_anonymous_member(field))
-      enter_anonymous_fields(field->type, class_type);
-    else if (field->source_corresp.name && field->source_corresp.symbol)
-      enter_anonymous_field(field, class_type);
+      enter_anonymous_fields(field->type, class_type, depth);
+    else if (field->source_corresp.symbol && !field->source_corresp.symbol->not_in_lookup)
+      enter_anonymous_field(field, class_type, depth);
   }
 }
 
@@ -71,8 +96,11 @@ static void check_anonymous_member_mode(const a_decl_parse_state* state) {
   bool is_union = is_union_type(state->type_specifier_type);
   if (!is_union && !nonstd_anonymous_unions)
     pos_error(ec_nonstd_unnamed_field, position);
+}
+
+static void check_anonymous_union_has_members(const a_decl_parse_state* state) {
   if (!skip_typerefs(state->type_specifier_type)->variant.class_struct_union.fields)
-    pos_error(ec_empty_anonymous_union, position);
+    pos_error(ec_empty_anonymous_union, &state->specifiers_position);
 }
 
 // The type of the unnamed field. Its qualifiers reach the members in C; in C++
@@ -128,9 +156,35 @@ void check_anonymous_union_symbols(const a_type* union_type) {
     check_anonymous_union_symbol(info->conversion_functions);
 }
 
+// Notes what holds the anonymous union.
+static a_class_type_supplement* set_holder(a_type* type, an_anonymous_union_kind kind) {
+  a_class_type_supplement* supplement = class_supplement_of(type);
+  type->variant.class_struct_union.is_anonymous_union = true;
+  supplement->anonymous_union_kind = kind;
+  supplement->assoc_entity_is_set = true;
+  supplement->assoc_entity_kind = kind == auk_field ? iek_field : iek_variable;
+  return supplement;
+}
+
+void declare_anonymous_union_object(a_decl_parse_state* state) {
+  a_type* type = skip_typerefs(state->type_specifier_type);
+  a_symbol_locator locator;
+  check_anonymous_union_has_members(state);
+  check_anonymous_union_symbols(type);
+  make_unnamed_locator(&locator, &state->specifiers_position);
+  state->declared_type = type;
+  decl_variable(&locator, state, dvf_declaration | dvf_definition);
+  a_variable* variable = state->symbol->variant.variable;
+  variable->is_anonymous_union_object = true;
+  set_holder(type, auk_variable)->assoc_entity.variable = variable;
+  enter_anonymous_fields(type, nullptr, decl_scope_level);
+  initialize_by_default_constructor(state->symbol);
+}
+
 static a_field* anonymous_member(a_type* class_type, const a_decl_parse_state* state) {
   check_anonymous_member_mode(state);
   if (in_cplusplus_mode()) {
+    check_anonymous_union_has_members(state);
     check_anonymous_union_symbols(skip_typerefs(state->type_specifier_type));
     if (state->modifiers.mutable_seen)
       pos_error(ec_no_mutable_allowed_on_anonymous_union, &state->modifiers.mutable_position);
@@ -140,13 +194,8 @@ static a_field* anonymous_member(a_type* class_type, const a_decl_parse_state* s
   a_field* field =
       make_unnamed_field(class_type, type_of_anonymous_member(state), &state->specifiers_position);
   a_type* type = skip_typerefs(field->type);
-  a_class_type_supplement* supplement = class_supplement_of(type);
-  type->variant.class_struct_union.is_anonymous_union = true;
-  supplement->anonymous_union_kind = auk_field;
-  supplement->assoc_entity_is_set = true;
-  supplement->assoc_entity_kind = iek_field;
-  supplement->assoc_entity.field = field;
-  enter_anonymous_fields(type, class_type);
+  set_holder(type, auk_field)->assoc_entity.field = field;
+  enter_anonymous_fields(type, class_type, depth_scope_stack);
   note_qualified_field(class_type, field->type);
   return field;
 }
@@ -162,6 +211,12 @@ static bool defines_unnamed_class(const a_decl_parse_state* state) {
 a_field* member_without_declarator(a_type* class_type, const a_decl_parse_state* state) {
   if (is_error_type(state->type_specifier_type))
     return nullptr;
+  if (state->storage_class == sc_typedef) {
+    pos_diagnostic(state->decl_flags.defines_tag || state->decl_flags.declares_tag ? es_warning
+                                                                                  : es_error,
+                   ec_missing_typedef_name, &state->specifiers_position);
+    return nullptr;
+  }
   if (defines_unnamed_class(state))
     return anonymous_member(class_type, state);
   if (in_cplusplus_mode() && (state->decl_flags.defines_tag || state->decl_flags.declares_tag))

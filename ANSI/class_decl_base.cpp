@@ -71,13 +71,13 @@ an_access_specifier default_access_of(const a_type* class_type) {
   return class_type->kind == tk_class ? as_private : as_public;
 }
 
-// `virtual` and the access may stand in either order.
+// Attributes, `virtual` and the access may stand in any order.
 static void scan_base_specifier(const a_type* class_type, a_base_specifier* base) {
   *base = {};
-  base->attributes = scan_attributes(al_base_class);
   base->access = default_access_of(class_type);
   for (;; get_token()) {
     an_access_specifier access;
+    append_attributes(&base->attributes, scan_attributes(al_base_class));
     if (curr_token == tok_virtual) {
       if (base->is_virtual)
         pos_error(ec_dupl_decl_specifier, &pos_curr_token);
@@ -97,9 +97,22 @@ static void scan_base_specifier(const a_type* class_type, a_base_specifier* base
 
 // ---- The name ----
 
+// Before the standard a nested class was known outside of its class too.
+static a_symbol* nested_class_of_name(const a_symbol_locator* locator) {
+  if (!allow_anachronisms || locator->is_qualified || locator->is_error_locator)
+    return nullptr;
+  a_symbol* symbol = locator->header->first_inactive_symbol;
+  while (symbol && !(symbol->kind == symk_class_or_struct && symbol->is_class_member &&
+                     !symbol->is_injected_class_name))
+    symbol = symbol->next_homonym;
+  if (symbol)
+    pos_warning(ec_nested_class_anachronism, &locator->position);
+  return symbol;
+}
+
 // At a name; the type that it means, or null after a message. Other names than
 // those of types are passed by (C++11 10 p2).
-static a_type* scan_base_name(bool* is_qualified) {
+static a_type* scan_base_name() {
   if (curr_token == tok_decltype) {
     a_base_type_code base;
     a_decl_parse_state state;
@@ -112,10 +125,11 @@ static a_type* scan_base_name(bool* is_qualified) {
   }
   a_symbol* symbol = coalesce_and_lookup_generalized_identifier(ilo_classes_only);
   a_symbol_locator locator = locator_for_curr_id;
-  *is_qualified = locator.is_qualified;
   get_token();
   if (locator.is_error_locator)
     return nullptr;
+  if (!symbol)
+    symbol = nested_class_of_name(&locator);
   if (!symbol) {
     pos_error(ec_not_a_class_or_struct_name, &locator.position);
     return nullptr;
@@ -135,14 +149,6 @@ static bool is_direct_base(const a_type* class_type, const a_type* base_type) {
     if (base->is_direct && class_of_base(base) == base_type)
       return true;
   return false;
-}
-
-// Before the standard a nested class was known outside of its class too.
-static void check_nested_name(const a_type* type, bool is_qualified,
-                              const a_source_position* position) {
-  if (allow_anachronisms && !is_qualified && type->source_corresp.is_class_member &&
-      num_classes_on_scope_stack == 0)
-    pos_warning(ec_nested_class_anachronism, position);
 }
 
 // Whether the type can be a base of the class; reports why not.
@@ -305,14 +311,20 @@ static void add_direct_base(a_base_list* list, const a_base_specifier* specifier
   take_flags_of_base(list->class_type, base);
 }
 
+// No base names a pack.
+static void check_pack_expansion() {
+  a_source_position position = pos_curr_token;
+  if (loop_token(tok_ellipsis))
+    pos_error(ec_expansion_contains_no_packs, &position);
+}
+
 // One item of the list.
 static void base_specifier(a_base_list* list) {
   a_base_specifier specifier;
-  bool is_qualified = false;
   scan_base_specifier(list->class_type, &specifier);
   check_embedded_inheritance(&specifier, list);
-  a_type* type = scan_base_name(&is_qualified);
-  loop_token(tok_ellipsis);
+  a_type* type = scan_base_name();
+  check_pack_expansion();
   if (!type)
     return;
   type = skip_typerefs(type);
@@ -321,7 +333,6 @@ static void base_specifier(a_base_list* list) {
                   specifier.access == as_private ? "private" : "public");
   if (!check_base_type(list->class_type, type, &specifier.position))
     return;
-  check_nested_name(type, is_qualified, &specifier.position);
   add_direct_base(list, &specifier, type);
 }
 

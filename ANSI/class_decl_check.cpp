@@ -19,7 +19,7 @@ static constexpr an_error_code text_reference_member = 422;
 // ---- Members that a constructor alone could initialise ----
 
 static bool needs_initializer(const a_field* field) {
-  if (!field->source_corresp.symbol || field->has_default_init || field->is_bit_field)
+  if (!field->source_corresp.symbol || field->has_default_init)
     return false;
   a_type* type = field->type;
   return is_reference_type(type) || (is_const_qualified_type(skip_array_types(type)) &&

@@ -227,6 +227,8 @@ a_routine* decl_friend_function(a_type* class_type, a_decl_parse_state* state,
     pos_error(ec_pure_specifier_on_nonvirtual_function, &virt->pure_position);
   if (virt->is_override)
     pos_error(ec_override_requires_virtual, &virt->override_position);
+  if (virt->is_final)
+    pos_error(ec_final_modifier_requires_virtual_function, &virt->final_position);
   check_for_invalid_friend_declaration(state->declared_type, locator);
   check_default_args_of_friend(state->declared_type, is_definition, &position);
   bool is_qualified = locator->is_qualified;

@@ -392,6 +392,18 @@ static void check_for_conflicts_with_using_decls(a_symbol* functions, a_type* ty
   }
 }
 
+void remove_functions_hidden_by_class(a_symbol* functions) {
+  std::vector<a_type*> own_types;
+  if (functions->kind != symk_overloaded_function)
+    return;
+  for (const a_symbol* s = functions->variant.overload_list; s; s = s->next_homonym)
+    if (s->kind == symk_member_function)
+      own_types.push_back(s->variant.routine->type);
+  for (a_type* type : own_types)
+    if (functions->kind == symk_overloaded_function)
+      check_for_conflicts_with_using_decls(functions, type);
+}
+
 // Reports what the class has already; the locator is then that of an error.
 static void check_redeclaration(a_type* class_type, a_decl_parse_state* state,
                                 a_symbol_locator* locator) {
@@ -430,9 +442,13 @@ static void check_redeclaration(a_type* class_type, a_decl_parse_state* state,
 void scan_virt_specifiers(a_virt_specifiers* virt) {
   for (;; get_token()) {
     if (curr_token_is_identifier_string("override")) {
+      if (virt->is_override)
+        pos_error(ec_dupl_decl_specifier, &pos_curr_token);
       virt->is_override = true;
       virt->override_position = pos_curr_token;
     } else if (curr_token_is_identifier_string("final") || curr_token == tok_final) {
+      if (virt->is_final)
+        pos_error(ec_dupl_decl_specifier, &pos_curr_token);
       virt->is_final = true;
       virt->final_position = pos_curr_token;
     } else {

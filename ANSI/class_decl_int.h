@@ -97,8 +97,9 @@ bool is_same_member_function(a_type* a, a_type* b);
 // The function of a set that a declaration with the type declares again.
 a_symbol* member_function_redecl_sym(a_symbol* functions, a_type* type,
                                      const a_symbol_locator* locator);
-// No parameter and no result of a function is an object of an abstract class.
-void check_abstract_types_of_function(a_type* type, const a_source_position* position);
+// Of a set with functions that a using-declaration just brought in, those give way
+// that the class declares by itself (C++11 7.3.3 p15).
+void remove_functions_hidden_by_class(a_symbol* functions);
 
 // ---- Virtual functions (class_decl_virtual.cpp) ----
 
@@ -117,6 +118,8 @@ void copy_overriding_functions(a_base_class* direct, const a_base_correspondence
 // Numbers the virtual functions of a class that is laid out, and finds the final
 // overriders.
 void complete_virtual_functions(a_type* class_type);
+// The warnings about virtual functions of the bases that members of the class hide.
+void check_hidden_virtual_functions(const a_type* class_type);
 
 // ---- Friends (class_decl_friend.cpp) ----
 

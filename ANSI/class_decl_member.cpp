@@ -154,6 +154,11 @@ static bool member_declarator_list(a_member_list* members, a_decl_parse_state* s
                      ec_nonstd_extra_comma, &pos_curr_token);
       break;
     }
+    if (curr_token == tok_rbrace) { // `int a, }`
+      pos_error(ec_exp_declaration, &pos_curr_token);
+      more = false;
+      break;
+    }
     more = member_declarator(members, state);
     run_end_of_parse_actions(state, true);
   } while (more && loop_token(tok_comma));
@@ -262,8 +267,10 @@ static void member_declaration(a_member_list* members) {
   process_curr_construct_pragmas(nullptr, nullptr);
   if (total_errors != errors_before)
     add_error_field(members);
-  if (!needs_semicolon)
+  if (!needs_semicolon) {
+    loop_token(tok_semicolon); // C++03 9.2: one may stand behind a body
     return;
+  }
   // What can't even begin a declaration must not hold the loop.
   if (!required_token(tok_semicolon, ec_exp_semicolon) && curr_token_sequence_number == start)
     get_token();

@@ -79,8 +79,12 @@ static a_variable* enter_static_data_member(const a_type* class_type, a_symbol_l
 // ---- Initialisers in the class (C++11 9.4.2 p3) ----
 
 static bool is_valid_static_member_constant_type(a_type* type) {
-  return is_error_type(type) || is_integral_or_enum_type(type) ||
-         (gnu_mode && is_floating_type(type));
+  return is_error_type(type) || is_integral_or_enum_type(type);
+}
+
+// GNU C++ before 2011 has constants of floating type.
+static an_error_severity severity_of_invalid_constant_type(a_type* type) {
+  return gnu_mode && std_version < 201103 && is_floating_type(type) ? es_warning : es_error;
 }
 
 static void check_in_class_initializer(const a_decl_parse_state* state,
@@ -91,7 +95,8 @@ static void check_in_class_initializer(const a_decl_parse_state* state,
   if (!is_const_qualified_type(skip_array_types(type)))
     pos_error(ec_member_constant_not_const, position);
   else if (!is_valid_static_member_constant_type(type))
-    pos_error(ec_invalid_member_constant_type, position);
+    pos_diagnostic(severity_of_invalid_constant_type(type), ec_invalid_member_constant_type,
+                   position);
 }
 
 // The value, which waits for nothing: what it names was declared before.

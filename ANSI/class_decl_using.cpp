@@ -46,10 +46,19 @@ static a_base_class* direct_base_record(a_type* class_type, const a_type* base_t
   return base;
 }
 
-static void inherit_constructors(a_type* class_type, a_type* base_type,
+static bool inherits_already(const a_type* class_type, const a_type* base_type) {
+  const a_using_decl* decl = class_supplement_of(class_type)->scope->using_decls;
+  while (decl && !(decl->is_inherited_constructor && decl->entity == base_type))
+    decl = decl->next;
+  return decl != nullptr;
+}
+
+static void inherit_constructors(a_type* class_type, a_type* base_type, bool is_access_decl,
                                  const a_source_position* position) {
-  if (std_version < 201103 && !gnu_mode) {
+  if (is_access_decl || (std_version < 201103 && !gnu_mode)) {
     pos_error(ec_no_ctor_or_dtor_using_declaration, position);
+  } else if (inherits_already(class_type, base_type)) {
+    pos_sy_error(ec_duplicate_using_decl, position, base_type->source_corresp.symbol);
   } else if (!direct_base_record(class_type, base_type)) {
     pos_error(ec_inheriting_ctor_not_from_direct_base, position);
   } else {
@@ -69,9 +78,16 @@ static bool is_base_of_open_class(const a_type* class_type, const a_type* named_
   return false;
 }
 
+// Whether the name is that of the class in front of it, which a typedef may have
+// given (C++11 3.4.3.1 p2).
 static bool names_own_class(const a_symbol_locator* locator, const a_type* named_class) {
   const a_symbol* symbol = named_class->source_corresp.symbol;
-  return symbol && symbol->header == locator->header;
+  if (symbol && symbol->header == locator->header)
+    return true;
+  a_symbol_locator alias = cleared_locator;
+  alias.header = locator->header;
+  symbol = locator->symbol ? nullptr : normal_id_lookup(&alias, ilo_none);
+  return symbol && symbol->kind == symk_type && skip_typerefs(symbol->variant.type) == named_class;
 }
 
 // The name in the locator becomes a member of the class.
@@ -92,7 +108,7 @@ static void declare_member_of_base(a_type* class_type, a_symbol_locator* locator
     return;
   }
   if (locator->is_constructor_name || names_own_class(locator, named_class)) {
-    inherit_constructors(class_type, named_class, &position);
+    inherit_constructors(class_type, named_class, is_access_decl, &position);
     return;
   }
   a_symbol* named = locator->symbol;
@@ -107,8 +123,11 @@ static void declare_member_of_base(a_type* class_type, a_symbol_locator* locator
   }
   check_access_to_symbol(named, named_class, nullptr, &position);
   record_symbol_reference(srk_reference, fundamental_symbol_of(named), &position, false);
-  if (enter_using_declaration(named, locator, depth_scope_stack))
-    list_members(named, &position, is_access_decl);
+  a_symbol* entered = enter_using_declaration(named, locator, depth_scope_stack);
+  if (!entered)
+    return;
+  list_members(named, &position, is_access_decl);
+  remove_functions_hidden_by_class(entered);
 }
 
 static bool check_kind_of_class(const a_type* class_type) {
@@ -159,9 +178,8 @@ bool is_access_declaration() {
   bool may_be_qualified = curr_token == tok_colon_colon || next_token() == tok_colon_colon;
   if (!may_be_qualified)
     return false;
-  a_symbol* symbol = coalesce_and_lookup_generalized_identifier(ilo_none);
-  bool is_type = symbol && (symbol->kind == symk_type || is_tag_symbol_kind(symbol->kind));
-  return locator_for_curr_id.is_qualified && !is_type && next_token() == tok_semicolon;
+  coalesce_and_lookup_generalized_identifier(ilo_none);
+  return locator_for_curr_id.is_qualified && next_token() == tok_semicolon;
 }
 
 void access_declaration(a_type* class_type) {

@@ -111,7 +111,7 @@ static bool is_covariant(a_type* type, a_type* of_base) {
   if (target_class->is_incomplete && !target_class->variant.class_struct_union.is_being_defined)
     return false;
   const a_base_class* base = find_base_class_of(target_class, base_target);
-  return base && !base->is_ambiguous;
+  return base && !base->is_ambiguous && have_access_to_base_class(base);
 }
 
 // The first compilers compared what pointers lead to less closely.
@@ -566,7 +566,9 @@ static void check_hiding_of_name(const a_type* class_type, const a_symbol* symbo
   }
 }
 
-static void check_hidden_virtual_functions(const a_type* class_type) {
+void check_hidden_virtual_functions(const a_type* class_type) {
+  if (!class_type->variant.class_struct_union.has_virtual_functions)
+    return;
   for (const a_routine* routine = first_member_function(class_type); routine;
        routine = routine->next) {
     const a_symbol* symbol = routine->source_corresp.symbol;
@@ -599,5 +601,4 @@ void complete_virtual_functions(a_type* class_type) {
     check_deleted_overriders(base);
   }
   info.is_abstract = has_pure_overrider(class_type);
-  check_hidden_virtual_functions(class_type);
 }

@@ -123,12 +123,21 @@ static void set_result(a_constant* value, an_init_state* state) {
     state->result_constant = value;
 }
 
+// Whether values of const variables may make the initialiser a constant: that of an
+// object which is initialised before the program runs, and of one whose own value
+// counts as a constant (C++11 3.6.2 p2, 5.19 p3).
+static bool const_variables_count(const a_type* type, const an_init_state* state) {
+  return in_cplusplus_mode() &&
+         (state->is_static || (is_const_qualified_type(type) && is_integral_or_enum_type(type)));
+}
+
 // Reads and matches an initialiser. The type of an array of unknown bound
 // becomes complete. Neither result is set after an error.
 static void scan_and_match(a_type** type, an_init_state* state) {
   an_expr_stack_entry entry;
   push_expr_stack(ek_normal, &entry, false, false);
   entry.flags.constant_context = state->constant_required || state->constant_wanted;
+  entry.flags.const_variables_count = const_variables_count(*type, state);
   an_init_component* list = scan_full_initializer_expr_as_component(*type, state);
   a_constant* value = state->error_reported ? nullptr : init_object(&list, type, state);
   report_excess_components(&list, state);

@@ -311,6 +311,15 @@ static void refuse_specifier(a_decl_parse_state* state) {
     flush_until_matching_token();
 }
 
+// `friend typename T;` is new in C++11 (11.3 p3).
+static bool is_typename_of_friend(const a_decl_parse_state* state) {
+  if (curr_token != tok_typename || !state->modifiers.friend_seen)
+    return false;
+  if (std_version < 201103)
+    pos_error(ec_no_typename_in_friend_class_decl, &pos_curr_token);
+  return true;
+}
+
 static bool is_unsupported_specifier(a_token_kind token) {
   return token == tok_atomic || token == tok_auto_type || token == tok_typename ||
          token == tok_underlying_type || token == tok_znt_vector_type;
@@ -382,6 +391,8 @@ static bool scan_specifier(unsigned options, a_specifier_accumulator* acc,
     scan_modifier(options, state);
   else if (is_attribute_start(al_specifiers))
     append_attributes(&state->attributes_before, scan_attributes(al_specifiers));
+  else if (is_typename_of_friend(state))
+    get_token();
   else if (is_unsupported_specifier(curr_token))
     refuse_specifier(state);
   else

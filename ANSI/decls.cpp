@@ -34,18 +34,32 @@ static void report_useless_declaration(const a_decl_parse_state* state) {
   pos_diagnostic(tolerated_breach_severity(), ec_useless_decl, &state->specifiers_position);
 }
 
+// Only a static object at the scope of a namespace, but for one without a name, and
+// a static or automatic one in a block.
+static void check_storage_class_of_anonymous_union(a_decl_parse_state* state) {
+  if (state->storage_class == sc_static)
+    return;
+  if (!is_in_function()) {
+    if (!is_in_unnamed_namespace())
+      pos_error(ec_anon_union_storage_class, &state->specifiers_position);
+    state->storage_class = sc_static;
+    return;
+  }
+  if (state->storage_class != sc_none && state->storage_class != sc_auto)
+    pos_error(ec_storage_class_not_allowed, &state->storage_class_position);
+  state->storage_class = sc_auto;
+}
+
 // `static union {...};`: the members are names of the scope around it (C++11
 // 9.5 p5).
 static void anonymous_union_declaration(a_decl_parse_state* state) {
-  if (!is_in_function() && state->storage_class != sc_static)
-    pos_error(ec_anon_union_storage_class, &state->specifiers_position);
+  check_storage_class_of_anonymous_union(state);
   if (state->qualifiers != tq_none)
     pos_diagnostic(gnu_mode ? es_warning : es_discretionary_error,
                    gnu_mode ? ec_anonymous_union_qualifier_ignored
                             : ec_nonstandard_anonymous_union_qualifier,
                    &state->specifiers_position);
-  pos_st_error(ec_feature_not_allowed_in_current_mode, &state->specifiers_position,
-               "anonymous union");
+  declare_anonymous_union_object(state);
 }
 
 static void check_lone_tag_declaration(a_decl_parse_state* state) {

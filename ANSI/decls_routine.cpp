@@ -2,6 +2,7 @@
 // overloading, and which definitions of inline functions others may use.
 
 #include "attribute.h"
+#include "class_decl.h"
 #include "decls_int.h"
 #include "error.h"
 #include "il.h"
@@ -263,6 +264,12 @@ static bool may_be_defined_again(a_routine* routine) {
   return true;
 }
 
+// A friend's body may still wait for the end of the class.
+static bool has_definition(const a_symbol* symbol) {
+  const a_routine* routine = symbol->variant.routine;
+  return routine->has_body || (routine->is_friend_definition && symbol->defined);
+}
+
 // A name that means something else here, or a function defined twice: the
 // declaration goes its own way with a symbol that nobody finds.
 static void check_match(a_routine_declaration* decl) {
@@ -272,7 +279,7 @@ static void check_match(a_routine_declaration* decl) {
   if (!is_routine_symbol(decl->match)) {
     report_incompatible_redeclaration(position, decl->match);
     refuse_match(decl);
-  } else if (decl->is_definition && decl->match->variant.routine->has_body &&
+  } else if (decl->is_definition && has_definition(decl->match) &&
              !may_be_defined_again(decl->match->variant.routine)) {
     pos_sy_error(ec_function_redefinition, position, decl->match);
     refuse_match(decl);
@@ -461,6 +468,13 @@ static bool locator_is_operator(const a_symbol_locator* locator) {
   return locator->is_operator_name && !locator->is_error_locator;
 }
 
+// C++11 10.4 p3; the functions of a class are checked when it declares them.
+static void check_abstract_types(const a_routine_declaration* decl) {
+  if (in_cplusplus_mode() && !decl->locator->is_class_qualified &&
+      is_function_type(decl->state->declared_type))
+    check_abstract_types_of_function(decl->state->declared_type, &decl->locator->position);
+}
+
 static void check_declaration(const a_routine_declaration* decl) {
   a_decl_parse_state* state = decl->state;
   // C99 6.8.5 p3: a function is `extern`, whatever its declaration says.
@@ -482,6 +496,7 @@ static void check_declaration(const a_routine_declaration* decl) {
     pos_error(decl->locator->is_conversion_name ? ec_bad_conversion_function_decl
                                                 : ec_bad_constructor_decl,
               &decl->locator->position);
+  check_abstract_types(decl);
   check_misra_rules(decl);
 }
 

@@ -7,6 +7,7 @@
 #include "il_alloc.h"
 #include "lambda.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "statements.h"
 #include "target.h"
 
@@ -16,14 +17,21 @@ static an_expr_node* finish_full_expression(an_operand* operand) {
   return wrap_up_full_expression(make_node_from_operand(operand));
 }
 
+static void check_integer_controlling_expr(an_operand* operand) {
+  if (is_class_struct_union_type(operand->type))
+    try_to_convert_class_operand_to_builtin_type(operand,
+                                                 bts_integral | bts_enum | bts_scoped_enum);
+  do_operand_transformations(operand, ot_all);
+  check_integral_or_enum_operand(operand);
+  promote_operand(operand);
+}
+
 an_expr_node* scan_integer_expression() {
   a_full_expression full;
   an_operand operand;
   begin_full_expression(ek_normal, &full);
   scan_expr(&operand, nullptr, lev_none, sef_controlling_expression);
-  do_operand_transformations(&operand, ot_all);
-  check_integral_or_enum_operand(&operand);
-  promote_operand(&operand);
+  check_integer_controlling_expr(&operand);
   an_expr_node* node = finish_full_expression(&operand);
   end_full_expression(&full, &operand);
   return node;
@@ -54,9 +62,7 @@ an_expr_node* make_condition_value_expression(a_variable* variable, bool is_swit
       make_ref_entry(srk_reference, variable->source_corresp.symbol, &pos_curr_token);
   make_lvalue_variable_operand(variable, ref, &operand);
   if (is_switch) {
-    do_operand_transformations(&operand, ot_all);
-    check_integral_or_enum_operand(&operand);
-    promote_operand(&operand);
+    check_integer_controlling_expr(&operand);
   } else {
     check_boolean_controlling_expr(&operand);
     cast_operand(boolean_result_type(), &operand, true);

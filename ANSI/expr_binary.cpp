@@ -404,12 +404,6 @@ static void restore_branch_flags(const an_expr_stack_flags* saved) {
   expr_stack->flags.branch_context = saved->branch_context;
 }
 
-static void convert_logical_operand(an_operand* operand) {
-  if (in_cplusplus_mode() && is_class_struct_union_type(operand->type))
-    try_to_convert_class_operand_to_builtin_type(operand, bts_scalar, 0);
-  check_boolean_controlling_expr(operand);
-}
-
 void scan_logical_operator(an_operand* operand) {
   an_operator_place place = place_of_curr_token();
   an_expr_operator_kind op = which_binary_operator(place.token);
@@ -417,7 +411,7 @@ void scan_logical_operator(an_operand* operand) {
   an_operand left = *operand, right;
   an_expr_stack_flags saved = expr_stack->flags;
   if (!may_be_user_operator) {
-    convert_logical_operand(&left);
+    check_boolean_controlling_expr(&left);
     flush_operand_ref_entries(&left);
     if (expr_stack->flags.constant_context)
       force_operand_to_constant_if_possible(&left);
@@ -428,9 +422,9 @@ void scan_logical_operator(an_operand* operand) {
   a_source_position end = right.end_position;
   if (!may_be_user_operator || !operator_is_overloaded(&place, &left, &right, operand)) {
     if (may_be_user_operator)
-      convert_logical_operand(&left);
+      check_boolean_controlling_expr(&left);
     misra_check_logical_operands(op, &left, &right);
-    convert_logical_operand(&right);
+    check_boolean_controlling_expr(&right);
     restore_branch_flags(&saved);
     logical_result(op, &left, &right, &place.position, operand);
   }

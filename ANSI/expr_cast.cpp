@@ -226,6 +226,9 @@ void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code co
     bind_reference_operand(type, operand, code, position);
     return;
   }
+  if (is_class_struct_union_type(operand->type) && !is_class_struct_union_type(type) &&
+      convert_operand_by_conversion_function(operand, type, false))
+    return;
   do_operand_transformations(operand, ot_keep_overload_set);
   if (is_error_operand(operand))
     return;
@@ -241,6 +244,7 @@ void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code co
   a_std_conv_descr descr;
   if (!impl_conversion_possible(operand->type, false, constant_of_operand(operand), type, &descr)) {
     if (in_cplusplus_mode() && (convert_operand_by_constructor(operand, type) ||
+                                convert_operand_by_conversion_function(operand, type, false) ||
                                 convert_closure_to_pointer(operand, type)))
       return;
     if (expr_error_should_be_issued())
@@ -461,6 +465,9 @@ bool conv_to_transparent_union(a_type* type, an_operand* operand) {
 
 static void cast_to_value(a_type* type, an_operand* operand, const a_source_position* position) {
   a_std_conv_descr descr;
+  if (is_class_struct_union_type(operand->type) &&
+      convert_operand_by_conversion_function(operand, type, true))
+    return;
   conv_glvalue_to_prvalue(operand);
   if (is_error_operand(operand))
     return;

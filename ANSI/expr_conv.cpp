@@ -6,6 +6,7 @@
 #include "il.h"
 #include "il_statements.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "target.h"
 
 a_type* boolean_result_type() {
@@ -412,6 +413,8 @@ bool check_scalar_operand(an_operand* operand) {
 }
 
 void check_boolean_controlling_expr(an_operand* operand) {
+  if (is_class_struct_union_type(operand->type))
+    convert_operand_to_bool(operand);
   do_operand_transformations(operand, ot_all);
   check_scalar_operand(operand);
 }

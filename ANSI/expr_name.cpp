@@ -1,6 +1,7 @@
 // Names as operands (C99 6.5.1 p2, C++11 5.1.1): their lookup, and what each
 // kind of symbol stands for.
 
+#include "class_decl.h"
 #include "declarator.h"
 #include "expr_int.h"
 #include "il.h"
@@ -72,10 +73,35 @@ void scan_this(an_operand* result) {
   get_token();
 }
 
+// A lambda captures variables by their names, which this object doesn't have.
+static bool is_object_around_lambda(const a_symbol* member, const a_variable* object) {
+  return in_lambda_body() && object->storage_kind >= sc_auto &&
+         !expr_stack->flags.unevaluated_operand &&
+         scope_depth_of_symbol(member, nullptr) < depth_innermost_function_scope;
+}
+
+// A member of an anonymous union that is no member of a class.
+static void anonymous_object_member_operand(a_symbol* symbol, a_variable* object,
+                                            an_operand* result) {
+  if (is_object_around_lambda(symbol, object)) {
+    error_and_make_error_operand(ec_anon_union_ref_in_lambda, &pos_curr_token, result);
+    return;
+  }
+  a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
+  make_lvalue_variable_operand(object, ref, result);
+  select_field(result, symbol->variant.field, false);
+}
+
 // A field named alone is one of the object of the member function. Where
 // nothing is evaluated it needs no object.
 static void field_operand(a_symbol* symbol, an_operand* result) {
   a_field* field = symbol->variant.field;
+  if (symbol->is_anonymous_union_member && !symbol->is_class_member) {
+    if (a_variable* object = anonymous_union_object_around(field)) {
+      anonymous_object_member_operand(symbol, object, result);
+      return;
+    }
+  }
   const a_type* class_type = class_of_member(&field->source_corresp);
   if (class_type && class_supplement_of(class_type)->is_lambda_closure &&
       make_init_capture_operand(symbol, result))

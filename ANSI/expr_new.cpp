@@ -299,8 +299,8 @@ static void check_deleted_object(an_operand* pointer, bool* is_array) {
 }
 
 static void check_delete_operand(an_operand* pointer, bool* is_array) {
-  if (in_cplusplus_mode() && is_class_struct_union_type(pointer->type))
-    try_to_convert_class_operand_to_builtin_type(pointer, bts_pointer, 0);
+  if (is_class_struct_union_type(pointer->type))
+    try_to_convert_class_operand_to_builtin_type(pointer, bts_pointer);
   do_operand_transformations(pointer, ot_all);
   if (is_error_operand(pointer))
     return;

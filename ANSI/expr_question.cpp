@@ -60,8 +60,6 @@ static void make_operand_reusable(an_operand* operand, an_operand* copy) {
 
 static void analyse_condition(a_question* question) {
   an_operand* condition = &question->condition;
-  if (in_cplusplus_mode() && is_class_struct_union_type(condition->type))
-    try_to_convert_class_operand_to_builtin_type(condition, bts_scalar, 0);
   check_boolean_controlling_expr(condition);
   flush_operand_ref_entries(condition);
   if (expr_stack->flags.constant_context)

@@ -4,6 +4,7 @@
 #include "il.h"
 #include "il_statements.h"
 #include "mode_words.h"
+#include "overload.h"
 
 // The object can be seen as one of the referenced type: it has that type, or a
 // class derived from it, with no qualifier too many.
@@ -110,6 +111,10 @@ void bind_reference_operand(a_type* type, an_operand* operand, an_error_code cod
   if (is_error_operand(operand))
     return;
   a_type* referenced = type_pointed_to(type);
+  if (is_class_struct_union_type(operand->type))
+    convert_operand_for_reference(operand, type);
+  if (is_error_operand(operand))
+    return;
   if (!is_bindable_glvalue(type, operand) || !is_reference_compatible(referenced, operand->type)) {
     if (needs_temporary(type, operand)) {
       bind_to_temporary(type, operand, code, position);

@@ -113,7 +113,7 @@ static a_symbol* look_up_member(a_symbol_locator* locator, a_type* class_type) {
   if (locator->is_destructor_name)
     return info ? info->destructor : nullptr;
   if (locator->is_conversion_name)
-    return info ? info->conversion_functions : nullptr;
+    return conversion_functions_to(class_type, locator->conversion_type);
   return class_qualified_id_lookup(locator, class_type, ilo_none);
 }
 
@@ -125,9 +125,10 @@ static a_symbol* report_no_member(const a_symbol_locator* locator, const a_type*
 }
 
 // The class that a qualifier names is that of the object or a base of it.
-static a_symbol* scan_qualified_member(a_type* class_type) {
+static a_symbol* scan_qualified_member(a_type* class_type, a_symbol** found) {
   a_symbol* symbol = coalesce_and_lookup_qualified_name(ilo_none);
   a_symbol_locator locator = locator_for_curr_id;
+  *found = locator.symbol;
   get_token();
   if (locator.is_error_locator)
     return nullptr;
@@ -135,6 +136,15 @@ static a_symbol* scan_qualified_member(a_type* class_type) {
   if (!symbol || !named || (named != class_type && !is_derived_class(class_type, named)))
     return report_no_member(&locator, class_type);
   return symbol;
+}
+
+// What the lookup found tells the way to the member, which its access depends on.
+static void check_access_to_found_member(a_symbol* found, a_symbol* member, a_type* class_type,
+                                         const a_source_position* position) {
+  if (!found)
+    found = member;
+  a_type* naming_class = found->is_class_member ? found->parent.class_type : class_type;
+  check_access_to_symbol(found, naming_class ? naming_class : class_type, class_type, position);
 }
 
 static bool at_name_of_member(a_type* class_type) {
@@ -152,8 +162,9 @@ static a_symbol* scan_member_symbol(a_type* class_type, bool* is_qualified) {
   *is_qualified = in_cplusplus_mode() && curr_token == tok_identifier &&
                   next_token() == tok_colon_colon && !is_error_type(bare);
   a_symbol* symbol;
+  a_symbol* found;
   if (*is_qualified) {
-    symbol = scan_qualified_member(bare);
+    symbol = scan_qualified_member(bare, &found);
     if (!symbol)
       return nullptr;
   } else {
@@ -168,11 +179,12 @@ static a_symbol* scan_member_symbol(a_type* class_type, bool* is_qualified) {
     if (locator.is_error_locator || is_error_type(bare))
       return nullptr;
     symbol = look_up_member(&locator, bare);
+    found = locator.symbol;
     if (!symbol || (in_C_mode() && symbol->kind != symk_field))
       return report_no_member(&locator, bare);
   }
   if (in_cplusplus_mode())
-    check_access_to_symbol(symbol, bare, bare, &position);
+    check_access_to_found_member(found, symbol, bare, &position);
   record_symbol_reference(srk_reference, symbol, &position, expr_stack->flags.references_count);
   return fundamental_symbol_of(symbol);
 }

@@ -77,6 +77,36 @@ static bool has_nothrow_copy(a_type* type) {
   return is_value_type(type) && (is_reference_type(type) || !declares_special_members(type));
 }
 
+// ---- What is trivial, as the completion of the class has found it ----
+
+static bool has_trivial_member(a_type* type, a_special_member_kind kind) {
+  a_type* class_type = class_of(type);
+  const a_routine* routine = class_type ? usable_member(class_type, kind) : nullptr;
+  return class_type ? routine && routine->is_trivial : is_value_type(type);
+}
+
+static bool has_trivial_assign(a_type* type) {
+  return !is_reference_type(type) && !is_const_qualified_type(type) &&
+         has_trivial_member(type, smk_copy_assignment);
+}
+
+static bool has_trivial_move_assign(a_type* type) {
+  return !is_reference_type(type) && !is_const_qualified_type(type) &&
+         has_trivial_member(type, smk_move_assignment);
+}
+
+static bool has_trivial_constructor(a_type* type) {
+  return !is_reference_type(type) && has_trivial_member(type, smk_default_constructor);
+}
+
+static bool has_trivial_copy(a_type* type) {
+  return has_trivial_member(type, smk_copy_constructor);
+}
+
+static bool has_trivial_move_constructor(a_type* type) {
+  return has_trivial_member(type, smk_move_constructor);
+}
+
 static bool is_abstract(a_type* type) {
   return is_class_struct_union_type(type) && class_of(type)->variant.class_struct_union.is_abstract;
 }
@@ -118,14 +148,43 @@ static bool is_trivial(a_type* type) {
          (!class_type || !class_supplement_of(class_type)->needs_constructor);
 }
 
+static bool is_standard_layout(a_type* type);
+
+static const a_field* first_field(const a_type* class_type) {
+  return class_type->variant.class_struct_union.fields;
+}
+
+// All fields have one access and standard layout; the first isn't of a base's class.
+static bool has_standard_layout_fields(const a_type* class_type) {
+  const a_field* first = first_field(class_type);
+  for (const a_field* field = first; field; field = field->next)
+    if (field->source_corresp.access != first->source_corresp.access ||
+        !is_standard_layout(field->type))
+      return false;
+  const a_type* of_first = first ? class_of(first->type) : nullptr;
+  return !of_first || !find_base_class_of(class_type, const_cast<a_type*>(of_first));
+}
+
+// C++11 9 p7: one class alone, of itself and its bases, has fields.
+static bool has_standard_layout_bases(const a_type* class_type) {
+  int classes_with_fields = first_field(class_type) != nullptr;
+  for (const a_base_class* base = class_supplement_of(class_type)->base_classes; base;
+       base = base->next) {
+    if (base->is_virtual || !is_standard_layout(base->type))
+      return false;
+    classes_with_fields += first_field(class_of(base->type)) != nullptr;
+  }
+  return classes_with_fields <= 1;
+}
+
 static bool is_standard_layout(a_type* type) {
+  check_stack_limit();
   if (!is_value_type(type) || is_reference_type(type))
     return false;
-  a_type* class_type = class_of(type);
-  if (!class_type)
-    return true;
-  const a_class_type_supplement* info = class_supplement_of(class_type);
-  return !info->base_classes && !class_type->variant.class_struct_union.has_virtual_functions;
+  const a_type* class_type = class_of(type);
+  return !class_type || (!class_type->variant.class_struct_union.has_virtual_functions &&
+                         has_standard_layout_fields(class_type) &&
+                         has_standard_layout_bases(class_type));
 }
 
 static bool is_pod(a_type* type) {

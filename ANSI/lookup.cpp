@@ -74,8 +74,18 @@ bool is_tag_like_symbol(const a_symbol* symbol) {
   return is_tag_symbol_kind(symbol->kind) || is_typedef_for_tag(symbol);
 }
 
+// Whether friend declarations alone declare the symbol, or all functions of a set.
+static bool is_known_to_friends_only(const a_symbol* symbol) {
+  if (symbol->kind != symk_overloaded_function)
+    return symbol->is_friend_only;
+  for (const a_symbol* s = symbol->variant.overload_list; s != nullptr; s = s->next_homonym)
+    if (!s->is_friend_only)
+      return false;
+  return true;
+}
+
 static bool is_hidden(const a_lookup* lookup, const a_symbol* symbol) {
-  if (symbol->is_friend_only)
+  if (is_known_to_friends_only(symbol))
     return !(lookup->options & ilo_friend_declaration);
   return symbol->is_hidden_union_member || symbol->is_synthesized_namespace ||
          symbol->decl_seq >= lookup->decl_seq_limit;

@@ -72,6 +72,11 @@ bool is_derived_class(const a_type* derived, const a_type* base);
 // the way), may be named at the current place. `object_class` is the class of
 // the object expression, null for none.
 bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class);
+// The same for a function chosen among those that a lookup found.
+bool have_access_to_routine(const a_symbol* functions, const a_routine* routine,
+                            a_type* naming_class, a_type* object_class);
+// Whether a public member of the base would be accessible (C++11 11.2 p4).
+bool have_access_to_base_class(const a_base_class* base);
 // Reports a lack of access or, while checks are deferred, notes the use.
 void check_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class,
                             const a_source_position* position);

@@ -155,14 +155,16 @@ static bool is_remembered(const a_symbol* symbol) {
   return symbol->kind == symk_projection && !symbol->variant.projection->is_using_decl;
 }
 
-// The bases on the way to the member, the direct one first.
-static std::vector<const a_base_class*> way_to_member(const a_symbol* symbol) {
+// The bases on a way, the direct one first.
+static std::vector<const a_base_class*> bases_of_steps(const a_derivation_step* step) {
   std::vector<const a_base_class*> way;
-  if (is_remembered(symbol))
-    for (const a_derivation_step* s = symbol->variant.projection->derivation; s != nullptr;
-         s = s->next)
-      way.push_back(s->base_class);
+  for (; step != nullptr; step = step->next)
+    way.push_back(step->base_class);
   return way;
+}
+
+static std::vector<const a_base_class*> way_to_member(const a_symbol* symbol) {
+  return bases_of_steps(is_remembered(symbol) ? symbol->variant.projection->derivation : nullptr);
 }
 
 // The access of the member as a member of each class on the way, the naming
@@ -185,22 +187,18 @@ static bool needs_object(const a_symbol* member) {
          real->variant.routine != nullptr && !real->variant.routine->is_static_member;
 }
 
-// C++11 11.2 p5: the member is accessible as a member of the naming class or,
-// that class's base being accessible, as a member of the base.
-bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class) {
-  const a_symbol* member =
-      is_remembered(symbol) ? symbol->variant.projection->member_symbol : symbol;
-  // The functions of a set are judged when one has been chosen.
-  if (!symbol->is_class_member || fundamental_symbol_of(symbol)->kind == symk_overloaded_function)
-    return true;
-  const std::vector<const a_base_class*> way = way_to_member(symbol);
-  const std::vector<int> access = access_on_way(way, declared_access(member));
+static const a_symbol* found_member(const a_symbol* symbol) {
+  return is_remembered(symbol) ? symbol->variant.projection->member_symbol : symbol;
+}
+
+// C++11 11.2 p5: a member is accessible as a member of the naming class or, that
+// class's base being accessible, as a member of the base.
+static bool have_access_on_way(const std::vector<const a_base_class*>& way, int declared,
+                               const a_type* class_type, const a_type* object) {
+  const std::vector<int> access = access_on_way(way, declared);
   if (access[0] == as_public)
     return true;
   const an_access_context context = current_access_context();
-  const a_type* object =
-      object_class != nullptr && needs_object(member) ? f_skip_typerefs(object_class) : nullptr;
-  const a_type* class_type = f_skip_typerefs(naming_class);
   for (size_t i = 0;; ++i) {
     if (has_access(context, access[i], class_type, object))
       return true;
@@ -208,6 +206,46 @@ bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* objec
       return false;
     class_type = f_skip_typerefs(way[i]->type);
   }
+}
+
+// `found` tells the way to the member.
+static bool have_access_to_member(const a_symbol* found, const a_symbol* member,
+                                  const a_type* naming_class, a_type* object_class) {
+  const a_type* object =
+      object_class != nullptr && needs_object(member) ? f_skip_typerefs(object_class) : nullptr;
+  return have_access_on_way(way_to_member(found), declared_access(member), naming_class, object);
+}
+
+bool have_access_to_base_class(const a_base_class* base) {
+  for (const a_base_class_derivation* d = base->derivations; d != nullptr; d = d->next)
+    if (have_access_on_way(bases_of_steps(d->path), as_public, base->derived_class, nullptr))
+      return true;
+  return false;
+}
+
+bool have_access_to_symbol(a_symbol* symbol, a_type* naming_class, a_type* object_class) {
+  // The functions of a set are judged when one has been chosen.
+  if (!symbol->is_class_member || fundamental_symbol_of(symbol)->kind == symk_overloaded_function)
+    return true;
+  return have_access_to_member(symbol, found_member(symbol), f_skip_typerefs(naming_class),
+                               object_class);
+}
+
+// The member of a set, or the only one, that stands for the routine.
+static const a_symbol* member_for_routine(const a_symbol* functions, const a_routine* routine) {
+  if (functions->kind != symk_overloaded_function)
+    return functions;
+  for (a_symbol* s = functions->variant.overload_list; s != nullptr; s = s->next_homonym)
+    if (fundamental_symbol_of(s)->variant.routine == routine)
+      return s;
+  return nullptr;
+}
+
+bool have_access_to_routine(const a_symbol* functions, const a_routine* routine,
+                            a_type* naming_class, a_type* object_class) {
+  const a_symbol* member = member_for_routine(found_member(functions), routine);
+  return member == nullptr ||
+         have_access_to_member(functions, member, f_skip_typerefs(naming_class), object_class);
 }
 
 // ---- Reports, at once or later ----

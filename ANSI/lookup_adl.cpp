@@ -153,6 +153,16 @@ static void add_function(std::vector<a_symbol*>* functions, a_symbol* function,
     functions->push_back(function);
 }
 
+static size_t count_of_functions(const a_symbol* symbol) {
+  size_t count = 1;
+  if (symbol->kind == symk_overloaded_function) {
+    count = 0;
+    for (const a_symbol* s = symbol->variant.overload_list; s != nullptr; s = s->next_homonym)
+      ++count;
+  }
+  return count;
+}
+
 static void add_functions(std::vector<a_symbol*>* functions, a_symbol* symbol,
                           const an_associated_set* set) {
   a_symbol* real = fundamental_symbol_of(symbol);
@@ -198,7 +208,10 @@ a_symbol* argument_dependent_lookup(a_symbol* symbol, a_symbol_locator* locator,
     for (a_symbol* s : found.symbols)
       add_functions(&functions, s, &set);
   }
-  if (functions.size() == found_before)
+  // Of the functions that were found some may be known to friends only.
+  const bool is_whole_set =
+      symbol == nullptr || found_before == count_of_functions(fundamental_symbol_of(symbol));
+  if (functions.empty() || (functions.size() == found_before && is_whole_set))
     return symbol;
   locator->is_found_by_adl = true;
   locator->symbol = functions.size() == 1 ? functions.front() : make_overload_set_of(functions);

@@ -326,10 +326,18 @@ static bool is_function(a_symbol* symbol) {
   return is_function_symbol_kind(fundamental_symbol_of(symbol)->kind);
 }
 
-// Whether the functions of the set, or the symbol itself, are the entity.
+// Whether the functions of the set, or the symbol itself, are the entity, or all
+// those of a set.
 static bool stands_for(a_symbol* existing, a_symbol* named) {
   if (is_same_entity(existing, named))
     return true;
+  a_symbol* real = fundamental_symbol_of(named);
+  if (real->kind == symk_overloaded_function) {
+    for (a_symbol* s = real->variant.overload_list; s != nullptr; s = s->next_homonym)
+      if (!stands_for(existing, s))
+        return false;
+    return true;
+  }
   if (existing->kind != symk_overloaded_function)
     return false;
   for (a_symbol* s = existing->variant.overload_list; s != nullptr; s = s->next_homonym)
@@ -381,7 +389,8 @@ a_symbol* enter_using_declaration(a_symbol* named, a_symbol_locator* locator, in
   a_symbol* result = existing;
   if (real->kind == symk_overloaded_function) {
     for (a_symbol* s = real->variant.overload_list; s != nullptr; s = s->next_homonym)
-      result = add_using_projection(result, s, locator, depth);
+      if (result == nullptr || !stands_for(result, s))
+        result = add_using_projection(result, s, locator, depth);
   } else {
     result = add_using_projection(existing, named, locator, depth);
   }

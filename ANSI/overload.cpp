@@ -92,10 +92,6 @@ bool is_overloadable_first_operand_type(const a_type* type) {
   return is_overloadable_type(type);
 }
 
-static bool has_conversion_functions(const a_type* type) {
-  return is_class_struct_union_type(type) && class_supplement_of(type)->conversions;
-}
-
 static bool is_dependent_operand(const an_operand* operand) {
   return operand->kind == ok_indefinite_function ? false
                                                  : is_template_dependent_type(operand->type);
@@ -252,20 +248,66 @@ static void call_operator_function(const an_operator_search* search, an_operator
   free_init_component_list(choice->arguments);
 }
 
+// The types that the operator works on by itself.
+static uint32_t types_for_builtin_operator(an_opname_kind kind, bool is_unary) {
+  switch (operator_for_opname_kind(kind, is_unary)) {
+  case eok_indirect:
+    return bts_pointer;
+  case eok_complement:
+  case eok_remainder:
+  case eok_shift_left:
+  case eok_shift_right:
+  case eok_bit_and:
+  case eok_bit_or:
+  case eok_bit_xor:
+    return bts_integral | bts_enum;
+  case eok_multiply:
+  case eok_divide:
+  case eok_negate:
+    return bts_integral | bts_floating | bts_enum;
+  default:
+    return bts_scalar;
+  }
+}
+
+// Objects of classes among the operands become what the builtin operator works on;
+// false where one can't.
+static bool convert_operands_for_builtin(const an_operator_search* search, an_operand* first,
+                                         an_operand* second) {
+  uint32_t types = types_for_builtin_operator(search->kind, !second);
+  if (search->kind == opn_call || search->kind == opn_arrow || search->kind == opn_arrow_star)
+    return false;
+  if (search->kind == opn_subscript)
+    types = is_integral_or_enum_type(first->type) || is_integral_or_enum_type(second->type)
+                ? bts_pointer
+                : bts_integral | bts_enum;
+  bool is_logical = search->kind == opn_not || search->kind == opn_and_and ||
+                    search->kind == opn_or_or;
+  for (an_operand* operand : {first, second}) {
+    if (!operand || !is_class_struct_union_type(operand->type))
+      continue;
+    bool converts = is_logical ? convert_operand_to_bool(operand)
+                               : try_to_convert_class_operand_to_builtin_type(operand, types);
+    if (!converts)
+      return false;
+  }
+  return true;
+}
+
 // No function fits: the builtin operator may, unless an object of a class is an
-// operand.
+// operand that no conversion function converts.
 static bool operator_without_function(const an_operator_search* search, an_operand* first,
                                       an_operand* second, an_operand* result) {
   bool with_class = is_class_struct_union_type(first->type) ||
                     (second && is_class_struct_union_type(second->type));
   if (!with_class || (is_builtin_for_classes(search, !second) && search->kind != opn_assign))
     return false;
-  if (has_conversion_functions(first->type) || (second && has_conversion_functions(second->type))) {
-    refuse_construct("conversion function", &search->position);
-    return drop_operands(first, second, result);
-  }
   if (search->kind == opn_assign && (in_C_mode() || !is_class_struct_union_type(first->type)))
     return false;
+  if (search->kind != opn_assign && convert_operands_for_builtin(search, first, second)) {
+    bool is_good = !is_error_operand(first) && !(second && is_error_operand(second));
+    return is_good ? false : drop_operands(first, second, result);
+  }
   report_no_operator(search, first, second);
   return drop_operands(first, second, result);
 }
@@ -304,14 +346,6 @@ void clear_conv_descr(a_conv_descr* descr) {
   clear_std_conv_descr(&descr->std_conv);
   descr->routine = nullptr;
   descr->class_type = nullptr;
-}
-
-bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t, uint32_t) {
-  if (!has_conversion_functions(operand->type))
-    return false;
-  refuse_construct("conversion function", &operand->position);
-  conv_to_error_operand(operand);
-  return true;
 }
 
 // A class converts to itself and to its bases.
@@ -371,6 +405,18 @@ static a_routine* select_function_of_operand(const an_operand* function, const a
   return routine;
 }
 
+// The class in which the function was looked up: that of the object, or the one
+// that a qualifier names.
+static a_type* naming_class_of_call(const an_operand* function, const an_operand* selector,
+                                    const a_routine* routine) {
+  a_type* own_class = class_of_member(&routine->source_corresp);
+  if (!own_class || !selector || function->flags.qualified_name)
+    return own_class;
+  a_type* object_type = selector->flags.selector_is_pointer ? type_pointed_to(selector->type)
+                                                            : selector->type;
+  return is_class_struct_union_type(object_type) ? skip_typerefs(object_type) : own_class;
+}
+
 a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
                                                           an_operand* selector,
                                                           an_init_component* arg_list, bool,
@@ -383,7 +429,8 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
   }
   an_operand saved = *function;
   an_arg_check_block block;
-  check_use_of_routine(routine, class_of_member(&routine->source_corresp), &saved.position);
+  check_use_of_routine(routine, naming_class_of_call(function, selector, routine),
+                       &saved.position);
   make_function_designator_operand(routine, saved.ref_entries, function);
   restore_operand_details_incl_ref(function, &saved);
   function->flags.qualified_name = saved.flags.qualified_name;

@@ -89,10 +89,20 @@ inline constexpr uint32_t bts_arithmetic = 67;
 inline constexpr uint32_t bts_integral_or_enum = 193;
 inline constexpr uint32_t bts_scalar = 231;
 
-// Converts an operand of class type to the one type of the set that its
-// conversion functions lead to. False, with nothing reported: there is none.
-bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t builtin_types,
-                                                  uint32_t conversion_flags);
+// Whether the class or a base of it has conversion functions.
+bool has_conversion_functions(const a_type* type);
+// Those to the very type; null for none.
+a_symbol* conversion_functions_to(const a_type* class_type, const a_type* type);
+// Whether a conversion function that isn't explicit leads to the type.
+bool conversion_function_converts(const an_operand* operand, a_type* type);
+// Converts an object of a class by one of its conversion functions (C++11 12.3.2): to
+// the value of a type; to what a reference of the type binds to; to what converts to
+// bool, where explicit functions count too; to the one type of the set of builtin
+// types that they lead to. False, with nothing reported: there is none.
+bool convert_operand_by_conversion_function(an_operand* operand, a_type* type, bool is_explicit);
+bool convert_operand_for_reference(an_operand* operand, a_type* type);
+bool convert_operand_to_bool(an_operand* operand);
+bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t builtin_types);
 // Whether one of the last two operands of `?:` converts to the other's type
 // (C++11 5.16 p3).
 bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target,

@@ -94,14 +94,19 @@ static an_arg_match match_class(const an_operand* argument, a_type* type, bool b
   a_match_rank rank;
   if (is_class_struct_union_type(argument->type) && is_same_or_base(argument->type, type, &rank))
     return match_of_rank(rank);
-  return match_of_rank(by_constructor && constructor_converts(argument, type) ? mr_user_conversion
-                                                                              : mr_none);
+  bool converts = by_constructor && (constructor_converts(argument, type) ||
+                                     conversion_function_converts(argument, type));
+  return match_of_rank(converts ? mr_user_conversion : mr_none);
 }
 
 static an_arg_match match_value(const an_operand* argument, a_type* type, bool by_constructor) {
   a_std_conv_descr descr;
   if (is_class_struct_union_type(type))
     return match_class(argument, skip_typerefs(type), by_constructor);
+  if (is_class_struct_union_type(argument->type))
+    return match_of_rank(by_constructor && conversion_function_converts(argument, type)
+                             ? mr_user_conversion
+                             : mr_none);
   a_type* source = make_unqualified_type(argument->type);
   if (is_array_type(source) || is_function_type(source))
     source = type_after_parameter_adjustment(source);
@@ -229,7 +234,8 @@ static bool is_better_candidate(const a_candidate& a, const a_candidate& b) {
       return false;
     any_better |= order < 0;
   }
-  return any_better;
+  // A constructor goes before one with the same parameters that is inherited.
+  return any_better || (b.routine->is_inheriting_ctor && !a.routine->is_inheriting_ctor);
 }
 
 static a_routine* best_of_candidates(const std::vector<a_candidate>& candidates,
@@ -331,6 +337,23 @@ a_routine* select_constructor(a_type* class_type, an_init_component* arg_list, b
   return block.any_error ? nullptr : routine;
 }
 
+// A function that was found as a member of a derived class has the access that it
+// has there (C++11 11.2 p5).
+static void check_access_to_routine(a_routine* routine, a_type* naming_class,
+                                    const a_source_position* position) {
+  a_symbol* symbol = routine->source_corresp.symbol;
+  naming_class = skip_typerefs(naming_class);
+  if (naming_class == class_of_member(&routine->source_corresp)) {
+    check_access_to_symbol(symbol, naming_class, nullptr, position);
+    return;
+  }
+  a_symbol_locator locator = cleared_locator;
+  locator.header = symbol->header;
+  class_qualified_id_lookup(&locator, naming_class, ilo_none);
+  if (locator.symbol && !have_access_to_routine(locator.symbol, routine, naming_class, naming_class))
+    record_access_error(symbol, naming_class, naming_class, position);
+}
+
 void check_use_of_routine(a_routine* routine, a_type* naming_class,
                           const a_source_position* position) {
   a_symbol* symbol = routine->source_corresp.symbol;
@@ -339,7 +362,7 @@ void check_use_of_routine(a_routine* routine, a_type* naming_class,
   if (routine->is_deleted)
     pos_sy_error(ec_deleted_function, position, symbol);
   else if (symbol->is_class_member)
-    check_access_to_symbol(symbol, naming_class, nullptr, position);
+    check_access_to_routine(routine, naming_class, position);
   if (expr_stack && expr_stack->flags.references_count)
     routine->called = true;
 }

@@ -16,6 +16,7 @@ struct Good : public First, protected virtual Second, private n::Inner { };
 struct ByAlias : Alias, virtual public Hidden { };
 class ByDefault : First { };
 struct : First { int j; } unnamed;
+struct WithAttributes : public [[gnu::unused]] virtual [[gnu::unused]] First { };
 // CHECK: line [[#@LINE+1]]: error #242: duplicate specifier
 struct Twice : virtual virtual First { };
 // CHECK: line [[#@LINE+1]]: error #244: multiple access control specifiers
@@ -35,6 +36,8 @@ struct OfVariable : Second_ { };
 struct OfInt : int { };
 // CHECK: line [[#@LINE+1]]: error #266: invalid base class
 struct OfUnion : Union { };
+// CHECK: line [[#@LINE+1]]: error #2189: the pack expansion contains no parameter packs
+struct OfPack : First... { };
 // CHECK: line [[#@LINE+1]]: error #265: duplicate base class name
 struct Doubled : First, Alias { };
 struct Outer {

@@ -84,6 +84,18 @@ struct Anonymous {
 };
 extern int Anonymous::*to_i;
 
+// CHECK: line [[#@LINE+1]]: warning #377-D: declaration requires a typedef name
+struct NoName { typedef union { int i; }; int i; void body() { }; };
+struct Unfinished {
+  int a;
+  // CHECK: line [[#@LINE+2]]: error #171: expected a declaration
+  int b,
+};
+// CHECK: line [[#@LINE+1]]: warning #370-D: class "ConstBits" defines no constructor to initialize the following:
+struct ConstBits { const int bits : 3; };
+// CHECK: line [[#@LINE+1]]: error #1864: a static data member initialized in its class must have integral
+struct FloatingConstant { static const double d = 1.0; };
+
 // ---- Types ----
 
 struct Types {

@@ -53,6 +53,20 @@ struct Deleted : Base {
   int f(int) = delete;
 };
 
+struct Repeated : Base {
+  // CHECK: line [[#@LINE+1]]: error #242: duplicate specifier
+  int f(int) override override;
+  // CHECK: line [[#@LINE+1]]: error #2974: "final" requires a virtual function
+  friend void nonmember() final;
+};
+struct Secret : private Base { };
+struct Returns { virtual Base *f(); virtual Base *g(); };
+struct ReturnsSecret : Returns {
+  // CHECK: line [[#@LINE+1]]: error #319: return type is not identical to, nor covariant with
+  Secret *f();
+  Repeated *g();
+};
+
 // ---- Final overriders ----
 
 struct Shared { virtual void f(); virtual void g(); };
@@ -87,6 +101,10 @@ Whole whole;
 Half half;
 // CHECK: line [[#@LINE+1]]: error #606: a parameter of abstract class type "Abstract" is not allowed:
 struct User { void f(Abstract); };
+// CHECK: line [[#@LINE+1]]: error #606: a parameter of abstract class type "Abstract" is not allowed:
+void takes(Abstract);
+// CHECK: line [[#@LINE+1]]: error #325: a function may not return abstract class type "Abstract":
+Abstract returns();
 // CHECK: line [[#@LINE+1]]: error #324: an object of abstract class type "Abstract" is not allowed:
 struct Holder { Abstract member; };
 Abstract *pointer;

@@ -143,7 +143,6 @@ static_assert(sizeof(char) == 2, "message");
 static_assert(1);
 // FAULT: line [[#@LINE+1]]: error #367: anonymous union at global or namespace scope must be declared static
 union { int anonymous; };
-// FAULT: line [[#@LINE-1]]: error #1816: "anonymous union" not allowed in current mode
 // FAULT: line [[#@LINE+1]]: error #87: invalid storage class for a function
 static int main() { return 0; }
 // FAULT: errors detected
