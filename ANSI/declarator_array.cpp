@@ -27,9 +27,17 @@ static void set_bound(a_derivation* array, const a_constant* constant,
   array->bound = constant->value.int_value;
 }
 
+// The bound of a parameter's array is being read, and with it the bounds of the
+// type names in it, as in `a[sizeof(int[n])]`.
+static bool in_parameter_bound;
+
 // Of a parameter, whichever the style of its function.
 static bool is_parameter(unsigned options) {
   return (options & (do_parameter | do_k_and_r_parameter)) != 0;
+}
+
+static bool belongs_to_parameter(unsigned options) {
+  return in_parameter_bound || is_parameter(options);
 }
 
 // A bound that isn't constant (C99 6.7.5.2 p5). In a prototype it says no more
@@ -38,10 +46,10 @@ static void set_variable_bound(unsigned options, a_derivation* array,
                                const a_source_position* position) {
   if (std_version < 199901 && report_gnu_extensions)
     pos_warning(ec_vla_is_nonstandard, position);
-  if (is_parameter(options)) {
+  if (belongs_to_parameter(options)) {
     array->bound_is_variable = true;
   } else if (options & do_member) {
-    pos_diagnostic(strict_ansi_error_severity, ec_vla_size_ignored, position);
+    pos_diagnostic(es_discretionary_error, ec_vla_size_ignored, position);
     array->bound_is_known = true;
   } else if ((options & do_vla) && depth_innermost_function_scope >= 0) {
     array->bound_is_variable = true;
@@ -55,6 +63,8 @@ static void set_variable_bound(unsigned options, a_derivation* array,
 // values here: it is read like the operand of sizeof. False for a bound that
 // isn't constant.
 static bool scan_parameter_bound(a_constant* constant, bool* is_bad) {
+  const bool was_in_bound = in_parameter_bound;
+  in_parameter_bound = true;
   a_full_expression full;
   an_operand operand;
   begin_full_expression(ek_unevaluated, &full);
@@ -64,6 +74,7 @@ static bool scan_parameter_bound(a_constant* constant, bool* is_bad) {
   *is_bad = is_error_operand(&operand);
   bool is_constant = operand.kind == ok_constant && operand_constant_value(&operand, constant);
   end_full_expression(&full, &operand);
+  in_parameter_bound = was_in_bound;
   return is_constant;
 }
 
@@ -84,6 +95,8 @@ static a_token_cache* keep_tokens_of_bound() {
 }
 
 static bool scan_bound_of_parameter(a_derivation* array, a_constant* constant) {
+  if (in_parameter_bound)
+    return scan_parameter_bound(constant, &array->is_bad);
   a_token_cache* tokens = keep_tokens_of_bound();
   bool is_constant = scan_parameter_bound(constant, &array->is_bad);
   if (tokens && (is_constant || array->is_bad))
@@ -97,7 +110,7 @@ static void scan_bound(unsigned options, a_derivation* array) {
   a_source_position position = pos_curr_token;
   a_constant constant;
   bool is_constant;
-  if (is_parameter(options) && vla_enabled && in_C_mode()) {
+  if (belongs_to_parameter(options) && vla_enabled && in_C_mode()) {
     is_constant = scan_bound_of_parameter(array, &constant);
   } else {
     is_constant = scan_array_bound_expression(&constant, &array->bound_expr);

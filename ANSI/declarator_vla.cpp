@@ -86,15 +86,16 @@ void forget_vla_dimensions(size_t mark) {
 void check_storage_of_vla(a_decl_parse_state* state, const a_source_position* position) {
   bool has_vla = depth_innermost_function_scope >= 0 &&
                  scope_stack[depth_innermost_function_scope].routine->has_vla;
-  if (!has_vla || (state->storage_class != sc_static && state->storage_class != sc_extern))
+  const bool is_static = state->storage_class == sc_static;
+  if (!has_vla || (!is_static && state->storage_class != sc_extern))
     return;
-  an_error_code code = is_vla_type(state->declared_type)                 ? ec_vla_is_not_auto
-                       : state->storage_class == sc_static               ? 0
-                       : is_variably_modified_type(state->declared_type) ? ec_vla_not_allowed
-                                                                         : 0;
-  if (code == 0)
+  // A static pointer may lead to such an array, a name with linkage may not.
+  if (is_vla_type(state->declared_type))
+    pos_error(ec_vla_is_not_auto, position);
+  else if (!is_static && is_variably_modified_type(state->declared_type))
+    pos_error(ec_vla_not_allowed, position);
+  else
     return;
-  pos_error(code, position);
   state->declared_type = error_type();
 }
 

@@ -205,7 +205,6 @@ void function_definition(a_symbol_locator* locator, a_decl_parse_state* state,
 // ---- The body ----
 
 static void check_parameter(a_param_id* param) {
-  fix_vla_bounds_of_parameter(param);
   if (is_incomplete_type(param->type) && !is_error_type(param->type)) {
     pos_error(ec_incomplete_type_not_allowed, &param->position);
     param->type = error_type();
@@ -251,6 +250,19 @@ static void declare_parameter(a_param_id* param, bool may_be_unused) {
   enter_parameter(param, param->variable);
   if (may_be_unused)
     param->variable->source_corresp.symbol->unused_reported = true;
+}
+
+// The bounds of a prototype see the parameters in front of them. An identifier list
+// says nothing about the order of the declarations.
+static void declare_parameters(const a_func_info_block* func_info) {
+  for (a_param_id* param = func_info->param_id_list; param; param = param->next) {
+    if (!func_info->is_old_style)
+      fix_vla_bounds_of_parameter(param);
+    declare_parameter(param, func_info->has_unused_parameters);
+  }
+  if (func_info->is_old_style)
+    for (a_param_id* param = func_info->param_id_list; param; param = param->next)
+      fix_vla_bounds_of_parameter(param);
 }
 
 // Tags and enumerators of the parameter list are known in the body.
@@ -305,8 +317,7 @@ static void scan_body_in_its_scope(a_routine* routine, a_func_info_block* func_i
   if (in_cplusplus_mode())
     declare_this_parameter(routine, scope);
   reactivate_prototype_scope_symbols(func_info);
-  for (a_param_id* param = func_info->param_id_list; param; param = param->next)
-    declare_parameter(param, func_info->has_unused_parameters);
+  declare_parameters(func_info);
   push_stop_token_stack();
   scope->assoc_statement = scan_outermost_block(routine, scope);
   pop_stop_token_stack();

@@ -6,6 +6,7 @@
 
 #include "error.h"
 #include "host_envir.h"
+#include "il.h"
 #include "lexical_int.h"
 #include "lookup.h"
 #include "macro_int.h"
@@ -140,6 +141,7 @@ const char* make_canonical_identifier(const char* text, size_t* length) {
         f_is_identifier_char(text, false, &char_length, &code_point)) {
       char ucn[16];
       snprintf(ucn, sizeof ucn, code_point > 0xFFFF ? "\\U%08X" : "\\u%04X", code_point);
+      il_header.has_ucn_names = 1;
       canonical += ucn;
       text += char_length;
     } else {

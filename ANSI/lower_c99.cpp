@@ -9,6 +9,7 @@
 #include "lower_complex.h"
 #include "lower_il.h"
 #include "lower_init.h"
+#include "lower_name.h"
 #include "lower_stmt_expr.h"
 #include "lower_vla.h"
 #include "mode_words.h"
@@ -194,6 +195,8 @@ void lower_c99_statement(a_statement* statement) {
 // ---- Scopes ----
 
 static void lower_variable(a_variable* variable) {
+  error_position = variable->source_corresp.position;
+  rewrite_ucns_in_name(&variable->source_corresp);
   if (variable->init_kind == initk_constant)
     lower_c99_constant(variable->initializer.constant, nullptr);
   if (force_variable_definition_via_zeroing && variable->storage_kind == sc_none &&
@@ -204,6 +207,25 @@ static void lower_variable(a_variable* variable) {
 static void lower_variables(a_variable* list) {
   for (a_variable* variable = list; variable != nullptr; variable = variable->next)
     lower_variable(variable);
+}
+
+template <class T> static void rewrite_ucns_in_names(T* list) {
+  for (T* entry = list; entry != nullptr; entry = entry->next)
+    rewrite_ucns_in_name(&entry->source_corresp);
+}
+
+// The names of types, with their fields and enumerators, routines and labels.
+static void rewrite_ucns_in_scope(const a_scope* scope) {
+  if (!il_header.has_ucn_names)
+    return;
+  rewrite_ucns_in_names(scope->types);
+  for (const a_type* type = scope->types; type != nullptr; type = type->next)
+    if (is_class_struct_union_kind(type->kind))
+      rewrite_ucns_in_names(type->variant.class_struct_union.fields);
+    else if (is_enum_type(type) && type->kind == tk_integer)
+      rewrite_ucns_in_names(type->variant.integer.enum_data.first_enumerator);
+  rewrite_ucns_in_names(scope->routines);
+  rewrite_ucns_in_names(scope->labels);
 }
 
 // The next pass may put the body of an inline function in the place of a call.
@@ -220,6 +242,7 @@ static void lower_parts_of_scope(a_scope* scope) {
   lower_variables(scope->parameters);
   lower_variables(scope->local_variables);
   lower_variables(scope->variables);
+  rewrite_ucns_in_scope(scope);
   for (a_scope* nested = scope->first_nested; nested != nullptr; nested = nested->next)
     if (!nested->is_lowered)
       lower_c99_scope(nested);

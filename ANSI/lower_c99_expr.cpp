@@ -141,6 +141,23 @@ an_expr_node* name_object_once(an_expr_node* object) {
   return make_assignment_expr(var_lvalue_expr(temporary), eok_assign, pointer);
 }
 
+an_expr_node* keep_old_value(const an_expr_node* node, an_expr_node* value, a_kept_value* kept) {
+  const an_expr_operator_kind op = node->variant.operation.op;
+  *kept = {};
+  if ((op != eok_post_incr && op != eok_post_decr) || node->result_not_used)
+    return value;
+  kept->temporary = make_temporary(value->type, true);
+  kept->keeping = make_assignment_expr(var_lvalue_expr(kept->temporary), eok_assign, value);
+  return var_rvalue_expr(kept->temporary);
+}
+
+an_expr_node* change_with_kept_value(const a_kept_value& kept, an_expr_node* change) {
+  if (kept.temporary == nullptr)
+    return change;
+  change = make_comma_node(change, var_rvalue_expr(kept.temporary));
+  return make_comma_node(kept.keeping, change);
+}
+
 // ---- The walk ----
 
 void lower_change_of_object(an_expr_node* node, void (*lower)(an_expr_node*)) {

@@ -316,19 +316,14 @@ static void lower_complex_compound_assignment(an_expr_node* node) {
 static void lower_c99_xincr_decr(an_expr_node* node) {
   an_expr_operator_kind op = node->variant.operation.op;
   an_expr_node* object = node->variant.operation.operands;
-  bool is_post = op == eok_post_incr || op == eok_post_decr;
   bool is_incr = op == eok_post_incr || op == eok_pre_incr;
+  a_kept_value kept;
+  an_expr_node* value = keep_old_value(node, value_of(object), &kept);
   an_expr_node* one = node_for_integer_constant(1, ik_int);
   a_type* type = complex_type(float_kind_of(object->type));
-  an_expr_node* step = assignment_of_operation(object, value_of(object),
-                                               is_incr ? eok_add : eok_subtract, one, type);
-  if (is_post && !node->result_not_used) {
-    a_variable* old_value = make_temporary(object->type, true);
-    an_expr_node* keep =
-        make_assignment_expr(var_lvalue_expr(old_value), eok_assign, value_of(object));
-    step = make_comma_node(make_comma_node(keep, step), var_rvalue_expr(old_value));
-  }
-  overwrite_node(node, step);
+  an_expr_node* step =
+      assignment_of_operation(object, value, is_incr ? eok_add : eok_subtract, one, type);
+  overwrite_node(node, change_with_kept_value(kept, step));
 }
 
 // Products and quotients with two imaginary factors, or an imaginary divisor:

@@ -1,5 +1,25 @@
 #include "lower_name.h"
 
+#include <algorithm>
+#include <cstring>
+
+#include "il.h"
+#include "il_alloc.h"
+#include "mem_manage.h"
+
+void rewrite_ucns_in_name(a_source_correspondence* corresp) {
+  const char* name = corresp->name;
+  if (!il_header.has_ucn_names || name == nullptr || corresp->name_is_lowered ||
+      strchr(name, '\\') == nullptr)
+    return;
+  const size_t length = strlen(name);
+  char* rewritten = copy_string_of_length_to_region(curr_il_region_number, name, length);
+  std::replace(rewritten, rewritten + length, '\\', '_');
+  corresp->source_name = name;
+  corresp->name = rewritten;
+  corresp->name_is_lowered = 1;
+}
+
 void init_name_linkage_constants() {
   // C has a single name linkage.
 }

@@ -5,6 +5,12 @@
 
 #include "basics.h"
 
+struct a_source_correspondence;
+
+// `\u00E9` in the name of an entity becomes `_u00E9`, which every assembler takes. The
+// name as written stays for messages.
+void rewrite_ucns_in_name(a_source_correspondence* corresp);
+
 // Sets the name linkage that depends on the language.
 void init_name_linkage_constants();
 

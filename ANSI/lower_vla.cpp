@@ -326,33 +326,19 @@ static void lower_vla_pointer_difference(an_expr_node* node) {
 }
 
 // `p += i` and its like; the operand doesn't do anything when it is evaluated.
-static an_expr_node* changed_pointer(an_expr_node* node, an_expr_node* object,
-                                     an_expr_node* integer, bool is_add) {
-  an_expr_operator_kind op = node->variant.operation.op;
-  bool keeps_old_value = (op == eok_post_incr || op == eok_post_decr) && !node->result_not_used;
-  an_expr_node* old_value = copy_expr_tree(object, cef_none);
-  old_value->next = nullptr;
-  an_expr_node* keeping = nullptr;
-  a_variable* temporary = nullptr;
-  if (keeps_old_value) {
-    temporary = make_temporary(object->type, true);
-    keeping = make_assignment_expr(var_lvalue_expr(temporary), eok_assign, old_value);
-    old_value = var_rvalue_expr(temporary);
-  }
-  an_expr_node* change =
-      make_assignment_expr(object, eok_assign, vla_step(old_value, integer, is_add));
-  if (!keeps_old_value)
-    return change;
-  return make_comma_node(keeping, make_comma_node(change, var_rvalue_expr(temporary)));
-}
-
 static void lower_change_of_vla_pointer(an_expr_node* node) {
-  an_expr_operator_kind op = node->variant.operation.op;
+  const an_expr_operator_kind op = node->variant.operation.op;
   an_expr_node* object = node->variant.operation.operands;
   an_expr_node* integer =
       is_increment_operator(op) ? node_for_integer_constant(1, ik_int) : object->next;
-  bool is_add = op == eok_pointer_add_assign || op == eok_post_incr || op == eok_pre_incr;
-  overwrite_node(node, changed_pointer(node, object, integer, is_add));
+  const bool is_add = op == eok_pointer_add_assign || op == eok_post_incr || op == eok_pre_incr;
+  an_expr_node* old_value = copy_expr_tree(object, cef_none);
+  old_value->next = nullptr;
+  a_kept_value kept;
+  old_value = keep_old_value(node, old_value, &kept);
+  an_expr_node* change =
+      make_assignment_expr(object, eok_assign, vla_step(old_value, integer, is_add));
+  overwrite_node(node, change_with_kept_value(kept, change));
 }
 
 static void lower_vla_operator(an_expr_node* node) {

@@ -31,7 +31,7 @@ int variable;
 // CHECK: line [[#@LINE+1]]: error #1029: a variable length array is not allowed here
 int variable_bound[variable];
 struct variable_field {
-  // CHECK: line [[#@LINE+1]]: warning #1231-D: variable-length array field type will be treated as zero-length
+  // CHECK: line [[#@LINE+1]]: error #1231-D: variable-length array field type will be treated as zero-length
   int a[variable];
 };
 // Parameters may have any bound, which only a definition asks for.

@@ -5,8 +5,12 @@
 int n;
 // CHECK: line [[#@LINE+1]]: error: a variable length array is not allowed here
 int file_scope[n];
-// CHECK: line [[#@LINE+1]]: warning: variable-length array field type will be treated as zero-length array field type
+// CHECK: line [[#@LINE+1]]: error: variable-length array field type will be treated as zero-length array field type
 struct s { int field[n]; };
+// CHECK: line [[#@LINE+1]]: error: a field may not have a variable length array type
+void in_bound(int m, int a[sizeof(struct { int x[m]; })]) {}
+// CHECK: line [[#@LINE+1]]: error: variable length array with unspecified bound is not allowed
+void star_in_bound(int a[sizeof(int[*])]) {}
 void prototype(int a[*], int b[n][*]);
 // CHECK: line [[#@LINE+1]]: error: variable length array with unspecified bound is not allowed
 void star(int a[*]) {}
