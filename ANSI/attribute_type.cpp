@@ -250,8 +250,17 @@ static void drop_for_fault(an_attribute* attribute, an_error_code code) {
   attribute->kind = attrk_dropped;
 }
 
+// Calls are checked where the arguments to be checked follow the format.
+static void mark_format_function(a_type* type, const char* name, int64_t format, int64_t first) {
+  a_routine_type_supplement* supplement = type->variant.routine.routine_supplement;
+  if (!supplement->has_ellipsis || first != format + 1)
+    return;
+  supplement->is_printf_like = strstr(name, "printf") != nullptr;
+  supplement->is_scanf_like = strstr(name, "scanf") != nullptr;
+}
+
 void* format_action(an_attribute* attribute, void* entity, an_il_entry_kind kind) {
-  const a_type* type = required_function_type(attribute, entity, kind);
+  a_type* type = required_function_type(attribute, entity, kind);
   const char* name = text_argument(attribute, 0);
   int64_t format, first;
   if (type == nullptr)
@@ -264,7 +273,11 @@ void* format_action(an_attribute* attribute, void* entity, an_il_entry_kind kind
     attribute->kind = attrk_dropped;
   } else {
     an_error_code code = fault_of_format_parameter(type, format);
-    drop_for_fault(attribute, code != 0 ? code : fault_of_first_argument(type, first));
+    if (code == 0)
+      code = fault_of_first_argument(type, first);
+    drop_for_fault(attribute, code);
+    if (code == 0)
+      mark_format_function(type, name, format, first);
   }
   return entity;
 }

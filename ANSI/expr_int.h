@@ -96,6 +96,14 @@ void type2_error_in_operand(an_error_code code, an_operand* operand, a_type* typ
 void error_and_make_error_operand(an_error_code code, const a_source_position* position,
                                   an_operand* operand);
 
+// ---- Formats (expr_format.cpp) ----
+
+// Compares the arguments of a function that is like printf or scanf with its
+// last named parameter, the format; faults are warnings. `call_end` is where a
+// missing argument is reported.
+void check_format_arguments(const a_type* function_type, an_expr_node* arguments,
+                            const a_source_position* call_end);
+
 // ---- Operands (expr_operand.cpp) ----
 
 inline bool is_error_operand(const an_operand* operand) {

@@ -159,5 +159,7 @@ an_expr_node* process_call_argument_list(an_init_component* arg_list, an_arg_che
   }
   add_default_arguments(block, link);
   check_missing_arguments(block);
+  if (block->has_ellipsis && !block->any_error)
+    check_format_arguments(block->function_type, first, &block->position);
   return first;
 }
