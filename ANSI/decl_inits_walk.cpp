@@ -93,6 +93,9 @@ a_constant* convert_initializer(an_init_component* component, a_type* type, an_i
   a_constant value;
   const auto errors_before = total_errors;
   check_narrowing(operand, type, state);
+  // `T x(value)` may use explicit functions (C++11 13.3.1.5 p1).
+  if (state->is_parenthesized && !is_reference_type(type) && !is_class_struct_union_type(type))
+    convert_operand_by_conversion_function(operand, type, true);
   if (total_errors == errors_before)
     prep_initializer_operand(operand, type, ec_bad_initializer_type);
   if (total_errors != errors_before || is_error_operand(operand) || is_error_type(type)) {

@@ -1,6 +1,7 @@
 // Casts, written and implied (C99 6.5.4, 6.3), and conversions as if by
 // assignment (C99 6.5.16.1).
 
+#include "class_decl.h"
 #include "const_ints.h"
 #include "decl_inits.h"
 #include "declarator.h"
@@ -258,6 +259,7 @@ void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code co
   }
   if (descr.is_lossy)
     expr_pos_warning(descr.error_code, position);
+  check_conversion_to_base(descr.base_class, position);
   cast_operand_full(type, operand, position, true);
 }
 
@@ -475,6 +477,11 @@ static void cast_to_value(a_type* type, an_operand* operand, const a_source_posi
                        cast_identical_types(type, operand->type);
   if (is_same_class || cast_to_union(type, operand, position))
     return;
+  if (in_cplusplus_mode() && is_class_struct_union_type(type) && !is_incomplete_type(type) &&
+      !is_abstract_class_type(type)) {
+    construct_object_of_operand(operand, type);
+    return;
+  }
   if (is_bad_cast_target(type) ||
       !expl_conversion_possible(operand->type, constant_of_operand(operand), type, &descr)) {
     report_bad_cast(type, operand, position);

@@ -241,6 +241,9 @@ void scan_simple_type_cast(an_operand* result);
 // As if by assignment (C99 6.5.16.1); `code` reports what doesn't convert.
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position);
+// Reports an implicit conversion to a base, null for none, that isn't accessible
+// (C++11 4.10 p3).
+void check_conversion_to_base(const a_base_class* base, const a_source_position* position);
 // Makes a reference of the type to the object that the operand names; `code`
 // reports a type that doesn't fit.
 void bind_reference_operand(a_type* type, an_operand* operand, an_error_code code,

@@ -106,6 +106,9 @@ void cast_operand_for_reference_cast(a_type* type, an_operand* operand, a_refere
 // ---- static_cast ----
 
 static void do_static_cast(a_type* type, an_operand* operand, const a_source_position* position) {
+  if (is_class_struct_union_type(operand->type) &&
+      convert_operand_by_conversion_function(operand, type, true))
+    return;
   do_operand_transformations(operand, ot_keep_overload_set);
   if (is_error_operand(operand))
     return;
@@ -265,13 +268,6 @@ static void do_dynamic_cast(a_type* type, an_operand* operand, const a_source_po
 
 // ---- The named casts ----
 
-static void refuse_class_cast(a_type* type, an_operand* operand) {
-  if (!is_error_operand(operand) && expr_error_should_be_issued())
-    pos_stty_error(ec_feature_not_allowed_in_current_mode, &operand->position,
-                   "conversion to a class", type);
-  conv_to_error_operand(operand);
-}
-
 // A class is made of an object of another type by its constructors.
 static bool needs_constructor(const a_type* type, const an_operand* operand) {
   return is_class_struct_union_type(type) && !is_error_operand(operand) &&
@@ -317,7 +313,7 @@ static void do_named_cast(a_token_kind token, a_type* type, an_operand* operand,
     do_void_operand_transformations(operand, false);
     cast_operand_to_void(operand);
   } else if (needs_constructor(type, operand)) {
-    refuse_class_cast(type, operand);
+    construct_object_of_operand(operand, type);
   } else {
     do_static_cast(type, operand, position);
   }

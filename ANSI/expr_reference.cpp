@@ -3,6 +3,7 @@
 #include "expr_int.h"
 #include "il.h"
 #include "il_statements.h"
+#include "lookup.h"
 #include "mode_words.h"
 #include "overload.h"
 
@@ -57,10 +58,17 @@ static void report_bad_binding(a_type* type, an_operand* operand, an_error_code 
   conv_to_error_operand(operand);
 }
 
-static an_expr_node* node_of_referenced_object(a_type* referenced, an_expr_node* node) {
+void check_conversion_to_base(const a_base_class* base, const a_source_position* position) {
+  if (base && !have_access_to_base_class(base) && expr_error_should_be_issued())
+    pos_ty_error(ec_inaccessible_base_class, position, base->type);
+}
+
+static an_expr_node* node_of_referenced_object(a_type* referenced, an_expr_node* node,
+                                               const a_source_position* position) {
   a_base_class* base_class = cast_identical_types(node->type, referenced)
                                  ? nullptr
                                  : find_base_class_of(node->type, referenced);
+  check_conversion_to_base(base_class, position);
   return base_class ? add_base_class_casts(node, base_class) : node;
 }
 
@@ -125,7 +133,7 @@ void bind_reference_operand(a_type* type, an_operand* operand, an_error_code cod
   }
   an_operand saved = *operand;
   change_unmarked_ref_kinds(operand->ref_entries, srk_address_taken);
-  an_expr_node* object = node_of_referenced_object(referenced, operand->variant.expr);
+  an_expr_node* object = node_of_referenced_object(referenced, operand->variant.expr, position);
   an_expr_node* reference = add_reference_to_to_node(object);
   reference->type = type;
   make_expression_operand(reference, operand);

@@ -7,6 +7,7 @@
 #include "lexical_int.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "types.h"
 
 // -- Qualifiers -------------------------------------------------------------------------
@@ -168,17 +169,6 @@ static bool names_constructor(const a_name_place& place, uint32_t options) {
          next_token() == tok_lparen;
 }
 
-// The conversion function of the class to the type that is named.
-static a_symbol* conversion_function_of(const a_class_symbol_supplement* info, const a_type* type) {
-  a_symbol* symbol = info->conversion_functions;
-  bool is_set = symbol != nullptr && symbol->kind == symk_overloaded_function;
-  for (a_symbol* s = is_set ? symbol->variant.overload_list : symbol; s != nullptr;
-       s = is_set ? s->next_homonym : nullptr)
-    if (identical_types(return_type_of(s->variant.routine->type), const_cast<a_type*>(type)))
-      return is_set ? symbol : s;
-  return nullptr;
-}
-
 static a_symbol* look_up_last_component(const a_name_place& place, uint32_t options) {
   a_symbol_locator* locator = &locator_for_curr_id;
   const a_class_symbol_supplement* info = class_of_place(place);
@@ -191,7 +181,7 @@ static a_symbol* look_up_last_component(const a_name_place& place, uint32_t opti
   else if (locator->is_destructor_name)
     locator->symbol = info->destructor;
   else if (locator->is_conversion_name)
-    locator->symbol = conversion_function_of(info, locator->conversion_type);
+    locator->symbol = conversion_functions_to(place.type, locator->conversion_type);
   else
     return look_up_in_place(place, locator, options);
   return locator->symbol;

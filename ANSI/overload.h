@@ -130,6 +130,8 @@ a_dynamic_init* make_constructor_init(a_type* class_type, a_routine* constructor
 // A new object of the class, made by a constructor from the arguments.
 void make_class_temporary(a_type* class_type, an_init_component* arg_list,
                           const a_source_position* position, an_operand* result);
+// The same with the operand alone as argument, which it replaces.
+void construct_object_of_operand(an_operand* operand, a_type* class_type);
 // Makes an object of the class of an operand by a constructor that isn't
 // explicit (C++11 12.3.1); false, with nothing reported, when none takes it.
 bool convert_operand_by_constructor(an_operand* operand, a_type* class_type);

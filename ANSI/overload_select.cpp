@@ -78,7 +78,9 @@ static an_arg_match match_reference(const an_operand* argument, a_type* type,
   }
   if (!is_rvalue_reference && wanted != tq_const)
     return match_of_rank(mr_none);
-  return match_value(argument, make_unqualified_type(object), by_constructor);
+  an_arg_match match = match_value(argument, make_unqualified_type(object), by_constructor);
+  match.binds_rvalue_to_lvalue_reference = !is_rvalue_reference;
+  return match;
 }
 
 static bool is_promotion(const an_operand* argument, a_type* type) {
@@ -399,16 +401,20 @@ void make_class_temporary(a_type* class_type, an_init_component* arg_list,
   make_expression_operand(node, result);
 }
 
-bool convert_operand_by_constructor(an_operand* operand, a_type* class_type) {
-  if (is_error_operand(operand) || has_no_type_of_its_own(operand) ||
-      !is_class_struct_union_type(class_type) ||
-      !constructor_converts(operand, skip_typerefs(class_type)))
-    return false;
+void construct_object_of_operand(an_operand* operand, a_type* class_type) {
   an_operand saved = *operand;
   an_init_component* argument = alloc_init_component(ick_expression);
   argument->variant.operand = saved;
   make_class_temporary(class_type, argument, &saved.position, operand);
   free_init_component_list(argument);
   restore_operand_details(operand, &saved);
+}
+
+bool convert_operand_by_constructor(an_operand* operand, a_type* class_type) {
+  if (is_error_operand(operand) || has_no_type_of_its_own(operand) ||
+      !is_class_struct_union_type(class_type) ||
+      !constructor_converts(operand, skip_typerefs(class_type)))
+    return false;
+  construct_object_of_operand(operand, class_type);
   return true;
 }

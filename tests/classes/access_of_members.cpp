@@ -42,6 +42,22 @@ void outside(Private p, Protected q) {
   p.Private::kept = 4;
 }
 
+// ---- Conversions to bases (C++11 4.10 p3) ----
+
+struct Public : Base { };
+class Inside : Base {
+  Base *up() { return this; }
+  friend Base &befriended(Inside &i) { return i; }
+};
+void convert(Public *p, Inside *i) {
+  Base *to_public = p;
+  // CHECK: line [[#@LINE+1]]: error #271: conversion to inaccessible base class "Base" is not allowed
+  Base *to_private = i;
+  // CHECK: line [[#@LINE+1]]: error #271: conversion to inaccessible base class "Base" is not allowed
+  Base &reference = *i;
+  to_private = (Base *)i;
+}
+
 // ---- Using-declarations of overloaded functions ----
 
 struct Twice : Base {

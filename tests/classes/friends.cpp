@@ -39,6 +39,8 @@ struct Bad {
   // CHECK: line [[#@LINE+1]]: error #279: invalid friend declaration
   friend int field;
 };
+namespace q { struct Inner; }
+struct OfTypename { friend typename q::Inner; };
 
 // ---- Using-declarations ----
 

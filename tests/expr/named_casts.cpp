@@ -50,7 +50,7 @@ void bad() {
   i = static_cast<int>(s1);
 // CHECK-NEXT: line [[@LINE-1]]: error #173:
   s1 = static_cast<s>(t1);
-// CHECK-NEXT: line [[@LINE-1]]: error #1816:
+// CHECK-NEXT: line [[@LINE-1]]: error #306:
   cp = const_cast<char *>(cip);
 // CHECK-NEXT: line [[@LINE-1]]: error #721:
   i = const_cast<int>(i);
