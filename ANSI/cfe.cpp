@@ -23,6 +23,7 @@
 #include "il_walk.h"
 #include "il_write.h"
 #include "interpret.h"
+#include "lambda.h"
 #include "layout.h"
 #include "lexical.h"
 #include "lookup.h"
@@ -169,6 +170,7 @@ void init_modules() {
   class_decl_init();
   layout_init();
   def_arg_init();
+  lambda_init();
   templates_init();
   corresp_init();
   expr_init();

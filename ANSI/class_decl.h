@@ -69,6 +69,8 @@ a_routine* special_member_of_class(a_type* class_type, a_special_member_kind kin
 // The initialisation of an object or an array of the class, by its default
 // constructor; null when that does nothing, an error constant after a message.
 a_dynamic_init* default_constructor_init(a_type* type, const a_source_position* position);
+// Whether objects of the class, which may be qualified, can be copied from here.
+bool is_copyable_class(a_type* class_type);
 // Works out the exception specification of an implicit function (C++11 15.4 p14).
 void resolve_indeterminate_exception_specification(a_routine* routine);
 // Settles whether a complete class is a literal type (C++11 3.9 p10).

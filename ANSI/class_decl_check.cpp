@@ -215,7 +215,6 @@ static void check_functions_defined(const a_type* class_type) {
 }
 
 void check_functions_of_local_class(const a_type* class_type) {
-  const auto& info = class_type->variant.class_struct_union;
-  if (info.is_local_class && num_classes_on_scope_stack == 0)
+  if (class_type->variant.class_struct_union.is_local_class)
     check_functions_defined(class_type);
 }

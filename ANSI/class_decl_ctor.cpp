@@ -16,6 +16,7 @@
 #include "types.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -149,9 +150,7 @@ static a_dynamic_init* make_zero_init(a_type* type) {
   return alloc_dynamic_init(dik_zero);
 }
 
-// An array of objects that begin alike: one initialisation, repeated through all
-// its bounds.
-static a_dynamic_init* repeat_for_elements(a_type* type, a_dynamic_init* init) {
+a_dynamic_init* repeat_for_elements(a_type* type, a_dynamic_init* init) {
   if (!is_array_type(type))
     return init;
   a_constant* element = alloc_constant(con_dynamic_init);
@@ -201,10 +200,11 @@ static a_dynamic_init* parenthesized_init(a_type* type, an_init_component** argu
 // By the default constructor; null when that does nothing.
 static a_dynamic_init* implicit_class_init(a_type* type, const a_source_position* position) {
   a_type* class_type = skip_typerefs(skip_array_types(type));
-  const a_routine* constructor = special_member_of_class(class_type, smk_default_constructor, 0);
-  if (constructor && constructor->is_trivial && !constructor->is_deleted)
-    return nullptr;
-  return init_class_by_constructor(type, nullptr, position);
+  a_routine* constructor = special_member_of_class(class_type, smk_default_constructor, 0);
+  if (!constructor || !constructor->is_trivial || constructor->is_deleted)
+    return init_class_by_constructor(type, nullptr, position);
+  check_use_of_routine(constructor, class_type, position);
+  return nullptr;
 }
 
 a_dynamic_init* default_constructor_init(a_type* type, const a_source_position* position) {
@@ -301,6 +301,25 @@ static bool is_initialized_already(const a_ctor_init_list* list, const a_mem_ini
   return false;
 }
 
+// The constructors that delegate, and to which.
+static std::unordered_map<const a_routine*, const a_routine*> delegations;
+
+void class_decl_ctor_init() {
+  delegations.clear();
+}
+
+// Reported at the constructor that closes the circle (C++11 12.6.2 p6).
+static void check_for_delegation_loop(const a_routine* constructor, const a_routine* target) {
+  const a_routine* last = target;
+  for (auto next = delegations.find(last); last != constructor && next != delegations.end();
+       next = delegations.find(last))
+    last = next->second;
+  if (last == constructor)
+    pos_error(ec_delegation_loop, &constructor->source_corresp.position);
+  else
+    delegations[constructor] = target;
+}
+
 static void add_delegation(a_ctor_init_list* list, const a_mem_init_target* target,
                            a_dynamic_init* value) {
   if (!delegating_constructors_enabled)
@@ -310,6 +329,8 @@ static void add_delegation(a_ctor_init_list* list, const a_mem_init_target* targ
   list->delegation->is_delegating = true;
   list->delegation->initializer = value;
   list->delegation->position = target->position;
+  if (value->kind == dik_constructor)
+    check_for_delegation_loop(list->constructor, value->variant.constructor.routine);
 }
 
 static void scan_mem_initializer(a_ctor_init_list* list) {
@@ -499,6 +520,11 @@ static void append_init(const a_ctor_init_list* list, a_constructor_init* init,
   *link = &init->next;
 }
 
+// A constructor may have to take back what it has built (C++11 12.6.2 p10).
+static void check_destructor_of_subobject(const a_ctor_init_list* list, a_type* type) {
+  check_use_of_destructor(type, &list->constructor->source_corresp.position);
+}
+
 static void append_bases(a_ctor_init_list* list, bool is_virtual, a_constructor_init*** link) {
   for (a_base_class* base = class_supplement_of(list->class_type)->base_classes; base;
        base = base->next) {
@@ -506,6 +532,7 @@ static void append_bases(a_ctor_init_list* list, bool is_virtual, a_constructor_
         is_error_type(base->type))
       continue;
     a_constructor_init* init = find_written(list, base, nullptr);
+    check_destructor_of_subobject(list, base->type);
     append_init(list, init ? init : make_implicit_init(list, base, nullptr), link);
   }
 }
@@ -526,6 +553,8 @@ static void append_fields(a_ctor_init_list* list, a_constructor_init*** link) {
     a_constructor_init* init = find_written(list, nullptr, field);
     if (is_anonymous_member(field))
       append_variant_members(list, field, link);
+    else if (list->class_type->kind != tk_union)
+      check_destructor_of_subobject(list, field->type);
     if (!init && !any_in_union && !list->any_error)
       init = make_implicit_init(list, nullptr, field);
     append_init(list, init, link);

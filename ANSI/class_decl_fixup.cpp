@@ -278,13 +278,24 @@ static const an_exception_specification* exception_spec_of(const a_routine* rout
   return skip_typerefs(routine->type)->variant.routine.routine_supplement->exception_specification;
 }
 
+// Without exceptions nothing works out what the class would declare.
+static bool lacks_implicit_spec(const a_routine* routine) {
+  bool is_worked_out = exceptions_enabled && implicit_noexcept_enabled;
+  return !is_worked_out && !exception_spec_of(routine) &&
+         (routine->is_defaulted || routine->special_kind == rsk_destructor);
+}
+
 static void run_exception_spec_check(const an_exception_spec_check* check) {
   const a_routine* overrider = check->overrider;
   if (!check->overridden) {
     check_exception_spec_of_defaulted_function(check->overrider);
     return;
   }
-  if (is_error_type(overrider->type) || is_error_type(check->overridden->type) ||
+  if (is_error_type(overrider->type) || is_error_type(check->overridden->type))
+    return;
+  resolve_indeterminate_exception_specification(check->overrider);
+  resolve_indeterminate_exception_specification(check->overridden);
+  if (lacks_implicit_spec(overrider) ||
       !exception_spec_is_less_restrictive(exception_spec_of(overrider),
                                           exception_spec_of(check->overridden)))
     return;

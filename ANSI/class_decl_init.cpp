@@ -8,6 +8,7 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "il_statements.h"
+#include "lambda.h"
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "types.h"
@@ -101,7 +102,10 @@ void scan_field_initializer(a_field* field, a_type* class_type) {
   int32_t saved_region;
   switch_to_file_scope_region(&saved_region);
   a_variable* saved_this = set_this_of_class(class_type, make_this_of_class(class_type, tq_none));
+  void* saved_entity = set_initialized_entity(field);
   field->default_init = scan_initializer_of_field(field);
+  set_initialized_entity(saved_entity);
+  set_parent_field_for_closure_types(field);
   set_this_of_class(class_type, saved_this);
   switch_back_to_original_region(saved_region);
 }

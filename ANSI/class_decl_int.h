@@ -273,6 +273,10 @@ void scan_field_initializer(a_field* field, a_type* class_type);
 // initialisers (C++11 12.6.2), completed by what the classes of bases and members
 // do by themselves. The `{` is left.
 void ctor_initializer(a_routine* constructor, a_scope* scope);
+// An array of objects that begin alike: one initialisation, repeated through all
+// its bounds.
+a_dynamic_init* repeat_for_elements(a_type* type, a_dynamic_init* init);
+void class_decl_ctor_init();
 // What follows the body of a destructor: the destructions of bases and members.
 void dtor_initializer(a_routine* destructor, a_scope* scope);
 // The initialisation of a base or member by components, which are taken from the

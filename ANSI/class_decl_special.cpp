@@ -213,11 +213,18 @@ static bool is_usable(a_routine* routine) {
   return !symbol || have_access_to_symbol(symbol, class_of_routine(routine), nullptr);
 }
 
+bool is_copyable_class(a_type* class_type) {
+  a_type_qualifier_set qualifiers = get_type_qualifiers(class_type) & tq_cv;
+  return is_usable(special_member_of_class(class_type, smk_copy_constructor, qualifiers));
+}
+
 // What a base or a member of class type adds. `qualifiers` are those of the
 // member; a variant member must be trivial.
 static void consider_class(an_implicit_member* member, a_type* class_type,
                            a_type_qualifier_set qualifiers, bool is_variant) {
   bool is_copy = is_copy_kind(member->kind);
+  if (member->kind == smk_default_constructor || member->kind == smk_destructor)
+    qualifiers = tq_none; // those serve const objects as well
   a_routine* routine = special_member_of_class(class_type, member->kind,
                                                is_copy ? qualifiers | tq_const : qualifiers);
   if (!routine && is_copy) {
@@ -251,6 +258,16 @@ static void consider_scalar(an_implicit_member* member, const a_field* field) {
   }
 }
 
+// C++11 12.1 p5: a const member whose own default constructor does nothing.
+static bool leaves_const_without_value(const an_implicit_member* member, a_type* class_type) {
+  if (member->kind != smk_default_constructor)
+    return false;
+  const a_routine* constructor =
+      special_member_of_class(class_type, smk_default_constructor, tq_none);
+  return constructor && constructor->is_trivial &&
+         next_initializable_field(skip_typerefs(class_type)->variant.class_struct_union.fields);
+}
+
 static void consider_field(an_implicit_member* member, const a_field* field) {
   a_type* element = skip_array_types(field->type);
   bool is_variant = member->class_type->kind == tk_union;
@@ -262,10 +279,11 @@ static void consider_field(an_implicit_member* member, const a_field* field) {
   }
   if (is_class_struct_union_type(element)) {
     a_type_qualifier_set qualifiers = field->is_mutable ? tq_none : get_type_qualifiers(element);
-    if (is_assignment_kind(member->kind) && (qualifiers & tq_const) != 0)
-      member->is_deleted = true;
+    bool is_const = (qualifiers & tq_const) != 0;
+    member->is_deleted |= is_const && (is_assignment_kind(member->kind) ||
+                                       leaves_const_without_value(member, element));
     consider_class(member, element, qualifiers & tq_cv, is_variant);
-  } else if (!is_variant || is_reference_type(element)) {
+  } else if (!is_variant || is_reference_type(element) || is_assignment_kind(member->kind)) {
     consider_scalar(member, field);
   }
 }
@@ -283,14 +301,17 @@ static void consider_union_default(an_implicit_member* member) {
   member->is_constexpr &= any_init || !first;
 }
 
-static an_implicit_member analyse_special_member(a_type* class_type, a_special_member_kind kind) {
+// `initialized_base` is one that a constructor inherited from it takes care of.
+static an_implicit_member analyse_special_member(a_type* class_type, a_special_member_kind kind,
+                                                 const a_type* initialized_base = nullptr) {
   an_implicit_member member = {class_type, kind, true, false, true, true};
   const auto& info = class_type->variant.class_struct_union;
   const a_class_type_supplement* supplement = class_supplement_of(class_type);
   for (const a_base_class* base = supplement->base_classes; base; base = base->next) {
     if (base->is_virtual && kind != smk_destructor)
       member.is_trivial = member.is_constexpr = false;
-    if ((base->is_direct || base->is_virtual) && !is_error_type(base->type))
+    bool is_own = (base->is_direct || base->is_virtual) && !is_error_type(base->type);
+    if (is_own && class_of_base(base) != initialized_base)
       consider_class(&member, base->type, tq_none, false);
   }
   if (info.has_virtual_functions && kind != smk_destructor)
@@ -455,8 +476,11 @@ static void enter_inherited_constructor(a_type* class_type, const a_routine* con
   routine->is_implicitly_declared = true;
   routine->is_inheriting_ctor = true;
   routine->is_explicit = constructor->is_explicit;
-  routine->is_constexpr = constructor->is_constexpr;
-  routine->is_deleted = constructor->is_deleted;
+  // The other bases and the members begin by default (C++11 12.9 p8).
+  an_implicit_member rest = analyse_special_member(class_type, smk_default_constructor,
+                                                   class_of_routine(constructor));
+  routine->is_constexpr = constructor->is_constexpr && rest.is_constexpr;
+  routine->is_deleted = constructor->is_deleted || rest.is_deleted;
   set_inline_flag(routine, true);
 }
 
@@ -519,6 +543,10 @@ static void settle_declared_member(a_routine* routine) {
   if (routine->is_compiler_generated)
     return;
   routine->is_user_provided = !routine->is_defaulted && !routine->is_deleted;
+  // A destructor throws no more than one that the class declares (C++11 12.4 p3).
+  if (routine->special_kind == rsk_destructor && !routine->is_defaulted &&
+      !is_error_type(routine->type))
+    add_indeterminate_exception_spec(routine);
   if (!routine->is_defaulted || !special_member_kind_of(routine, &kind))
     return;
   an_implicit_member member = analyse_special_member(class_of_routine(routine), kind);
@@ -568,6 +596,16 @@ static an_error_code code_for_function_not_to_be_defaulted(const a_routine* rout
                                          : ec_invalid_function_to_be_defaulted;
 }
 
+// C++11 8.4.2 p1: but for the qualifiers of what it takes.
+static bool has_type_of_implicit_assignment(const a_routine* routine) {
+  a_type* type = skip_typerefs(routine->type);
+  a_type* return_type = return_type_of(type);
+  const a_routine_type_supplement* supplement = type->variant.routine.routine_supplement;
+  return is_reference_type(first_param(type)->type) && (supplement->this_qualifiers & tq_cv) == 0 &&
+         is_lvalue_reference_type(return_type) &&
+         identical_types(type_pointed_to(return_type), class_of_routine(routine));
+}
+
 void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_state*) {
   a_special_member_kind kind;
   const a_source_position* position = &routine->source_corresp.position;
@@ -578,9 +616,8 @@ void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_
   } else if (kind == smk_copy_constructor || kind == smk_move_constructor) {
     if (first_param(routine->type)->next)
       pos_error(ec_copy_ctor_with_default_arg_cannot_be_defaulted, position);
-  } else if (is_assignment_kind(kind)) {
-    if (!is_reference_type(first_param(routine->type)->type))
-      pos_error(ec_invalid_assignment_operator_to_be_defaulted, position);
+  } else if (is_assignment_kind(kind) && !has_type_of_implicit_assignment(routine)) {
+    pos_error(ec_invalid_assignment_operator_to_be_defaulted, position);
   }
 }
 
@@ -603,11 +640,11 @@ void define_defaulted_function(a_routine* routine, const a_decl_parse_state* sta
 // ---- Exception specifications (C++11 15.4 p14) ----
 
 static bool routine_may_throw(a_routine* routine) {
+  static const an_exception_specification throws_nothing = {};
   resolve_indeterminate_exception_specification(routine);
-  const an_exception_specification* specification =
-      skip_typerefs(routine->type)->variant.routine.routine_supplement->exception_specification;
-  return !specification || specification->is_any || specification->types ||
-         (specification->is_noexcept_expr && !specification->is_noexcept);
+  return exception_spec_is_less_restrictive(
+      skip_typerefs(routine->type)->variant.routine.routine_supplement->exception_specification,
+      &throws_nothing);
 }
 
 static bool subobject_may_throw(a_type* type, a_special_member_kind kind) {

@@ -246,6 +246,13 @@ static void store_result(a_variable* variable, a_type* type, const an_init_state
     initialize_static_at_run_time(variable, init);
 }
 
+// The destructor that runs where the object ends (C++11 12.4 p11).
+static void check_destruction_of_variable(const a_variable* variable,
+                                          const a_source_position* position) {
+  if (in_cplusplus_mode() && !is_error_type(variable->type))
+    check_use_of_destructor(variable->type, position);
+}
+
 // An object without an initialiser: what its default constructor does, if
 // anything (C++11 8.5 p6).
 void initialize_by_default_constructor(a_symbol* symbol) {
@@ -255,6 +262,7 @@ void initialize_by_default_constructor(a_symbol* symbol) {
       is_incomplete_type(element))
     return;
   a_dynamic_init* init = default_constructor_init(variable->type, &symbol->position);
+  check_destruction_of_variable(variable, &symbol->position);
   if (!init || is_error_dynamic_init(init))
     return;
   if (has_static_duration(variable))
@@ -329,6 +337,7 @@ void initializer(a_decl_parse_state* state) {
     reduce_to_constant(&init_state, &position);
   if (may_store)
     store_result(variable, type, &init_state, &position);
+  check_destruction_of_variable(variable, &symbol->position);
   pop_lifetime_of_static(lifetime, variable);
 }
 

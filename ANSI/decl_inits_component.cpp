@@ -119,6 +119,31 @@ static bool at_old_field_designator() {
   return extended_designators_allowed && curr_token == tok_identifier && next_token() == tok_colon;
 }
 
+// Whether a lambda begins at the `[` of an element, and no designator: by what
+// stands in the brackets or, behind a name alone, by what follows them.
+static bool at_lambda() {
+  if (in_C_mode() || !lambdas_enabled || curr_token != tok_lbracket)
+    return false;
+  a_token_kind next = next_token();
+  if (next != tok_identifier)
+    return next == tok_rbracket || next == tok_assign || next == tok_ampersand || next == tok_this;
+  a_token_cache cache;
+  a_token_set_array stop_set = {};
+  stop_set.member[tok_rbracket] = stop_set.member[tok_semicolon] = true;
+  clear_token_cache(&cache, false);
+  cache_curr_token(&cache);
+  get_token();
+  cache_token_stream_full(&cache, &stop_set, ctsf_stop_at_unbalanced);
+  bool is_closed = curr_token == tok_rbracket;
+  if (is_closed) {
+    cache_curr_token(&cache);
+    get_token();
+  }
+  bool begins_body = curr_token == tok_lbrace || curr_token == tok_lparen;
+  rescan_cached_tokens(&cache);
+  return is_closed && begins_body;
+}
+
 // Designators and what ends them, appended to a list. Old GNU C wrote `field:`
 // for `.field =`, and left out the `=` behind a single index.
 static an_init_component** scan_designators(an_init_component** link) {
@@ -129,7 +154,8 @@ static an_init_component** scan_designators(an_init_component** link) {
     return &(*link)->next;
   }
   const an_init_component* first = nullptr;
-  while (designators_allowed && (curr_token == tok_lbracket || curr_token == tok_period)) {
+  while (designators_allowed && !at_lambda() &&
+         (curr_token == tok_lbracket || curr_token == tok_period)) {
     *link = curr_token == tok_lbracket ? scan_index_designator() : scan_field_designator();
     if (!first)
       first = *link;

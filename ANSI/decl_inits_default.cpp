@@ -14,11 +14,28 @@ static void check_const_object_of_c(a_symbol* symbol, const a_type* type) {
                       &symbol->position, symbol);
 }
 
-// Whether some member, at any depth, is a reference; *is_const: or const.
+// Whether the object gets a value from its own initialiser or from a constructor
+// of the program.
+static bool has_value(const a_field* field) {
+  const a_type* type = underlying_array_element_type(field->type);
+  return field->has_default_init ||
+         (is_class_struct_union_type(type) &&
+          class_supplement_of(skip_typerefs(type))->has_user_constructor);
+}
+
+// The first member, from the field on, that nothing gives a value.
+static a_field* next_field_without_value(a_field* field) {
+  field = next_initializable_field(field);
+  while (field && has_value(field))
+    field = next_initializable_field(field->next);
+  return field;
+}
+
+// Whether some member without a value is a reference; *is_const: or const.
 static bool has_reference_member(a_type* class_type, bool* has_const) {
   bool has_reference = false;
-  for (a_field* field = next_initializable_field(class_type->variant.class_struct_union.fields);
-       field; field = next_initializable_field(field->next)) {
+  for (a_field* field = next_field_without_value(class_type->variant.class_struct_union.fields);
+       field; field = next_field_without_value(field->next)) {
     a_type* type = underlying_array_element_type(field->type);
     *has_const |= is_const_qualified_type(type);
     has_reference |= is_reference_type(type);
@@ -46,7 +63,7 @@ static void check_members_of_class(a_symbol* symbol, a_type* class_type) {
 // own. One with no member that would lack a value does without.
 static void check_const_class_object(a_symbol* symbol, a_type* type, const a_type* class_type) {
   const a_source_position* position = &symbol->position;
-  if (!next_initializable_field(class_type->variant.class_struct_union.fields))
+  if (!next_field_without_value(class_type->variant.class_struct_union.fields))
     return;
   if (symbol->header)
     pos_syty_error(ec_missing_default_constructor_on_const, position, symbol,

@@ -281,9 +281,8 @@ static void dynamic_exception_specification(an_exception_specification* specific
 void scan_noexcept_condition(an_exception_specification* specification) {
   a_constant* value = fs_constant(con_integer);
   scan_integral_constant_expression(value);
-  specification->is_noexcept_expr = true;
+  specification->is_noexcept = specification->is_noexcept_expr = true;
   specification->noexcept_constant = value;
-  specification->is_noexcept = value->kind == con_integer && cmplit_integer_constant(value, 0) != 0;
 }
 
 // The condition may name members that are still to come.

@@ -7,6 +7,7 @@
 #include "error.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "lambda.h"
 #include "lookup.h"
 #include "mode_words.h"
 #include "pragma.h"
@@ -125,6 +126,28 @@ static void merge_default_args(a_routine_declaration* decl, a_routine* routine) 
       param->default_arg_expr = old->default_arg_expr;
     }
   }
+}
+
+// C++11 8.3.6 p4: a friend with default arguments has one declaration only.
+static void check_redeclared_friend(const a_routine_declaration* decl) {
+  const a_routine* friend_routine =
+      decl->match && decl->match->kind == symk_routine ? decl->match->variant.routine : nullptr;
+  if (!friend_routine || is_error_type(friend_routine->type))
+    return;
+  bool is_friend = decl->state->modifiers.friend_seen;
+  const a_type* type = is_friend && decl->is_definition ? decl->state->declared_type
+                       : friend_routine->is_friend_definition ? friend_routine->type
+                                                              : nullptr;
+  const a_param_type* param = type ? param_types_of(skip_typerefs(type)) : nullptr;
+  while (param && !param->has_default_arg)
+    param = param->next;
+  if (!param)
+    return;
+  if (is_friend)
+    pos_error(ec_friend_with_def_arg_must_be_only_decl, &decl->locator->position);
+  else
+    pos_sy_error(ec_redeclaration_of_friend_with_default_args, &decl->locator->position,
+                 decl->match);
 }
 
 static void check_default_args(const a_routine_declaration* decl) {
@@ -530,6 +553,8 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
   decl.is_definition = (flags & drf_definition) != 0;
   find_match(&decl);
   check_declaration(&decl);
+  if (in_cplusplus_mode())
+    check_redeclared_friend(&decl);
   const bool is_redeclared = decl.match != nullptr;
   state->parse_flags.is_redeclaration = is_redeclared;
   a_routine* routine = declared_routine(&decl);
@@ -544,6 +569,7 @@ void decl_routine(a_symbol_locator* locator, a_decl_parse_state* state, a_func_i
     pos_sy_warning(ec_first_decl_not_gnu_inline, &locator->position, symbol);
   note_inline_definition(routine, &decl);
   check_default_args(&decl);
+  set_parent_entity_for_closure_types(routine);
   routine->is_implicitly_declared = (flags & drf_implicit) != 0;
   if (decl.is_definition) {
     // The definition is what positions in messages and in the file point at.

@@ -4,6 +4,7 @@
 #include "error.h"
 #include "expr_int.h"
 #include "il.h"
+#include "lambda.h"
 #include "mem_manage.h"
 #include "mode_words.h"
 #include "scope_stk.h"
@@ -49,10 +50,12 @@ static an_expr_node* scan_default_value(a_type* type) {
   return node;
 }
 
-static an_expr_node* scan_default_value_at_file_scope(a_type* type) {
+static an_expr_node* scan_default_value_at_file_scope(a_param_type* param, a_type* type) {
   int32_t saved_region;
   switch_to_file_scope_region(&saved_region);
+  void* saved_entity = set_initialized_entity(param);
   an_expr_node* node = scan_default_value(type);
+  set_initialized_entity(saved_entity);
   switch_back_to_original_region(saved_region);
   return node;
 }
@@ -69,10 +72,19 @@ void scan_default_argument(a_param_id* param) {
   if (is_in_open_class())
     prescan_member_function_default_arg_expr(param);
   else
-    param->param_type->default_arg_expr = scan_default_value_at_file_scope(param->type);
+    param->param_type->default_arg_expr =
+        scan_default_value_at_file_scope(param->param_type, param->type);
 }
 
 // ---- Delayed scans ----
+
+// The member with the declarator; null for that of a friend.
+static a_routine* routine_of_type(const a_prototype_context* context) {
+  a_routine* routine = class_supplement_of(context->class_type)->scope->routines;
+  while (routine && skip_typerefs(routine->type) != context->routine_type)
+    routine = routine->next;
+  return routine;
+}
 
 void delayed_scan_of_default_arg_expr(a_def_arg_expr_fixup* fixup) {
   if (fixup->is_scanned || fixup->is_being_scanned)
@@ -80,11 +92,14 @@ void delayed_scan_of_default_arg_expr(a_def_arg_expr_fixup* fixup) {
   fixup->is_being_scanned = true;
   push_prototype_context(&fixup->context);
   begin_delayed_scan(&fixup->expression);
-  fixup->param->default_arg_expr = scan_default_value_at_file_scope(fixup->param->type);
+  fixup->param->default_arg_expr =
+      scan_default_value_at_file_scope(fixup->param, fixup->param->type);
   end_delayed_scan(is_error_node(fixup->param->default_arg_expr)
                        ? an_error_code{0}
                        : ec_unexpected_end_of_default_arg);
   pop_prototype_context();
+  if (a_routine* routine = routine_of_type(&fixup->context))
+    set_parent_entity_for_closure_types(routine);
   fixup->param->default_arg_is_deferred = false;
   fixup->is_scanned = true;
 }

@@ -238,7 +238,7 @@ static void bind_to_this(an_operand* function) {
   bool is_set = function->kind == ok_indefinite_function && function->symbol->is_class_member;
   an_operand saved = *function, object;
   if (function->flags.bound_function || !(is_member || is_set) ||
-      !make_this_pointer_operand(&object))
+      !make_this_for_member(skip_typerefs(function->symbol->parent.class_type), &object))
     return;
   if (is_member) {
     make_function_designator_operand(saved.symbol->variant.routine, saved.ref_entries, function);

@@ -268,6 +268,8 @@ void scan_identifier(an_operand* result);
 void scan_this(an_operand* result);
 // False outside a nonstatic member function.
 bool make_this_pointer_operand(an_operand* result);
+// The same; false also where its object has no members of the class.
+bool make_this_for_member(const a_type* member_class, an_operand* result);
 void expr_check_ambiguity_and_verify_access(a_symbol_locator* locator);
 void scan_generic_selection(an_operand* result);
 void scan_address_of(an_operand* result);

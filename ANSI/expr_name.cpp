@@ -10,6 +10,7 @@
 #include "mode_words.h"
 #include "scope_stk.h"
 #include "sys_predef.h"
+#include "types.h"
 
 // ---- Objects and functions ----
 
@@ -38,6 +39,26 @@ static void check_reference_from_inline(const a_source_correspondence* corresp) 
     check_c99_inline_definition(routine, &pos_curr_token, false);
 }
 
+// Whether a variable is one of a function around the class or the function at
+// hand, whose object can't be reached from there (C++11 9.8 p1), or is named in
+// a default argument (8.3.6 p7). What lambdas reach by captures is none.
+static bool is_out_of_reach(const a_symbol* symbol) {
+  a_variable* variable = symbol->variant.variable;
+  if (symbol->kind != symk_variable || variable->storage_kind < sc_auto ||
+      expr_stack->flags.unevaluated_operand || is_constant_variable(variable))
+    return false;
+  if (expr_stack->flags.in_default_argument)
+    return true;
+  int depth = scope_depth_of_symbol(symbol, nullptr);
+  while (depth >= 0 && ++depth <= depth_scope_stack) {
+    const a_scope_stack_entry* entry = &scope_stack[depth];
+    bool is_class = entry->kind == sk_class || entry->kind == sk_class_reactivation;
+    if (is_class && !class_supplement_of(entry->assoc_type)->is_lambda_closure)
+      return true;
+  }
+  return false;
+}
+
 static void variable_operand(a_symbol* symbol, an_operand* result) {
   a_variable* variable = symbol->variant.variable;
   // The value of a parameter isn't known where a default argument is written.
@@ -48,6 +69,10 @@ static void variable_operand(a_symbol* symbol, an_operand* result) {
   }
   if (in_cplusplus_mode() && make_captured_variable_operand(symbol, result))
     return;
+  if (in_cplusplus_mode() && is_out_of_reach(symbol)) {
+    error_and_make_error_operand(ec_ref_to_nested_function_var, &pos_curr_token, result);
+    return;
+  }
   a_ref_entry* ref = make_ref_entry(srk_reference, symbol, &pos_curr_token);
   check_reference_from_inline(&variable->source_corresp);
   make_lvalue_variable_operand(variable, ref, result);
@@ -92,6 +117,21 @@ static void anonymous_object_member_operand(a_symbol* symbol, a_variable* object
   select_field(result, symbol->variant.field, false);
 }
 
+bool make_this_for_member(const a_type* member_class, an_operand* result) {
+  if (!make_this_pointer_operand(result))
+    return false;
+  if (is_error_operand(result))
+    return true;
+  a_type* class_type = skip_typerefs(type_pointed_to(result->type));
+  return class_type == member_class || find_base_class_of(class_type, member_class);
+}
+
+// The class that has the field, also within an anonymous struct or union.
+static const a_type* class_with_field(const a_field* field) {
+  const a_field* around = anonymous_field_around(field, nullptr);
+  return class_of_member(around ? &around->source_corresp : &field->source_corresp);
+}
+
 // A field named alone is one of the object of the member function. Where
 // nothing is evaluated it needs no object.
 static void field_operand(a_symbol* symbol, an_operand* result) {
@@ -106,7 +146,7 @@ static void field_operand(a_symbol* symbol, an_operand* result) {
   if (class_type && class_supplement_of(class_type)->is_lambda_closure &&
       make_init_capture_operand(symbol, result))
     return;
-  if (make_this_pointer_operand(result)) {
+  if (make_this_for_member(class_with_field(field), result)) {
     result->ref_entries = make_ref_entry(srk_reference, symbol, &pos_curr_token);
     select_field(result, field, true);
     return;

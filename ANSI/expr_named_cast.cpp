@@ -405,10 +405,12 @@ static void scan_class_construction(a_type* type, an_operand* result,
   }
   --expr_stack->template_arg_paren_depth;
   remove_stop_token(tok_rparen);
-  if (is_complete_class(type, start))
+  if (is_complete_class(type, start)) {
     make_class_temporary(type, list, start, result);
-  else
+    check_use_of_destructor(type, start);
+  } else {
     make_error_operand(result);
+  }
   free_init_component_list(list);
 }
 

@@ -188,9 +188,10 @@ static void scan_class_new_initializer(a_new_expression* info, a_type* class_typ
     info->end = end_pos_curr_token;
     required_token(tok_rparen, ec_exp_rparen);
   }
-  const a_routine* plain = special_member_of_class(class_type, smk_default_constructor, tq_none);
-  bool does_nothing = !list && plain && plain->is_trivial && !plain->is_deleted;
-  if (!does_nothing)
+  a_routine* plain = special_member_of_class(class_type, smk_default_constructor, tq_none);
+  if (!list && plain && plain->is_trivial && !plain->is_deleted)
+    check_use_of_routine(plain, class_type, &info->start);
+  else
     construct_new_object(info, class_type, list);
   free_init_component_list(list);
 }

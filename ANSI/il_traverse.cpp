@@ -2,6 +2,7 @@
 // and the questions that are answered by a walk. The walk keeps its own stack
 // of what is still to be visited: a sum of ten thousand terms nests as deep.
 
+#include "class_decl.h"
 #include "il_constants.h"
 #include "il_expr.h"
 #include "il_expr_int.h"
@@ -401,7 +402,7 @@ static void answer_yes(an_expr_or_stmt_traversal_block* block) {
 }
 
 // The routine that a call calls by name; null for a call through a pointer.
-static const a_routine* called_routine(const an_expr_node* call) {
+static a_routine* called_routine(const an_expr_node* call) {
   const an_expr_node* function = call->variant.operation.operands;
   return function->kind == expr_routine ? function->variant.routine.ptr : nullptr;
 }
@@ -538,14 +539,21 @@ static bool routine_type_might_throw(const a_type* type) {
       type->variant.routine.routine_supplement->exception_specification, &throws_nothing);
 }
 
+static bool routine_might_throw(a_routine* routine) {
+  if (is_error_type(routine->type))
+    return true;
+  resolve_indeterminate_exception_specification(routine);
+  return routine_type_might_throw(routine->type);
+}
+
 static bool might_throw_itself(const an_expr_node* node) {
   switch (node->kind) {
   case expr_operation: {
     if (!is_call_operator(node->variant.operation.op))
       return false;
-    const a_routine* routine = called_routine(node);
-    return routine_type_might_throw(routine != nullptr ? routine->type
-                                                       : node->variant.operation.operands->type);
+    a_routine* routine = called_routine(node);
+    return routine != nullptr ? routine_might_throw(routine)
+                              : routine_type_might_throw(node->variant.operation.operands->type);
   }
   case expr_throw:
   case expr_new_delete:
@@ -556,10 +564,9 @@ static bool might_throw_itself(const an_expr_node* node) {
 }
 
 static bool dynamic_init_might_throw_itself(const a_dynamic_init* init) {
-  if (init->kind == dik_constructor &&
-      routine_type_might_throw(init->variant.constructor.routine->type))
+  if (init->kind == dik_constructor && routine_might_throw(init->variant.constructor.routine))
     return true;
-  return init->destructor != nullptr && routine_type_might_throw(init->destructor->type);
+  return init->destructor != nullptr && routine_might_throw(init->destructor);
 }
 
 static void set_throw_callbacks(an_expr_or_stmt_traversal_block* block) {

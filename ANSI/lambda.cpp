@@ -149,26 +149,59 @@ static a_type* type_of_capture_field(a_type* type, bool is_by_reference) {
   return is_by_reference ? make_reference_type(type) : type;
 }
 
+// An array is captured element by element (C++11 5.1.2 p21).
+static a_dynamic_init* init_of_captured_array(a_type* type, an_operand* value) {
+  a_dynamic_init* init = alloc_dynamic_init(dik_bitwise_copy);
+  init->variant.expr = make_node_from_operand(value);
+  a_type* element = skip_array_types(type);
+  a_routine* constructor = is_class_struct_union_type(element)
+                               ? special_member_of_class(element, smk_copy_constructor,
+                                                         get_type_qualifiers(element) & tq_cv)
+                               : nullptr;
+  return constructor && !constructor->is_trivial
+             ? repeat_for_elements(type, make_constructor_init(skip_typerefs(element), constructor,
+                                                               init->variant.expr))
+             : init;
+}
+
+// Whether the value of a variable can be copied into the closure.
+static bool check_copy_of_captured_value(const a_symbol* symbol, a_type* type,
+                                         const a_source_position* position) {
+  a_type* element = skip_array_types(type);
+  if (!is_class_struct_union_type(element) || is_copyable_class(element))
+    return true;
+  pos_syty_error(ec_captured_var_type_not_copyable, position, symbol, type);
+  return false;
+}
+
 static void set_capture_initializer(a_lambda_capture* capture, an_operand* value) {
+  if (is_array_type(capture->field->type)) {
+    capture->initializer = init_of_captured_array(capture->field->type, value);
+    return;
+  }
   prep_initializer_operand(value, capture->field->type, ec_bad_initializer_type);
   capture->initializer = alloc_dynamic_init(
       is_class_struct_union_type(capture->field->type) ? dik_class_expr : dik_expr);
   capture->initializer->variant.expr = make_node_from_operand(value);
 }
 
-// The capture of the object with the value.
+// The capture of the object with the value, which an error operand may stand for.
 static a_lambda_capture* capture_object(a_lambda* lambda, a_symbol* symbol, bool is_by_reference,
                                         const a_source_position* position, an_operand* value) {
   a_lambda_capture* capture = add_capture(lambda, position);
+  bool is_error = is_error_operand(value);
   if (symbol->kind == symk_field)
     capture->init_capture_field = symbol->variant.field;
   else
     capture->variable = symbol->variant.variable;
   capture->is_by_reference = is_by_reference;
-  capture->field = add_closure_field(
-      lambda, type_of_capture_field(is_by_reference ? value->type : type_of_object(symbol),
-                                    is_by_reference));
-  set_capture_initializer(capture, value);
+  a_type* type = is_by_reference && !is_error ? value->type : type_of_object(symbol);
+  capture->field = add_closure_field(lambda, type_of_capture_field(type, is_by_reference));
+  if (is_error ||
+      (!is_by_reference && !check_copy_of_captured_value(symbol, capture->field->type, position)))
+    capture->initializer = make_error_constant_dynamic_init();
+  else
+    set_capture_initializer(capture, value);
   return capture;
 }
 
@@ -235,8 +268,7 @@ static void make_referenced_object_operand(const an_outer_object* object, an_ope
     make_error_operand(result);
 }
 
-// A constant is known without its object.
-static bool is_constant_variable(a_variable* variable) {
+bool is_constant_variable(a_variable* variable) {
   return is_const_qualified_type(variable->type) && is_integral_or_enum_type(variable->type) &&
          initializer_constant(variable, nullptr) != nullptr;
 }
@@ -412,10 +444,11 @@ static void capture_named_variable(a_lambda* lambda, bool is_by_reference) {
     object.depth = object.symbol->kind == symk_field
                        ? depth_of_closure_body(object.symbol->variant.field)
                        : scope_depth_for_capture(object.symbol);
-    if (make_object_operand(&object, depth_innermost_function_scope, &value)) {
+    if (make_object_operand(&object, depth_innermost_function_scope, &value))
       value.ref_entries = make_ref_entry(srk_reference, object.symbol, &position);
-      capture_object(lambda, object.symbol, is_by_reference, &position, &value);
-    }
+    else
+      make_error_operand(&value);
+    capture_object(lambda, object.symbol, is_by_reference, &position, &value);
   }
   get_token();
 }
@@ -462,6 +495,17 @@ static void name_closure_field(a_lambda* lambda, a_field* field, a_symbol_locato
   field->source_corresp.is_unnamed = false;
 }
 
+// After an error: to the end of the capture.
+static void skip_capture() {
+  while (curr_token != tok_comma && curr_token != tok_rbracket && curr_token != tok_semicolon &&
+         curr_token != tok_rbrace && curr_token != tok_end_of_source) {
+    if (curr_token == tok_lbrace || curr_token == tok_lparen || curr_token == tok_lbracket)
+      flush_until_matching_token_full(false);
+    else
+      get_token();
+  }
+}
+
 // `name = value`, `name(value)`, `name{value}`.
 static void scan_init_capture(a_lambda* lambda, bool is_by_reference) {
   a_source_position position = pos_curr_token;
@@ -471,7 +515,7 @@ static void scan_init_capture(a_lambda* lambda, bool is_by_reference) {
   a_dynamic_init* init =
       is_error_type(type) ? make_error_constant_dynamic_init() : scan_init_of_capture(type);
   if (is_error_type(type))
-    flush_tokens();
+    skip_capture();
   if (!check_for_second_capture(lambda, locator.header->identifier, &position))
     return;
   a_lambda_capture* capture = add_capture(lambda, &position);
@@ -502,28 +546,30 @@ static void scan_capture(a_lambda* lambda) {
       pos_error(ec_cannot_capture_this_by_reference, &pos_curr_token);
     capture_this(lambda);
   } else if (curr_token != tok_identifier) {
-    syntax_error(ec_exp_identifier);
+    pos_error(ec_exp_identifier, &pos_curr_token);
+    skip_capture();
   } else if (at_init_capture() && std_version >= 201402) {
     scan_init_capture(lambda, is_by_reference);
   } else if (at_init_capture()) {
     refuse_construct("init-capture", &pos_curr_token);
-    flush_tokens();
+    skip_capture();
   } else {
     capture_named_variable(lambda, is_by_reference);
   }
 }
 
-static void scan_capture_default(a_lambda* lambda) {
+// True where the list ends.
+static bool scan_capture_default(a_lambda* lambda) {
   if (curr_token == tok_assign) {
     lambda->capture_default = lcd_by_copy;
   } else if (curr_token == tok_ampersand &&
              (next_token() == tok_comma || next_token() == tok_rbracket)) {
     lambda->capture_default = lcd_by_reference;
   } else {
-    return;
+    return curr_token == tok_rbracket;
   }
   get_token();
-  loop_token(tok_comma);
+  return !loop_token(tok_comma);
 }
 
 // At the `[`; the `]` is read.
@@ -531,15 +577,86 @@ static void scan_capture_list(a_lambda* lambda) {
   get_token();
   add_stop_token(tok_rbracket);
   add_stop_token(tok_comma);
-  scan_capture_default(lambda);
-  while (curr_token != tok_rbracket && curr_token != tok_end_of_source) {
-    scan_capture(lambda);
-    if (!loop_token(tok_comma))
-      break;
+  if (!scan_capture_default(lambda)) {
+    do
+      scan_capture(lambda);
+    while (loop_token(tok_comma));
   }
   remove_stop_token(tok_comma);
+  if (curr_token != tok_rbracket) {
+    pos_error(ec_exp_rbracket, &pos_curr_token);
+    flush_tokens_without_warning();
+  }
   remove_stop_token(tok_rbracket);
-  required_token(tok_rbracket, ec_exp_rbracket);
+  loop_token(tok_rbracket);
+}
+
+// The initialiser of `auto` is read twice; its closures are made once. They are
+// known by the token at which they begin.
+static std::unordered_map<a_token_sequence_number, a_lambda*> lambdas_of_prescan;
+
+// ---- What a closure belongs to ----
+
+// The field or the parameter whose initialiser is read; null in a function.
+static void* initialized_entity;
+// The lambdas of each field, parameter and function; of null at file scope.
+static std::unordered_map<const void*, std::vector<a_lambda*>> lambdas_of_entity;
+
+void* set_initialized_entity(void* entity) {
+  void* saved = initialized_entity;
+  initialized_entity = entity;
+  return saved;
+}
+
+static bool have_same_parameters(const a_lambda* a, const a_lambda* b) {
+  const a_param_type* p = param_types_of(skip_typerefs(a->body_routine->type));
+  const a_param_type* q = param_types_of(skip_typerefs(b->body_routine->type));
+  for (; p && q; p = p->next, q = q->next)
+    if (!identical_types(p->type, q->type))
+      return false;
+  return p == q;
+}
+
+// Its place, from 1 on, among the lambdas with its parameters that belong to the
+// same function or initialiser (Itanium C++ ABI 5.1.8).
+static void number_lambda(a_lambda* lambda) {
+  const void* entity = initialized_entity;
+  if (!entity)
+    entity = routine_at_depth(depth_innermost_function_scope);
+  std::vector<a_lambda*>& lambdas = lambdas_of_entity[entity];
+  lambda->discriminator = 1;
+  for (const a_lambda* other : lambdas)
+    lambda->discriminator += have_same_parameters(lambda, other);
+  lambdas.push_back(lambda);
+}
+
+static void name_closures_after(const void* initialized, an_il_entry_kind kind, void* entity) {
+  auto found = lambdas_of_entity.find(initialized);
+  if (found == lambdas_of_entity.end())
+    return;
+  for (a_lambda* lambda : found->second) {
+    a_class_type_supplement* supplement = class_supplement_of(lambda->closure_type);
+    supplement->assoc_entity_is_set = true;
+    supplement->assoc_entity_kind = kind;
+    supplement->assoc_entity.generic = entity;
+  }
+}
+
+void set_parent_field_for_closure_types(a_field* field) {
+  name_closures_after(field, iek_field, field);
+}
+
+void set_parent_entity_for_closure_types(a_routine* routine) {
+  if (lambdas_of_entity.empty() || is_error_type(routine->type))
+    return;
+  for (const a_param_type* p = param_types_of(skip_typerefs(routine->type)); p; p = p->next)
+    name_closures_after(p, iek_routine, routine);
+}
+
+void lambda_init() {
+  initialized_entity = nullptr;
+  lambdas_of_entity.clear();
+  lambdas_of_prescan.clear();
 }
 
 // ---- The declarator ----
@@ -592,6 +709,7 @@ static a_routine* declare_call_operator(a_lambda* lambda, a_type* type) {
   symbol->defined = true;
   apply_default_section_to_routine(routine);
   lambda->body_routine = routine;
+  number_lambda(lambda);
   return routine;
 }
 
@@ -644,11 +762,13 @@ static void scan_lambda_body(a_routine* routine, a_func_info_block* func_info) {
   if (routine->has_deducible_return_type && !returns_value(&body))
     type->variant.routine.return_type = void_type();
   an_expr_stack_entry* saved_expr_stack = expr_stack;
+  void* saved_entity = set_initialized_entity(nullptr);
   expr_stack = nullptr;
   begin_delayed_scan(&body);
   scan_function_body(routine, func_info);
   end_delayed_scan(0);
   expr_stack = saved_expr_stack;
+  set_initialized_entity(saved_entity);
   if (is_auto_type(type->variant.routine.return_type))
     type->variant.routine.return_type = void_type();
 }
@@ -745,9 +865,6 @@ static void make_closure_operand(a_lambda* lambda, an_operand* result) {
   rule_out_expr_kinds(rule_out_constant, result);
 }
 
-// The initialiser of `auto` is read twice; its closures are made once. They are
-// known by the token at which they begin.
-static std::unordered_map<a_token_sequence_number, a_lambda*> lambdas_of_prescan;
 static bool is_prescanning_for_type;
 
 bool set_lambda_prescan(bool is_prescanning) {
@@ -805,11 +922,17 @@ static bool scan_call_operator(a_lambda* lambda) {
     skip_lambda();
     return false;
   }
+  add_stop_token(tok_lbrace);
   a_type* type = scan_lambda_declarator(lambda, &func_info);
   lambda->header_range.end = pos_curr_token;
   a_routine* routine = declare_call_operator(lambda, type);
-  if (curr_token != tok_lbrace) {
+  bool has_body = curr_token == tok_lbrace;
+  if (!has_body)
     syntax_error(ec_missing_lambda_body);
+  remove_stop_token(tok_lbrace);
+  if (!has_body) {
+    if (curr_token == tok_lbrace)
+      flush_until_matching_token_full(false);
     return false;
   }
   scan_lambda_body(routine, &func_info);

@@ -13,6 +13,15 @@ void scan_lambda(an_operand* result);
 // stand in it, and are kept for when it is read again. Returns the former state.
 bool set_lambda_prescan(bool is_prescanning);
 
+// Notes the field or the parameter whose initialiser is read from here on, to
+// which its lambdas belong; returns the former one. Null: they belong to the
+// function at hand.
+void* set_initialized_entity(void* entity);
+// Names the closures of a field's initialiser after it, those in the default
+// arguments of a function after the function.
+void set_parent_field_for_closure_types(a_field* field);
+void set_parent_entity_for_closure_types(a_routine* routine);
+
 // Whether the innermost function is the body of a lambda.
 bool in_lambda_body();
 // The body's way to a variable of a function around it: the member of the closure
@@ -21,6 +30,8 @@ bool in_lambda_body();
 bool make_captured_variable_operand(a_symbol* symbol, an_operand* result);
 // The same for the member of a closure that an init-capture names.
 bool make_init_capture_operand(a_symbol* symbol, an_operand* result);
+// Whether a variable is an integral constant, which is known without its object.
+bool is_constant_variable(a_variable* variable);
 
 // The pointer to function that a closure without captures converts to, when it
 // has the wanted type; false with nothing reported otherwise.
@@ -31,5 +42,7 @@ bool returns_deduced_type();
 // The type that the operand of a return statement is converted to there. The first
 // one gives it; another one of another type is refused.
 a_type* deduce_return_type(an_operand* operand);
+
+void lambda_init();
 
 #endif

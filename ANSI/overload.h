@@ -141,6 +141,8 @@ void call_known_routine(a_routine* routine, an_operand* object, an_init_componen
 // Reports a function that is deleted or out of reach, and notes the call.
 void check_use_of_routine(a_routine* routine, a_type* naming_class,
                           const a_source_position* position);
+// The same for the destructor of objects of the type, or of arrays of them.
+void check_use_of_destructor(a_type* type, const a_source_position* position);
 
 // ---- Calls ----
 

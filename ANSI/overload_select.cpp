@@ -369,6 +369,15 @@ void check_use_of_routine(a_routine* routine, a_type* naming_class,
     routine->called = true;
 }
 
+void check_use_of_destructor(a_type* type, const a_source_position* position) {
+  a_type* class_type = skip_typerefs(skip_array_types(type));
+  if (!is_class_struct_union_type(class_type))
+    return;
+  a_routine* destructor = class_supplement_of(class_type)->destructor;
+  if (destructor)
+    check_use_of_routine(destructor, class_type, position);
+}
+
 a_dynamic_init* make_constructor_init(a_type* class_type, a_routine* constructor,
                                       an_expr_node* arguments) {
   a_dynamic_init* init = alloc_dynamic_init(dik_constructor);
@@ -406,6 +415,7 @@ void construct_object_of_operand(an_operand* operand, a_type* class_type) {
   an_init_component* argument = alloc_init_component(ick_expression);
   argument->variant.operand = saved;
   make_class_temporary(class_type, argument, &saved.position, operand);
+  check_use_of_destructor(class_type, &saved.position);
   free_init_component_list(argument);
   restore_operand_details(operand, &saved);
 }

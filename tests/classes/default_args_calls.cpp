@@ -48,4 +48,17 @@ void bad(S &s, const S &c, const D &d) {
   // CHECK: line [[#@LINE+1]]: error #260: "this" may only be used inside a nonstatic member function
   this;
 }
-// CHECK: 9 errors detected
+
+// ---- Friends ----
+
+void declared_before(S &, int);
+struct Befriends {
+  // CHECK: line [[#@LINE+1]]: error #2984:
+  friend void declared_before(S &, int = 1) { }
+  friend void declared_behind(Befriends &, int = 1) { }
+  friend void without_default(Befriends &, int) { }
+};
+// CHECK: line [[#@LINE+1]]: error #1704: {{.*}}"declared_behind"
+void declared_behind(Befriends &, int);
+void without_default(Befriends &, int);
+// CHECK: 11 errors detected

@@ -1,0 +1,112 @@
+// RUN: %krtparse --g++ --gnu_version=60000 --exceptions --no_code_gen --display_error_number --diag_suppress=177,179,550 %s 2> %t.err; test $? -eq 2
+// RUN: %FileCheck %s --implicit-check-not=': error' < %t.err
+// Where special members are used without being named, and what implicit ones throw.
+
+// ---- Destructors ----
+
+struct Undestroyed { Undestroyed(); Undestroyed(int); ~Undestroyed() = delete; };
+struct Hidden { Hidden(); private: ~Hidden(); };
+struct OfHidden : Hidden { OfHidden(); };
+Undestroyed *on_the_heap = new Undestroyed(1);
+extern Undestroyed elsewhere;
+// CHECK: line [[@LINE+1]]: error #2045: function "Undestroyed::~Undestroyed"
+Undestroyed at_file_scope;
+// CHECK: line [[@LINE+1]]: error #2045: function "OfHidden::~OfHidden"
+OfHidden of_hidden[2];
+void destroys() {
+  // CHECK: line [[@LINE+1]]: error #267: function "Hidden::~Hidden"
+  Hidden local;
+  // CHECK: line [[@LINE+1]]: error #2045: function "Undestroyed::~Undestroyed"
+  Undestroyed initialized(1);
+  // CHECK: line [[@LINE+1]]: error #2045: function "Undestroyed::~Undestroyed"
+  Undestroyed(2);
+}
+// A constructor may have to take back what it has built.
+struct OfUndestroyed {
+  Undestroyed member;
+  // CHECK: line [[@LINE+1]]: error #2045: function "Undestroyed::~Undestroyed"
+  OfUndestroyed() { }
+};
+
+// ---- Constructors that do nothing ----
+
+class Closed { Closed() = default; public: int value; static Closed *make() { return new Closed; } };
+// CHECK: line [[@LINE+1]]: error #267: function "Closed::Closed"
+Closed closed;
+// CHECK: line [[@LINE+1]]: error #267: function "Closed::Closed"
+Closed *of_new = new Closed;
+// CHECK: line [[@LINE+1]]: error #267: function "Closed::Closed"
+struct OfClosed { Closed member; OfClosed() { } };
+
+// ---- Const members ----
+
+struct Valued { Valued(); };
+struct Plain { int value; };
+struct OfConst { const Valued valued; const int given = 1; };
+OfConst has_values;
+const OfConst constant_has_values;
+struct OfPlain { const Plain plain; };
+// CHECK: line [[@LINE+1]]: error #372: variable "lacks_value"
+OfPlain lacks_value;
+struct HoldsOfPlain { OfPlain member; };
+// CHECK: line [[@LINE+1]]: error #2045: function "HoldsOfPlain::HoldsOfPlain"
+HoldsOfPlain holds;
+
+// ---- Delegation in a circle ----
+
+struct Circle {
+  Circle() : Circle(1) { }
+  Circle(int) : Circle('a') { }
+  // CHECK: line [[@LINE+1]]: error #2806:
+  Circle(char) : Circle() { }
+  Circle(long) : Circle(1) { }
+  // CHECK: line [[@LINE+1]]: error #2806:
+  Circle(float f) : Circle(f) { }
+};
+
+// ---- Defaulted assignment ----
+
+struct Assigned {
+  // CHECK: line [[@LINE+1]]: error #2075:
+  void operator=(const Assigned &) = default;
+};
+struct AssignedConst {
+  // CHECK: line [[@LINE+1]]: error #2075:
+  AssignedConst &operator=(const AssignedConst &) const = default;
+};
+
+// ---- Inherited constructors ----
+
+struct From { From(int); };
+struct Named : From { using From::From; Named(int, int); From member; };
+// CHECK: line [[@LINE+1]]: error #2045: function "Named::Named"
+Named named(1);
+typedef From AlsoFrom;
+struct ByTypedef : AlsoFrom { using AlsoFrom::AlsoFrom; ByTypedef(int); };
+ByTypedef by_typedef(1);
+union OfConstMember { int given; const int constant; };
+// CHECK: line [[@LINE+1]]: error #2045: function "OfConstMember::operator ="
+void assigns(OfConstMember &u) { u = u; }
+struct Twice : From {
+  using From::From;
+  // CHECK: line [[@LINE+1]]: error #995: {{.*}}"From"
+  using From::From;
+};
+
+// ---- What implicit functions throw ----
+
+struct Throwing { Throwing(); Throwing(const Throwing &) noexcept; ~Throwing() noexcept(false); };
+struct Quiet { ~Quiet() { } };
+struct OfThrowing { Throwing member; };
+struct InitThrows { int member = function(); static int function(); };
+struct Virtual { virtual ~Virtual() noexcept; };
+struct Derived : Virtual { ~Derived() { } };
+struct Implicit : Virtual { Quiet member; };
+// CHECK: line [[@LINE+1]]: error #{{[0-9]+}}: {{.*}}exception specification
+struct Looser : Virtual { Throwing member; };
+// CHECK: line [[@LINE+1]]: error #769: {{.*}}"LooserWritten::~LooserWritten"
+struct LooserWritten : Virtual { ~LooserWritten() noexcept(sizeof(char) > 1); };
+struct Trivial { ~Trivial() noexcept(false); };
+static_assert(!noexcept(Trivial()), "");
+static_assert(noexcept(Quiet()) && noexcept(Plain()), "");
+static_assert(!noexcept(Throwing()) && !noexcept(OfThrowing()) && !noexcept(InitThrows()), "");
