@@ -520,6 +520,12 @@ static void append_init(const a_ctor_init_list* list, a_constructor_init* init,
   *link = &init->next;
 }
 
+// Direct bases and virtual ones. The objects that an abstract class is part of
+// have virtual bases of their own (C++14 12.6.2 p8).
+static bool is_built_by_class(const a_type* class_type, const a_base_class* base) {
+  return base->is_virtual ? !is_abstract_class_type(class_type) : base->is_direct;
+}
+
 // A constructor may have to take back what it has built (C++11 12.6.2 p10).
 static void check_destructor_of_subobject(const a_ctor_init_list* list, a_type* type) {
   check_use_of_destructor(type, &list->constructor->source_corresp.position);
@@ -528,10 +534,10 @@ static void check_destructor_of_subobject(const a_ctor_init_list* list, a_type* 
 static void append_bases(a_ctor_init_list* list, bool is_virtual, a_constructor_init*** link) {
   for (a_base_class* base = class_supplement_of(list->class_type)->base_classes; base;
        base = base->next) {
-    if (static_cast<bool>(base->is_virtual) != is_virtual || !(base->is_direct || is_virtual) ||
-        is_error_type(base->type))
-      continue;
     a_constructor_init* init = find_written(list, base, nullptr);
+    if (static_cast<bool>(base->is_virtual) != is_virtual || is_error_type(base->type) ||
+        !(init || is_built_by_class(list->class_type, base)))
+      continue;
     check_destructor_of_subobject(list, base->type);
     append_init(list, init ? init : make_implicit_init(list, base, nullptr), link);
   }
@@ -590,6 +596,9 @@ void ctor_initializer(a_routine* constructor, a_scope* scope) {
 static void append_destruction(a_base_class* base, a_field* field, const a_routine* destructor,
                                a_constructor_init*** link) {
   a_type* element = skip_array_types(field ? field->type : base->type);
+  // What destroys a member of a union is left to the program.
+  if (field && is_anonymous_member(field) && is_union_type(field->type))
+    return;
   if (!is_class_struct_union_type(element))
     return;
   a_routine* routine = special_member_of_class(element, smk_destructor, tq_none);
@@ -614,7 +623,7 @@ void dtor_initializer(a_routine* destructor, a_scope* scope) {
     return;
   begin_full_expression(ek_normal, &full);
   for (a_base_class* base = class_supplement_of(class_type)->base_classes; base; base = base->next)
-    if (base->is_direct || base->is_virtual)
+    if (is_built_by_class(class_type, base))
       append_destruction(base, nullptr, destructor, &link);
   for (a_field* field = class_type->variant.class_struct_union.fields; field; field = field->next)
     append_destruction(nullptr, field, destructor, &link);

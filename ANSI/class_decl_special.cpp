@@ -221,14 +221,15 @@ bool is_copyable_class(a_type* class_type) {
 // What a base or a member of class type adds. `qualifiers` are those of the
 // member; a variant member must be trivial.
 static void consider_class(an_implicit_member* member, a_type* class_type,
-                           a_type_qualifier_set qualifiers, bool is_variant) {
+                           a_type_qualifier_set qualifiers, bool is_variant, bool is_mutable) {
   bool is_copy = is_copy_kind(member->kind);
   if (member->kind == smk_default_constructor || member->kind == smk_destructor)
     qualifiers = tq_none; // those serve const objects as well
   a_routine* routine = special_member_of_class(class_type, member->kind,
                                                is_copy ? qualifiers | tq_const : qualifiers);
-  if (!routine && is_copy) {
-    member->takes_const = false;
+  member->takes_const &= routine || !is_copy;
+  // Of a const object a mutable member isn't const.
+  if (is_copy && (!routine || is_mutable)) {
     routine = special_member_of_class(class_type, member->kind, qualifiers);
   }
   if (!is_usable(routine)) {
@@ -282,7 +283,7 @@ static void consider_field(an_implicit_member* member, const a_field* field) {
     bool is_const = (qualifiers & tq_const) != 0;
     member->is_deleted |= is_const && (is_assignment_kind(member->kind) ||
                                        leaves_const_without_value(member, element));
-    consider_class(member, element, qualifiers & tq_cv, is_variant);
+    consider_class(member, element, qualifiers & tq_cv, is_variant, field->is_mutable);
   } else if (!is_variant || is_reference_type(element) || is_assignment_kind(member->kind)) {
     consider_scalar(member, field);
   }
@@ -301,6 +302,14 @@ static void consider_union_default(an_implicit_member* member) {
   member->is_constexpr &= any_init || !first;
 }
 
+static bool declares_pure_function(const a_type* class_type) {
+  for (const a_routine* routine = class_supplement_of(class_type)->scope->routines; routine;
+       routine = routine->next)
+    if (routine->is_pure)
+      return true;
+  return false;
+}
+
 // `initialized_base` is one that a constructor inherited from it takes care of.
 static an_implicit_member analyse_special_member(a_type* class_type, a_special_member_kind kind,
                                                  const a_type* initialized_base = nullptr) {
@@ -310,9 +319,12 @@ static an_implicit_member analyse_special_member(a_type* class_type, a_special_m
   for (const a_base_class* base = supplement->base_classes; base; base = base->next) {
     if (base->is_virtual && kind != smk_destructor)
       member.is_trivial = member.is_constexpr = false;
+    // No constructor of an abstract class builds its virtual bases.
+    bool is_left_out = base->is_virtual && declares_pure_function(class_type) &&
+                       (is_constructor_kind(kind) || kind == smk_destructor);
     bool is_own = (base->is_direct || base->is_virtual) && !is_error_type(base->type);
-    if (is_own && class_of_base(base) != initialized_base)
-      consider_class(&member, base->type, tq_none, false);
+    if (is_own && !is_left_out && class_of_base(base) != initialized_base)
+      consider_class(&member, base->type, tq_none, false, false);
   }
   if (info.has_virtual_functions && kind != smk_destructor)
     member.is_trivial = false;

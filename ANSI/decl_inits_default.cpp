@@ -4,6 +4,7 @@
 #include "error.h"
 #include "il.h"
 #include "mode_words.h"
+#include "stack_limit.h"
 #include "types.h"
 
 // C permits a const object without an initialiser; one of automatic duration
@@ -14,13 +15,18 @@ static void check_const_object_of_c(a_symbol* symbol, const a_type* type) {
                       &symbol->position, symbol);
 }
 
+static a_field* next_field_without_value(a_field* field);
+
 // Whether the object gets a value from its own initialiser or from a constructor
 // of the program.
 static bool has_value(const a_field* field) {
   const a_type* type = underlying_array_element_type(field->type);
-  return field->has_default_init ||
-         (is_class_struct_union_type(type) &&
-          class_supplement_of(skip_typerefs(type))->has_user_constructor);
+  check_stack_limit();
+  if (field->has_default_init || !is_class_struct_union_type(type))
+    return field->has_default_init;
+  const a_type* class_type = skip_typerefs(type);
+  return class_supplement_of(class_type)->has_user_constructor ||
+         !next_field_without_value(class_type->variant.class_struct_union.fields);
 }
 
 // The first member, from the field on, that nothing gives a value.

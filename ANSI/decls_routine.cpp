@@ -59,14 +59,22 @@ static bool routine_types_are_compatible(a_type* new_type, a_type* old_type) {
   return f_types_are_compatible(new_type, old_type, tcf_error_matches | tcf_ignore_linkage);
 }
 
+static an_exception_specification*& exception_spec_of(a_type* type) {
+  return skip_typerefs(type)->variant.routine.routine_supplement->exception_specification;
+}
+
 // The type of a definition knows its parameters; but a prototype that is
 // already known goes on telling calls what to convert to.
 static void reconcile_routine_types(a_routine* routine, a_type* new_type, bool is_definition) {
   a_type* old_type = routine->type;
   if (is_error_type(new_type) || is_error_type(old_type))
     return;
-  if (is_definition || !routine->has_body)
-    routine->type = composite_type(new_type, old_type);
+  if (!is_definition && routine->has_body)
+    return;
+  routine->type = composite_type(new_type, old_type);
+  an_exception_specification* implied = exception_spec_of(old_type);
+  if (routine->exception_spec_is_implicit && !exception_spec_of(routine->type))
+    exception_spec_of(routine->type) = implied;
 }
 
 static bool is_unprototyped_redeclaration(a_type* new_type, a_type* old_type) {

@@ -4,10 +4,15 @@
 #include "decls.h"
 #include "expr_operator.h"
 #include "il.h"
+#include "lambda.h"
 #include "lookup.h"
 #include "mode_words.h"
+#include "overload.h"
 #include "sys_predef.h"
 #include "templates.h"
+
+#include <algorithm>
+#include <vector>
 
 // ---- Implicit declarations (C89 3.3.2.2) ----
 
@@ -231,12 +236,22 @@ static void assemble_function_call(an_operand* function, an_operand* selector,
 
 // ---- The object of a member function ----
 
-// A member function named alone is called for `this` (C++11 9.3.1 p3).
+static bool has_static_member(a_symbol* set) {
+  std::vector<a_routine*> routines;
+  add_routines_of_set(set, &routines);
+  return std::any_of(routines.begin(), routines.end(),
+                     [](const a_routine* routine) { return routine->is_static_member; });
+}
+
+// A member function named alone is called for `this` (C++11 9.3.1 p3). In a lambda
+// without it the set may mean a static one.
 static void bind_to_this(an_operand* function) {
   bool is_member =
       function->kind == ok_sym_for_member && function->symbol->kind == symk_member_function;
   bool is_set = function->kind == ok_indefinite_function && function->symbol->is_class_member;
   an_operand saved = *function, object;
+  if (is_set && !may_capture_this() && has_static_member(function->symbol))
+    return;
   if (function->flags.bound_function || !(is_member || is_set) ||
       !make_this_for_member(skip_typerefs(function->symbol->parent.class_type), &object))
     return;

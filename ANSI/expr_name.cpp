@@ -45,7 +45,8 @@ static void check_reference_from_inline(const a_source_correspondence* corresp) 
 static bool is_out_of_reach(const a_symbol* symbol) {
   a_variable* variable = symbol->variant.variable;
   if (symbol->kind != symk_variable || variable->storage_kind < sc_auto ||
-      expr_stack->flags.unevaluated_operand || is_constant_variable(variable))
+      expr_stack->flags.unevaluated_operand || is_constant_variable(variable) ||
+      variable->is_constexpr)
     return false;
   if (expr_stack->flags.in_default_argument)
     return true;

@@ -269,6 +269,8 @@ static void make_referenced_object_operand(const an_outer_object* object, an_ope
 }
 
 bool is_constant_variable(a_variable* variable) {
+  if (is_reference_type(variable->type) && variable->is_constexpr)
+    return true;
   return is_const_qualified_type(variable->type) && is_integral_or_enum_type(variable->type) &&
          initializer_constant(variable, nullptr) != nullptr;
 }
@@ -364,6 +366,11 @@ static bool make_this_at_depth(int64_t depth, an_operand* result) {
     return false;
   make_expression_operand(var_rvalue_expr(variable), result);
   return true;
+}
+
+bool may_capture_this() {
+  const a_lambda* lambda = lambda_of_routine(routine_at_depth(depth_innermost_function_scope));
+  return !lambda || lambda->capture_default != lcd_none || find_capture_of_this(lambda);
 }
 
 bool make_this_pointer_operand(an_operand* result) {

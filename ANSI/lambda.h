@@ -30,7 +30,10 @@ bool in_lambda_body();
 bool make_captured_variable_operand(a_symbol* symbol, an_operand* result);
 // The same for the member of a closure that an init-capture names.
 bool make_init_capture_operand(a_symbol* symbol, an_operand* result);
-// Whether a variable is an integral constant, which is known without its object.
+// Whether a body at the current place has `this`, or may capture it.
+bool may_capture_this();
+// Whether a variable is an integral constant or a constexpr reference, which are
+// known without their object.
 bool is_constant_variable(a_variable* variable);
 
 // The pointer to function that a closure without captures converts to, when it

@@ -8,11 +8,13 @@ void reach(int parameter) {
   int variable = 1;
   static int fixed;
   const int constant = 3;
+  constexpr struct { int member; } object = {1};
   enum { enumerator = 4 };
   extern int outside;
   struct Local {
     int allowed() { return fixed + constant + enumerator + outside + sizeof(variable); }
     int array[constant];
+    int of_object() { return object.member; }
     // CHECK-DAG: line [[@LINE+1]]: error #396:
     int body() { return variable; }
     // CHECK-DAG: line [[@LINE+1]]: error #396:
@@ -46,6 +48,11 @@ struct Method { void method() {
 } };
 // CHECK-DAG: line [[@LINE+1]]: error #331: {{.*}}"InLambda::later"
 auto of_lambda = [] { struct InLambda { void later(); }; return 1; };
+struct Overloaded {
+  static void function(int);
+  void function(char *);
+  void calls() { [] { function(1); }(); [this] { function(nullptr); }(); }
+};
 
 // ---- Nested classes ----
 

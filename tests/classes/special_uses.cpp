@@ -52,6 +52,27 @@ struct HoldsOfPlain { OfPlain member; };
 // CHECK: line [[@LINE+1]]: error #2045: function "HoldsOfPlain::HoldsOfPlain"
 HoldsOfPlain holds;
 
+struct Empty { };
+struct OfEmpty { Empty empty; };
+const OfEmpty nothing_to_value;
+
+// ---- Unions, mutable members, abstract classes ----
+
+struct Destroyed { Destroyed(); ~Destroyed(); };
+struct OfUnion { union { Destroyed variant; }; OfUnion() { } ~OfUnion() { } };
+struct BothCopies {
+  BothCopies &operator=(BothCopies &);
+private:
+  BothCopies &operator=(const BothCopies &);
+};
+struct OfMutable { mutable BothCopies member; };
+void copies(OfMutable &to, const OfMutable &from) { to = from; }
+struct NoDefault { NoDefault(int); };
+struct Abstract : virtual NoDefault { virtual void pure() = 0; int member = 1; };
+struct AbstractToo : virtual NoDefault { AbstractToo() { } virtual void pure() = 0; };
+struct Concrete : Abstract { Concrete() : NoDefault(1) { } void pure(); };
+Concrete concrete;
+
 // ---- Delegation in a circle ----
 
 struct Circle {
@@ -97,10 +118,13 @@ struct Twice : From {
 
 struct Throwing { Throwing(); Throwing(const Throwing &) noexcept; ~Throwing() noexcept(false); };
 struct Quiet { ~Quiet() { } };
+struct DefinedLater { virtual ~DefinedLater(); };
+DefinedLater::~DefinedLater() { }
 struct OfThrowing { Throwing member; };
 struct InitThrows { int member = function(); static int function(); };
 struct Virtual { virtual ~Virtual() noexcept; };
 struct Derived : Virtual { ~Derived() { } };
+struct DerivesBoth : Virtual { DefinedLater member; };
 struct Implicit : Virtual { Quiet member; };
 // CHECK: line [[@LINE+1]]: error #{{[0-9]+}}: {{.*}}exception specification
 struct Looser : Virtual { Throwing member; };
