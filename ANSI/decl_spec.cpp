@@ -417,8 +417,9 @@ static bool begins_function_behind_attributes(unsigned options, const a_decl_par
 // is reported by the one who parses it, when it is known what it declares.
 static void handle_missing_type(unsigned options, a_specifier_accumulator* acc,
                                 a_decl_parse_state* state, bool any_specifier) {
+  const bool is_misspelled = curr_token == tok_identifier && is_misspelled_type(0);
   bool is_int = (any_specifier || begins_function_behind_attributes(options, state)) &&
-                in_C_mode() && !(options & dso_member);
+                in_C_mode() && !(options & dso_member) && !is_misspelled;
   // `const;` is useless in any case.
   state->decl_flags.no_type_given = !(is_int && curr_token == tok_semicolon);
   if ((options & dso_no_type_required) || is_int) {
@@ -427,7 +428,7 @@ static void handle_missing_type(unsigned options, a_specifier_accumulator* acc,
       report_missing_type_specifier(ec_missing_type_specifier, &state->specifiers_position);
     return;
   }
-  if (curr_token == tok_identifier && is_misspelled_type(0)) {
+  if (is_misspelled) {
     pos_st_error(ec_undefined_identifier, &pos_curr_token, locator_for_curr_id.header->identifier);
     get_token();
   } else {
@@ -451,13 +452,25 @@ static void check_type_definition(unsigned options, const a_decl_parse_state* st
                    ec_type_definition_not_allowed, &state->specifiers_position);
 }
 
+// What begins a line behind the definition of a class or an enum and can't go on with
+// it: the `;` of the definition is missing.
+static bool begins_next_declaration(const a_decl_parse_state* state) {
+  if (!state->decl_flags.defines_tag || !state->parse_flags.is_top_level ||
+      state->end_position.seq >= pos_curr_token.seq)
+    return false;
+  if (is_storage_class_token(curr_token))
+    return is_type_keyword(next_token());
+  return is_type_keyword(curr_token) ||
+         (curr_type_symbol() && (next_token() == tok_identifier || next_token() == tok_star));
+}
+
 void decl_specifiers(unsigned options, a_decl_parse_state* state) {
   a_specifier_accumulator acc = {};
   int count = 0;
   state->specifiers_position = pos_curr_token;
   error_position = pos_curr_token;
   append_attributes(&state->attributes_before, scan_attributes(al_specifiers));
-  for (;;) {
+  while (!begins_next_declaration(state)) {
     // Of a specifier that is one token; the others set the end themselves.
     a_source_position last_end = state->end_position;
     state->end_position = end_pos_curr_token;

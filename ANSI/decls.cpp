@@ -470,6 +470,13 @@ void check_access_of_declaration(const a_symbol* symbol) {
     perform_deferred_access_checks_at_depth(depth_scope_stack, symbol);
 }
 
+// The specifiers end with the definition of a class or an enum, and with no `;`.
+static bool is_semicolon_missing(const a_decl_parse_state* state) {
+  return state->decl_flags.defines_tag && state->parse_flags.is_top_level && is_decl_start(0) &&
+         (curr_token != tok_identifier || next_token() == tok_identifier ||
+          next_token() == tok_star);
+}
+
 static void declaration_with_specifiers(a_decl_parse_state* state) {
   a_token_sequence_number first = curr_token_sequence_number;
   const size_t waiting_dimensions = num_waiting_vla_dimensions();
@@ -479,10 +486,14 @@ static void declaration_with_specifiers(a_decl_parse_state* state) {
   add_vla_size_statements(waiting_dimensions);
   report_missing_type(state);
   apply_linkage_prefix(state);
-  if (curr_token == tok_semicolon)
+  if (curr_token == tok_semicolon) {
     check_declaration_without_declarator(state);
-  else if (can_begin_declarator() || !state->decl_flags.specifier_error)
+  } else if (is_semicolon_missing(state)) {
+    pos_error(ec_exp_semicolon, &pos_curr_token);
+    state->parse_flags.is_function_definition = true; // nothing is passed over
+  } else if (can_begin_declarator() || !state->decl_flags.specifier_error) {
     init_declarator_list(state);
+  }
   check_access_of_declaration(nullptr);
   // A token that begins no declaration must not hold the loop.
   if (curr_token_sequence_number == first && curr_token != tok_end_of_source)

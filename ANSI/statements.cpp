@@ -86,6 +86,7 @@ static void expression_statement(bool is_extension) {
   a_source_position position = pos_curr_token;
   warn_if_code_is_unreachable(ec_code_is_unreachable, &position);
   a_statement* statement = add_statement_at_stmt_pos(stmk_expr, &position);
+  statement->from_extension = is_extension;
   bool keeps_value = false;
   statement->expr = scan_expression_of_statement(is_extension, &keeps_value);
   if (keeps_value)

@@ -105,6 +105,22 @@ enum values {
   FIRST
 };
 
+// A misspelled type behind other specifiers.
+// CHECK: line [[#@LINE+1]]: error #20: identifier "Baz" is undefined
+static const Baz *misspelled = 0;
+// CHECK: line [[#@LINE+1]]: error #20: identifier "Baz" is undefined
+int misspelled_parameter(const Baz *parameter) {
+  return *parameter + *misspelled;
+}
+// A definition without its semicolon ends in front of the next line's declaration.
+struct without_semicolon { int a; }
+// CHECK: line [[#@LINE+1]]: error #66: expected a ";"
+static int behind_struct(void) { return misspelled_parameter(0); }
+enum enum_without_semicolon { E_BEHIND }
+// CHECK: line [[#@LINE+1]]: error #66: expected a ";"
+int behind_enum = E_BEHIND + sizeof(struct without_semicolon);
+// CHECK-NOT: line [[#@LINE-1]]
+int *use_behind_enum(void) { behind_struct(); return &behind_enum; }
 // The body of a function of unknown type is passed over.
 // CHECK: line [[#@LINE+1]]: error #20: identifier "Bar" is undefined
 Bar unknown_function(int a) {
