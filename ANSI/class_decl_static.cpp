@@ -16,7 +16,19 @@
 
 // ---- Typedefs ----
 
+// C++11 9.2 p16.
+static void check_name_of_class(a_symbol_locator* locator, const a_decl_parse_state* state) {
+  const a_type* class_type = scope_stack[depth_scope_stack].assoc_type;
+  const a_symbol* symbol = class_type->source_corresp.symbol;
+  if (locator->is_error_locator || locator->header != symbol->header ||
+      skip_typerefs(state->declared_type) == class_type)
+    return;
+  pos_error(ec_class_and_member_name_conflict, &locator->position);
+  set_to_error_locator(locator);
+}
+
 void decl_member_typedef(a_symbol_locator* locator, a_decl_parse_state* state) {
+  check_name_of_class(locator, state);
   a_symbol_locator own = *locator;
   own.symbol = nullptr;
   const a_symbol* previous = own.is_error_locator ? nullptr : curr_scope_id_lookup(&own, ilo_none);

@@ -86,6 +86,8 @@ extern int Anonymous::*to_i;
 
 // CHECK: line [[#@LINE+1]]: warning #377-D: declaration requires a typedef name
 struct NoName { typedef union { int i; }; int i; void body() { }; };
+// CHECK: line [[#@LINE+1]]: error #282: declaration of a member with the same name as its class
+struct NamesClass { typedef int NamesClass; };
 struct Unfinished {
   int a;
   // CHECK: line [[#@LINE+2]]: error #171: expected a declaration
