@@ -359,9 +359,8 @@ void scan_case_label_constant(a_type* switch_type, a_constant* constant) {
   end_full_expression(&full, &operand);
 }
 
-// An expression that isn't constant is the bound of a variable length array.
-// Until these are built, it isn't worth a tree: the expression is scanned as
-// one that must be constant, unless variable length arrays are enabled.
+// An expression that isn't constant is the bound of a variable length array, where
+// these are enabled (C99 6.7.5.2 p4); everywhere else it must be constant.
 bool scan_array_bound_expression(a_constant* constant, an_expr_node** expr) {
   *expr = nullptr;
   if (!vla_enabled) {

@@ -9,6 +9,7 @@
 #include "lower_complex.h"
 #include "lower_il.h"
 #include "lower_init.h"
+#include "lower_insert.h"
 #include "lower_name.h"
 #include "lower_stmt_expr.h"
 #include "lower_vla.h"

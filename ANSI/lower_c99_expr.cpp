@@ -7,6 +7,7 @@
 #include "lower_complex.h"
 #include "lower_context.h"
 #include "lower_init.h"
+#include "lower_insert.h"
 #include "lower_vla.h"
 #include "mode_words.h"
 #include "types.h"
@@ -43,19 +44,19 @@ an_expr_node* boolean_controlling_expr(an_expr_node* expr) {
 }
 
 // Puts the truth value in the place of the operand, whose list goes on.
-static void normalize_operand(an_expr_node** link) {
+static void normalize_boolean_controlling_expr_if_needed(an_expr_node** link) {
   an_expr_node* next = (*link)->next;
   *link = boolean_controlling_expr(*link);
   (*link)->next = next;
 }
 
 static void lower_logical_operator(an_expr_node* node) {
-  normalize_operand(&node->variant.operation.operands);
-  normalize_operand(&node->variant.operation.operands->next);
+  normalize_boolean_controlling_expr_if_needed(&node->variant.operation.operands);
+  normalize_boolean_controlling_expr_if_needed(&node->variant.operation.operands->next);
 }
 
 static void lower_question_operator(an_expr_node* node) {
-  normalize_operand(&node->variant.operation.operands);
+  normalize_boolean_controlling_expr_if_needed(&node->variant.operation.operands);
 }
 
 // ---- _Bool ----
@@ -164,8 +165,11 @@ void lower_change_of_object(an_expr_node* node, void (*lower)(an_expr_node*)) {
   an_expr_node* object = node->variant.operation.operands;
   an_expr_node* naming = node_has_side_effects(object) ? name_object_once(object) : nullptr;
   lower(node);
-  if (naming)
-    overwrite_node(node, make_comma_node(naming, copy_node(node)));
+  if (naming == nullptr)
+    return;
+  an_insert_location location;
+  set_expr_insert_location(node, &location);
+  insert_expr(naming, &location);
 }
 
 static void lower_operator_of_bool(an_expr_node* node) {
@@ -248,5 +252,6 @@ void lower_c99_full_expr(an_expr_node* expr) {
 
 void lower_c99_boolean_controlling_expr(an_expr_node** condition) {
   lower_c99_full_expr(*condition);
-  *condition = boolean_controlling_expr(*condition);
+  if (*condition != nullptr)
+    normalize_boolean_controlling_expr_if_needed(condition);
 }

@@ -11,6 +11,8 @@
 #include "lower_complex.h"
 #include "lower_context.h"
 #include "lower_il.h"
+#include "lower_insert.h"
+#include "lower_vla.h"
 #include "stack_limit.h"
 #include "target.h"
 #include "types.h"
@@ -186,16 +188,20 @@ void lower_temp_init(an_expr_node* expr, bool in_loop) {
   bool is_lvalue = expr->is_lvalue;
   if (init->kind != dik_expr)
     lower_c99_constant(init->variant.constant, init);
-  if (init->kind == dik_constant && !in_loop) {
+  an_expr_node* dimensions = lower_vla_dimensions_in_type(expr->type);
+  if (init->kind == dik_constant && !in_loop && dimensions == nullptr) {
     add_stmk_init_for_temp_init(variable, init);
     overwrite_node(expr, is_lvalue ? var_lvalue_expr(variable) : var_rvalue_expr(variable));
     return;
   }
   // `*(object = value, &object)`, which is the object again.
   an_expr_node* result = var_addr_expr(variable);
-  std::vector<an_expr_node*> assignments = assignments_of(init);
-  for (auto each = assignments.rbegin(); each != assignments.rend(); ++each)
-    result = make_comma_node(*each, result);
+  an_insert_location location;
+  set_expr_insert_location(result, &location);
+  if (dimensions != nullptr)
+    insert_expr(dimensions, &location);
+  for (an_expr_node* assignment : assignments_of(init))
+    insert_expr(assignment, &location);
   result = add_indirection_to_node(result);
   result->is_lvalue = is_lvalue;
   overwrite_node(expr, result);
@@ -204,30 +210,18 @@ void lower_temp_init(an_expr_node* expr, bool in_loop) {
 void insert_pending_stmk_init_statements(a_statement* statement) {
   a_statement* first = pending_stmk_init_statements;
   pending_stmk_init_statements = nullptr;
-  if (first == nullptr)
-    return;
-  a_statement* inner = change_statement_into_block(statement);
-  statement->variant.block.first_statement = first;
-  for (;; first = first->next) {
-    first->parent = statement;
-    if (first->next == nullptr)
-      break;
-  }
-  first->next = inner;
+  if (first != nullptr)
+    insert_statements_before(statement, first);
 }
 
 void lower_nonconstant_aggregate(a_statement* statement) {
   a_statement* constant_part = change_statement_into_block(statement);
   a_dynamic_init* init = constant_part->variant.dynamic_init;
   bool is_complete = false;
-  a_statement* last = constant_part;
-  for (an_expr_node* assignment : take_run_time_values(init, &is_complete)) {
-    a_statement* next = alloc_expr_statement(assignment);
-    next->position = code_pos_for_lowering;
-    next->parent = last->parent;
-    last->next = next;
-    last = next;
-  }
+  an_insert_location location;
+  set_insert_location(constant_part, &location);
+  for (an_expr_node* assignment : take_run_time_values(init, &is_complete))
+    insert_expr_statement(assignment, &location);
   if (is_complete)
     set_statement_kind(constant_part, stmk_null);
   else

@@ -7,6 +7,7 @@
 #include "il_statements.h"
 #include "lower_context.h"
 #include "lower_il.h"
+#include "lower_insert.h"
 #include "lower_vla.h"
 #include "stack_limit.h"
 #include "types.h"
@@ -14,28 +15,6 @@
 a_boolean any_statement_expressions;
 
 namespace {
-
-struct a_statement_list {
-  a_statement* first;
-  a_statement* last;
-};
-
-void append(a_statement* statement, a_statement_list* list) {
-  (list->last ? list->last->next : list->first) = statement;
-  list->last = statement;
-}
-
-void append_expr(an_expr_node* expr, a_statement_list* list) {
-  expr->next = nullptr;
-  a_statement* statement = alloc_expr_statement(expr);
-  statement->position = code_pos_for_lowering;
-  append(statement, list);
-}
-
-void append_assignment(a_variable* variable, an_expr_node* value, a_statement_list* list) {
-  value->next = nullptr;
-  append_expr(make_assignment_expr(var_lvalue_expr(variable), eok_assign, value), list);
-}
 
 // ---- What holds a statement expression ----
 
@@ -62,12 +41,12 @@ bool holds_statement_expression(an_expr_node* expr) {
   return block.found;
 }
 
-void take_out_of(an_expr_node* expr, a_statement_list* list);
+void take_out_of(an_expr_node* expr, an_insert_location* list);
 
 // ---- Statements that stand for operators ----
 
 // A block of the statements, to be one branch.
-a_statement* branch_of(const a_statement_list& list, a_statement* parent) {
+a_statement* branch_of(const an_insert_location& list, a_statement* parent) {
   a_statement* block = alloc_statement(stmk_block);
   block->position = block->end_position = code_pos_for_lowering;
   block->is_generated = true;
@@ -77,17 +56,17 @@ a_statement* branch_of(const a_statement_list& list, a_statement* parent) {
   return block;
 }
 
-a_statement* append_if(an_expr_node* condition, a_statement_list* list) {
+a_statement* append_if(an_expr_node* condition, an_insert_location* list) {
   a_statement* statement = alloc_statement(stmk_if);
   statement->position = statement->end_position = code_pos_for_lowering;
   condition->next = nullptr;
   statement->expr = condition;
-  append(statement, list);
+  insert_statement(statement, list);
   return statement;
 }
 
-void set_branches(a_statement* statement, const a_statement_list& then_list,
-                  const a_statement_list& else_list) {
+void set_branches(a_statement* statement, const an_insert_location& then_list,
+                  const an_insert_location& else_list) {
   statement->variant.if_stmt.then_statement = branch_of(then_list, statement);
   if (else_list.first)
     statement->variant.if_stmt.else_statement = branch_of(else_list, statement);
@@ -103,18 +82,19 @@ void make_value_of(a_variable* variable, an_expr_node* expr) {
 }
 
 // `a && b`: what `b` needs may only run when `a` is true.
-void take_out_of_logical(an_expr_node* expr, a_statement_list* list) {
+void take_out_of_logical(an_expr_node* expr, an_insert_location* list) {
   bool is_and = expr->variant.operation.op == eok_land;
   an_expr_node* left = expr->variant.operation.operands;
   an_expr_node* right = left->next;
   a_variable* value = make_lowered_temporary(expr->type);
   take_out_of(left, list);
-  append_assignment(value, node_for_integer_constant(is_and ? 0 : 1, ik_int), list);
+  insert_var_assignment_statement(value, node_for_integer_constant(is_and ? 0 : 1, ik_int), list);
   a_statement* outer = append_if(left, list);
-  a_statement_list right_list = {}, decided = {}, nothing = {};
+  an_insert_location right_list = {}, decided = {}, nothing = {};
   take_out_of(right, &right_list);
   a_statement* inner = append_if(right, &right_list);
-  append_assignment(value, node_for_integer_constant(is_and ? 1 : 0, ik_int), &decided);
+  insert_var_assignment_statement(value, node_for_integer_constant(is_and ? 1 : 0, ik_int),
+                                  &decided);
   if (is_and) {
     set_branches(inner, decided, nothing);
     set_branches(outer, right_list, nothing);
@@ -126,15 +106,15 @@ void take_out_of_logical(an_expr_node* expr, a_statement_list* list) {
 }
 
 // One branch of `a ? b : c`.
-void take_out_of_branch(an_expr_node* branch, a_variable* value, a_statement_list* list) {
+void take_out_of_branch(an_expr_node* branch, a_variable* value, an_insert_location* list) {
   take_out_of(branch, list);
   if (value)
-    append_assignment(value, branch, list);
+    insert_var_assignment_statement(value, branch, list);
   else
-    append_expr(branch, list);
+    insert_expr_statement(branch, list);
 }
 
-void take_out_of_question(an_expr_node* expr, a_statement_list* list) {
+void take_out_of_question(an_expr_node* expr, an_insert_location* list) {
   an_expr_node* condition = expr->variant.operation.operands;
   an_expr_node* second = condition->next;
   an_expr_node* third = second->next;
@@ -142,7 +122,7 @@ void take_out_of_question(an_expr_node* expr, a_statement_list* list) {
   a_variable* value = is_void ? nullptr : make_lowered_temporary(expr->type);
   take_out_of(condition, list);
   a_statement* statement = append_if(condition, list);
-  a_statement_list then_list = {}, else_list = {};
+  an_insert_location then_list = {}, else_list = {};
   take_out_of_branch(second, value, &then_list);
   take_out_of_branch(third, value, &else_list);
   set_branches(statement, then_list, else_list);
@@ -153,24 +133,24 @@ void take_out_of_question(an_expr_node* expr, a_statement_list* list) {
 }
 
 // `a ?: b`.
-void take_out_of_binary_question(an_expr_node* expr, a_statement_list* list) {
+void take_out_of_binary_question(an_expr_node* expr, an_insert_location* list) {
   an_expr_node* first = expr->variant.operation.operands;
   an_expr_node* second = first->next;
   a_variable* value = make_lowered_temporary(expr->type);
   take_out_of(first, list);
-  append_assignment(value, first, list);
+  insert_var_assignment_statement(value, first, list);
   a_statement* statement = append_if(var_rvalue_expr(value), list);
-  a_statement_list nothing = {}, else_list = {};
+  an_insert_location nothing = {}, else_list = {};
   take_out_of_branch(second, value, &else_list);
   set_branches(statement, nothing, else_list);
   make_value_of(value, expr);
 }
 
-void take_out_of_comma(an_expr_node* expr, a_statement_list* list) {
+void take_out_of_comma(an_expr_node* expr, an_insert_location* list) {
   an_expr_node* left = expr->variant.operation.operands;
   an_expr_node* right = left->next;
   take_out_of(left, list);
-  append_expr(left, list);
+  insert_expr_statement(left, list);
   take_out_of(right, list);
   overwrite_node(expr, right);
 }
@@ -178,7 +158,7 @@ void take_out_of_comma(an_expr_node* expr, a_statement_list* list) {
 // An operator that orders its operands, and evaluates one of them later than
 // the statements in front of the expression: those become statements as a
 // whole. False for every other operator.
-bool lower_sequence_point_expr(an_expr_node* expr, a_statement_list* list) {
+bool lower_sequence_point_expr(an_expr_node* expr, an_insert_location* list) {
   an_expr_operator_kind op = expr->variant.operation.op;
   if (op != eok_comma && op != eok_land && op != eok_lor && op != eok_question &&
       op != eok_binary_question)
@@ -206,11 +186,11 @@ a_statement* last_statement_of(const a_statement* block) {
   return statement;
 }
 
-void lower_gnu_statement_expression(an_expr_node* expr, a_statement_list* list) {
+void lower_gnu_statement_expression(an_expr_node* expr, an_insert_location* list) {
   a_statement* block = expr->variant.statement;
   a_statement* last = last_statement_of(block);
   block->next = nullptr;
-  append(block, list);
+  insert_statement(block, list);
   if (!last || last->kind != stmk_stmt_expr_value) {
     make_no_value(expr);
     return;
@@ -228,9 +208,9 @@ void lower_gnu_statement_expression(an_expr_node* expr, a_statement_list* list) 
   make_value_of(variable, expr);
 }
 
-void take_out_of_init(a_dynamic_init* init, a_statement_list* list);
+void take_out_of_init(a_dynamic_init* init, an_insert_location* list);
 
-void take_out_of_constant(a_constant* constant, a_statement_list* list) {
+void take_out_of_constant(a_constant* constant, an_insert_location* list) {
   check_stack_limit();
   if (constant->kind == con_dynamic_init)
     take_out_of_init(constant->value.dynamic_init, list);
@@ -239,14 +219,14 @@ void take_out_of_constant(a_constant* constant, a_statement_list* list) {
       take_out_of_constant(item, list);
 }
 
-void take_out_of_init(a_dynamic_init* init, a_statement_list* list) {
+void take_out_of_init(a_dynamic_init* init, an_insert_location* list) {
   if (init->kind == dik_expr)
     take_out_of(init->variant.expr, list);
   else if (init->kind == dik_nonconstant_aggregate)
     take_out_of_constant(init->variant.constant, list);
 }
 
-void take_out_of(an_expr_node* expr, a_statement_list* list) {
+void take_out_of(an_expr_node* expr, an_insert_location* list) {
   check_stack_limit();
   if (!holds_statement_expression(expr))
     return;
@@ -259,12 +239,12 @@ void take_out_of(an_expr_node* expr, a_statement_list* list) {
     for (int i = 0; i < lists.count; i++)
       for (an_expr_node* operand = *lists.heads[i]; operand; operand = operand->next)
         take_out_of(operand, list);
-    for (an_expr_node* bound : unevaluated_bounds(expr))
-      take_out_of(bound, list);
   }
+  for (an_expr_node* bound : unevaluated_bounds(expr))
+    take_out_of(bound, list);
 }
 
-void take_out_of_asm(const an_asm_entry* entry, a_statement_list* list) {
+void take_out_of_asm(const an_asm_entry* entry, an_insert_location* list) {
   for (const an_asm_operand* operand = entry->operands; operand; operand = operand->next)
     take_out_of(operand->expr, list);
 }
@@ -272,7 +252,7 @@ void take_out_of_asm(const an_asm_entry* entry, a_statement_list* list) {
 } // namespace
 
 a_statement* take_statement_expressions_out(a_statement* statement) {
-  a_statement_list list = {};
+  an_insert_location list = {};
   if (statement->kind == stmk_init)
     take_out_of_init(statement->variant.dynamic_init, &list);
   else if (statement->kind == stmk_set_vla_size)
@@ -294,7 +274,7 @@ void loop_serialization_init(a_statement* loop, bool is_condition) {
   a_for_loop_supplement* supplement =
       loop->kind == stmk_for ? loop->variant.loop.extra.for_supplement : nullptr;
   an_expr_node* expr = is_condition ? loop->expr : supplement->increment_expr;
-  a_statement_list list = {};
+  an_insert_location list = {};
   take_out_of(expr, &list);
   if (!list.first)
     return;
@@ -305,14 +285,4 @@ void loop_serialization_init(a_statement* loop, bool is_condition) {
     supplement->pre_condition_statement = block;
   else
     loop->pre_statement = block;
-}
-
-a_statement* insert_statements_before(a_statement* statement, a_statement* list) {
-  a_statement* inner = change_statement_into_block(statement);
-  statement->variant.block.first_statement = list;
-  while (list->next)
-    list = list->next;
-  list->next = inner;
-  set_parent_of_substatements(statement);
-  return inner;
 }

@@ -16,8 +16,5 @@ a_statement* take_statement_expressions_out(a_statement* statement);
 // Out of the condition of a loop, and with `is_condition` off out of its
 // increment: what must run before each evaluation is attached to the loop.
 void loop_serialization_init(a_statement* loop, bool is_condition);
-// Puts a list of statements before a statement, which becomes a block; the
-// statement itself is returned in its new place.
-a_statement* insert_statements_before(a_statement* statement, a_statement* list);
 
 #endif

@@ -11,6 +11,7 @@
 #include "lower_c99_int.h"
 #include "lower_context.h"
 #include "lower_il.h"
+#include "lower_insert.h"
 #include "lower_runtime.h"
 #include "mode_words.h"
 #include "target.h"
@@ -85,9 +86,11 @@ template <class Action> static void for_each_dimension(a_type* type, Action acti
 
 std::vector<an_expr_node*> unevaluated_bounds(const an_expr_node* node) {
   std::vector<an_expr_node*> bounds;
-  a_type* type = is_operation_node(node, eok_cast) ? node->type
-                 : node->kind == expr_type_only    ? node->variant.type_only.ptr
-                                                   : nullptr;
+  a_type* type = nullptr;
+  if (is_operation_node(node, eok_cast) || node->kind == expr_temp_init)
+    type = node->type;
+  else if (node->kind == expr_type_only)
+    type = node->variant.type_only.ptr;
   if (function_has_vlas && type != nullptr)
     for_each_dimension(type, [&](const a_vla_dimension* dimension) {
       if (dimension->size_expr != nullptr)
@@ -110,10 +113,10 @@ static an_expr_node* lower_vla_dimension(a_vla_dimension* dimension) {
   return result;
 }
 
-// The dimensions of a type that stands in an expression; null when there is none to
-// be evaluated.
-static an_expr_node* lower_vla_dimensions_in_type(a_type* type) {
+an_expr_node* lower_vla_dimensions_in_type(a_type* type) {
   an_expr_node* result = nullptr;
+  if (!function_has_vlas)
+    return result;
   for_each_dimension(type, [&](a_vla_dimension* dimension) {
     if (an_expr_node* next = lower_vla_dimension(dimension))
       result = make_comma_node_if_necessary(result, next);
@@ -203,20 +206,14 @@ static void deallocate_before_goto(a_statement* jump, const std::vector<a_variab
                                    size_t count) {
   if (arrays.size() <= count)
     return;
-  a_statement* list = nullptr;
-  for (size_t i = count; i < arrays.size(); i++) {
+  change_statement_into_block(jump);
+  an_insert_location location;
+  set_block_start_insert_location(jump, &location);
+  for (size_t i = arrays.size(); i-- > count;) {
     a_statement* statement = alloc_expr_statement(deallocation_of(arrays[i]));
     statement->position = jump->position;
-    statement->next = list;
-    list = statement;
+    insert_statement(statement, &location);
   }
-  a_statement* last = list;
-  while (last->next != nullptr)
-    last = last->next;
-  a_statement* inner = change_statement_into_block(jump);
-  jump->variant.block.first_statement = list;
-  last->next = inner;
-  set_parent_of_substatements(jump);
 }
 
 void lower_vla_goto(a_statement* statement) {
@@ -267,8 +264,10 @@ static void lower_array_to_pointer(an_expr_node* node) {
 }
 
 static void put_dimensions_before(an_expr_node* node, a_type* type) {
+  an_insert_location location;
+  set_expr_insert_location(node, &location);
   if (an_expr_node* dimensions = lower_vla_dimensions_in_type(type))
-    overwrite_node(node, make_comma_node(dimensions, copy_node(node)));
+    insert_expr(dimensions, &location);
 }
 
 static void lower_runtime_sizeof(an_expr_node* node) {

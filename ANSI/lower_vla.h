@@ -17,7 +17,11 @@ extern bool function_has_vlas;
 
 // An expression, behind its operands.
 void lower_vla_node(an_expr_node* node);
-// The bounds that the lowering of the node, a cast or a size, is going to evaluate.
+// The dimensions of a type that stands in an expression; null when there is none to
+// be evaluated.
+an_expr_node* lower_vla_dimensions_in_type(a_type* type);
+// The bounds that the lowering of the node, a cast, a size or a compound literal, is
+// going to evaluate.
 std::vector<an_expr_node*> unevaluated_bounds(const an_expr_node* node);
 
 // The evaluation of a dimension, a declaration, a jump and its target.

@@ -23,6 +23,16 @@ int st(int n) {
   a[n] = sizeof(int[({ int k = n; k * 2; })]);
   return a[n] + sizeof a + ((int (*)[({ int k = n; k + 1; })])b)[1][2];
 }
+// Compound literals whose types have bounds.
+static int calls;
+static int called(int n) { calls = calls * 10 + n; return n; }
+int literals(int n) {
+  int a[2][3] = {{1, 2, 3}, {4, 5, 6}}, (*p)[3] = (int (*)[called(3)]){0};
+  p = (int (*)[called(2) + 1]){a};
+  int (**q)[n] = &(int (*)[n]){a};
+  ++*q;
+  return calls * 100 + ***q * 10 + p[1][0] + ((int (*)[({ int k = n; k; })]){a})[1][2];
+}
 int main(void) {
   int a[2][2] = {{1, 2}, {3, 4}}, b[2][2][3] = {{{0}}, {{0, 0, 0}, {0, 7, 0}}}, out = 0;
   printf("%d\n", g(2, a)); printf("%d %d\n", j(3), j(4)); printf("%d\n", l(5));
@@ -32,6 +42,6 @@ int main(void) {
   int n = 3; int (*p)[n] = 0; p = p + 2; printf("%d\n", (int)((char *)p - (char *)0));
   volatile int k = 2; int z[k][k + 1][4]; z[1][2][3] = 9; printf("%d %d\n", (*(z + 1))[2][3], (int)(&z[1][2][3] - &z[0][0][0]));
   _Bool t[n]; t[2] = 5; t[2]++; printf("%d\n", t[2]);
-  printf("%d\n", st(2));
+  printf("%d %d\n", st(2), literals(3));
   return 0;
 }
