@@ -466,7 +466,8 @@ static a_dynamic_init* implicit_field_init(const a_ctor_init_list* list, a_field
     scan_field_initializer_if_needed(field, list->class_type);
     return field->default_init;
   }
-  if (is_error_type(element) || (field->source_corresp.is_unnamed && !is_anonymous_member(field)))
+  if (is_error_type(element) || has_no_elements(field->type) ||
+      (field->source_corresp.is_unnamed && !is_anonymous_member(field)))
     return nullptr;
   if (is_class_struct_union_type(element)) {
     if (is_anonymous_member(field))

@@ -294,6 +294,8 @@ a_variable* make_this_of_class(a_type* class_type, a_type_qualifier_set qualifie
 // Declares the implicit members of a class whose bases and members are known
 // and settles which special members are trivial or deleted.
 void declare_special_members(a_type* class_type);
+// Whether the type is an array without elements, or of unknown bound.
+bool has_no_elements(const a_type* type);
 // Behind `= default` or `= delete`: whether the function can be defined so.
 void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_state* state);
 // At the `default` of a definition outside of the class.

@@ -269,10 +269,17 @@ static bool leaves_const_without_value(const an_implicit_member* member, a_type*
          next_initializable_field(skip_typerefs(class_type)->variant.class_struct_union.fields);
 }
 
+bool has_no_elements(const a_type* type) {
+  const a_type* array = skip_typerefs(type);
+  return array->kind == tk_array && !array->variant.array.bound_is_constant &&
+         !array->variant.array.bound_is_expr &&
+         array->variant.array.bound.number_of_elements == 0;
+}
+
 static void consider_field(an_implicit_member* member, const a_field* field) {
   a_type* element = skip_array_types(field->type);
   bool is_variant = member->class_type->kind == tk_union;
-  if (is_error_type(element) || (field->source_corresp.is_unnamed && field->is_bit_field))
+  if (is_error_type(element) || has_no_elements(field->type) || (field->source_corresp.is_unnamed && field->is_bit_field))
     return;
   if (member->kind == smk_default_constructor && field->has_default_init) {
     member->is_trivial = false;
@@ -283,7 +290,10 @@ static void consider_field(an_implicit_member* member, const a_field* field) {
     bool is_const = (qualifiers & tq_const) != 0;
     member->is_deleted |= is_const && (is_assignment_kind(member->kind) ||
                                        leaves_const_without_value(member, element));
-    consider_class(member, element, qualifiers & tq_cv, is_variant, field->is_mutable);
+    // The members of an anonymous union give it their values, if they have any.
+    bool begins_itself = member->kind == smk_default_constructor && is_anonymous_member(field);
+    consider_class(member, element, qualifiers & tq_cv, is_variant && !begins_itself,
+                   field->is_mutable);
   } else if (!is_variant || is_reference_type(element) || is_assignment_kind(member->kind)) {
     consider_scalar(member, field);
   }

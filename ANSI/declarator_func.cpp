@@ -365,6 +365,8 @@ static void scan_suffix_that_names_object(unsigned options, a_derivation* functi
   a_routine_type_supplement* supplement =
       function->routine_type->variant.routine.routine_supplement;
   scan_exception_specification(supplement);
+  if (options & do_lambda)
+    function->attributes = scan_attributes(al_declarator);
   if (curr_token == tok_arrow && trailing_return_types_enabled)
     scan_trailing_return(options, function);
 }
@@ -375,7 +377,8 @@ static void scan_function_suffix(unsigned options, a_derivation* function) {
   function->is_mutable = (options & do_lambda) && loop_token(tok_mutable);
   supplement->this_qualifiers = collect_type_qualifiers(nullptr) & 0xff;
   scan_ref_qualifier(supplement);
-  if (curr_token != tok_throw && curr_token != tok_noexcept && curr_token != tok_arrow)
+  bool may_end = !(options & do_lambda); // which may have attributes next
+  if (may_end && curr_token != tok_throw && curr_token != tok_noexcept && curr_token != tok_arrow)
     return;
   a_type* class_type = class_of_object(options);
   a_variable* saved = nullptr;

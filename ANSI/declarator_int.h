@@ -34,6 +34,7 @@ struct a_derivation {
   a_type* class_type;          // of a pointer to member
   a_type* routine_type;        // complete but for its return type
   a_type* trailing_return;     // of a function; null: none
+  an_attribute* attributes;    // of a lambda's function
 };
 
 // The derivations of all declarators being read, as a stack.

@@ -1,5 +1,6 @@
 #include "lambda.h"
 
+#include "attribute.h"
 #include "class_decl_int.h"
 #include "decl_inits.h"
 #include "declarator_int.h"
@@ -685,7 +686,8 @@ static bool prescan_lambda_parameter_clause() {
 }
 
 // The type of operator(); without parentheses it has no parameters.
-static a_type* scan_lambda_declarator(a_lambda* lambda, a_func_info_block* func_info) {
+static a_type* scan_lambda_declarator(a_lambda* lambda, a_func_info_block* func_info,
+                                      an_attribute** attributes) {
   if (curr_token != tok_lparen) {
     clear_func_info(func_info);
     return make_routine_type_full(make_auto_type(&lambda->position, false));
@@ -694,6 +696,9 @@ static a_type* scan_lambda_declarator(a_lambda* lambda, a_func_info_block* func_
   function_declarator(do_lambda, func_info);
   a_derivation function = derivations.back();
   derivations.pop_back();
+  *attributes = function.attributes;
+  if (function.routine_type->variant.routine.routine_supplement->this_qualifiers != tq_none)
+    pos_error(ec_type_qualifier_on_lambda, &function.position);
   lambda->is_mutable = function.is_mutable;
   lambda->has_trailing_return_type = function.trailing_return != nullptr;
   function.routine_type->variant.routine.return_type =
@@ -930,9 +935,11 @@ static bool scan_call_operator(a_lambda* lambda) {
     return false;
   }
   add_stop_token(tok_lbrace);
-  a_type* type = scan_lambda_declarator(lambda, &func_info);
+  an_attribute* attributes = nullptr;
+  a_type* type = scan_lambda_declarator(lambda, &func_info, &attributes);
   lambda->header_range.end = pos_curr_token;
   a_routine* routine = declare_call_operator(lambda, type);
+  attach_attributes(attributes, routine, iek_routine);
   bool has_body = curr_token == tok_lbrace;
   if (!has_body)
     syntax_error(ec_missing_lambda_body);

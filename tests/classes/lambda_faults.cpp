@@ -11,6 +11,8 @@ void good(int a, int size) {
   auto by_copy = [array, objects] { return array[1]; };
   auto by_default = [=] { return array[2] + sizeof(objects[0][0]); };
   int list[] = {[] { return 1; }(), [a](int b) { return a + b; }(2), [&] { return a; }()};
+  [](int b) noexcept __attribute__((noinline)) -> int { return b; }(1);
+  [=]() mutable __attribute__((noinline, cold)) { return a; }();
   int designated[] = {[first] = 1, [2] = 3, [0]{4}};
 }
 
@@ -35,6 +37,8 @@ void bad(int a, int b) {
   auto no_parentheses = [] mutable { return 1; };
   // CHECK: line [[@LINE+1]]: error #2004:
   auto in_nested = [] { return [a] { return a; }(); };
+  // CHECK: line [[@LINE+1]]: error #2029:
+  auto qualified = []() const { return 1; };
   // CHECK: line [[@LINE+1]]: error #2027:
   auto no_body = [a];
   auto recovered = [a] { return a; };

@@ -72,6 +72,11 @@ struct Abstract : virtual NoDefault { virtual void pure() = 0; int member = 1; }
 struct AbstractToo : virtual NoDefault { AbstractToo() { } virtual void pure() = 0; };
 struct Concrete : Abstract { Concrete() : NoDefault(1) { } void pure(); };
 Concrete concrete;
+struct OfNone { NoDefault none[0]; OfNone() { } };
+struct OfNoneToo { NoDefault none[0]; };
+OfNoneToo of_none;
+union Nested { union { int begins = 7; }; };
+Nested nested;
 
 // ---- Delegation in a circle ----
 
