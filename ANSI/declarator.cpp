@@ -8,6 +8,7 @@
 
 #include "attribute.h"
 #include "declarator_int.h"
+#include "decls.h"
 #include "error.h"
 #include "expr.h"
 #include "il.h"
@@ -205,18 +206,6 @@ static void suffixes(unsigned options, const a_symbol_locator* locator,
   }
 }
 
-// What follows a qualified name may name members without a qualifier (C++11
-// 3.4.1 p8).
-static bool open_class_of_name(const a_symbol_locator* locator) {
-  if (!locator->is_class_qualified || locator->is_error_locator)
-    return false;
-  a_type* class_type = skip_typerefs(locator->qualifier.class_type);
-  if (!is_class_struct_union_kind(class_type->kind) || !class_supplement_of(class_type)->scope)
-    return false;
-  push_class_and_template_reactivation_scope(class_type);
-  return true;
-}
-
 // Reads a declarator; its derivations are pushed, the one that binds first
 // being the lowest.
 static void scan_declarator(unsigned options, a_decl_parse_state* state, a_symbol_locator* locator,
@@ -238,10 +227,10 @@ static void scan_declarator(unsigned options, a_decl_parse_state* state, a_symbo
       append_attributes(&state->attributes_after, scan_attributes(al_declarator));
   }
   bool is_next_to_name = derivations.size() == start + number_of_pointers;
-  bool class_is_open = open_class_of_name(locator);
+  // What follows may name members without a qualifier (C++11 3.4.1 p8).
+  int pushed = push_scopes_of_qualifier(locator);
   suffixes(options, locator, is_next_to_name ? func_info : nullptr, is_next_to_name);
-  if (class_is_open)
-    pop_class_reactivation_scope();
+  pop_scopes_of_member(pushed);
   // The pointers bind after what has been read since.
   std::rotate(derivations.begin() + static_cast<ptrdiff_t>(start),
               derivations.begin() + static_cast<ptrdiff_t>(start + number_of_pointers),

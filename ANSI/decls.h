@@ -79,6 +79,13 @@ void clear_default_sections();
 // namespaces std and abi, the class type_info, the allocation functions.
 void enter_predeclared_entities();
 
+// Opens the namespaces or the class between the current scope and an entity
+// declared outside of its own, or those that a qualifier names; the result is for
+// the last.
+int push_scopes_of_member(const a_symbol* member);
+int push_scopes_of_qualifier(const a_symbol_locator* locator);
+void pop_scopes_of_member(int pushed);
+
 void decls_one_time_init();
 void decls_init();
 void decls_trans_unit_init();

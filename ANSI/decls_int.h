@@ -43,10 +43,6 @@ void report_linkage_conflict(const a_source_position* position);
 // The severity of a breach of the language that older compilers tolerate.
 an_error_severity tolerated_breach_severity();
 
-// Opens the namespaces or the class between the current scope and an entity
-// declared outside of its own; the result is for the second.
-int push_scopes_of_member(const a_symbol* member);
-void pop_scopes_of_member(int pushed);
 // Whether the symbol belongs to the current scope or to one inside it.
 bool is_declared_within_current_scope(const a_symbol* symbol);
 

@@ -228,6 +228,20 @@ static bool class_is_open(const a_type* class_type) {
 // What push_scopes_of_member answers when it has opened a class.
 static constexpr int pushed_class = -1;
 
+// Opens what is closed between the current scope and that of a namespace, none
+// when that lies elsewhere.
+static int push_namespaces_down_to(a_scope* innermost) {
+  if (!is_within_current_scope(innermost))
+    return 0;
+  std::vector<a_namespace*> closed;
+  for (a_scope* scope = innermost; scope != scope_stack[decl_scope_level].il_scope;
+       scope = scope->parent)
+    closed.push_back(scope->assoc.namespace_entry);
+  for (size_t i = closed.size(); i-- > 0;)
+    f_push_namespace_extension_scope(closed[i]);
+  return static_cast<int>(closed.size());
+}
+
 int push_scopes_of_member(const a_symbol* member) {
   if (member->is_class_member) {
     a_type* class_type = skip_typerefs(member->parent.class_type);
@@ -236,15 +250,19 @@ int push_scopes_of_member(const a_symbol* member) {
     push_class_and_template_reactivation_scope(class_type);
     return pushed_class;
   }
-  if (!member->is_namespace_member || !is_within_current_scope(scope_of_member(member)))
+  return member->is_namespace_member ? push_namespaces_down_to(scope_of_member(member)) : 0;
+}
+
+int push_scopes_of_qualifier(const a_symbol_locator* locator) {
+  if (locator->is_error_locator || locator->is_enum_qualified || !locator->qualifier.entry)
     return 0;
-  std::vector<a_namespace*> closed;
-  for (a_scope* scope = scope_of_member(member); scope != scope_stack[decl_scope_level].il_scope;
-       scope = scope->parent)
-    closed.push_back(scope->assoc.namespace_entry);
-  for (size_t i = closed.size(); i-- > 0;)
-    f_push_namespace_extension_scope(closed[i]);
-  return static_cast<int>(closed.size());
+  if (!locator->is_class_qualified)
+    return push_namespaces_down_to(scope_of_namespace(locator->qualifier.namespace_entry));
+  a_type* class_type = skip_typerefs(locator->qualifier.class_type);
+  if (!is_class_struct_union_kind(class_type->kind) || !class_supplement_of(class_type)->scope)
+    return 0;
+  push_class_and_template_reactivation_scope(class_type);
+  return pushed_class;
 }
 
 void pop_scopes_of_member(int pushed) {

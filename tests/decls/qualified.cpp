@@ -17,6 +17,22 @@ int n::x = 1;
 int n::f(int a) { return a + x; }
 char n::m::y = sizeof x;
 
+// What follows the name sees the namespace's members (C++11 3.4.1 p8).
+namespace o {
+struct item {};
+enum { length = 3 };
+item pass(item, int = length);
+extern int list[length];
+namespace p {
+struct user {
+  void use(item);
+};
+}
+}
+o::item o::pass(item i, int) { return i; }
+int o::list[length];
+void o::p::user::use(item) {}
+
 int defaults(int, int, int = 1);
 int defaults(int, int = 2, int);
 int defaults(int a, int b, int c) { return a + b + c; }
