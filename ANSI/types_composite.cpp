@@ -20,6 +20,8 @@ void copy_gnu_type_properties(a_type* to, const a_type* from) {
     target.does_not_return |= source.does_not_return;
     target.is_pure |= source.is_pure;
     target.is_const_function |= source.is_const_function;
+    target.is_printf_like |= source.is_printf_like;
+    target.is_scanf_like |= source.is_scanf_like;
     if (target.calling_convention_flags == default_calling_convention)
       target.calling_convention_flags = source.calling_convention_flags;
   }
@@ -42,10 +44,20 @@ bool lacks_gnu_properties(const a_type* to, const a_type* from) {
           source.calling_convention_flags != default_calling_convention);
 }
 
+// A pragma tells of the format in every mode.
+bool lacks_format(const a_type* to, const a_type* from) {
+  if (to->kind != tk_routine || from->kind != tk_routine)
+    return false;
+  const a_routine_type_supplement& target = *to->variant.routine.routine_supplement;
+  const a_routine_type_supplement& source = *from->variant.routine.routine_supplement;
+  return (source.is_printf_like && !target.is_printf_like) ||
+         (source.is_scanf_like && !target.is_scanf_like);
+}
+
 a_type* with_gnu_properties(a_type* type, const a_type* from) {
   a_type* bare = f_skip_typerefs(type);
   from = f_skip_typerefs(from);
-  if (!gnu_mode || !lacks_gnu_properties(bare, from))
+  if (!(gnu_mode && lacks_gnu_properties(bare, from)) && !lacks_format(bare, from))
     return type;
   a_type* copy =
       bare->kind == tk_routine ? copy_routine_type_with_param_types(bare) : copy_type(bare);

@@ -12,6 +12,9 @@ extern int scan(const char *text, const char *format, ...);
 int log_line(int level, const char *format, ...) __attribute__((format(__printf__, 2, 3)));
 int log_list(int level, const char *format, ...) __attribute__((format(printf, 2, 0)));
 int unchecked(const char *format, ...);
+// Declared again.
+extern int print(const char *format, ...);
+int log_line(int level, const char *format, ...);
 int i;
 unsigned u;
 long l;
