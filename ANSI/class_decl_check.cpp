@@ -49,6 +49,19 @@ static void check_members_without_constructor(const a_type* class_type) {
     end_diagnostic(diag);
 }
 
+// A class with constructors has no field of its own name (C++11 9.2 p17).
+static void check_names_of_fields(const a_type* class_type) {
+  const a_symbol* class_symbol = class_type->source_corresp.symbol;
+  if (!class_supplement_of(class_type)->has_user_constructor)
+    return;
+  for (const a_field* field = class_type->variant.class_struct_union.fields; field;
+       field = field->next) {
+    const a_symbol* symbol = field->source_corresp.symbol;
+    if (symbol && !symbol->not_in_lookup && symbol->header == class_symbol->header)
+      pos_error(ec_class_and_member_name_conflict, &symbol->position);
+  }
+}
+
 // ---- Bases ----
 
 // An object that is deleted through a pointer to such a base isn't destroyed.
@@ -65,6 +78,7 @@ static void check_destructors_of_bases(const a_type* class_type) {
 }
 
 void check_members_of_complete_class(a_type* class_type) {
+  check_names_of_fields(class_type);
   check_members_without_constructor(class_type);
   check_destructors_of_bases(class_type);
 }

@@ -345,11 +345,13 @@ static a_scope_pointers_block* block_of_parent(a_symbol* symbol, a_scope_kind* k
 }
 
 // A member may bear the name of its class only as a constructor or as the
-// class's own name, both of which are entered by other ways.
+// class's own name, both of which are entered by other ways, and as a field, which
+// is judged when the class is complete.
 static bool conflicts_with_class_name(const a_symbol* symbol, const a_scope_stack_entry* entry) {
   if (!in_cplusplus_mode() || (entry->kind != sk_class && entry->kind != sk_class_reactivation))
     return false;
-  if (symbol->not_in_lookup || symbol->is_injected_class_name || entry->assoc_type == nullptr)
+  if (symbol->not_in_lookup || symbol->is_injected_class_name || entry->assoc_type == nullptr ||
+      (symbol->kind == symk_field && !symbol->is_anonymous_union_member))
     return false;
   const a_symbol* class_symbol = entry->assoc_type->source_corresp.symbol;
   return class_symbol != nullptr && class_symbol->header == symbol->header;

@@ -88,6 +88,7 @@ extern int Anonymous::*to_i;
 struct NoName { typedef union { int i; }; int i; void body() { }; };
 // CHECK: line [[#@LINE+1]]: error #282: declaration of a member with the same name as its class
 struct NamesClass { typedef int NamesClass; };
+struct NamedField { int NamedField; } *named_field; struct NamedField *again = named_field;
 struct Unfinished {
   int a;
   // CHECK: line [[#@LINE+2]]: error #171: expected a declaration
