@@ -332,8 +332,8 @@ static void check_global_register(a_variable_declaration* decl) {
   decl->storage = decl->state->storage_class = sc_extern;
   // As an earlier declaration of the register had it.
   if (!decl->state->asm_name)
-    decl->state->declared_type = type_of_global_register(decl->locator->header->identifier,
-                                                         decl->state->declared_type);
+    decl->state->declared_type =
+        type_of_global_register(decl->locator->header->identifier, decl->state->declared_type);
   decl->flags &= ~(dvf_definition | dvf_tentative);
 }
 

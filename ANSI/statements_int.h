@@ -25,7 +25,6 @@ struct a_struct_stmt_stack_entry {
   uint16_t in_else_part : 1;
   uint16_t in_for_init : 1;
   uint16_t has_dependent_case : 1; // a value that isn't known: nothing is sorted
-  uint16_t has_overlapping_ranges : 1; // of cases: a neighbour doesn't tell all
   uint16_t label_seen : 1;
   uint16_t case_seen : 1;
   uint16_t declaration_seen : 1;
@@ -39,6 +38,7 @@ struct a_struct_stmt_stack_entry {
   a_type* switch_type; // promoted
   a_switch_case_entry* last_case;
   a_switch_case_entry* last_sorted_case;
+  int64_t overlap_steps_left; // since two ranges overlap and neighbours don't tell all
   a_statement* decl_statement;
   an_il_entity_list_entry* last_declaration;
   a_control_flow_descr* control_flow; // of a switch: where its labels are reached from

@@ -209,6 +209,8 @@ static const a_constant* greatest_value(const a_switch_case_entry* entry) {
   return entry->case_range_end ? entry->case_range_end : entry->case_value;
 }
 
+static constexpr int64_t max_overlap_steps = 1000000;
+
 static bool overlap(const a_switch_case_entry* low, const a_switch_case_entry* high) {
   return cmp_integer_constants(greatest_value(low), high->case_value) >= 0 &&
          cmp_integer_constants(greatest_value(high), low->case_value) >= 0;
@@ -223,10 +225,15 @@ static const a_switch_case_entry* overlapped_neighbour(const a_switch_case_entry
   return behind && overlap(entry, behind) ? behind : nullptr;
 }
 
-static const a_switch_case_entry* find_overlapped(const a_switch_case_entry* sorted_cases,
+// An entry that overlaps may lie anywhere in front of the new one. Past a number of
+// steps, which only a large switch in error takes, the neighbours must do.
+static const a_switch_case_entry* find_overlapped(a_struct_stmt_stack_entry* stack_entry,
+                                                  const a_switch_case_entry* sorted_cases,
                                                   const a_switch_case_entry* entry) {
-  while (sorted_cases && !overlap(sorted_cases, entry))
+  while (sorted_cases && !overlap(sorted_cases, entry)) {
     sorted_cases = sorted_cases->next_sorted;
+    --stack_entry->overlap_steps_left;
+  }
   return sorted_cases;
 }
 
@@ -246,12 +253,14 @@ static void insert_sorted(a_struct_stmt_stack_entry* stack_entry,
     link = &before->next_sorted;
   }
   const a_switch_case_entry* overlapped =
-      stack_entry->has_overlapping_ranges
-          ? find_overlapped(supplement->sorted_cases, entry)
+      stack_entry->overlap_steps_left > 0
+          ? find_overlapped(stack_entry, supplement->sorted_cases, entry)
           : overlapped_neighbour(before, *link, entry);
   if (overlapped) {
+    const bool is_range = entry->case_range_end || overlapped->case_range_end;
     report_equal_cases(entry, overlapped);
-    stack_entry->has_overlapping_ranges |= entry->case_range_end || overlapped->case_range_end;
+    if (is_range && stack_entry->overlap_steps_left == 0)
+      stack_entry->overlap_steps_left = max_overlap_steps;
   }
   entry->next_sorted = *link;
   *link = entry;
