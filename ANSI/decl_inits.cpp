@@ -189,7 +189,8 @@ static void initialize_static_to_constant(a_variable* variable, a_constant* valu
   }
 }
 
-static void initialize_static_at_run_time(a_variable* variable, a_dynamic_init* init) {
+static void initialize_static_at_run_time(a_variable* variable, a_dynamic_init* init,
+                                          const a_source_position* position) {
   init->variable = variable;
   if (innermost_function_scope == nullptr) {
     variable->init_kind = initk_dynamic;
@@ -198,6 +199,9 @@ static void initialize_static_at_run_time(a_variable* variable, a_dynamic_init* 
     add_to_dynamic_inits_list(init, -1);
     mark_as_needed(variable, iek_variable);
   } else {
+    warn_if_code_is_unreachable(ec_initialization_not_reachable, position);
+    if (inside_statement_expression())
+      pos_error(ec_dyn_local_static_in_statement_expr, position);
     init->is_function_static = true;
     make_local_static_variable_init(variable, nullptr, initk_dynamic, nullptr, init);
   }
@@ -243,7 +247,7 @@ static void store_result(a_variable* variable, a_type* type, const an_init_state
   else if (constant)
     initialize_static_to_constant(variable, constant);
   else
-    initialize_static_at_run_time(variable, init);
+    initialize_static_at_run_time(variable, init, position);
 }
 
 // The destructor that runs where the object ends (C++11 12.4 p11).
@@ -266,7 +270,7 @@ void initialize_by_default_constructor(a_symbol* symbol) {
   if (!init || is_error_dynamic_init(init))
     return;
   if (has_static_duration(variable))
-    initialize_static_at_run_time(variable, init);
+    initialize_static_at_run_time(variable, init, &symbol->position);
   else
     initialize_automatic(variable, init, false, &symbol->position);
 }
@@ -304,9 +308,8 @@ static bool may_be_initialized(a_symbol* symbol, const a_source_position* positi
     pos_sy_error(ec_cannot_initialize, position, symbol);
     return false;
   }
-  if (variable->init_kind != initk_none) {
-    if (!has_error_initializer(variable))
-      pos_sy_error(ec_already_initialized, position, symbol);
+  if (variable->init_kind != initk_none && !has_error_initializer(variable)) {
+    pos_sy_error(ec_already_initialized, position, symbol);
     return false;
   }
   if (gnu_mode && (variable->decl_modifiers & dm_global)) {
@@ -328,7 +331,7 @@ void initializer(a_decl_parse_state* state) {
   init_state.constant_required = init_state.is_static && in_C_mode();
   init_state.constant_wanted = state->modifiers.constexpr_seen;
   init_state.is_condition = state->parse_flags.is_condition;
-  a_type* type = is_error_type(state->declared_type) ? error_type() : variable->type;
+  a_type* type = may_store && !is_error_type(state->declared_type) ? variable->type : error_type();
   an_object_lifetime* lifetime = push_lifetime_of_static(variable);
   scan_and_match(&type, &init_state);
   variable->has_explicit_init = true;
@@ -379,30 +382,51 @@ a_constant* union_value_of_operand(a_type* union_type, const a_field* field,
 
 // ---- Objects that lists make in C++ ----
 
-void make_list_operand(an_init_component* list, a_type* type, const a_source_position* start,
-                       an_operand* result) {
+void make_temp_init_operand(a_type* type, a_dynamic_init* init, bool is_lvalue,
+                            const a_source_position* position, an_operand* result) {
+  an_expr_node* expr = alloc_expr_node(expr_temp_init);
+  expr->type = type;
+  expr->is_lvalue = is_lvalue;
+  expr->position = *position;
+  expr->variant.dynamic_init = init;
+  if (is_lvalue)
+    make_glvalue_expression_operand(expr, result);
+  else
+    make_expression_operand(expr, result);
+}
+
+void make_list_operand(an_init_component* list, a_type* type, bool is_direct,
+                       const a_source_position* start, an_operand* result) {
   an_init_state state = {};
   state.is_list_init = true;
+  state.is_direct_list = is_direct;
   a_constant* value = init_element(&list, &type, &state);
   report_excess_components(&list, &state);
   free_init_component_list(list);
   set_result(value, &state);
   a_dynamic_init* init = state.result_dynamic_init;
-  if (state.result_constant && is_class_struct_union_type(type))
+  if (state.result_constant && (is_class_struct_union_type(type) || is_array_type(type)))
     init = dynamic_init_of_value(value, &state);
-  if (!init && state.result_constant) {
+  if (!init && state.result_constant)
     make_constant_operand(value, result);
-  } else if (!init) {
+  else if (!init)
     make_error_operand(result);
-  } else if (init->kind == dik_expr) {
+  else if (init->kind == dik_expr)
     make_expression_operand(init->variant.expr, result);
-  } else {
-    an_expr_node* expr = alloc_expr_node(expr_temp_init);
-    expr->type = type;
-    expr->position = *start;
-    expr->variant.dynamic_init = init;
-    make_expression_operand(expr, result);
+  else
+    make_temp_init_operand(type, init, false, start, result);
+}
+
+void scan_initializing_operand(a_type* type, an_error_code code, unsigned flags,
+                               an_operand* result) {
+  if (curr_token != tok_lbrace || !list_init_enabled) {
+    scan_expr(result, nullptr, lev_none, flags);
+    prep_initializer_operand(result, type, code);
+    return;
   }
+  a_source_position start = pos_curr_token;
+  make_list_operand(get_braced_init_list(), type, false, &start, result);
+  set_operand_range(result, &start, &curr_construct_end_position);
 }
 
 void decl_inits_init() {

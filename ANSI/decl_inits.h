@@ -30,10 +30,22 @@ a_constant* union_value_of_operand(a_type* union_type, const a_field* field,
                                    const an_operand* operand, bool is_static,
                                    a_dynamic_init** init);
 
+// The unnamed object that an initialisation makes where an expression stands; it
+// is made anew each time that this is evaluated.
+void make_temp_init_operand(a_type* type, a_dynamic_init* init, bool is_lvalue,
+                            const a_source_position* position, an_operand* result);
+
 // The object that a list in braces makes for the expression around it (C++11
-// 5.2.3 p3); the list is freed.
-void make_list_operand(an_init_component* list, a_type* type, const a_source_position* start,
-                       an_operand* result);
+// 5.2.3 p3, 8.5.4); the list is freed. A list that isn't `is_direct` may not use
+// an explicit constructor.
+void make_list_operand(an_init_component* list, a_type* type, bool is_direct,
+                       const a_source_position* start, an_operand* result);
+
+// What initialises an object of the type, at an expression or, where C++11 has
+// it there, at a list in braces (C++11 8.5 p14). An expression that doesn't
+// convert is reported under the code.
+void scan_initializing_operand(a_type* type, an_error_code code, unsigned flags,
+                               an_operand* result);
 
 // ---- Components ----
 

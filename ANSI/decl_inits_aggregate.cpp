@@ -4,9 +4,11 @@
 
 #include <algorithm>
 
+#include "class_decl.h"
 #include "decl_inits_int.h"
 #include "il.h"
 #include "il_alloc.h"
+#include "il_statements.h"
 #include "lexical.h"
 #include "mode_words.h"
 #include "stack_limit.h"
@@ -100,6 +102,16 @@ static a_constant* make_aggregate(a_type* type, const a_source_position* positio
   return aggregate;
 }
 
+static a_constant* repeated(a_constant* element, uint64_t count) {
+  if (count == 1)
+    return element;
+  a_constant* repeat = alloc_constant(con_repeat);
+  repeat->type = element->type;
+  repeat->value.repeat.element = element;
+  repeat->value.repeat.count = count;
+  return repeat;
+}
+
 // The value of a range of elements: one that is evaluated can't be repeated.
 static a_constant* repeat_nonconstant_init(const a_source_position* position,
                                            an_init_state* state) {
@@ -109,15 +121,9 @@ static a_constant* repeat_nonconstant_init(const a_source_position* position,
 
 static a_constant* repeated_element(a_constant* element, uint64_t count,
                                     const a_source_position* position, an_init_state* state) {
-  if (count == 1)
-    return element;
-  if (element->kind == con_dynamic_init || element->contains_nonconstant)
+  if (count > 1 && (element->kind == con_dynamic_init || element->contains_nonconstant))
     return repeat_nonconstant_init(position, state);
-  a_constant* repeat = alloc_constant(con_repeat);
-  repeat->type = element->type;
-  repeat->value.repeat.element = element;
-  repeat->value.repeat.count = count;
-  return repeat;
+  return repeated(element, count);
 }
 
 static a_constant* walk_without_braces(an_init_component** list, a_type** type,
@@ -317,6 +323,53 @@ static void check_members_left_out(const an_aggregate_walk* walk, const a_source
   }
 }
 
+// ---- What a list leaves out ----
+
+static a_constant* value_of_default_init(a_dynamic_init* init, a_type* type) {
+  if (init->kind == dik_nonconstant_aggregate)
+    return init->variant.constant;
+  a_constant* value = alloc_constant(con_dynamic_init);
+  value->type = type;
+  value->value.dynamic_init = init;
+  return value;
+}
+
+// The constructor that makes `count` objects at the walk's place. False when
+// there is none that does anything.
+static bool construct_at_place(an_aggregate_walk* walk, uint64_t count,
+                               const a_source_position* position, an_init_state* state) {
+  a_type* type = element_type_of(walk);
+  if (!is_class_struct_union_type(skip_array_types(type)) || is_incomplete_type(type))
+    return false;
+  a_dynamic_init* init = default_constructor_init(type, position);
+  if (!init)
+    return false;
+  if (is_error_dynamic_init(init)) {
+    state->error_reported = true;
+    return false;
+  }
+  store_element(walk, repeated(value_of_default_init(init, type), count), state);
+  return true;
+}
+
+// C++11 8.5.1 p7: members without a value are made of an empty list, which calls
+// the constructors of classes.
+static void construct_what_is_left_out(an_aggregate_walk* walk, const a_source_position* position,
+                                       an_init_state* state) {
+  if (!in_cplusplus_mode() || walk->type->kind == tk_union)
+    return;
+  if (is_array_walk(walk)) {
+    bool is_rest_known = walk->limit != UINT64_MAX && walk->position == walk->greatest;
+    if (is_rest_known && !is_at_end(walk) && !state->error_reported)
+      construct_at_place(walk, walk->limit - walk->position, position, state);
+    return;
+  }
+  for (; walk->field && !state->error_reported;
+       walk->field = next_initializable_field(walk->field->next), ++walk->position)
+    if (construct_at_place(walk, 1, position, state))
+      walk->next_in_order = walk->position + 1;
+}
+
 static bool is_scalar_zero(const an_init_component* component) {
   if (component->kind != ick_expression || component->variant.operand.kind != ok_constant)
     return false;
@@ -342,8 +395,9 @@ a_constant* braced_aggregate(an_init_component** list, a_type** type, an_init_st
   }
   bool is_flexible_member = state->flexible_member;
   state->flexible_member = false;
-  if (++state->depth == 1 && *elements && !(*elements)->next)
-    state->is_scalar_zero = is_scalar_zero(*elements);
+  const bool was_scalar_zero = state->is_scalar_zero;
+  state->is_scalar_zero = *elements && !(*elements)->next && is_scalar_zero(*elements);
+  ++state->depth;
   a_constant* aggregate = make_aggregate(*type, &position, true);
   an_aggregate_walk walk;
   const bool was_in_range = state->in_range_element;
@@ -354,7 +408,9 @@ a_constant* braced_aggregate(an_init_component** list, a_type** type, an_init_st
   walk_list(&walk, elements, state);
   report_excess(&walk, elements, state);
   check_members_left_out(&walk, &position, state);
+  construct_what_is_left_out(&walk, &position, state);
   state->in_range_element = was_in_range;
+  state->is_scalar_zero = was_scalar_zero;
   drop_first_init_component(list);
   complete_array_type(type, &walk);
   aggregate->type = *type;
@@ -380,6 +436,7 @@ static a_constant* walk_without_braces(an_init_component** list, a_type** type,
   ++state->depth;
   prep_aggr_initializer(&walk, *type, aggregate, false, state);
   walk_list(&walk, list, state);
+  construct_what_is_left_out(&walk, position, state);
   --state->depth;
   complete_array_type(type, &walk);
   aggregate->type = *type;

@@ -23,7 +23,7 @@ struct an_init_state {
   uint32_t contains_nonconstant : 1; // some element needs run-time work
   uint32_t error_reported : 1;
   uint32_t designator_used : 1;
-  uint32_t is_scalar_zero : 1;  // the whole initialiser is `{0}`
+  uint32_t is_scalar_zero : 1;  // the innermost list in braces is `{0}`
   uint32_t flexible_member : 1; // the next object is a flexible array member
   uint32_t enclosing_is_outermost_union : 1;
   uint32_t is_condition : 1;     // the variable is declared in a condition

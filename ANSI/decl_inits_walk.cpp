@@ -75,9 +75,13 @@ static a_constant* make_dynamic_value(an_expr_node* expr, a_type* type) {
 // C++11 8.5.4 p7. GNU C++ only warns where the value isn't known.
 static void check_narrowing(an_operand* operand, a_type* type, const an_init_state* state) {
   an_error_code code;
-  if (!state->is_list_init || !list_init_enabled || is_reference_type(type))
+  if (!state->is_list_init || !list_init_enabled ||
+      !(is_reference_type(type) || is_arithmetic_or_enum_type(type)))
     return;
-  do_operand_transformations(operand, ot_keep_overload_set);
+  if (is_reference_type(type))
+    type = type_pointed_to(skip_typerefs(type)); // of the temporary, where one is made
+  else
+    do_operand_transformations(operand, ot_keep_overload_set);
   if (is_error_operand(operand) || !is_arithmetic_or_enum_type(operand->type))
     return;
   const a_constant* constant = constant_of_operand(operand);
@@ -191,15 +195,20 @@ static a_constant* scalar_in_braces(an_init_component** list, a_type** type, an_
 
 // ---- References (C++11 8.5.4 p3) ----
 
-// A list for a reference to a class makes a temporary, unless it holds one
-// object of a class that the reference may be bound to.
+// A list for a reference to a class or an array makes a temporary, unless it
+// holds one such object that the reference may be bound to.
 static bool needs_temporary(an_init_component* list, const a_type* bare) {
-  if (!list_init_enabled || !is_reference_type(bare) ||
-      !is_class_struct_union_type(type_pointed_to(bare)))
+  if (!list_init_enabled || !is_reference_type(bare))
+    return false;
+  a_type* referenced = type_pointed_to(bare);
+  const bool is_array = is_array_type(referenced);
+  if (is_array ? is_incomplete_array_type(referenced) : !is_class_struct_union_type(referenced))
     return false;
   an_init_component* first = first_init_component(&list->variant.braced.first);
-  return !first || first->kind != ick_expression || first_init_component(&first->next) ||
-         !is_class_struct_union_type(first->variant.operand.type);
+  if (!first || first->kind != ick_expression || first_init_component(&first->next))
+    return true;
+  a_type* given = first->variant.operand.type;
+  return is_array ? !is_array_type(given) : !is_class_struct_union_type(given);
 }
 
 static a_constant* temporary_for_reference(an_init_component** list, a_type* type,
@@ -209,7 +218,7 @@ static a_constant* temporary_for_reference(an_init_component** list, a_type* typ
   an_init_component* object = alloc_init_component(ick_expression);
   *list = braces->next;
   braces->next = nullptr;
-  make_list_operand(braces, type_pointed_to(skip_typerefs(type)), &position,
+  make_list_operand(braces, type_pointed_to(skip_typerefs(type)), false, &position,
                     &object->variant.operand);
   set_operand_range(&object->variant.operand, &position, &curr_construct_end_position);
   a_constant* value = convert_initializer(object, type, state);
@@ -290,6 +299,12 @@ static a_constant* take_whole_object(an_init_component** list, a_type** type,
 
 // A class with constructors, bases or hidden members has no members to be
 // listed: the list holds the arguments of a constructor (C++11 8.5.4 p3).
+static bool uses_explicit_constructor(const an_operand* object) {
+  return object->kind == ok_expression && object->variant.expr->kind == expr_temp_init &&
+         object->variant.expr->variant.dynamic_init->kind == dik_constructor &&
+         object->variant.expr->variant.dynamic_init->variant.constructor.routine->is_explicit;
+}
+
 static a_constant* construct_from_list(an_init_component** list, a_type* type,
                                        an_init_state* state) {
   a_source_position position = init_component_pos(*list);
@@ -302,7 +317,9 @@ static a_constant* construct_from_list(an_init_component** list, a_type* type,
   complete_braced_init_list_parsing(*list);
   make_class_temporary(skip_typerefs(type), (*list)->variant.braced.first, &position, &object);
   drop_first_init_component(list);
-  if (is_error_operand(&object)) {
+  if (uses_explicit_constructor(&object) && !(state->is_direct_list && state->depth == 0))
+    init_error(ec_explicit_ctor_in_copy_list_init, &position, state);
+  if (is_error_operand(&object) || state->error_reported) {
     state->error_reported = true;
     return nullptr;
   }

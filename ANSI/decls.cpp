@@ -279,6 +279,14 @@ static void check_storage_class_of_routine(a_decl_parse_state* state) {
   }
 }
 
+// What stands behind the declarator of no object (C99 6.7.8 p3).
+static void refuse_initializer(a_symbol* symbol) {
+  if (curr_token != tok_assign)
+    return;
+  pos_sy_error(ec_cannot_initialize, &pos_curr_token, symbol);
+  flush_initializer();
+}
+
 static void routine_declaration(a_symbol_locator* locator, a_decl_parse_state* state,
                                 a_func_info_block* func_info) {
   if (func_info->is_old_style && func_info->param_id_list) {
@@ -292,15 +300,13 @@ static void routine_declaration(a_symbol_locator* locator, a_decl_parse_state* s
     pos_sy_error(ec_lparen_after_function, &pos_curr_token, state->symbol);
     flush_tokens();
   }
+  refuse_initializer(state->symbol);
 }
 
 static void typedef_declaration(a_symbol_locator* locator, a_decl_parse_state* state) {
   check_nonfunction_declaration_errors(state, locator);
   decl_typedef(locator, state);
-  if (curr_token == tok_assign) {
-    pos_sy_error(ec_cannot_initialize, &pos_curr_token, state->symbol);
-    flush_initializer();
-  }
+  refuse_initializer(state->symbol);
 }
 
 // Whether a body follows the declarator of a function.

@@ -1,6 +1,7 @@
 #include "def_arg.h"
 
 #include "class_decl_int.h"
+#include "decl_inits.h"
 #include "error.h"
 #include "expr_int.h"
 #include "il.h"
@@ -42,8 +43,7 @@ static an_expr_node* scan_default_value(a_type* type) {
   an_operand operand;
   begin_full_expression(ek_normal, &full);
   expr_stack->flags.in_default_argument = true;
-  scan_expr(&operand, nullptr, lev_none, sef_no_comma);
-  prep_initializer_operand(&operand, type, ec_bad_default_arg_type);
+  scan_initializing_operand(type, ec_bad_default_arg_type, sef_no_comma, &operand);
   an_expr_node* node = make_node_from_operand(&operand);
   wrap_up_full_expression(node);
   end_full_expression(&full, &operand);

@@ -2,6 +2,7 @@
 // expression of its kind, scans it, and finishes it as its context asks.
 
 #include "const_ints.h"
+#include "decl_inits.h"
 #include "expr_int.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -215,10 +216,12 @@ an_expr_node* scan_return_expression(a_type* type) {
   if (in_cplusplus_mode() && curr_token == tok_lbrace && returns_deduced_type())
     return braced_list_for_deduced_type();
   begin_full_expression(ek_normal, &full);
-  scan_expr(&operand, nullptr, lev_none, 0);
-  if (in_cplusplus_mode() && returns_deduced_type())
-    type = deduce_return_type(&operand);
-  prep_initializer_operand(&operand, type, ec_bad_return_value_type);
+  if (in_cplusplus_mode() && returns_deduced_type()) {
+    scan_expr(&operand, nullptr, lev_none, 0);
+    prep_initializer_operand(&operand, deduce_return_type(&operand), ec_bad_return_value_type);
+  } else {
+    scan_initializing_operand(type, ec_bad_return_value_type, 0, &operand);
+  }
   warn_about_local_address(&operand);
   an_expr_node* node = finish_full_expression(&operand);
   end_full_expression(&full, &operand);

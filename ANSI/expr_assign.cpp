@@ -35,29 +35,25 @@ static void build_assignment(an_expr_operator_kind op, an_operand* left, an_oper
 
 // ---- = ----
 
-// The list initialises an object of the left operand's type (C++11 5.17 p9); a
-// scalar takes one element.
-static bool take_single_element_of_list(an_operand* right) {
+// A list initialises an object of the left operand's type (C++11 5.17 p9).
+static void convert_right_list(const an_operand* left, an_operand* right) {
   an_init_component* list = right->variant.init_component;
-  an_init_component* element = list->variant.braced.first;
-  if (!element || element->next || element->kind != ick_expression)
-    return false;
-  *right = element->variant.operand;
-  return true;
+  a_source_position start = right->position, end = right->end_position;
+  bool has_type = left->kind == ok_expression && left->type;
+  make_list_operand(list, has_type ? make_unqualified_type(left->type) : error_type(), false,
+                    &start, right);
+  set_operand_range(right, &start, &end);
 }
 
 static bool prep_right_operand(an_operand* left, an_operand* right) {
-  bool is_list = right->kind == ok_braced_list;
-  if (is_list && (!is_scalar_type(left->type) || !take_single_element_of_list(right))) {
-    error_in_operand(ec_braced_init_list_not_allowed, right);
-    return false;
-  }
   prep_assignment_operand(right, left->type, ec_incompatible_assignment_operands, &right->position);
   return !is_error_operand(right);
 }
 
 static void process_simple_assignment(an_operand* left, an_operand* right,
                                       const an_operator_place* place, an_operand* result) {
+  if (right->kind == ok_braced_list)
+    convert_right_list(left, right);
   if (operator_is_overloaded(place, left, right, result))
     return;
   bool good = prepare_left_operand(left, &place->position);
@@ -171,11 +167,14 @@ void scan_assignment_operator(an_operand* operand) {
   an_operand left = *operand, right;
   get_token();
   scan_right_operand(&right);
-  an_init_component* list = right.kind == ok_braced_list ? right.variant.init_component : nullptr;
   a_source_position end = right.end_position;
-  if (place.token == tok_assign)
+  if (place.token == tok_assign) {
     process_simple_assignment(&left, &right, &place, operand);
-  else if (!operator_is_overloaded(&place, &left, &right, operand))
+    set_operator_positions(operand, &left.position, &place.position, &end);
+    return;
+  }
+  an_init_component* list = right.kind == ok_braced_list ? right.variant.init_component : nullptr;
+  if (!operator_is_overloaded(&place, &left, &right, operand))
     process_compound_assignment(&place, &left, &right, operand);
   free_init_component_list(list);
   set_operator_positions(operand, &left.position, &place.position, &end);

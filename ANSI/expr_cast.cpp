@@ -221,8 +221,31 @@ static void check_enum_mix(const an_operand* operand, a_type* type,
     expr_pos_warning(ec_mixed_enum_type, position);
 }
 
+bool deprecated_literal_conversion_possible(const an_operand* operand, a_type* type) {
+  if (!in_cplusplus_mode() || (strict_ansi_mode && std_version >= 201103) ||
+      !operand_is_string_literal(operand) || !is_pointer_type(type))
+    return false;
+  a_type* pointee = skip_typerefs(type_pointed_to(type));
+  return !is_const_qualified_type(type_pointed_to(type)) &&
+         pointee == skip_typerefs(make_unqualified_type(array_element_type(operand->type)));
+}
+
+static void convert_literal_operand(an_operand* operand, a_type* type,
+                                    const a_source_position* position) {
+  if (is_character_type(type_pointed_to(type)))
+    expr_pos_warning(ec_deprecated_string_conv, position);
+  else if (expr_diagnostic_should_be_issued(es_warning, ec_deprecated_string_conv_gen, position))
+    pos_ty_warning(ec_deprecated_string_conv_gen, position, type);
+  do_operand_transformations(operand, ot_all);
+  cast_operand_full(prvalue_type(type), operand, position, true);
+}
+
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position) {
+  if (deprecated_literal_conversion_possible(operand, type)) {
+    convert_literal_operand(operand, type, position);
+    return;
+  }
   if (is_reference_type(type)) {
     bind_reference_operand(type, operand, code, position);
     return;
@@ -375,28 +398,18 @@ static void make_static_literal_operand(a_type* type, a_constant* value,
   make_lvalue_variable_operand(variable, nullptr, result);
 }
 
-// In a function it is set each time that the expression is evaluated.
-static void make_temp_literal_operand(a_type* type, a_constant* value, a_dynamic_init* init,
-                                      const a_source_position* start, an_operand* result) {
-  if (value != nullptr) {
-    init = alloc_dynamic_init(dik_constant);
-    init->variant.constant = value;
-  }
-  an_expr_node* expr = alloc_expr_node(expr_temp_init);
-  expr->type = type;
-  expr->is_lvalue = true;
-  expr->position = *start;
-  expr->variant.dynamic_init = init;
-  make_glvalue_expression_operand(expr, result);
-}
-
 // The object of a compound literal: outside of functions one that lives for ever.
 static void make_literal_operand(a_type* type, a_constant* value, a_dynamic_init* init,
                                  const a_source_position* start, an_operand* result) {
-  if (depth_innermost_function_scope < 0)
+  if (depth_innermost_function_scope < 0) {
     make_static_literal_operand(type, value, start, result);
-  else
-    make_temp_literal_operand(type, value, init, start, result);
+    return;
+  }
+  if (value) {
+    init = alloc_dynamic_init(dik_constant);
+    init->variant.constant = value;
+  }
+  make_temp_init_operand(type, init, true, start, result);
 }
 
 // ---- Values of unions, a GNU extension ----

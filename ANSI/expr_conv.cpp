@@ -95,6 +95,18 @@ static bool constant_value_of_variable(const an_expr_node* node, a_constant* con
   return true;
 }
 
+// A member or an element of a constexpr object (C++11 5.19 p2).
+static bool constant_part_of_object(an_expr_node* node, a_constant* constant) {
+  a_constant address;
+  if (!constexpr_enabled || node->kind != expr_operation || !const_variables_count() ||
+      !is_scalar_type(node->type) || !constant_glvalue_address(node, &address) ||
+      address.kind != con_address || address.value.address.base_kind != abk_variable ||
+      !address.value.address.base.variable->is_constexpr)
+    return false;
+  address.type = make_pointer_type(node->type); // of the part
+  return constant_value_at_address(&address, constant);
+}
+
 // A character of a string literal, in C++ (C++11 5.19 p2).
 static bool is_element_of_literal(an_expr_node* node, const a_constant** literal, uint64_t* index) {
   a_constant address;
@@ -125,8 +137,9 @@ static bool constant_element_of_literal(an_expr_node* node, a_constant* constant
 // itself, which becomes a value.
 static an_expr_node* conv_glvalue_expr_to_prvalue(an_expr_node* node, bool* is_folded,
                                                   a_constant* constant) {
-  *is_folded =
-      constant_value_of_variable(node, constant) || constant_element_of_literal(node, constant);
+  *is_folded = constant_value_of_variable(node, constant) ||
+               constant_element_of_literal(node, constant) ||
+               constant_part_of_object(node, constant);
   if (*is_folded)
     return node;
   bool is_volatile = is_volatile_qualified_type(node->type);

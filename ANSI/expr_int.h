@@ -238,6 +238,9 @@ void scan_named_cast(an_operand* result);
 void scan_functional_cast(a_type* type, an_operand* result, const a_source_position* start);
 a_type* simple_type_of_token(a_token_kind token);
 void scan_simple_type_cast(an_operand* result);
+// Whether the operand is a literal for a pointer to characters that aren't const
+// (C++98 4.2 p2), which C++11 took away.
+bool deprecated_literal_conversion_possible(const an_operand* operand, a_type* type);
 // As if by assignment (C99 6.5.16.1); `code` reports what doesn't convert.
 void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code code,
                              const a_source_position* position);

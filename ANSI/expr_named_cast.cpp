@@ -447,7 +447,7 @@ static void scan_list_construction(a_type* type, an_operand* result,
     expr_pos_error(ec_incomplete_type_not_allowed, start);
     type = error_type();
   }
-  make_list_operand(get_braced_init_list(), type, start, result);
+  make_list_operand(get_braced_init_list(), type, true, start, result);
   set_operator_positions(result, start, start, &curr_construct_end_position);
   result->flags.names_variable = false;
 }

@@ -196,8 +196,47 @@ static void scan_class_new_initializer(a_new_expression* info, a_type* class_typ
   free_init_component_list(list);
 }
 
-// `()` or `(value)`.
+// What a list in braces initialises: of an array without a known number of
+// elements as many as the list has.
+static a_type* type_of_new_object(const a_new_expression* info) {
+  if (is_error_type(info->type) || is_function_type(info->type) || is_reference_type(info->type) ||
+      is_incomplete_type(info->type) || is_void_type(info->type))
+    return error_type();
+  if (!info->array_count)
+    return info->type;
+  if (info->array_count->kind != expr_constant)
+    return make_incomplete_array_type(info->type);
+  return make_array_type(info->type, info->array_count->variant.constant.ptr->value.int_value);
+}
+
+// `{...}` (C++11 5.3.4 p17).
+static void scan_new_list_initializer(a_new_expression* info) {
+  an_operand value;
+  a_source_position start = pos_curr_token;
+  make_list_operand(get_braced_init_list(), type_of_new_object(info), true, &start, &value);
+  info->any_error |= is_error_operand(&value);
+  an_expr_node* expr = make_node_from_operand(&value);
+  a_dynamic_init* init = nullptr;
+  if (expr->kind == expr_temp_init) {
+    init = expr->variant.dynamic_init;
+    init->is_temporary = false;
+  } else {
+    init = alloc_dynamic_init(dik_expr);
+    init->variant.expr = expr;
+  }
+  init->is_list_init = true;
+  init->is_result_of_new = true;
+  info->supplement->has_initializer = true;
+  info->supplement->dynamic_init = init;
+  info->end = curr_construct_end_position;
+}
+
+// `()`, `(value)` or a list in braces.
 static void scan_new_initializer(a_new_expression* info) {
+  if (curr_token == tok_lbrace && list_init_enabled) {
+    scan_new_list_initializer(info);
+    return;
+  }
   a_type* class_type = class_of_element(info->type);
   if (class_type && !is_incomplete_type(class_type) && !is_abstract_class(class_type)) {
     scan_class_new_initializer(info, class_type);

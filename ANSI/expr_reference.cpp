@@ -93,7 +93,11 @@ static an_expr_node* make_temporary_object(an_operand* operand) {
 
 static void bind_to_temporary(a_type* type, an_operand* operand, an_error_code code,
                               const a_source_position* position) {
-  prep_conversion_operand(operand, make_unqualified_type(type_pointed_to(type)), code, position);
+  a_type* referenced = type_pointed_to(type);
+  bool is_whole_array =
+      is_array_type(referenced) && cast_identical_types(referenced, operand->type);
+  if (!is_whole_array)
+    prep_conversion_operand(operand, make_unqualified_type(referenced), code, position);
   if (is_error_operand(operand))
     return;
   an_operand saved = *operand;

@@ -5,6 +5,7 @@
 #include "folding_int.h"
 #include "host_envir.h"
 #include "il.h"
+#include "il_statements.h"
 #include "stack_limit.h"
 #include "target.h"
 #include "types.h"
@@ -330,11 +331,11 @@ static bool is_unchanging(const a_variable* variable) {
 static bool object_at_address(const an_address_value* address, a_constant_part* object) {
   switch (address->base_kind) {
   case abk_variable: {
-    const a_variable* variable = address->base.variable;
-    if (!is_unchanging(variable) || variable->init_kind != initk_constant)
-      return false;
-    *object = {variable->initializer.constant, variable->type};
-    return true;
+    a_variable* variable = address->base.variable;
+    const a_constant* value =
+        is_unchanging(variable) ? initializer_constant(variable, nullptr) : nullptr;
+    *object = {value, variable->type};
+    return value != nullptr;
   }
   case abk_constant:
   case abk_temporary:

@@ -113,13 +113,23 @@ static void process_call_argument(an_operand* argument, an_arg_check_block* bloc
     block->any_error = true;
 }
 
-// What no expression is, is refused; the place of the argument stays filled.
-static void process_braced_argument(an_init_component* component, an_arg_check_block* block) {
-  a_source_position position = component->variant.braced.start_position;
-  const a_param_type* param = take_param(block);
-  expr_pos_error(param ? ec_braced_init_list_not_allowed : ec_braced_list_passed_to_ellipsis,
-                 &position);
-  block->any_error = true;
+// A list initialises the parameter (C++11 8.5.4 p1): its object takes its
+// place. False behind a message where there is no parameter.
+static bool convert_braced_argument(an_init_component* component, an_arg_check_block* block) {
+  a_source_position start = component->variant.braced.start_position;
+  a_source_position end = component->variant.braced.end_position;
+  if (!block->param) {
+    expr_pos_error(ec_braced_list_passed_to_ellipsis, &start);
+    block->any_error = true;
+    return false;
+  }
+  an_init_component* list = alloc_init_component(ick_braced_list);
+  list->variant.braced = component->variant.braced;
+  component->kind = ick_expression;
+  make_list_operand(list, take_param(block)->type, false, &start, &component->variant.operand);
+  set_operand_range(&component->variant.operand, &start, &end);
+  block->any_error |= is_error_operand(&component->variant.operand);
+  return true;
 }
 
 // ---- The list ----
@@ -148,11 +158,10 @@ an_expr_node* process_call_argument_list(an_init_component* arg_list, an_arg_che
   an_expr_node* first = nullptr;
   an_expr_node** link = &first;
   for (an_init_component* component = arg_list; component; component = component->next) {
-    if (component->kind != ick_expression) {
-      process_braced_argument(component, block);
+    if (component->kind == ick_expression)
+      process_call_argument(&component->variant.operand, block);
+    else if (!convert_braced_argument(component, block))
       continue;
-    }
-    process_call_argument(&component->variant.operand, block);
     *link = make_node_from_operand(&component->variant.operand);
     (*link)->next = nullptr;
     link = &(*link)->next;

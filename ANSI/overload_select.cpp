@@ -113,6 +113,8 @@ static an_arg_match match_value(const an_operand* argument, a_type* type, bool b
   if (is_array_type(source) || is_function_type(source))
     source = type_after_parameter_adjustment(source);
   type = make_unqualified_type(type);
+  if (deprecated_literal_conversion_possible(argument, type))
+    return match_of_rank(mr_conversion);
   if (identical_types(source, type))
     return match_of_rank(mr_exact);
   if (is_promotion(argument, type))
@@ -403,11 +405,7 @@ void make_class_temporary(a_type* class_type, an_init_component* arg_list,
   }
   a_dynamic_init* init = make_constructor_init(class_type, constructor, arguments);
   init->is_temporary = true;
-  an_expr_node* node = alloc_expr_node(expr_temp_init);
-  node->type = class_type;
-  node->position = *position;
-  node->variant.dynamic_init = init;
-  make_expression_operand(node, result);
+  make_temp_init_operand(class_type, init, false, position, result);
 }
 
 void construct_object_of_operand(an_operand* operand, a_type* class_type) {

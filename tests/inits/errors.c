@@ -35,6 +35,8 @@ struct unknown incomplete = {1};
 typedef int T;
 // CHECK: line [[#@LINE+1]]: error #146: type "U" may not be initialized
 typedef int U = 1;
+// CHECK: line [[#@LINE+1]]: error #146: function "initialized" may not be initialized
+int initialized(void) = {1, 2};
 // CHECK: line [[#@LINE+1]]: error #29: expected an expression
 int nothing = ;
 // CHECK-NOT: line {{.*}}: error

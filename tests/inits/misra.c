@@ -7,6 +7,7 @@ struct inner { int a[2]; };
 struct outer { struct inner in; char name[4]; };
 struct outer zero = {0}, full = {{{1, 2}}, "abc"};
 int zeros[2][2] = {0};
+struct outer zero_inside = {{0}, "abc"}, zeros_inside[2] = {{{{1, 2}}, "abc"}, {0}};
 // CHECK: line [[#@LINE+1]]:
 int flat[2][2] = {{1, 2}, 3, 4};
 // CHECK: line [[#@LINE+1]]:
