@@ -45,6 +45,6 @@
 // GNU: line [[#@LINE+2]]: warning #1334-D: current value of pragma pack is 8
 // ANSI: line [[#@LINE+1]]: warning #1334-D: current value of pragma pack is not set
 #pragma pack(show)
-// CHECK: line [[#@LINE+1]]: error #14-D: extra text after expected end of preprocessing directive
+// CHECK: line [[#@LINE+1]]: error #14: extra text after expected end of preprocessing directive
 #pragma pack(1) 2
 int end;
