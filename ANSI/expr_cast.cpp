@@ -9,7 +9,6 @@
 #include "il.h"
 #include "il_alloc.h"
 #include "il_statements.h"
-#include "lambda.h"
 #include "mode_words.h"
 #include "overload.h"
 #include "scope_stk.h"
@@ -268,8 +267,7 @@ void prep_conversion_operand(an_operand* operand, a_type* type, an_error_code co
   a_std_conv_descr descr;
   if (!impl_conversion_possible(operand->type, false, constant_of_operand(operand), type, &descr)) {
     if (in_cplusplus_mode() && (convert_operand_by_constructor(operand, type) ||
-                                convert_operand_by_conversion_function(operand, type, false) ||
-                                convert_closure_to_pointer(operand, type)))
+                                convert_operand_by_conversion_function(operand, type, false)))
       return;
     if (expr_error_should_be_issued())
       pos_ty2_error(code, position, operand->type, type);

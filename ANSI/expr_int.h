@@ -268,6 +268,9 @@ bool conv_to_transparent_union(a_type* type, an_operand* operand);
 // Prefix operators and keyword forms, at their token.
 void scan_primary_or_prefix(an_operand* result, uint32_t flags);
 void scan_identifier(an_operand* result);
+// The identifier that follows is the operand of `&`: a qualified name of a
+// nonstatic member means the member and no object (C++11 5.3.1 p3).
+void note_operand_of_address();
 void scan_this(an_operand* result);
 // False outside a nonstatic member function.
 bool make_this_pointer_operand(an_operand* result);

@@ -133,9 +133,20 @@ static const a_type* class_with_field(const a_field* field) {
   return class_of_member(around ? &around->source_corresp : &field->source_corresp);
 }
 
+static bool is_operand_of_address;
+
+void note_operand_of_address() {
+  is_operand_of_address = true;
+}
+
+static bool is_postfix_operator(a_token_kind token) {
+  return token == tok_lbracket || token == tok_lparen || token == tok_period ||
+         token == tok_arrow || token == tok_plus_plus || token == tok_minus_minus;
+}
+
 // A field named alone is one of the object of the member function. Where
-// nothing is evaluated it needs no object.
-static void field_operand(a_symbol* symbol, an_operand* result) {
+// nothing is evaluated it needs no object, and no pointer to a member does.
+static void field_operand(a_symbol* symbol, bool is_address, an_operand* result) {
   a_field* field = symbol->variant.field;
   if (symbol->is_anonymous_union_member && !symbol->is_class_member) {
     if (a_variable* object = anonymous_union_object_around(field)) {
@@ -147,6 +158,10 @@ static void field_operand(a_symbol* symbol, an_operand* result) {
   if (class_type && class_supplement_of(class_type)->is_lambda_closure &&
       make_init_capture_operand(symbol, result))
     return;
+  if (is_address && !is_postfix_operator(next_token())) {
+    make_sym_for_member_operand(symbol, result);
+    return;
+  }
   if (make_this_for_member(class_with_field(field), result)) {
     result->ref_entries = make_ref_entry(srk_reference, symbol, &pos_curr_token);
     select_field(result, field, true);
@@ -198,7 +213,7 @@ void expr_check_ambiguity_and_verify_access(a_symbol_locator* locator) {
 }
 
 // The operand of everything but a type.
-static void operand_for_symbol(a_symbol* symbol, an_operand* result) {
+static void operand_for_symbol(a_symbol* symbol, bool is_address, an_operand* result) {
   switch (symbol->kind) {
   case symk_constant:
     make_sym_constant_operand(symbol, result);
@@ -214,7 +229,7 @@ static void operand_for_symbol(a_symbol* symbol, an_operand* result) {
     make_indefinite_function_operand(symbol, result);
     break;
   case symk_field:
-    field_operand(symbol, result);
+    field_operand(symbol, is_address, result);
     break;
   case symk_member_function:
     if (symbol->variant.routine->is_static_member)
@@ -276,6 +291,8 @@ static void record_written_form(const a_symbol_locator* locator, an_operand* res
 }
 
 void scan_identifier(an_operand* result) {
+  bool is_address = is_operand_of_address;
+  is_operand_of_address = false;
   a_symbol* symbol = in_C_mode() ? normal_id_lookup(&locator_for_curr_id, ilo_none)
                                  : coalesce_and_lookup_generalized_identifier(ilo_none);
   a_symbol_locator locator = locator_for_curr_id;
@@ -299,7 +316,7 @@ void scan_identifier(an_operand* result) {
     type_operand(symbol->variant.type, result);
     return;
   }
-  operand_for_symbol(symbol, result);
+  operand_for_symbol(symbol, is_address, result);
   record_written_form(&locator, result);
   get_token();
 }

@@ -8,6 +8,11 @@
 // The operand of a prefix operator, at the operator.
 static void scan_prefix_operand(an_operand* operand, uint32_t flags) {
   get_token();
+  bool is_qualified = curr_token == tok_colon_colon  ? next_token() == tok_identifier
+                      : curr_token == tok_identifier ? next_token() == tok_colon_colon
+                                                     : false;
+  if (in_cplusplus_mode() && is_qualified && (flags & sef_address_of_overload_allowed))
+    note_operand_of_address();
   scan_expr(operand, nullptr, lev_unary, flags);
   finish_undefined_symbol_operand(operand);
 }

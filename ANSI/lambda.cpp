@@ -145,6 +145,9 @@ static int depth_of_closure_body(const a_field* field) {
 }
 
 static a_type* type_of_capture_field(a_type* type, bool is_by_reference) {
+  bool is_function = is_reference_type(type) && is_function_type(type_pointed_to(type));
+  if (is_function) // which is captured as the reference that it is
+    return type;
   if (is_reference_type(type))
     type = type_pointed_to(type);
   return is_by_reference ? make_reference_type(type) : type;

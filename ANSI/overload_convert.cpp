@@ -4,6 +4,7 @@
 #include "error.h"
 #include "expr_int.h"
 #include "il.h"
+#include "lambda.h"
 #include "lookup.h"
 #include "mode_words.h"
 #include "overload.h"
@@ -223,6 +224,8 @@ static bool is_class_or_base(const a_type* class_type, a_type* type) {
 
 bool convert_operand_by_conversion_function(an_operand* operand, a_type* type, bool is_explicit) {
   a_conversion_target target = {type, 0, false};
+  if (convert_closure_to_pointer(operand, type))
+    return true;
   if (!may_be_converted(operand) || is_class_or_base(operand->type, type) ||
       !convert_to_target(operand, &target, is_explicit))
     return false;

@@ -13,6 +13,12 @@ void good(int a, int size) {
   int list[] = {[] { return 1; }(), [a](int b) { return a + b; }(2), [&] { return a; }()};
   [](int b) noexcept __attribute__((noinline)) -> int { return b; }(1);
   [=]() mutable __attribute__((noinline, cold)) { return a; }();
+  int (*converted)(int) = (int (*)(int))[](int b) { return b; };
+  converted = static_cast<int (*)(int)>([](int b) { return b + 1; });
+  void function();
+  void (&reference)() = function;
+  [reference] { reference(); }();
+  [=] { reference(); }();
   int designated[] = {[first] = 1, [2] = 3, [0]{4}};
 }
 

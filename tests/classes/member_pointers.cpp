@@ -50,6 +50,16 @@ M::Guard wrong = &M::go;
 // CHECK: line [[#@LINE+1]]: error #145: a value of type "void (D::*)()" cannot be used to initialize an entity of type "void (M::*)()"
 void (M::*narrow)() = &D::own;
 
+// A qualified name behind & means the member in its own class too.
+struct Inside {
+  int one, list[2];
+  void pointers() {
+    int Inside::*member = &Inside::one;
+    int *element = &Inside::list[1], *object = &(Inside::one);
+    [] { return &Inside::one; }();
+  }
+};
+
 // ---- References as members ----
 
 struct Register { int data; int read() const; };
