@@ -285,26 +285,60 @@ static bool check_selector_of_call(const an_operand* function, an_operand* selec
   return false;
 }
 
-// What the arguments bring in joins the functions that the name means (C++11
-// 3.4.2). False, after a message, when it means none.
-static bool look_up_by_arguments(an_operand* function, const an_init_component* arg_list) {
-  bool is_undefined = function->kind == ok_undefined_symbol;
+// The functions that the name means, null for none, with those that the arguments
+// bring in (C++11 3.4.2).
+static a_symbol* functions_with_those_of_arguments(a_symbol* functions, const an_operand* function,
+                                                   a_symbol_header* header,
+                                                   const an_init_component* arg_list) {
   std::vector<a_type*> types;
   a_symbol_locator locator = cleared_locator;
-  locator.header = function->symbol->header;
+  locator.header = header;
   locator.position = function->name_position;
   for (; arg_list; arg_list = arg_list->next)
     if (arg_list->kind == ick_expression && !is_error_operand(&arg_list->variant.operand))
       types.push_back(arg_list->variant.operand.type);
+  return argument_dependent_lookup(functions, &locator, types);
+}
+
+static void become_set_of_functions(an_operand* function, a_symbol* symbol) {
+  an_operand saved = *function;
+  make_indefinite_function_operand(symbol, function);
+  restore_operand_details_incl_ref(function, &saved);
+}
+
+// False, after a message, when the name means no function.
+static bool look_up_by_arguments(an_operand* function, const an_init_component* arg_list) {
+  bool is_undefined = function->kind == ok_undefined_symbol;
   a_symbol* symbol =
-      argument_dependent_lookup(is_undefined ? nullptr : function->symbol, &locator, types);
+      functions_with_those_of_arguments(is_undefined ? nullptr : function->symbol, function,
+                                        function->symbol->header, arg_list);
   if (!symbol) {
     finish_undefined_symbol_operand(function);
     return false;
   }
-  an_operand saved = *function;
-  make_indefinite_function_operand(symbol, function);
-  restore_operand_details_incl_ref(function, &saved);
+  become_set_of_functions(function, symbol);
+  return true;
+}
+
+// Whether the operand is the bare name of a function that is no member.
+static bool is_name_of_function(const an_operand* function) {
+  const a_routine* routine = routine_of_call(function);
+  return in_cplusplus_mode() && arg_dependent_lookup_enabled && routine &&
+         function->state == os_function_designator && !function->flags.qualified_name &&
+         !function->flags.parenthesized && !class_of_member(&routine->source_corresp) &&
+         function->ref_entries;
+}
+
+// Beside the one function that is named the arguments may bring in others.
+static bool arguments_add_functions(an_operand* function, const an_init_component* arg_list) {
+  a_symbol* named = function->ref_entries->symbol;
+  if (!named || !is_function_symbol_kind(fundamental_symbol_of(named)->kind))
+    return false;
+  a_symbol* symbol =
+      functions_with_those_of_arguments(named, function, named->header, arg_list);
+  if (symbol == named)
+    return false;
+  become_set_of_functions(function, symbol);
   return true;
 }
 
@@ -344,6 +378,13 @@ static bool is_called_object(const an_operand* function) {
          is_class_struct_union_type(function->type);
 }
 
+// The function isn't known after all.
+static void restart_argument_processing(an_arg_check_block* block) {
+  const a_source_position position = block->position;
+  start_call_argument_processing(nullptr, nullptr, block);
+  block->position = position;
+}
+
 static void scan_ordinary_call(an_operand* operand) {
   a_source_position start = operand->position, position = pos_curr_token, end;
   an_operand function = *operand, selector;
@@ -353,6 +394,8 @@ static void scan_ordinary_call(an_operand* operand) {
   bool has_selector = take_selector_of_function(&function, &selector);
   bool is_set = function.kind == ok_indefinite_function || function.kind == ok_undefined_symbol;
   bool is_top_of_decltype = expr_stack->flags.decltype_top_level;
+  an_operand named_function = function;
+  bool is_named = !is_set && !has_selector && is_name_of_function(&function);
   a_type* function_type = is_set ? nullptr : type_of_called_function(&function, has_selector);
   // The call of a builtin function may have a value in a constant expression.
   bool may_fold = function_type && is_foldable_builtin(routine_of_call(&function));
@@ -361,6 +404,11 @@ static void scan_ordinary_call(an_operand* operand) {
   start_call_argument_processing(function_type, routine_of_call(&function), &block);
   an_init_component* arg_list = scan_call_argument_list(&block.position, &end);
   an_expr_node* arguments = nullptr;
+  if (is_named && arguments_add_functions(&named_function, arg_list)) {
+    function = named_function;
+    is_set = true;
+    restart_argument_processing(&block);
+  }
   if (is_set)
     function_type = resolve_overloaded_call(&function, has_selector ? &selector : nullptr, arg_list,
                                             &block, &arguments);

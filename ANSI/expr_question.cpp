@@ -189,18 +189,17 @@ static a_type* convert_branches(a_question* question) {
 static void convert_class_branch(a_question* question) {
   an_operand* second = &question->second;
   an_operand* third = &question->third;
-  a_conv_descr to_third, to_second;
-  bool second_converts = conditional_operator_conversion_possible(second, third, &to_third);
-  bool third_converts = conditional_operator_conversion_possible(third, second, &to_second);
+  bool second_converts = conditional_operator_conversion_possible(second, third);
+  bool third_converts = conditional_operator_conversion_possible(third, second);
   if (second_converts && third_converts) {
     if (expr_error_should_be_issued())
       pos_ty2_error(ec_ambiguous_question_operator, &question->place.position, second->type,
                     third->type);
     conv_to_error_operand(second);
   } else if (second_converts) {
-    user_convert_operand(second, third->type, &to_third);
+    user_convert_operand(second, third->type);
   } else if (third_converts) {
-    user_convert_operand(third, second->type, &to_second);
+    user_convert_operand(third, second->type);
   }
 }
 

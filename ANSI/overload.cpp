@@ -342,32 +342,23 @@ bool check_for_operator_overloading(const an_operator_search* search, an_operand
 
 // ---- Conversions that functions of a class make ----
 
-void clear_conv_descr(a_conv_descr* descr) {
-  clear_std_conv_descr(&descr->std_conv);
-  descr->routine = nullptr;
-  descr->class_type = nullptr;
+// A class converts to its bases, and by its conversion functions.
+bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target) {
+  if (!is_class_struct_union_type(source->type))
+    return false;
+  a_type* type = prvalue_type(target->type);
+  if (is_class_struct_union_type(type) &&
+      find_base_class_of(f_skip_typerefs(source->type), f_skip_typerefs(type)))
+    return true;
+  return !is_void_type(type) && conversion_function_converts(source, type);
 }
 
-// A class converts to itself and to its bases.
-bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target,
-                                              a_conv_descr* descr) {
-  clear_conv_descr(descr);
-  if (!is_class_struct_union_type(source->type) || !is_class_struct_union_type(target->type))
-    return false;
-  if (!find_base_class_of(f_skip_typerefs(source->type), f_skip_typerefs(target->type)))
-    return false;
-  descr->std_conv.is_derived_to_base = true;
-  descr->class_type = target->type;
-  return true;
-}
-
-void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr* descr) {
-  if (descr->routine || descr->std_conv.is_derived_to_base) {
-    refuse_construct("conversion of a class", &operand->position);
-    conv_to_error_operand(operand);
-    return;
-  }
-  cast_operand(type, operand, true);
+void user_convert_operand(an_operand* operand, a_type* type) {
+  type = prvalue_type(type);
+  if (is_class_struct_union_type(type))
+    construct_object_of_operand(operand, type);
+  else
+    convert_operand_by_conversion_function(operand, type, false);
 }
 
 // ---- Calls ----

@@ -68,8 +68,6 @@ struct a_conv_descr {
   a_type* class_type;
 };
 
-void clear_conv_descr(a_conv_descr* descr);
-
 // Bits of the sets of builtin types that a class may convert to.
 enum a_builtin_type_set : uint32_t {
   bts_integral = 1,
@@ -105,9 +103,8 @@ bool convert_operand_to_bool(an_operand* operand);
 bool try_to_convert_class_operand_to_builtin_type(an_operand* operand, uint32_t builtin_types);
 // Whether one of the last two operands of `?:` converts to the other's type
 // (C++11 5.16 p3).
-bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target,
-                                              a_conv_descr* descr);
-void user_convert_operand(an_operand* operand, a_type* type, const a_conv_descr* descr);
+bool conditional_operator_conversion_possible(const an_operand* source, const an_operand* target);
+void user_convert_operand(an_operand* operand, a_type* type);
 
 // ---- The choice of a function (overload_select.cpp) ----
 

@@ -50,7 +50,9 @@ int good(Int i, Text s, Test b, Ref r, Derived d, Pointer p, Source t, Enum e) {
   made = t;
   delete p;
   n = (int)i + static_cast<int>(i) + int(i) + static_cast<bool>(b);
-  double real = i;
+  double real = b ? i : n;
+  real = b ? 2.5 : r;
+  Base sliced = b ? d : Base();
   return i + q + direct + bound + l + *text + real;
 }
 
