@@ -3,6 +3,7 @@
 
 #include "const_ints.h"
 #include "decl_inits.h"
+#include "declarator.h"
 #include "expr_int.h"
 #include "il.h"
 #include "il_alloc.h"
@@ -409,6 +410,9 @@ a_type* scan_typeof_operand() {
   scan_expr(&operand, nullptr, lev_none, 0);
   eliminate_unusual_operand_kinds(&operand);
   a_type* type = operand.type;
+  // Bounds that the type depends on are evaluated where it is declared.
+  if (is_variably_modified_type(type))
+    full.waiting_vla_dimensions = num_waiting_vla_dimensions();
   end_full_expression(&full, &operand);
   return type;
 }

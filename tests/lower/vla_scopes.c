@@ -33,6 +33,18 @@ int literals(int n) {
   ++*q;
   return calls * 100 + ***q * 10 + p[1][0] + ((int (*)[({ int k = n; k; })]){a})[1][2];
 }
+// Bounds in the operand of typeof are evaluated by the declaration.
+int typeof_bounds(int n) {
+  int a[4][3] = {{1}, {2}, {3}, {4}};
+  __typeof__((int (*)[called(3)])a) p;
+  typedef __typeof__(*(int (*)[called(n + 2)])a) T;
+  p = a + 1;
+  if (n)
+    p++;
+  else
+    p--;
+  return **p * 100 + (n ? sizeof(T) : sizeof(T) * 2);
+}
 int main(void) {
   int a[2][2] = {{1, 2}, {3, 4}}, b[2][2][3] = {{{0}}, {{0, 0, 0}, {0, 7, 0}}}, out = 0;
   printf("%d\n", g(2, a)); printf("%d %d\n", j(3), j(4)); printf("%d\n", l(5));
@@ -43,5 +55,9 @@ int main(void) {
   volatile int k = 2; int z[k][k + 1][4]; z[1][2][3] = 9; printf("%d %d\n", (*(z + 1))[2][3], (int)(&z[1][2][3] - &z[0][0][0]));
   _Bool t[n]; t[2] = 5; t[2]++; printf("%d\n", t[2]);
   printf("%d %d\n", st(2), literals(3));
+  calls = 0;
+  printf("%d ", typeof_bounds(0));
+  printf("%d ", typeof_bounds(1));
+  printf("%d\n", calls);
   return 0;
 }
