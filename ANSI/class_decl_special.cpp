@@ -724,6 +724,20 @@ static bool is_trivial_member(a_type* class_type, a_special_member_kind kind) {
   return routine && routine->is_trivial && !routine->is_deleted;
 }
 
+// Whether nothing but a copy of the bytes ever copies or moves an object (C++11 9
+// p6): the functions that do are trivial or deleted, but not all deleted.
+static bool is_copied_trivially(a_type* class_type) {
+  bool any = false;
+  for (a_special_member_kind kind : {smk_copy_constructor, smk_move_constructor,
+                                     smk_copy_assignment, smk_move_assignment}) {
+    const a_routine* routine = special_member_of_class(class_type, kind, tq_none);
+    if (routine && !routine->is_deleted && !routine->is_trivial)
+      return false;
+    any |= routine && !routine->is_deleted;
+  }
+  return any;
+}
+
 static bool has_user_provided_constructor(const a_type* class_type) {
   for (const a_routine* routine : routines_of_kind(class_type, smk_default_constructor))
     if (routine->is_user_provided)
@@ -763,10 +777,7 @@ static bool is_plain_old_data(a_type* class_type) {
 static void set_class_flags(a_type* class_type) {
   a_class_type_supplement* supplement = class_supplement_of(class_type);
   bool has_trivial_destructor = is_trivial_member(class_type, smk_destructor);
-  supplement->is_trivially_copyable = has_trivial_destructor &&
-                                      is_trivial_member(class_type, smk_copy_constructor) &&
-                                      is_trivial_member(class_type, smk_move_constructor) &&
-                                      is_trivial_member(class_type, smk_copy_assignment);
+  supplement->is_trivially_copyable = has_trivial_destructor && is_copied_trivially(class_type);
   supplement->has_implicit_copy = is_trivial_member(class_type, smk_copy_constructor);
   supplement->needs_destructor = !has_trivial_destructor;
   supplement->needs_constructor = !is_trivial_member(class_type, smk_default_constructor);

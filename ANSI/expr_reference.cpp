@@ -96,12 +96,18 @@ static void bind_to_temporary(a_type* type, an_operand* operand, an_error_code c
   a_type* referenced = type_pointed_to(type);
   bool is_whole_array =
       is_array_type(referenced) && cast_identical_types(referenced, operand->type);
-  if (!is_whole_array)
+  // An object of the class, or of one derived from it, is bound to as it is.
+  bool is_bound_itself = is_class_struct_union_type(operand->type) &&
+                         is_reference_compatible(referenced, operand->type);
+  if (!is_whole_array && !is_bound_itself)
     prep_conversion_operand(operand, make_unqualified_type(referenced), code, position);
   if (is_error_operand(operand))
     return;
   an_operand saved = *operand;
-  an_expr_node* reference = add_reference_to_to_node(make_temporary_object(operand));
+  an_expr_node* object = make_temporary_object(operand);
+  if (is_bound_itself)
+    object = node_of_referenced_object(referenced, object, position);
+  an_expr_node* reference = add_reference_to_to_node(object);
   reference->type = type;
   make_expression_operand(reference, operand);
   restore_operand_details_incl_ref(operand, &saved);

@@ -78,6 +78,18 @@ OfNoneToo of_none;
 union Nested { union { int begins = 7; }; };
 Nested nested;
 
+// ---- Copies ----
+
+struct Copied { Copied(); Copied(const Copied &); };
+struct OfCopied : Copied { };
+OfCopied make_copied();
+void take_copied(Copied);
+const Copied &bound = make_copied();
+void copies_base() { Copied copy(make_copied()); take_copied(make_copied()); }
+struct CopiedOnce { CopiedOnce(const CopiedOnce &) = default; CopiedOnce &operator=(const CopiedOnce &) = delete; };
+struct NeverCopied { NeverCopied(const NeverCopied &) = delete; NeverCopied &operator=(const NeverCopied &) = delete; };
+static_assert(__is_trivially_copyable(CopiedOnce) && !__is_trivially_copyable(NeverCopied), "");
+
 // ---- Delegation in a circle ----
 
 struct Circle {
