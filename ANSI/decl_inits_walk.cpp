@@ -195,6 +195,11 @@ static a_constant* scalar_in_braces(an_init_component** list, a_type** type, an_
 
 // ---- References (C++11 8.5.4 p3) ----
 
+static bool is_object_of_class(a_type* given, a_type* wanted) {
+  return is_class_struct_union_type(given) &&
+         (cast_identical_types(given, wanted) || find_base_class_of(given, wanted));
+}
+
 // A list for a reference to a class or an array makes a temporary, unless it
 // holds one such object that the reference may be bound to.
 static bool needs_temporary(an_init_component* list, const a_type* bare) {
@@ -208,7 +213,7 @@ static bool needs_temporary(an_init_component* list, const a_type* bare) {
   if (!first || first->kind != ick_expression || first_init_component(&first->next))
     return true;
   a_type* given = first->variant.operand.type;
-  return is_array ? !is_array_type(given) : !is_class_struct_union_type(given);
+  return is_array ? !is_array_type(given) : !is_object_of_class(given, referenced);
 }
 
 static a_constant* temporary_for_reference(an_init_component** list, a_type* type,

@@ -72,6 +72,8 @@ int (&&of_values)[2] = {run_time, 2};
 const char (&of_text)[4] = {"abc"};
 const point (&of_points)[2] = {{1, 2}, {3, 4}};
 const double &of_int = {3};
+struct line { point from; int width; };
+const line &of_member = {point{1, 2}};
 // CHECK-NEXT: line [[#@LINE+1]]: error #436: initial value of reference to non-const must be an lvalue
 int (&not_const)[2] = {1, 2};
 // CHECK-NEXT: line [[#@LINE+1]]: error #147:
