@@ -58,6 +58,13 @@ static a_class_fixup_queue* queues_in_use;
 
 // ---- The queue ----
 
+// Such a scope may be open only for the definition of a class by a qualified
+// name, and be closed before what the class delays is read.
+static bool is_reopened(a_scope_kind kind) {
+  return kind == sk_class_reactivation || kind == sk_namespace_reactivation ||
+         kind == sk_namespace_extension;
+}
+
 // The scope in which the outermost of the classes being defined here stands.
 static int depth_around_open_classes(bool* class_is_open) {
   int depth = depth_scope_stack;
@@ -66,7 +73,8 @@ static int depth_around_open_classes(bool* class_is_open) {
     a_scope_kind kind = scope_stack[depth].kind;
     if (kind == sk_class)
       *class_is_open = true;
-    else if (kind != sk_template_declaration && kind != sk_function_prototype)
+    else if (kind != sk_template_declaration && kind != sk_function_prototype &&
+             !is_reopened(kind))
       return depth;
   }
 }
