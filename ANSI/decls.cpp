@@ -222,6 +222,21 @@ static void scan_initializer(a_decl_parse_state* state) {
   note_unreferenced_static(variable);
 }
 
+// A constexpr object without an initialiser: its default constructor gives it a
+// value (C++11 7.1.5 p9).
+static void check_constexpr_without_initializer(const a_decl_parse_state* state) {
+  a_type* element = skip_array_types(state->declared_type);
+  const a_source_position* position = &state->modifiers.constexpr_position;
+  if (state->storage_class == sc_extern || !is_class_struct_union_type(element) ||
+      is_incomplete_type(element)) {
+    pos_error(ec_constexpr_variable_decl_must_be_definition, position);
+    return;
+  }
+  const a_routine* constructor = special_member_of_class(element, smk_default_constructor, tq_none);
+  if (constructor && constructor->is_user_provided && !constructor->is_constexpr)
+    pos_ty_error(ec_default_ctor_not_constexpr, position, make_unqualified_type(element));
+}
+
 // C++11 7.1.5 p1, p9: such an object is const, and defined here.
 static void apply_constexpr(a_decl_parse_state* state, bool has_initializer) {
   if (!state->modifiers.constexpr_seen || is_error_type(state->declared_type))
@@ -229,7 +244,7 @@ static void apply_constexpr(a_decl_parse_state* state, bool has_initializer) {
   if (!is_reference_type(state->declared_type))
     state->declared_type = make_qualified_type(state->declared_type, tq_const);
   if (!has_initializer)
-    pos_error(ec_constexpr_variable_decl_must_be_definition, &state->modifiers.constexpr_position);
+    check_constexpr_without_initializer(state);
 }
 
 // The body of what would be a function, if its type were known.

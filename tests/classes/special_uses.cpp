@@ -90,6 +90,16 @@ struct CopiedOnce { CopiedOnce(const CopiedOnce &) = default; CopiedOnce &operat
 struct NeverCopied { NeverCopied(const NeverCopied &) = delete; NeverCopied &operator=(const NeverCopied &) = delete; };
 static_assert(__is_trivially_copyable(CopiedOnce) && !__is_trivially_copyable(NeverCopied), "");
 
+// ---- Constexpr objects ----
+
+struct Constexpr { int value; constexpr Constexpr() : value(1) { } };
+constexpr Constexpr by_constructor, several[2];
+constexpr Empty empty_constexpr;
+// CHECK: line [[@LINE+1]]: error #2761: {{.*}}"Valued"
+constexpr Valued not_constexpr;
+// CHECK: line [[@LINE+1]]: error #2745:
+extern constexpr Constexpr declared;
+
 // ---- Delegation in a circle ----
 
 struct Circle {
