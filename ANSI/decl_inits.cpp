@@ -235,8 +235,10 @@ static void store_result(a_variable* variable, a_type* type, const an_init_state
   if (!constant && !init) {
     if (has_static_duration(variable))
       set_error_initializer(variable);
-    if (is_incomplete_array_type(variable->type))
+    if (is_incomplete_array_type(variable->type)) {
       variable->type = error_type();
+      variable->source_corresp.symbol->unused_reported = true; // nothing more to say of it
+    }
     return;
   }
   if (is_incomplete_array_type(variable->type))

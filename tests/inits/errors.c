@@ -35,6 +35,13 @@ struct unknown incomplete = {1};
 typedef int T;
 // CHECK: line [[#@LINE+1]]: error #146: type "U" may not be initialized
 typedef int U = 1;
+void silent_behind_error(void) {
+  // CHECK: line [[#@LINE+1]]: error #20: identifier "unknown_name" is undefined
+  int elements[] = {1, unknown_name}, others[] = {unknown_name};
+  elements[0] = 3;
+  // CHECK-NOT: variable "elements"
+  // CHECK-NOT: variable "others"
+}
 // CHECK: line [[#@LINE+1]]: error #146: function "initialized" may not be initialized
 int initialized(void) = {1, 2};
 // CHECK: line [[#@LINE+1]]: error #29: expected an expression
