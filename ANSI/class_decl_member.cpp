@@ -81,12 +81,22 @@ static bool at_function_body(const a_symbol_locator* locator) {
          (curr_token == tok_colon && locator->is_constructor_name);
 }
 
+// No declarations of old-style parameters follow in a class.
+static void refuse_old_style_params(a_func_info_block* func_info,
+                                    const a_source_position* position) {
+  if (!func_info->is_old_style || !func_info->param_id_list)
+    return;
+  pos_error(ec_param_id_list_needs_function_def, position);
+  func_info->param_id_list = nullptr;
+}
+
 // A function, whose declarator has been read; false when a body ended the
 // declaration.
 static bool function_member(a_member_list* members, a_decl_parse_state* state,
                             a_symbol_locator* locator, a_func_info_block* func_info) {
   a_type* class_type = members->class_type;
   a_virt_specifiers virt = {};
+  refuse_old_style_params(func_info, &locator->position);
   scan_gnu_asm_name(state);
   append_attributes(&state->attributes_after, scan_gnu_attribute_groups(al_declarator));
   scan_virt_specifiers(&virt);

@@ -4,6 +4,8 @@
 // RUN: %FileCheck %s --check-prefix=OLD --implicit-check-not=error < %t.err
 // RUN: %krtparse --embedded_c++ --no_code_gen --display_error_number -D=EMBEDDED %s 2> %t.err; test $? -eq 2
 // RUN: %FileCheck %s --check-prefix=EMBEDDED --implicit-check-not=error < %t.err
+// RUN: %krtparse --cfront_2.1 --no_code_gen --display_error_number -D=OLD_STYLE %s 2> %t.err; test $? -eq 2
+// RUN: %FileCheck %s --check-prefix=STYLE < %t.err
 // What classes may not have in the strict standard of 2003, what only the first
 // compilers let pass, and what Embedded C++ lacks.
 
@@ -18,6 +20,10 @@ struct Below : Right { };
 struct OneLevel : Left, Below { };
 // OLD: line [[#@LINE+1]]: warning #909-D: the return type differs
 struct Differs : Shared { char *g(); };
+#elif defined(OLD_STYLE)
+// STYLE: line [[#@LINE+1]]: error #93: identifier-list parameters
+struct OldStyle { friend void nonmember(a, b) { } };
+// STYLE: errors detected
 #elif defined(EMBEDDED)
 struct First { }; struct Second { };
 // EMBEDDED: line [[#@LINE+1]]: error #936-D: Embedded C++ does not support multiple or virtual inheritance
