@@ -720,7 +720,6 @@ static a_routine* declare_call_operator(a_lambda* lambda, a_type* type) {
   a_routine* routine = symbol->variant.routine;
   routine->is_lambda_body = true;
   routine->has_deducible_return_type = !lambda->has_trailing_return_type;
-  set_inline_flag(routine, true);
   symbol->defined = true;
   apply_default_section_to_routine(routine);
   lambda->body_routine = routine;
@@ -808,6 +807,22 @@ a_type* deduce_return_type(an_operand* operand) {
 
 // ---- The conversion to a pointer to function (p6) ----
 
+// The conversion to a pointer to the function that stands for the body.
+static void declare_conversion_to_pointer(a_lambda* lambda, const a_routine* function) {
+  a_symbol_locator locator;
+  a_type* pointer = make_pointer_type(function->type);
+  a_type* type = make_routine_type_full(pointer);
+  type->variant.routine.routine_supplement->this_qualifiers = tq_const;
+  clear_locator(&locator, &lambda->position);
+  locator.header = conversion_header(pointer);
+  locator.is_conversion_name = true;
+  locator.conversion_type = pointer;
+  a_symbol* symbol = enter_member_function(lambda->closure_type, &locator, type, sc_none);
+  symbol->defined = true;
+  symbol->variant.routine->is_compiler_generated = true;
+  set_inline_flag(symbol->variant.routine, true);
+}
+
 // A static function with the parameters of the body, which it stands for.
 static void define_lambda_conversion_function(a_lambda* lambda) {
   a_symbol_locator locator;
@@ -823,6 +838,7 @@ static void define_lambda_conversion_function(a_lambda* lambda) {
   set_routine_special_kind(routine, rsk_forwarding);
   routine->special_data.forwarded_routine = lambda->body_routine;
   routine->is_compiler_generated = true;
+  declare_conversion_to_pointer(lambda, routine);
 }
 
 static a_routine* forwarding_function(const a_type* class_type) {
@@ -943,6 +959,7 @@ static bool scan_call_operator(a_lambda* lambda) {
   lambda->header_range.end = pos_curr_token;
   a_routine* routine = declare_call_operator(lambda, type);
   attach_attributes(attributes, routine, iek_routine);
+  set_inline_flag(routine, true); // which isn't written, and is no contradiction to `noinline`
   bool has_body = curr_token == tok_lbrace;
   if (!has_body)
     syntax_error(ec_missing_lambda_body);

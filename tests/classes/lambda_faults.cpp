@@ -1,5 +1,5 @@
 // RUN: %krtparse --g++ --gnu_version=60000 --no_code_gen --display_error_number --diag_suppress=174,176,552,177,179,550 %s 2> %t.err; test $? -eq 2
-// RUN: %FileCheck %s --implicit-check-not=': error' < %t.err
+// RUN: %FileCheck %s --implicit-check-not=': error' --implicit-check-not=': warning' < %t.err
 // Captures of arrays, lambdas in braced lists, and one message for each fault.
 
 struct Copied { Copied(); Copied(const Copied &); };
@@ -15,6 +15,13 @@ void good(int a, int size) {
   [=]() mutable __attribute__((noinline, cold)) { return a; }();
   int (*converted)(int) = (int (*)(int))[](int b) { return b; };
   converted = static_cast<int (*)(int)>([](int b) { return b + 1; });
+  (+[](int b) { return b; })(1);
+  auto left = [] { };
+  auto right = [] { };
+  void (*chosen)() = left ? left : +right;
+  if (left == right || !left)
+    chosen();
+  struct Taker { Taker(void (*)()) { } } taker([] { });
   void function();
   void (&reference)() = function;
   [reference] { reference(); }();
