@@ -23,7 +23,6 @@ struct Differs : Shared { char *g(); };
 #elif defined(OLD_STYLE)
 // STYLE: line [[#@LINE+1]]: error #93: identifier-list parameters
 struct OldStyle { friend void nonmember(a, b) { } };
-// STYLE: errors detected
 #elif defined(EMBEDDED)
 struct First { }; struct Second { };
 // EMBEDDED: line [[#@LINE+1]]: error #936-D: Embedded C++ does not support multiple or virtual inheritance
