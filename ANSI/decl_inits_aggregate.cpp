@@ -326,22 +326,43 @@ static void check_members_left_out(const an_aggregate_walk* walk, const a_source
 // ---- What a list leaves out ----
 
 static a_constant* value_of_default_init(a_dynamic_init* init, a_type* type) {
-  if (init->kind == dik_nonconstant_aggregate)
+  bool is_constant = init->kind == dik_constant;
+  if (init->kind == dik_nonconstant_aggregate && !init->is_default_member_init)
     return init->variant.constant;
   a_constant* value = alloc_constant(con_dynamic_init);
+  if (is_constant) { // of a field, which many objects share
+    copy_constant(init->variant.constant, value);
+    value->next = nullptr;
+    return value;
+  }
   value->type = type;
   value->value.dynamic_init = init;
   return value;
 }
 
-// The constructor that makes `count` objects at the walk's place. False when
-// there is none that does anything.
+// What an element is made of: the field's own initialiser, or the default
+// constructor of its class. Null for nothing: an aggregate without such a
+// constructor is made of its members (C++14 8.5.1 p7).
+static a_dynamic_init* init_of_left_out(const an_aggregate_walk* walk, a_type* type,
+                                        const a_source_position* position) {
+  if (!is_array_walk(walk) && walk->field->has_default_init)
+    return walk->field->default_init;
+  a_type* class_type = skip_typerefs(skip_array_types(type));
+  if (!is_class_struct_union_type(class_type) || is_incomplete_type(type))
+    return nullptr;
+  const a_routine* constructor =
+      special_member_of_class(class_type, smk_default_constructor, tq_none);
+  bool is_available = constructor && !constructor->is_deleted;
+  return is_available || !class_supplement_of(class_type)->is_aggregate
+             ? default_constructor_init(type, position)
+             : nullptr;
+}
+
+// Makes `count` elements at the walk's place. False when there is nothing to do.
 static bool construct_at_place(an_aggregate_walk* walk, uint64_t count,
                                const a_source_position* position, an_init_state* state) {
   a_type* type = element_type_of(walk);
-  if (!is_class_struct_union_type(skip_array_types(type)) || is_incomplete_type(type))
-    return false;
-  a_dynamic_init* init = default_constructor_init(type, position);
+  a_dynamic_init* init = init_of_left_out(walk, type, position);
   if (!init)
     return false;
   if (is_error_dynamic_init(init)) {

@@ -100,6 +100,20 @@ constexpr Valued not_constexpr;
 // CHECK: line [[@LINE+1]]: error #2745:
 extern constexpr Constexpr declared;
 
+// ---- Members that a list leaves out ----
+
+struct ConstMember { const int member; };
+struct OfConstMember2 { ConstMember aggregate; };
+OfConstMember2 from_nothing = {};
+struct WithValues { int first; NoDefault second{20}; int third = 3; int fourth = third + 1; };
+WithValues left_out = {1};
+struct Constants { int first; int second = 5; };
+constexpr Constants known = {1};
+static_assert(known.second == 5, "");
+struct OfNoDefault { int first; NoDefault second; };
+// CHECK: line [[@LINE+1]]: error #293: {{.*}}"NoDefault"
+OfNoDefault lacks = {1};
+
 // ---- Delegation in a circle ----
 
 struct Circle {
