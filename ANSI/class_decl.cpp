@@ -149,8 +149,8 @@ static bool is_unbounded_field(const a_field* field) {
 // A trailing array of unknown bound, in a mode that has them or lets them pass.
 static bool accept_flexible_array(const a_field* field, bool is_alone) {
   const a_source_position* position = &field->source_corresp.position;
-  bool is_allowed = flexible_array_members_allowed || gnu_mode ||
-                    (in_cplusplus_mode() && !strict_ansi_mode);
+  bool is_allowed =
+      flexible_array_members_allowed || gnu_mode || (in_cplusplus_mode() && !strict_ansi_mode);
   if (is_alone && !gnu_mode)
     return false;
   if (!is_allowed) {

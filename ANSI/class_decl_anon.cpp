@@ -213,7 +213,7 @@ a_field* member_without_declarator(a_type* class_type, const a_decl_parse_state*
     return nullptr;
   if (state->storage_class == sc_typedef) {
     pos_diagnostic(state->decl_flags.defines_tag || state->decl_flags.declares_tag ? es_warning
-                                                                                  : es_error,
+                                                                                   : es_error,
                    ec_missing_typedef_name, &state->specifiers_position);
     return nullptr;
   }

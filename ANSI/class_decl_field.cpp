@@ -225,8 +225,7 @@ a_field* make_named_field(a_type* class_type, a_type* type, a_symbol_locator* lo
   return field;
 }
 
-a_field* make_unnamed_field(a_type* class_type, a_type* type,
-                                   const a_source_position* position) {
+a_field* make_unnamed_field(a_type* class_type, a_type* type, const a_source_position* position) {
   a_field* field = alloc_field(type);
   field->source_corresp.position = *position;
   field->source_corresp.is_unnamed = true;

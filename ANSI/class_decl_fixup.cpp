@@ -73,8 +73,7 @@ static int depth_around_open_classes(bool* class_is_open) {
     a_scope_kind kind = scope_stack[depth].kind;
     if (kind == sk_class)
       *class_is_open = true;
-    else if (kind != sk_template_declaration && kind != sk_function_prototype &&
-             !is_reopened(kind))
+    else if (kind != sk_template_declaration && kind != sk_function_prototype && !is_reopened(kind))
       return depth;
   }
 }

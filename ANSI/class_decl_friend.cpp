@@ -39,9 +39,10 @@ static a_symbol* tag_in_reach(a_symbol_locator* locator) {
 }
 
 a_type* friend_class_type(a_type_kind kind, a_symbol_kind symbol_kind, a_symbol_locator* locator) {
-  a_symbol* symbol = locator->is_qualified && locator->symbol ? fundamental_symbol_of(locator->symbol)
-                     : locator->is_qualified                  ? nullptr
-                                                              : tag_in_reach(locator);
+  a_symbol* symbol = locator->is_qualified && locator->symbol
+                         ? fundamental_symbol_of(locator->symbol)
+                     : locator->is_qualified ? nullptr
+                                             : tag_in_reach(locator);
   if (symbol && symbol->kind == symbol_kind)
     return symbol->variant.type;
   if (symbol) {
@@ -154,8 +155,7 @@ static void check_for_invalid_friend_declaration(a_type* type, const a_symbol_lo
 // C++11 8.3.6 p4: default arguments make the friend declaration the definition.
 static void check_default_args_of_friend(a_type* type, bool is_definition,
                                          const a_source_position* position) {
-  const a_param_type* param =
-      skip_typerefs(type)->variant.routine.routine_supplement->param_types;
+  const a_param_type* param = skip_typerefs(type)->variant.routine.routine_supplement->param_types;
   for (; param; param = param->next)
     if (param->has_default_arg && !is_definition) {
       pos_error(ec_friend_with_def_arg_must_be_definition, position);
@@ -234,9 +234,8 @@ a_routine* decl_friend_function(a_type* class_type, a_decl_parse_state* state,
   bool is_qualified = locator->is_qualified;
   if (is_qualified && is_definition)
     pos_error(ec_no_qualified_friend_definition, &position);
-  a_routine* routine = locator->is_class_qualified
-                           ? friend_member_function(state, locator)
-                       : is_qualified ? friend_of_namespace(state, locator)
+  a_routine* routine = locator->is_class_qualified ? friend_member_function(state, locator)
+                       : is_qualified              ? friend_of_namespace(state, locator)
                                       : friend_function(state, locator, func_info, is_definition);
   if (is_definition)
     routine->is_friend_definition = true;

@@ -44,12 +44,12 @@ static bool is_allocation_name(const a_symbol_locator* locator) {
 // ---- Entering ----
 
 static a_routine_special_kind special_kind_of(const a_symbol_locator* locator) {
-  return locator->is_constructor_name       ? rsk_constructor
-         : locator->is_destructor_name      ? rsk_destructor
-         : locator->is_conversion_name      ? rsk_conversion
-         : locator->is_operator_name        ? rsk_operator
+  return locator->is_constructor_name        ? rsk_constructor
+         : locator->is_destructor_name       ? rsk_destructor
+         : locator->is_conversion_name       ? rsk_conversion
+         : locator->is_operator_name         ? rsk_operator
          : locator->is_literal_operator_name ? rsk_literal_operator
-                                            : rsk_ordinary;
+                                             : rsk_ordinary;
 }
 
 static a_routine_type_supplement* supplement_of_routine(a_type* type) {
@@ -188,9 +188,8 @@ static void check_words_of_function(const a_type* class_type, a_decl_parse_state
                                     const a_symbol_locator* locator) {
   const a_decl_modifiers_block& modifiers = state->modifiers;
   check_virtual_word(class_type, state, locator);
-  bool may_be_explicit =
-      locator->is_constructor_name ||
-      (locator->is_conversion_name && (std_version >= 201103 || gnu_mode));
+  bool may_be_explicit = locator->is_constructor_name ||
+                         (locator->is_conversion_name && (std_version >= 201103 || gnu_mode));
   if (modifiers.explicit_seen && !may_be_explicit)
     pos_error(ec_explicit_not_allowed, &modifiers.explicit_position);
   if (modifiers.mutable_seen)
@@ -424,8 +423,8 @@ static void check_redeclaration(a_type* class_type, a_decl_parse_state* state,
   if (previous) {
     code = ec_static_nonstatic_with_same_param_types;
   } else if ((previous = member_function_redecl_sym(functions, type, locator)) != nullptr) {
-    bool same_return = identical_types(return_type_of(type),
-                                       return_type_of(previous->variant.routine->type));
+    bool same_return =
+        identical_types(return_type_of(type), return_type_of(previous->variant.routine->type));
     code = same_return ? ec_member_function_redeclaration
                        : ec_return_type_cannot_distinguish_functions;
   }

@@ -74,9 +74,8 @@ a_dynamic_init* initialize_subobject(a_type* type, an_init_component** list) {
     pos_error(ec_too_many_initializer_values, &position);
     state.error_reported = true;
   }
-  return value && !state.error_reported
-             ? dynamic_init_of_value(value, state.contains_nonconstant)
-             : make_error_constant_dynamic_init();
+  return value && !state.error_reported ? dynamic_init_of_value(value, state.contains_nonconstant)
+                                        : make_error_constant_dynamic_init();
 }
 
 // ---- Field initialisers ----

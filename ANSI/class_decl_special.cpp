@@ -272,14 +272,14 @@ static bool leaves_const_without_value(const an_implicit_member* member, a_type*
 bool has_no_elements(const a_type* type) {
   const a_type* array = skip_typerefs(type);
   return array->kind == tk_array && !array->variant.array.bound_is_constant &&
-         !array->variant.array.bound_is_expr &&
-         array->variant.array.bound.number_of_elements == 0;
+         !array->variant.array.bound_is_expr && array->variant.array.bound.number_of_elements == 0;
 }
 
 static void consider_field(an_implicit_member* member, const a_field* field) {
   a_type* element = skip_array_types(field->type);
   bool is_variant = member->class_type->kind == tk_union;
-  if (is_error_type(element) || has_no_elements(field->type) || (field->source_corresp.is_unnamed && field->is_bit_field))
+  if (is_error_type(element) || has_no_elements(field->type) ||
+      (field->source_corresp.is_unnamed && field->is_bit_field))
     return;
   if (member->kind == smk_default_constructor && field->has_default_init) {
     member->is_trivial = false;
@@ -499,8 +499,8 @@ static void enter_inherited_constructor(a_type* class_type, const a_routine* con
   routine->is_inheriting_ctor = true;
   routine->is_explicit = constructor->is_explicit;
   // The other bases and the members begin by default (C++11 12.9 p8).
-  an_implicit_member rest = analyse_special_member(class_type, smk_default_constructor,
-                                                   class_of_routine(constructor));
+  an_implicit_member rest =
+      analyse_special_member(class_type, smk_default_constructor, class_of_routine(constructor));
   routine->is_constexpr = constructor->is_constexpr && rest.is_constexpr;
   routine->is_deleted = constructor->is_deleted || rest.is_deleted;
   set_inline_flag(routine, true);
@@ -728,8 +728,8 @@ static bool is_trivial_member(a_type* class_type, a_special_member_kind kind) {
 // p6): the functions that do are trivial or deleted, but not all deleted.
 static bool is_copied_trivially(a_type* class_type) {
   bool any = false;
-  for (a_special_member_kind kind : {smk_copy_constructor, smk_move_constructor,
-                                     smk_copy_assignment, smk_move_assignment}) {
+  for (a_special_member_kind kind :
+       {smk_copy_constructor, smk_move_constructor, smk_copy_assignment, smk_move_assignment}) {
     const a_routine* routine = special_member_of_class(class_type, kind, tq_none);
     if (routine && !routine->is_deleted && !routine->is_trivial)
       return false;

@@ -127,7 +127,8 @@ static void scan_member_constant_for_variable(a_decl_parse_state* state) {
 void decl_static_data_member(a_type* class_type, a_symbol_locator* locator,
                              a_decl_parse_state* state) {
   const a_source_position position = locator->position;
-  bool has_initializer = curr_token == tok_assign || (curr_token == tok_lbrace && list_init_enabled);
+  bool has_initializer =
+      curr_token == tok_assign || (curr_token == tok_lbrace && list_init_enabled);
   check_place(class_type, &position);
   check_type(state, locator);
   check_earlier_member(locator);

@@ -157,8 +157,8 @@ static bool dominates(const a_base_class* winner, const a_base_class* loser) {
          (loser->is_virtual || !loser->is_ambiguous);
 }
 
-static bool congruent_paths(const an_overriding_virtual_function* record, const a_routine* overrider,
-                            const a_base_class* where) {
+static bool congruent_paths(const an_overriding_virtual_function* record,
+                            const a_routine* overrider, const a_base_class* where) {
   return record->overrider == overrider && record->adjustment_base == where;
 }
 
@@ -173,9 +173,8 @@ static void merge_overrider(a_base_class* base, a_routine* overridden, a_routine
       *link = record->next;
       continue;
     }
-    is_hidden |= record->overridden == overridden &&
-                 (congruent_paths(record, overrider, where) ||
-                  dominates(record->adjustment_base, where));
+    is_hidden |= record->overridden == overridden && (congruent_paths(record, overrider, where) ||
+                                                      dominates(record->adjustment_base, where));
     link = &record->next;
   }
   if (!is_hidden)
@@ -189,8 +188,8 @@ namespace {
 class an_overrider_list {
 public:
   explicit an_overrider_list(a_base_class* for_base)
-      : base(for_base), link(for_base->overriding_functions ? nullptr
-                                                            : &for_base->overriding_functions) {}
+      : base(for_base),
+        link(for_base->overriding_functions ? nullptr : &for_base->overriding_functions) {}
 
   void add(a_routine* overridden, a_routine* overrider, a_base_class* where) {
     if (!link) {
@@ -382,7 +381,8 @@ static void number_virtual_functions(a_type* class_type) {
       continue;
     routine->virtual_function_index = static_cast<uint16_t>(count);
     count += routine->special_kind == rsk_destructor ? 2 : 1;
-    if (count >= max_virtual_functions && !class_type->variant.class_struct_union.is_template_class) {
+    if (count >= max_virtual_functions &&
+        !class_type->variant.class_struct_union.is_template_class) {
       pos_error(ec_too_many_virtual_functions, &routine->source_corresp.position);
       count = 0;
     }
@@ -557,8 +557,8 @@ static void check_hiding_of_name(const a_type* class_type, const a_symbol* symbo
     if (!count.hidden)
       continue;
     if (count.overridden > 0)
-      pos_sy2_warning(ec_partial_override, &symbol->position,
-                      count.hidden->source_corresp.symbol, class_type->source_corresp.symbol);
+      pos_sy2_warning(ec_partial_override, &symbol->position, count.hidden->source_corresp.symbol,
+                      class_type->source_corresp.symbol);
     else
       pos_sy2_warning(ec_virtual_function_decl_hidden, &symbol->position, symbol,
                       count.hidden->source_corresp.symbol);

@@ -169,8 +169,8 @@ static bool parenthesis_encloses_declarator(unsigned options) {
   clear_token_cache(&cache, false);
   cache_curr_token(&cache);
   get_token();
-  bool encloses = at_ptr_to_member() || (curr_token != tok_rparen &&
-                                         curr_token != tok_ellipsis && !is_decl_start(0));
+  bool encloses = at_ptr_to_member() ||
+                  (curr_token != tok_rparen && curr_token != tok_ellipsis && !is_decl_start(0));
   f_rescan_cached_tokens(&cache, true);
   return encloses;
 }

@@ -118,8 +118,7 @@ static void check_default_args(a_type* type, const a_source_position* position) 
 }
 
 static void check_operator(unsigned kind, const char* name, a_type* type,
-                           an_operator_member_kind member_kind,
-                           const a_source_position* position) {
+                           an_operator_member_kind member_kind, const a_source_position* position) {
   if (member_kind == omk_static)
     pos_error(ec_static_member_operator_not_allowed, position);
   if (member_kind == omk_nonmember && must_be_member(kind)) {

@@ -143,7 +143,7 @@ static void check_redeclared_friend(const a_routine_declaration* decl) {
   if (!friend_routine || is_error_type(friend_routine->type))
     return;
   bool is_friend = decl->state->modifiers.friend_seen;
-  const a_type* type = is_friend && decl->is_definition ? decl->state->declared_type
+  const a_type* type = is_friend && decl->is_definition       ? decl->state->declared_type
                        : friend_routine->is_friend_definition ? friend_routine->type
                                                               : nullptr;
   const a_param_type* param = type ? param_types_of(skip_typerefs(type)) : nullptr;

@@ -55,8 +55,7 @@ void apply_default_section_to_routine(a_routine* routine) {
 
 void apply_default_section_to_variable(a_variable* variable) {
   if (default_section_of_variables.text != nullptr &&
-      takes_default_section(variable->section_info) &&
-      variable->storage_kind < sc_auto)
+      takes_default_section(variable->section_info) && variable->storage_kind < sc_auto)
     set_section(&variable->section_info, &variable->source_corresp, &default_section_of_variables);
 }
 

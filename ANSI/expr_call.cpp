@@ -309,9 +309,8 @@ static void become_set_of_functions(an_operand* function, a_symbol* symbol) {
 // False, after a message, when the name means no function.
 static bool look_up_by_arguments(an_operand* function, const an_init_component* arg_list) {
   bool is_undefined = function->kind == ok_undefined_symbol;
-  a_symbol* symbol =
-      functions_with_those_of_arguments(is_undefined ? nullptr : function->symbol, function,
-                                        function->symbol->header, arg_list);
+  a_symbol* symbol = functions_with_those_of_arguments(
+      is_undefined ? nullptr : function->symbol, function, function->symbol->header, arg_list);
   if (!symbol) {
     finish_undefined_symbol_operand(function);
     return false;
@@ -334,8 +333,7 @@ static bool arguments_add_functions(an_operand* function, const an_init_componen
   a_symbol* named = function->ref_entries->symbol;
   if (!named || !is_function_symbol_kind(fundamental_symbol_of(named)->kind))
     return false;
-  a_symbol* symbol =
-      functions_with_those_of_arguments(named, function, named->header, arg_list);
+  a_symbol* symbol = functions_with_those_of_arguments(named, function, named->header, arg_list);
   if (symbol == named)
     return false;
   become_set_of_functions(function, symbol);

@@ -268,6 +268,7 @@ void scan_primary_or_prefix(an_operand* result, uint32_t flags) {
   }
   switch (curr_token) {
   case tok_identifier:
+  case tok_operator:
     scan_identifier(result);
     break;
   case tok_colon_colon:

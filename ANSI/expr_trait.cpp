@@ -182,9 +182,9 @@ static bool is_standard_layout(a_type* type) {
   if (!is_value_type(type) || is_reference_type(type))
     return false;
   const a_type* class_type = class_of(type);
-  return !class_type || (!class_type->variant.class_struct_union.has_virtual_functions &&
-                         has_standard_layout_fields(class_type) &&
-                         has_standard_layout_bases(class_type));
+  return !class_type ||
+         (!class_type->variant.class_struct_union.has_virtual_functions &&
+          has_standard_layout_fields(class_type) && has_standard_layout_bases(class_type));
 }
 
 static bool is_pod(a_type* type) {

@@ -59,9 +59,8 @@ static void make_list_assignment(an_operand* list, an_expr_node* value, an_opera
 // ---- va_start ----
 
 static const a_routine* innermost_routine() {
-  return depth_innermost_function_scope < 0
-             ? nullptr
-             : scope_stack[depth_innermost_function_scope].routine;
+  return depth_innermost_function_scope < 0 ? nullptr
+                                            : scope_stack[depth_innermost_function_scope].routine;
 }
 
 static void check_place_of_va_start(const an_operand* function) {

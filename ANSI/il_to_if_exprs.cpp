@@ -101,8 +101,8 @@ an_if_opcode assignment_opcode(a_type* type) {
 a_type* bit_field_type(const a_field* field, a_type* expected) {
   a_type* type = f_skip_typerefs(field->type);
   const an_integer_type_variant& integer = type->variant.integer;
-  bool is_signed = int_kind_is_signed(integer.int_kind) &&
-                   !(integer.is_enum && !enum_bit_field_is_signed(type));
+  bool is_signed =
+      int_kind_is_signed(integer.int_kind) && !(integer.is_enum && !enum_bit_field_is_signed(type));
   if (!targ_supports_non_int_bit_field || (integer.is_enum && integer.enum_may_be_smaller_than_int))
     type = integer_type(is_signed ? ik_int : ik_unsigned_int);
   if (!is_signed)

@@ -718,6 +718,8 @@ static a_routine* declare_call_operator(a_lambda* lambda, a_type* type) {
   supplement->is_lambda_operator = true;
   a_symbol* symbol = enter_member_function(lambda->closure_type, &locator, type, sc_none);
   a_routine* routine = symbol->variant.routine;
+  // The class was only opened again, which makes no members.
+  set_class_membership(symbol, &routine->source_corresp, lambda->closure_type);
   routine->is_lambda_body = true;
   routine->has_deducible_return_type = !lambda->has_trailing_return_type;
   symbol->defined = true;

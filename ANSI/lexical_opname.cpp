@@ -104,7 +104,8 @@ static void become_literal_operator(const a_source_position* start) {
 
 // Whether a suffixed or an empty string begins the name of a literal operator.
 static bool at_literal_operator() {
-  return user_defined_literals_enabled && (curr_token == tok_string || curr_token == tok_ud_literal);
+  return user_defined_literals_enabled &&
+         (curr_token == tok_string || curr_token == tok_ud_literal);
 }
 
 void fold_operator_name() {

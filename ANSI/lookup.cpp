@@ -209,6 +209,11 @@ static bool may_give_way_to_tag(const a_lookup* lookup, const a_symbol* symbol) 
          !symbol->extra.typedef_stands_for_tag;
 }
 
+// The body of a lambda means by a name what the code around it does (C++11 5.1.2 p7).
+static bool is_hidden_in_lambda(const a_symbol* symbol) {
+  return symbol->kind == symk_member_function && symbol->variant.routine->is_lambda_body;
+}
+
 // The first symbol of the name chain that is wanted; the chain is in the order
 // of the scope stack.
 static a_symbol* name_chain_lookup(const a_lookup* lookup) {
@@ -217,7 +222,7 @@ static a_symbol* name_chain_lookup(const a_lookup* lookup) {
        symbol = symbol->next_homonym) {
     if (kept != nullptr && symbol->scope_number != kept->scope_number)
       break;
-    if (!is_acceptable(lookup, symbol))
+    if (!is_acceptable(lookup, symbol) || is_hidden_in_lambda(symbol))
       continue;
     if (!may_give_way_to_tag(lookup, symbol))
       return symbol;
@@ -275,7 +280,7 @@ static a_symbol* scope_walk_lookup(a_lookup* lookup) {
       found = listed_scope_lookup(entry, lookup);
       break;
     }
-    if (found != nullptr)
+    if (found != nullptr && !is_hidden_in_lambda(found))
       return found;
   }
   return nullptr;

@@ -281,8 +281,8 @@ static bool convert_operands_for_builtin(const an_operator_search* search, an_op
     types = is_integral_or_enum_type(first->type) || is_integral_or_enum_type(second->type)
                 ? bts_pointer
                 : bts_integral | bts_enum;
-  bool is_logical = search->kind == opn_not || search->kind == opn_and_and ||
-                    search->kind == opn_or_or;
+  bool is_logical =
+      search->kind == opn_not || search->kind == opn_and_and || search->kind == opn_or_or;
   for (an_operand* operand : {first, second}) {
     if (!operand || !is_class_struct_union_type(operand->type))
       continue;
@@ -403,8 +403,8 @@ static a_type* naming_class_of_call(const an_operand* function, const an_operand
   a_type* own_class = class_of_member(&routine->source_corresp);
   if (!own_class || !selector || function->flags.qualified_name)
     return own_class;
-  a_type* object_type = selector->flags.selector_is_pointer ? type_pointed_to(selector->type)
-                                                            : selector->type;
+  a_type* object_type =
+      selector->flags.selector_is_pointer ? type_pointed_to(selector->type) : selector->type;
   return is_class_struct_union_type(object_type) ? skip_typerefs(object_type) : own_class;
 }
 
@@ -420,8 +420,7 @@ a_routine* select_and_prepare_to_call_overloaded_function(an_operand* function,
   }
   an_operand saved = *function;
   an_arg_check_block block;
-  check_use_of_routine(routine, naming_class_of_call(function, selector, routine),
-                       &saved.position);
+  check_use_of_routine(routine, naming_class_of_call(function, selector, routine), &saved.position);
   make_function_designator_operand(routine, saved.ref_entries, function);
   restore_operand_details_incl_ref(function, &saved);
   function->flags.qualified_name = saved.flags.qualified_name;

@@ -119,9 +119,9 @@ static int rank_of_result(const a_routine* routine, const a_conversion_target* t
   a_type* result = result_of_conversion(routine);
   if (target->needs_lvalue) {
     a_type* type = return_type_of(routine->type);
-    bool binds = is_lvalue_reference_type(type) &&
-                 (get_type_qualifiers(type_pointed_to(type)) & tq_cv &
-                  ~get_type_qualifiers(target->type)) == 0;
+    bool binds =
+        is_lvalue_reference_type(type) && (get_type_qualifiers(type_pointed_to(type)) & tq_cv &
+                                           ~get_type_qualifiers(target->type)) == 0;
     int rank = rank_of_standard_conversion(result, target->type);
     return binds && (rank == 0 || is_class_struct_union_type(result)) ? rank : no_conversion;
   }
@@ -153,11 +153,10 @@ static std::vector<a_conversion> possible_conversions(const an_operand* operand,
 
 static a_routine* best_conversion(const std::vector<a_conversion>& conversions) {
   for (const a_conversion& conversion : conversions) {
-    bool is_best = std::all_of(conversions.begin(), conversions.end(),
-                               [&](const a_conversion& other) {
-                                 return &other == &conversion ||
-                                        is_better_conversion(conversion, other);
-                               });
+    bool is_best =
+        std::all_of(conversions.begin(), conversions.end(), [&](const a_conversion& other) {
+          return &other == &conversion || is_better_conversion(conversion, other);
+        });
     if (is_best)
       return conversion.routine;
   }
@@ -172,11 +171,11 @@ static void report_ambiguous_conversion(const an_operand* operand,
   constexpr an_error_code text_function = 423;
   if (!expr_error_should_be_issued())
     return;
-  a_diagnostic* diag =
-      target->type ? pos_ty2_start_error(ec_ambiguous_conversion_function, &operand->position,
-                                         operand->type, target->type)
-                   : pos_ty_start_error(ec_ambiguous_conversion_to_builtin, &operand->position,
-                                        operand->type);
+  a_diagnostic* diag = target->type
+                           ? pos_ty2_start_error(ec_ambiguous_conversion_function,
+                                                 &operand->position, operand->type, target->type)
+                           : pos_ty_start_error(ec_ambiguous_conversion_to_builtin,
+                                                &operand->position, operand->type);
   for (const a_conversion& conversion : conversions)
     sym_add_diag_info(diag, text_function, conversion.routine->source_corresp.symbol);
   end_diagnostic(diag);

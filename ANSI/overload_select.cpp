@@ -60,8 +60,7 @@ static bool is_same_or_base(a_type* type, a_type* base, a_match_rank* rank) {
 
 // C++11 8.5.3 p5: a reference to an lvalue binds to lvalues, one to const and
 // one to an rvalue also to what is converted.
-static an_arg_match match_reference(const an_operand* argument, a_type* type,
-                                    bool by_constructor) {
+static an_arg_match match_reference(const an_operand* argument, a_type* type, bool by_constructor) {
   a_type* object = type_pointed_to(type);
   bool is_rvalue_reference = is_rvalue_reference_type(type);
   bool is_lvalue = is_glvalue_operand(argument) && !is_an_xvalue(argument);
@@ -246,10 +245,9 @@ static a_routine* best_of_candidates(const std::vector<a_candidate>& candidates,
                                      bool* is_ambiguous) {
   *is_ambiguous = false;
   for (const a_candidate& candidate : candidates) {
-    bool is_best = std::all_of(
-        candidates.begin(), candidates.end(), [&](const a_candidate& other) {
-          return &other == &candidate || is_better_candidate(candidate, other);
-        });
+    bool is_best = std::all_of(candidates.begin(), candidates.end(), [&](const a_candidate& other) {
+      return &other == &candidate || is_better_candidate(candidate, other);
+    });
     if (is_best)
       return candidate.routine;
   }
@@ -354,7 +352,8 @@ static void check_access_to_routine(a_routine* routine, a_type* naming_class,
   a_symbol_locator locator = cleared_locator;
   locator.header = symbol->header;
   class_qualified_id_lookup(&locator, naming_class, ilo_none);
-  if (locator.symbol && !have_access_to_routine(locator.symbol, routine, naming_class, naming_class))
+  if (locator.symbol &&
+      !have_access_to_routine(locator.symbol, routine, naming_class, naming_class))
     record_access_error(symbol, naming_class, naming_class, position);
 }
 

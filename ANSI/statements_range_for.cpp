@@ -97,8 +97,8 @@ static void insert_bound(a_type* range_type, bool is_begin, const a_source_posit
   if (is_array_type(range_type) && is_begin)
     insert_tokens({range_name}, position);
   else if (is_array_type(range_type))
-    insert_tokens({range_name, tok_plus, tok_sizeof, tok_lparen, range_name, tok_rparen,
-                   tok_divide, tok_sizeof, tok_lparen, tok_star, range_name, tok_rparen},
+    insert_tokens({range_name, tok_plus, tok_sizeof, tok_lparen, range_name, tok_rparen, tok_divide,
+                   tok_sizeof, tok_lparen, tok_star, range_name, tok_rparen},
                   position);
   else if (is_class_struct_union_type(range_type) &&
            (has_member(range_type, "begin") || has_member(range_type, "end")))
@@ -146,12 +146,11 @@ static bool check_iterators(const a_variable* begin, const a_variable* end,
   }
   if (!is_class_struct_union_type(begin->type))
     return true;
-  an_error_code code = !any_opname_function_symbol(opn_ne) ? ec_missing_notequal_on_range_based_for_type
-                       : !any_opname_function_symbol(opn_plus_plus)
-                           ? ec_missing_incr_on_range_based_for_type
-                       : !any_opname_function_symbol(opn_star)
-                           ? ec_missing_indirect_on_range_based_for_type
-                           : 0;
+  an_error_code code =
+      !any_opname_function_symbol(opn_ne)          ? ec_missing_notequal_on_range_based_for_type
+      : !any_opname_function_symbol(opn_plus_plus) ? ec_missing_incr_on_range_based_for_type
+      : !any_opname_function_symbol(opn_star)      ? ec_missing_indirect_on_range_based_for_type
+                                                   : 0;
   if (code != 0)
     pos_ty_error(code, position, begin->type);
   return code == 0;

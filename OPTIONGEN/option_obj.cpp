@@ -30,8 +30,7 @@ const struct {
   an_option_id other;
 } conflicts[] = {
 #define OBJ_OPTION(name, letter, argument, low, high, classes)
-#define OBJ_CONFLICT(option, other)                                                                \
-  {oid_##option, oid_##other}, {oid_##other, oid_##option},
+#define OBJ_CONFLICT(option, other) {oid_##option, oid_##other}, {oid_##other, oid_##option},
 #include "option_obj.def"
 #undef OBJ_CONFLICT
 #undef OBJ_OPTION
@@ -40,8 +39,7 @@ const struct {
 // The argument of an option, which may be the next word if that is no option.
 std::string take_argument(const an_option_definition& definition, const std::string& text,
                           std::deque<std::string>* words) {
-  if (definition.argument == oa_none || !text.empty() || words->empty() ||
-      words->front()[0] == '-')
+  if (definition.argument == oa_none || !text.empty() || words->empty() || words->front()[0] == '-')
     return text;
   std::string argument = words->front();
   words->pop_front();

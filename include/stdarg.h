@@ -5,7 +5,7 @@
 
 #ifndef __GNUC_VA_LIST
 #define __GNUC_VA_LIST
-typedef char *__gnuc_va_list;
+typedef char* __gnuc_va_list;
 #endif
 
 #ifdef __need___va_list
@@ -27,9 +27,9 @@ typedef __gnuc_va_list va_list;
 #define __va_slot(type) (sizeof(type) + 3 & ~3u)
 #define __va_next(list, type) (((list) += __va_slot(type)) - __va_slot(type))
 
-#define va_start(list, last) ((void)((list) = (char *)__va_parmadr(last) + __va_slot(last)))
+#define va_start(list, last) ((void)((list) = (char*)__va_parmadr(last) + __va_slot(last)))
 #define va_arg(list, type)                                                                         \
-  (*(__va_argref(type) ? *(type **)__va_next(list, type *) : (type *)__va_next(list, type)))
+  (*(__va_argref(type) ? *(type**)__va_next(list, type*) : (type*)__va_next(list, type)))
 #define va_end(list) ((void)(list))
 #define __va_copy(to, from) ((void)((to) = (from)))
 

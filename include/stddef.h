@@ -35,7 +35,7 @@ typedef unsigned int wint_t;
 #ifdef __cplusplus
 #define NULL 0
 #else
-#define NULL ((void *)0)
+#define NULL ((void*)0)
 #endif
 #endif
 
@@ -44,7 +44,7 @@ typedef unsigned int wint_t;
 #ifdef __GNUC__
 #define offsetof(type, member) __builtin_offsetof(type, member)
 #else
-#define offsetof(type, member) ((size_t)__intaddr__(&((type *)0)->member))
+#define offsetof(type, member) ((size_t)__intaddr__(&((type*)0)->member))
 #endif
 #if !defined(_MAX_ALIGN_T) && (__STDC_VERSION__ >= 201112L || __cplusplus >= 201103L)
 #define _MAX_ALIGN_T

@@ -460,7 +460,7 @@ private:
   uint64_t next_serial = 1;
   unsigned nesting = 0; // of runs within library functions
   std::vector<uint64_t> evaluation_stack;
-  uint64_t* values_in_use = nullptr; // the uppermost value, while the library runs
+  uint64_t* values_in_use = nullptr;    // the uppermost value, while the library runs
   std::deque<a_saved_context> contexts; // by number - 1
   // The arrays of variable length by the place of their address: the frame's
   // serial and the array's address.

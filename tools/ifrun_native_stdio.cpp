@@ -164,8 +164,7 @@ std::string a_format::conversion() {
   case 'A':
     return floating(letter, flags, width, precision);
   case 'c':
-    return padded(std::string(1, static_cast<char>(arguments.take(k_s32))), left,
-                  width);
+    return padded(std::string(1, static_cast<char>(arguments.take(k_s32))), left, width);
   case 's': {
     uint64_t limit = precision < 0 ? UINT64_MAX : static_cast<uint64_t>(precision);
     return padded(memory.text(arguments.take(k_data_pointer), limit), left, width);
@@ -290,8 +289,7 @@ static uint64_t store_text(a_machine& machine, uint64_t to, uint64_t size,
 // The text of the format in argument `number` and the arguments behind it, or
 // the va_list behind it.
 static std::string format_of(a_machine& machine, const a_native_call& call, size_t number) {
-  return formatted(machine.memory, text(machine, call, number),
-                   an_argument_list(call, number + 1));
+  return formatted(machine.memory, text(machine, call, number), an_argument_list(call, number + 1));
 }
 static std::string format_of_list(a_machine& machine, const a_native_call& call, size_t number) {
   return formatted(machine.memory, text(machine, call, number),
@@ -496,11 +494,9 @@ uint64_t native_vscanf(a_machine& machine, const a_native_call& call) {
 }
 uint64_t native_vfscanf(a_machine& machine, const a_native_call& call) {
   return whole(scanned(machine.memory, a_character_source(stream(machine, call, 0)),
-                       text(machine, call, 1),
-                       an_argument_list(machine.memory, pointer(call, 2))));
+                       text(machine, call, 1), an_argument_list(machine.memory, pointer(call, 2))));
 }
 uint64_t native_vsscanf(a_machine& machine, const a_native_call& call) {
   return whole(scanned(machine.memory, a_character_source(text(machine, call, 0)),
-                       text(machine, call, 1),
-                       an_argument_list(machine.memory, pointer(call, 2))));
+                       text(machine, call, 1), an_argument_list(machine.memory, pointer(call, 2))));
 }

@@ -209,8 +209,8 @@ uint64_t native_strtok(a_machine& machine, const a_native_call& call) {
 
 uint64_t native_strtok_r(a_machine& machine, const a_native_call& call) {
   uint64_t place = pointer(call, 2), rest = 0;
-  uint64_t from = pointer(call, 0) != 0 ? pointer(call, 0)
-                                        : machine.memory.load(place, k_data_pointer);
+  uint64_t from =
+      pointer(call, 0) != 0 ? pointer(call, 0) : machine.memory.load(place, k_data_pointer);
   uint64_t token = next_token(machine, from, text(machine, call, 1), &rest);
   machine.memory.store(place, k_data_pointer, rest);
   return token;
@@ -240,8 +240,7 @@ uint64_t native_strerror(a_machine& machine, const a_native_call& call) {
 using a_character_function = int (*)(int);
 
 // The end of a file, -1, is of no class and stays as it is.
-template <a_character_function Function>
-static uint64_t classified(const a_native_call& call) {
+template <a_character_function Function> static uint64_t classified(const a_native_call& call) {
   int c = int_value(call, 0);
   return c >= 0 && c < 256 && Function(c) != 0;
 }

@@ -4,6 +4,11 @@
 
 struct Copied { Copied(); Copied(const Copied &); };
 struct Uncopied { Uncopied(); Uncopied(const Uncopied &) = delete; };
+struct Caller {
+  int operator()(int);
+  // The closure's own operator has no name in the body.
+  void call() { [this] { return operator()(42); }(); }
+};
 void good(int a, int size) {
   int array[3];
   Copied objects[2][3];

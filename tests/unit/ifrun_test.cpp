@@ -238,7 +238,8 @@ TEST(Ifrun, StopsAtFaults) {
     sample.node(ifop_SCONV, sample.types.mk_fltpt(TYPE::fkind_long_double, 96, 8));
     sample.icon(1);
   });
-  EXPECT_EQ(fault(wide), "ifrun: values of the type long double are not supported in function main");
+  EXPECT_EQ(fault(wide),
+            "ifrun: values of the type long double are not supported in function main");
 
   a_result indirect = run_statement([](a_sample_program& sample) {
     sample.node(ifop_UCALL, sample.integer);
