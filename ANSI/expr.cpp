@@ -299,6 +299,8 @@ static void finish_constant_expression(an_operand* operand, a_type* target_type,
   check_type_of_constant_expression(operand);
   if (target_type && is_negative_bound(operand))
     error_in_operand(ec_array_size_must_be_positive, operand);
+  if (target_type && operand->kind == ok_expression)
+    error_in_operand(ec_expr_not_constant, operand);
   if (target_type && !is_error_operand(operand))
     convert_constant_operand(operand, target_type);
   extract_integral_constant(operand, constant);

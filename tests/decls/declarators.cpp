@@ -149,4 +149,8 @@ enum floating : float { f };
 enum narrow : unsigned char { wide = 256 };
 // CHECK: line [[#@LINE+1]]: error #2702: the underlying types of the enum are incompatible
 enum opaque : int;
+// CHECK: line [[#@LINE+1]]: error #28: expression must have a constant value
+int bounded[object];
+// CHECK: line [[#@LINE+1]]: error #2733: this constant expression has type "scoped"
+int scoped_bound[scoped()];
 // CHECK: errors detected
