@@ -406,7 +406,6 @@ void class_decl_one_time_init() {
 
 void class_decl_init() {
   class_decl_fixup_init();
-  class_decl_ctor_init();
 }
 
 void class_decl_trans_unit_init() {

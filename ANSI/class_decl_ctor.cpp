@@ -16,7 +16,6 @@
 #include "types.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -301,23 +300,26 @@ static bool is_initialized_already(const a_ctor_init_list* list, const a_mem_ini
   return false;
 }
 
-// The constructors that delegate, and to which.
-static std::unordered_map<const a_routine*, const a_routine*> delegations;
-
-void class_decl_ctor_init() {
-  delegations.clear();
+// The constructor to which another one, whose initialisers are read, delegates.
+static const a_routine* delegation_target(const a_routine* constructor) {
+  const a_scope* scope = scope_for_routine_or_null(constructor);
+  const a_constructor_init* init = scope ? scope->ctor_inits : nullptr;
+  return init && init->is_delegating && init->initializer->kind == dik_constructor
+             ? init->initializer->variant.constructor.routine
+             : nullptr;
 }
 
-// Reported at the constructor that closes the circle (C++11 12.6.2 p6).
-static void check_for_delegation_loop(const a_routine* constructor, const a_routine* target) {
-  const a_routine* last = target;
-  for (auto next = delegations.find(last); last != constructor && next != delegations.end();
-       next = delegations.find(last))
-    last = next->second;
-  if (last == constructor)
-    pos_error(ec_delegation_loop, &constructor->source_corresp.position);
-  else
-    delegations[constructor] = target;
+// Reported at the constructor that closes the circle, which then stays open (C++11
+// 12.6.2 p6).
+static void check_for_delegation_loop(const a_routine* constructor,
+                                      a_constructor_init* delegation) {
+  const a_routine* last = delegation->initializer->variant.constructor.routine;
+  while (last && last != constructor)
+    last = delegation_target(last);
+  if (!last)
+    return;
+  pos_error(ec_delegation_loop, &constructor->source_corresp.position);
+  delegation->initializer = make_error_constant_dynamic_init();
 }
 
 static void add_delegation(a_ctor_init_list* list, const a_mem_init_target* target,
@@ -330,7 +332,7 @@ static void add_delegation(a_ctor_init_list* list, const a_mem_init_target* targ
   list->delegation->initializer = value;
   list->delegation->position = target->position;
   if (value->kind == dik_constructor)
-    check_for_delegation_loop(list->constructor, value->variant.constructor.routine);
+    check_for_delegation_loop(list->constructor, list->delegation);
 }
 
 static void scan_mem_initializer(a_ctor_init_list* list) {

@@ -202,7 +202,7 @@ struct a_def_arg_expr_fixup {
   bool is_being_scanned;
 };
 
-// The `noexcept(...)` of a member, whose tokens the specification holds.
+// The `noexcept(...)` of a member, whose tokens wait for the end of the class.
 struct an_exception_spec_fixup {
   an_exception_spec_fixup* next;
   an_exception_specification* specification;
@@ -276,7 +276,6 @@ void ctor_initializer(a_routine* constructor, a_scope* scope);
 // An array of objects that begin alike: one initialisation, repeated through all
 // its bounds.
 a_dynamic_init* repeat_for_elements(a_type* type, a_dynamic_init* init);
-void class_decl_ctor_init();
 // What follows the body of a destructor: the destructions of bases and members.
 void dtor_initializer(a_routine* destructor, a_scope* scope);
 // The initialisation of a base or member by components, which are taken from the
@@ -300,7 +299,7 @@ bool has_no_elements(const a_type* type);
 void check_defaulted_or_deleted_function(a_routine* routine, const a_decl_parse_state* state);
 // At the `default` of a definition outside of the class.
 void define_defaulted_function(a_routine* routine, const a_decl_parse_state* state);
-// Whether the specification that the program wrote is that of the implicit function
+// Whether what the program wrote behind `noexcept` is what the implicit function has
 // (C++11 8.4.2 p2), once field initialisers are known.
 void check_exception_spec_of_defaulted_function(a_routine* routine);
 

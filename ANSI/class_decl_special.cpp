@@ -388,8 +388,8 @@ static void apply_analysis(a_routine* routine, const an_implicit_member* member)
     routine->is_constexpr |= member->is_constexpr && !member->is_deleted;
 }
 
-// The specification is worked out when somebody asks (C++11 15.4 p14). False where
-// the program wrote one.
+// What may be thrown is worked out when somebody asks (C++11 15.4 p14). False where
+// the program says it.
 static bool add_indeterminate_exception_spec(a_routine* routine) {
   a_routine_type_supplement* supplement =
       skip_typerefs(routine->type)->variant.routine.routine_supplement;

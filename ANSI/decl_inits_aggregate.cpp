@@ -102,16 +102,6 @@ static a_constant* make_aggregate(a_type* type, const a_source_position* positio
   return aggregate;
 }
 
-static a_constant* repeated(a_constant* element, uint64_t count) {
-  if (count == 1)
-    return element;
-  a_constant* repeat = alloc_constant(con_repeat);
-  repeat->type = element->type;
-  repeat->value.repeat.element = element;
-  repeat->value.repeat.count = count;
-  return repeat;
-}
-
 // The value of a range of elements: one that is evaluated can't be repeated.
 static a_constant* repeat_nonconstant_init(const a_source_position* position,
                                            an_init_state* state) {
@@ -123,7 +113,7 @@ static a_constant* repeated_element(a_constant* element, uint64_t count,
                                     const a_source_position* position, an_init_state* state) {
   if (count > 1 && (element->kind == con_dynamic_init || element->contains_nonconstant))
     return repeat_nonconstant_init(position, state);
-  return repeated(element, count);
+  return repeated_constant(element, count);
 }
 
 static a_constant* walk_without_braces(an_init_component** list, a_type** type,
@@ -369,7 +359,7 @@ static bool construct_at_place(an_aggregate_walk* walk, uint64_t count,
     state->error_reported = true;
     return false;
   }
-  store_element(walk, repeated(value_of_default_init(init, type), count), state);
+  store_element(walk, repeated_constant(value_of_default_init(init, type), count), state);
   return true;
 }
 

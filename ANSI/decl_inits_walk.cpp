@@ -302,14 +302,14 @@ static a_constant* take_whole_object(an_init_component** list, a_type** type,
   return value;
 }
 
-// A class with constructors, bases or hidden members has no members to be
-// listed: the list holds the arguments of a constructor (C++11 8.5.4 p3).
 static bool uses_explicit_constructor(const an_operand* object) {
   return object->kind == ok_expression && object->variant.expr->kind == expr_temp_init &&
          object->variant.expr->variant.dynamic_init->kind == dik_constructor &&
          object->variant.expr->variant.dynamic_init->variant.constructor.routine->is_explicit;
 }
 
+// A class with constructors, bases or hidden members has no members to be
+// listed: the list holds the arguments of a constructor (C++11 8.5.4 p3).
 static a_constant* construct_from_list(an_init_component** list, a_type* type,
                                        an_init_state* state) {
   a_source_position position = init_component_pos(*list);

@@ -450,6 +450,16 @@ static bool holds_dynamic_init(const a_constant* constant) {
   }
 }
 
+a_constant* repeated_constant(a_constant* element, uint64_t count) {
+  if (count == 1)
+    return element;
+  a_constant* repeat = alloc_constant(con_repeat);
+  repeat->type = element->type;
+  repeat->value.repeat.element = element;
+  repeat->value.repeat.count = count;
+  return repeat;
+}
+
 void add_constant_to_aggregate(a_constant* element, a_constant* aggregate) {
   an_aggregate_value& value = aggregate->value.aggregate;
   element->next = nullptr;

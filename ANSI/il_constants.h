@@ -246,6 +246,8 @@ void copy_constant(const a_constant* source, a_constant* target);
 void copy_constant_full(const a_constant* source, a_constant* target);
 // A lasting copy in the current region that stands in no table.
 a_constant* alloc_unshared_constant(const a_constant* constant);
+// The constant `count` times as part of an aggregate; the constant itself for one.
+a_constant* repeated_constant(a_constant* element, uint64_t count);
 a_constant* alloc_unshared_constant_full(const a_constant* constant, bool keep_lowering_flag,
                                          bool no_deep_copy);
 // A lasting record of the same value, one record for all equal values where

@@ -27,16 +27,6 @@ a_constant* zero_of(a_type* type) {
   return alloc_unshared_constant(&value);
 }
 
-a_constant* repeated(a_constant* value, uint64_t count) {
-  if (count == 1)
-    return value;
-  a_constant* repeat = alloc_constant(con_repeat);
-  repeat->type = value->type;
-  repeat->value.repeat.element = value;
-  repeat->value.repeat.count = count;
-  return repeat;
-}
-
 uint64_t count_of(const a_constant* item) {
   return item->kind == con_repeat ? item->value.repeat.count : 1;
 }
@@ -47,7 +37,7 @@ a_constant* value_of(a_constant* item) {
 
 // Elements that no designator named.
 a_constant* zero_gap(a_type* element_type, uint64_t count) {
-  a_constant* gap = repeated(zero_of(element_type), count);
+  a_constant* gap = repeated_constant(zero_of(element_type), count);
   gap->zero_fill = gap->kind == con_repeat;
   return gap;
 }
@@ -201,7 +191,7 @@ void order_array(a_constant* aggregate, const a_type* array) {
   clear_elements(aggregate);
   uint64_t next = 0;
   for (const auto& [start, part] : parts)
-    add_elements(aggregate, array, start, &next, repeated(part.value, part.count));
+    add_elements(aggregate, array, start, &next, repeated_constant(part.value, part.count));
 }
 
 // ---- Structs and unions ----
